@@ -1,7 +1,7 @@
-/* SPDX-License-Identifier: BSD-2-Clause
+// SPDX-License-Identifier: BSD-2-Clause
 //
-/* The records that a host framework and the library hand to each other. Their layout is fixed;
-/* the header is C99 and C++.
+// The records that a host framework and the library hand to each other. Their layout is fixed;
+// the header is C99 and C++.
 #ifndef NKDRAW_PLATFORM_RECORDS_H
 #define NKDRAW_PLATFORM_RECORDS_H
 

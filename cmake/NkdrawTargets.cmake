@@ -7,7 +7,7 @@ find_package(Threads REQUIRED)
 # Bits matter: the compiler may not fuse a multiplication with an addition anywhere.
 set(nkdraw_compile_options
     -ffp-contract=off
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+    -Wall -Wextra -Wpedantic -Wshadow=local -Wconversion -Wsign-conversion
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast -Wuseless-cast>)
 if(NKDRAW_WARNINGS_AS_ERRORS)
   list(APPEND nkdraw_compile_options -Werror)

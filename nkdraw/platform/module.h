@@ -8,7 +8,8 @@
 #include <cstdint>
 
 /// Writes the folder of the running program, with '/' at its end and a zero behind it, into the
-/// `size` bytes at `path`. The length without the zero; 0, and the empty text, when it does not fit.
+/// `size` bytes at `path`. The length without the zero; 0, and the empty text, when it does not
+/// fit.
 NKDRAW_API std::uint32_t nkOSGetAppDir(char* path, std::uint32_t size);
 
 /// Whether `path` names a file that is there.

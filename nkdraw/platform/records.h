@@ -47,8 +47,8 @@ typedef struct BITMAPINFO {
 
 /// What a host says of its video. It opens like a BITMAPINFO.
 typedef struct HZWVIDEO {
-  uint32_t biSize;  ///< bytes of this record: 1,428
-  int32_t biWidth;  ///< frame width in pixels
+  uint32_t biSize;   ///< bytes of this record: 1,428
+  int32_t biWidth;   ///< frame width in pixels
   int32_t biHeight;  ///< frame height in lines
   uint16_t biPlanes;
   uint16_t biBitCount;
@@ -74,9 +74,9 @@ typedef struct HZWSYSTEM {
 
 /// A frame on its way through a host.
 typedef struct QFRAME {
-  uint32_t ltcCount;   ///< longitudinal timecode, frames from midnight
-  uint32_t vitcCount;  ///< vertical interval timecode, frames from midnight
-  char* frameBuffer;        ///< the pixels
+  uint32_t ltcCount;           ///< longitudinal timecode, frames from midnight
+  uint32_t vitcCount;          ///< vertical interval timecode, frames from midnight
+  char* frameBuffer;           ///< the pixels
   const uint8_t* captionData;  ///< the frame's CEA-608/708 bytes as cc_data triplets, or null
   uint32_t captionBytes;
 } QFRAME;

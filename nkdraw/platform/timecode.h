@@ -15,13 +15,13 @@ enum class TimecodeType : std::uint8_t {
   k24 = 0,
   k25 = 1,
   k30 = 2,
-  k23_98 = 3,       ///< counts like k24
-  k29_97Drop = 4,   ///< leaves out the numbers 0 and 1 of each minute but every tenth
-  k29_97 = 5,       ///< counts like k30
+  k23_98 = 3,      ///< counts like k24
+  k29_97Drop = 4,  ///< leaves out the numbers 0 and 1 of each minute but every tenth
+  k29_97 = 5,      ///< counts like k30
   k50 = 6,
   k60 = 7,
-  k59_94Drop = 8,   ///< leaves out the numbers 0 to 3 of each minute but every tenth
-  k59_94 = 9,       ///< counts like k60
+  k59_94Drop = 8,  ///< leaves out the numbers 0 to 3 of each minute but every tenth
+  k59_94 = 9,      ///< counts like k60
 };
 
 }  // namespace nkdraw

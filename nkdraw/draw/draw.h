@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// NKDraw, the drawing verbs of every surface.
+#pragma once
+
+#include <nkdraw/surface/pixel.h>
+
+#include <cstdint>
+#include <memory>
+
+class NKDraw;
+struct nkRegion;
+struct tagDRAWTEXTPARAMS;
+
+namespace nkdraw {
+struct MetafileHeader;
+struct PlaceableHeader;
+/// Sets `defaultFontWanted`, as the factory and its C form do.
+void noteDefaultFontWanted(NKDraw& surface);
+}  // namespace nkdraw
+
+/// Formats of DrawText. They may be combined; other bits are ignored.
+inline constexpr std::uint32_t DT_CENTER = 0x1;
+inline constexpr std::uint32_t DT_RIGHT = 0x2;
+inline constexpr std::uint32_t DT_BOTTOM = 0x8;
+inline constexpr std::uint32_t DT_CALCRECT = 0x400;
+inline constexpr std::uint32_t DT_HIDEPREFIX = 0x100000;
+
+/// Draws on any surface through the virtual PutPixel: one-pixel lines in the foreground colour,
+/// and text. It keeps a pen position and the state of the text.
+///
+/// Coordinates are signed pixels from the first pixel of the canvas, x to the right, y down. No
+/// operation clips; what lies outside is for the surface's PutPixel to refuse. Operations call
+/// each other through the table, so that a class that overrides one changes all that use it. A
+/// status is 0, or 0xFFFFFFFF for a refused call; what PutPixel returns does not change it. The
+/// operations marked empty return 0 and do nothing whatever they get; those marked as not served
+/// return 0xFFFFFFFF and do nothing.
+class NKDRAW_API NKDraw : public virtual NKPixel {
+ public:
+  enum nkFilterType : std::int32_t { nkFilterNone = 0 };
+  enum nkScaleType : std::int32_t { nkScaleNone = 0 };
+
+  explicit NKDraw(pixelType type);
+  /// Copies every field; pixels, fonts and an open metafile are shared.
+  NKDraw(const NKDraw& other) = default;
+  /// Draws this picture's shape into `other`: plots every pixel of the common area on `other`, in
+  /// `other`'s own foreground colour, while this object's foreground colour takes the pixel it
+  /// read. Then takes colours and transparency from `other`. Returns `other`.
+  NKDraw& operator=(NKDraw& other);
+  ~NKDraw() override;
+
+  virtual std::uint32_t SetBrush(unsigned char* bits, int width, int height);  ///< empty
+
+  /// Moves the pen and plots there in the chosen colour; what PutPixel returns.
+  virtual std::uint32_t Point(int x, int y, bool foreground);
+  /// Moves the pen. `previous`, unless null, takes where it was.
+  virtual std::uint32_t MoveTo(int x, int y, tagPOINT* previous);
+  virtual std::uint32_t MoveTo(int x, int y);
+  /// A line from the pen, which then stands at its end.
+  virtual std::uint32_t LineTo(int x, int y);
+  /// A line, both ends included, the same pixels whichever end comes first.
+  virtual std::uint32_t Line(int x1, int y1, int x2, int y2);
+  virtual std::uint32_t Line(tagPOINT& from, tagPOINT& to);
+  virtual std::uint32_t LineWuTo(int x, int y);                  ///< not served
+  virtual std::uint32_t LineWu(int x1, int y1, int x2, int y2);  ///< not served
+  /// A column, both ends included; nothing when y1 is greater than y2.
+  virtual std::uint32_t LineVert(int x, int y1, int y2);
+  /// A row. On the 32-bit RGB layouts x2 is left out, nothing blends, and x1 must not be greater
+  /// than x2; on all others x2 is included and an x1 greater than x2 draws nothing.
+  virtual std::uint32_t LineHoriz(int x1, int y, int x2);
+  /// A line of `on` plotted and `off` skipped pixels in turn, begun at (x1, y1).
+  virtual std::uint32_t Dash(int x1, int y1, int x2, int y2, int on, int off);
+  virtual std::uint32_t Circle(int x, int y, int radius);                 ///< not served
+  virtual std::uint32_t Ellipse(int x, int y, int radiusX, int radiusY);  ///< not served
+  virtual std::uint32_t Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4,
+                            int y4);  ///< not served
+  virtual std::uint32_t ArcTo(int x1, int y1, int x2, int y2, int x3, int y3, int x4,
+                              int y4);  ///< not served
+  virtual std::uint32_t AngleArc(int x, int y, std::uint32_t radius, float start,
+                                 float end);  ///< not served
+  virtual std::uint32_t AngleArcTo(int x, int y, int radiusX, int radiusY, float start,
+                                   float end);  ///< not served
+  virtual std::uint32_t Bezier(int x1, int y1, int x2, int y2, int x3, int y3, int x4,
+                               int y4);                                             ///< not served
+  virtual std::uint32_t PolyBezier(const tagPOINT* points, std::uint32_t count);    ///< not served
+  virtual std::uint32_t PolyBezierTo(const tagPOINT* points, std::uint32_t count);  ///< not served
+  /// Lines from point to point. Fewer than two points are refused.
+  virtual std::uint32_t Polyline(const tagPOINT* points, std::uint32_t count);
+  /// The same, after which the pen stands at points[count]: the array holds one point more.
+  virtual std::uint32_t PolylineTo(const tagPOINT* points, std::uint32_t count);
+  virtual std::uint32_t FillRect(const tagRECT* rect);              ///< not served
+  virtual std::uint32_t Rectangle(int x1, int y1, int x2, int y2);  ///< not served
+  virtual std::uint32_t RoundRect(int x1, int y1, int x2, int y2, int width,
+                                  int height);  ///< not served
+  virtual std::uint32_t Pie(int x1, int y1, int x2, int y2, int x3, int y3, int x4,
+                            int y4);                                       ///< not served
+  virtual std::uint32_t EraseCanvas(bool flag);                            ///< not served
+  virtual std::uint32_t Fill(int x, int y, double value);                  ///< empty
+  virtual std::uint32_t GradientRect(int, int, int, int, int);             ///< empty
+  virtual std::uint32_t SymGradientRect(int, int, int, int, int);          ///< empty
+  virtual std::uint32_t CornerGradientRect(int, int, int, int, int);       ///< empty
+  virtual std::uint32_t CenterGradientRect(int, int, int, int);            ///< empty
+  virtual std::uint32_t RadialGradientFill(int, int, int, int, int, int);  ///< empty
+  virtual std::uint32_t PatternFill(int, int, int, int, int, int, unsigned char* pattern);
+  virtual std::uint32_t RoundRectButton(int, int, int, int, int, int);                   ///< empty
+  virtual std::uint32_t CopyRect(tagRECT* target, const tagRECT* source, NKDraw* from);  ///< empty
+
+  /// Accepts nothing: returns 0 and changes nothing.
+  virtual std::uint32_t LabelFont(const char* name, std::uint32_t size);
+  /// Chooses the built-in font at a whole magnification. `size` is not read.
+  virtual std::uint32_t LabelFont(std::uint32_t size, int scale);
+  /// Pixels from one character of a label to the next, and the lines of one.
+  virtual std::uint32_t LabelGetFontWidth();
+  virtual std::uint32_t LabelGetFontHeight();
+  /// Stamps one line of text with its top left corner at (x, y). `invert` swaps the two colours;
+  /// `fill` paints the unset pixels too. Codes 0 to 127 have glyphs, others draw nothing; there are
+  /// no control codes. The pen ends at the last single point plotted, if any. Returns 0.
+  virtual std::uint32_t Label(int x, int y, const char* text, bool invert, bool fill);
+
+  virtual std::uint32_t Filter(nkFilterType type, int, int, int, int);  ///< empty
+  virtual std::uint32_t Scale(nkScaleType type, NKDraw* source, tagRECT* sourceRect, NKDraw* target,
+                              tagRECT* targetRect);  ///< empty
+
+  /// Reads the head of a 16-bit metafile, with or without the 22-byte placeable header in front
+  /// (its checksum must fit). What a short file lacks reads as zero. 0, or 0xFFFFFFFF when the file
+  /// can't be opened or the checksum is wrong.
+  virtual std::uint32_t EMFOpen(const char* path);
+  /// The right and bottom fields of the placeable header, 0 and 0 before one was read. Returns 0.
+  virtual std::uint32_t EMFGetSize(int& width, int& height);
+  virtual std::uint32_t EMFDraw(int, int, int, int, bool);  ///< empty
+  /// Closes the metafile; one that was never opened is no error. Returns 0.
+  virtual std::uint32_t EMFClose();
+  virtual std::uint32_t Arrow(int, int, int, int, bool);  ///< empty
+
+  /// Writes `text`, one line up to its zero, into a rectangle. The height of `rect` over 10, 1 to
+  /// 20, magnifies the 8 by 10 glyphs (1 when its bottom is 0 or its top negative); the text's foot
+  /// stands on the bottom edge. `format` combines DT_CENTER, DT_RIGHT (aligned by `count`
+  /// characters), DT_BOTTOM (keeps the bottom edge, which else follows from the top) and
+  /// DT_CALCRECT (`rect` comes back as the box of `count` characters; the text is drawn all the
+  /// same). `rect` is changed as the format says. Ink is the foreground colour; the rest of each
+  /// cell and one line above it are the background colour, unless SetTextTransparent(true), the
+  /// initial state. Clears the surface's antialiasing. `text` and `rect` must not be null.
+  /// Returns 0; -1 when the process-wide font kind asks for a path that is not served.
+  std::int32_t DrawText(const char* text, std::int32_t count, tagRECT* rect, std::uint32_t format);
+  /// The same as DrawText.
+  std::int32_t NKDrawText(const char* text, std::int32_t count, tagRECT* rect,
+                          std::uint32_t format);
+  std::int32_t DrawTextExA(const char* text, std::int32_t count, tagRECT* rect,
+                           std::uint32_t format, tagDRAWTEXTPARAMS* params);  ///< empty
+  std::int32_t TextOutA(int x, int y, const char* text, int count);           ///< empty
+
+  /// A second pair of colours that is kept for callers; no operation draws with it. Returns 0.
+  std::uint32_t SetSDLTextColor(double red, double green, double blue, double alpha);
+  std::uint32_t SetSDLBkColor(double red, double green, double blue, double alpha);
+  /// Keeps a copy of that pair, one deep, and brings it back. Return 0.
+  std::uint32_t RememberSDLColors();
+  std::uint32_t ResetSDLColors();
+  /// Whether DrawText leaves the pixels between the strokes alone.
+  void SetTextTransparent(bool transparent);
+
+  std::uint32_t UseDefaultFont(bool wanted);      ///< not served
+  std::uint32_t SetFont(const char* name);        ///< empty
+  std::uint32_t HaveFont();                       ///< empty
+  std::int32_t ExtractBMPData(const char* path);  ///< not served, -1
+  std::int32_t ExtractPNGData(const char* path);  ///< not served, -1
+  void LineA(const nkRegion* region, const tagRECT* rect, int x1, int y1, int x2,
+             int y2);  ///< not served
+
+ protected:
+  friend void nkdraw::noteDefaultFontWanted(NKDraw& surface);
+
+  std::int32_t metaFile = 0;  // descriptor, 0 none, -1 failed
+  std::int64_t spareA = 0;
+  std::shared_ptr<nkdraw::MetafileHeader> metaHeader;
+  std::shared_ptr<nkdraw::PlaceableHeader> placeableHeader;
+  std::int32_t penX = 0;
+  std::int32_t penY = 0;
+  std::int64_t spareB = 0;
+  std::int32_t spareC = 0;
+  std::int32_t spareD = 0;
+  double sdlTextColor[4] = {1.0, 1.0, 1.0, 1.0};  // red, green, blue, alpha
+  double sdlBkColor[4] = {0.6, 0.6, 0.6, 0.6};
+  double savedSdlTextColor[4] = {1.0, 1.0, 1.0, 1.0};
+  double savedSdlBkColor[4] = {0.6, 0.6, 0.6, 0.6};
+  bool textTransparent = true;
+  const std::uint8_t* labelFont;
+  std::uint32_t labelFontWidth = 8;
+  std::uint32_t labelFontHeight = 10;
+  std::uint32_t labelFontScale = 1;
+  bool defaultFontWanted = false;
+};

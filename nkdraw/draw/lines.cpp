@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Straight lines: a 16.16 fixed-point stepper along the longer axis, plotted in runs.
+#include <nkdraw/draw/draw.h>
+
+#include <nkdraw/platform/memory.h>
+#include <nkdraw/surface/byte_order.h>
+#include <nkdraw/surface/plotter.h>
+#include <nkdraw/surface/resolver.h>
+
+#include <utility>
+
+namespace {
+
+constexpr std::uint32_t kRefused = 0xFFFFFFFF;
+
+constexpr int difference(int a, int b) {
+  return static_cast<int>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+}
+
+constexpr std::uint32_t magnitude(int value) {
+  const auto bits = static_cast<std::uint32_t>(value);
+  return value < 0 ? 0U - bits : bits;
+}
+
+/// Walks from (x1, y1) along the longer axis, one position at a time; a tie goes to x.
+class Stepper {
+ public:
+  Stepper(int x1, int y1, int x2, int y2) {
+    const int dx = difference(x2, x1), dy = difference(y2, y1);
+    // Signed, so that the lowest integer, whose magnitude is itself, counts as the shorter axis.
+    alongY_ = static_cast<int>(magnitude(dy)) > static_cast<int>(magnitude(dx));
+    const int majorDelta = alongY_ ? dy : dx, minorDelta = alongY_ ? dx : dy;
+    direction_ = majorDelta > 0 ? 1 : -1;
+    count_ = magnitude(majorDelta) + 1;
+    major_ = alongY_ ? y1 : x1;
+    fixed_ = (static_cast<std::uint32_t>(alongY_ ? x1 : y1) << 16) + kHalf;
+    const std::uint32_t step = majorDelta == 0 ? 0U : slope(minorDelta, majorDelta);
+    step_ = direction_ > 0 ? step : 0U - step;
+  }
+
+  [[nodiscard]] std::uint32_t count() const { return count_; }
+
+  void advance() {
+    fixed_ += step_;
+    major_ = nkdraw::offsetBy(major_, direction_);
+  }
+
+ private:
+  friend class RunGatherer;
+  static constexpr std::uint32_t kHalf = 0x8000;
+
+  /// The shift is a 32-bit one: a minor delta of 32,768 or more overflows.
+  static std::uint32_t slope(int minorDelta, int majorDelta) {
+    const auto shifted = static_cast<int>(static_cast<std::uint32_t>(minorDelta) << 16);
+    return static_cast<std::uint32_t>(std::int64_t{shifted} / majorDelta);
+  }
+
+  [[nodiscard]] int minor() const { return static_cast<int>(fixed_) >> 16; }
+
+  bool alongY_;
+  int direction_;
+  std::uint32_t count_;  // positions, both ends included
+  int major_;
+  std::uint32_t fixed_;  // the other coordinate, 16.16
+  std::uint32_t step_;
+};
+
+/// Gathers neighbouring positions on one row, or column, and plots them as one run.
+class RunGatherer {
+ public:
+  RunGatherer(NKPixel& surface, const Stepper& stepper) : plotter_(surface), stepper_(stepper) {}
+
+  /// The stepper's position is part of the line.
+  void take() {
+    const int minor = stepper_.minor();
+    if (length_ > 0 && minor != minor_)
+      flush();
+    if (length_ == 0) {
+      first_ = stepper_.major_;
+      minor_ = minor;
+    }
+    ++length_;
+  }
+
+  /// The run ends here.
+  void flush() {
+    if (length_ == 0)
+      return;
+    if (stepper_.alongY_)
+      plotter_.column(minor_, first_, length_, stepper_.direction_, true);
+    else
+      plotter_.row(first_, minor_, length_, stepper_.direction_, true);
+    length_ = 0;
+  }
+
+ private:
+  nkdraw::RunPlotter plotter_;
+  const Stepper& stepper_;
+  int first_ = 0;
+  int minor_ = 0;
+  std::uint32_t length_ = 0;
+};
+
+}  // namespace
+
+std::uint32_t NKDraw::LineTo(int x, int y) {
+  const std::uint32_t status = Line(penX, penY, x, y);
+  penX = x;
+  penY = y;
+  return status;
+}
+
+std::uint32_t NKDraw::Line(int x1, int y1, int x2, int y2) {
+  if (y1 > y2) {
+    std::swap(x1, x2);
+    std::swap(y1, y2);
+  }
+  const int dx = difference(x2, x1), dy = difference(y2, y1);
+  if (antialias && dx != 0 && dy != 0 && static_cast<int>(magnitude(dx)) != dy)
+    return kRefused;  // the weighted path is not served; the library never sets the flag
+  Stepper stepper(x1, y1, x2, y2);
+  RunGatherer run(*this, stepper);
+  for (std::uint32_t left = stepper.count(); left > 0; --left) {
+    run.take();
+    stepper.advance();
+  }
+  run.flush();
+  return 0;
+}
+
+std::uint32_t NKDraw::Line(tagPOINT& from, tagPOINT& to) {
+  return Line(from.x, from.y, to.x, to.y);
+}
+
+std::uint32_t NKDraw::LineVert(int x, int y1, int y2) {
+  if (y1 <= y2)
+    nkdraw::RunPlotter(*this).column(x, y1, magnitude(difference(y2, y1)) + 1, 1, true);
+  return 0;
+}
+
+std::uint32_t NKDraw::LineHoriz(int x1, int y, int x2) {
+  if (pixelKind >= ptRGBA32 && pixelKind <= ptABGR32) {
+    const std::uint32_t rowOffset = pitch * static_cast<std::uint32_t>(y);
+    char* const first = canvas + (static_cast<std::ptrdiff_t>(rowOffset >> 2) + x1) * 4;
+    SetMemoryFast(first, nkdraw::load32(foregroundPixel),
+                  static_cast<std::uint32_t>(difference(x2, x1)) * 4);
+  } else if (x1 <= x2) {
+    nkdraw::RunPlotter(*this).row(x1, y, magnitude(difference(x2, x1)) + 1, 1, true);
+  }
+  return 0;
+}
+
+std::uint32_t NKDraw::Dash(int x1, int y1, int x2, int y2, int on, int off) {
+  Stepper stepper(x1, y1, x2, y2);
+  RunGatherer run(*this, stepper);
+  int onLeft = on, offLeft = off;
+  for (std::uint32_t left = stepper.count(); left > 0; --left) {
+    if (onLeft > 0) {
+      run.take();
+      --onLeft;
+    } else {
+      run.flush();
+    }
+    if (offLeft == 0) {
+      onLeft = on;
+      offLeft = off;
+    }
+    if (onLeft == 0 && offLeft >= 1)
+      --offLeft;
+    stepper.advance();
+  }
+  run.flush();
+  return 0;
+}
+
+std::uint32_t NKDraw::Polyline(const tagPOINT* points, std::uint32_t count) {
+  if (count < 2)
+    return kRefused;
+  const auto lines = static_cast<std::int32_t>(count - 1);
+  for (std::int32_t i = 0; i < lines; ++i)
+    Line(points[i].x, points[i].y, points[i + 1].x, points[i + 1].y);
+  return 0;
+}
+
+std::uint32_t NKDraw::PolylineTo(const tagPOINT* points, std::uint32_t count) {
+  const std::uint32_t status = Polyline(points, count);
+  if (status != 0)
+    return status;
+  penX = points[count].x;  // meant: the element behind the last point
+  penY = points[count].y;
+  return 0;
+}

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The head of a 16-bit metafile, with or without the Aldus placeable header in front of it.
+#include <nkdraw/draw/draw.h>
+
+#include <array>
+#include <cstdint>
+#include <new>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace nkdraw {
+
+struct MetafileHeader {
+  std::array<std::uint8_t, 18> bytes{};
+};
+
+struct PlaceableHeader {
+  std::array<std::uint8_t, 22> bytes{};
+
+  /// A little-endian word.
+  [[nodiscard]] std::uint16_t word(std::size_t at) const {
+    return static_cast<std::uint16_t>(bytes[at] | bytes[at + 1] << 8);
+  }
+
+  [[nodiscard]] int signedWord(std::size_t at) const { return static_cast<std::int16_t>(word(at)); }
+
+  /// The last word is the XOR of the ten before it.
+  [[nodiscard]] bool checksumFits() const {
+    std::uint16_t sum = 0;
+    for (std::size_t at = 0; at < kChecksum; at += 2)
+      sum = static_cast<std::uint16_t>(sum ^ word(at));
+    return sum == word(kChecksum);
+  }
+
+  static constexpr std::size_t kChecksum = 20;
+  static constexpr std::size_t kRight = 10;
+  static constexpr std::size_t kBottom = 12;
+};
+
+}  // namespace nkdraw
+
+namespace {
+
+constexpr std::uint32_t kRefused = 0xFFFFFFFF;
+constexpr std::uint8_t kPlaceableMark = 0xD7;  // the first byte of the key 0x9AC6CDD7
+
+/// Reads at a place in the file; what the file lacks stays as it was.
+template <std::size_t size>
+void readAt(int file, off_t at, std::array<std::uint8_t, size>& bytes) {
+  std::size_t have = 0;
+  while (have < size) {
+    const ssize_t got =
+        pread(file, bytes.data() + have, size - have, at + static_cast<off_t>(have));
+    if (got <= 0)
+      return;
+    have += static_cast<std::size_t>(got);
+  }
+}
+
+template <class Header>
+std::shared_ptr<Header> makeHeader() {
+  try {
+    return std::make_shared<Header>();
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+}  // namespace
+
+std::uint32_t NKDraw::EMFOpen(const char* path) {
+  EMFClose();
+  metaFile = open(path, O_RDONLY | O_CLOEXEC);
+  if (metaFile == -1)
+    return kRefused;
+  std::array<std::uint8_t, 1> mark{};
+  readAt(metaFile, 0, mark);
+  const bool placeable = mark[0] == kPlaceableMark;
+  if (placeable) {
+    placeableHeader = makeHeader<nkdraw::PlaceableHeader>();
+    if (placeableHeader == nullptr)
+      return kRefused;
+    readAt(metaFile, 0, placeableHeader->bytes);
+    if (!placeableHeader->checksumFits())
+      return kRefused;
+  }
+  metaHeader = makeHeader<nkdraw::MetafileHeader>();
+  if (metaHeader == nullptr)
+    return kRefused;
+  readAt(metaFile, placeable ? std::ssize(placeableHeader->bytes) : 0, metaHeader->bytes);
+  return 0;
+}
+
+std::uint32_t NKDraw::EMFGetSize(int& sizeX, int& sizeY) {
+  const nkdraw::PlaceableHeader none;
+  const nkdraw::PlaceableHeader& header = placeableHeader ? *placeableHeader : none;
+  sizeX = header.signedWord(nkdraw::PlaceableHeader::kRight);
+  sizeY = header.signedWord(nkdraw::PlaceableHeader::kBottom);
+  return 0;
+}
+
+std::uint32_t NKDraw::EMFClose() {
+  if (metaFile != 0)
+    close(metaFile);
+  metaFile = 0;
+  return 0;
+}

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// 8-bit RGB surfaces: NKPixel plots and reads them, so little is left.
+#include <nkdraw/formats/rgb8.h>
+
+#include <nkdraw/surface/byte_order.h>
+#include <nkdraw/surface/hsv.h>
+
+namespace {
+
+constexpr double kColourlessHue = -1.0;
+
+/// Reads the bytes at `pixel` and gives them back as channels; alpha is 1.0 where there is none.
+void readChannels(const void* pixel, nkdraw::ByteOrder order, double& r, double& g, double& b,
+                  double& a) {
+  const auto* const bytes = static_cast<const std::uint8_t*>(pixel);
+  r = bytes[order.r] / 255.0;
+  g = bytes[order.g] / 255.0;
+  b = bytes[order.b] / 255.0;
+  a = order.hasAlpha() ? bytes[order.a] / 255.0 : 1.0;
+}
+
+std::uint32_t readHsv(NKPixel& surface, int x, int y, double& h, double& s, double& v, double& a) {
+  double r = 0.0, g = 0.0, b = 0.0;
+  surface.GetPixelRGBA(x, y, r, g, b, a);
+  nkdraw::toHsv(r, g, b, kColourlessHue, h, s, v);
+  return 0;
+}
+
+}  // namespace
+
+CDrawRGBA32::CDrawRGBA32(pixelType type) : NKDraw(type) {
+  pixelKind = type;
+}
+
+CDrawRGBA32& CDrawRGBA32::operator=(CDrawRGBA32& other) {
+  NKDraw::operator=(other);
+  return *this;
+}
+
+int CDrawRGBA32::GetPitch() {
+  return static_cast<int>(width * 4);
+}
+
+std::uint32_t CDrawRGBA32::GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr,
+                                         double& a) {
+  double r = 0.0, g = 0.0, b = 0.0;
+  readChannels(GetPixel(x, y), nkdraw::byteOrder32(pixelKind), r, g, b, a);
+  RGBToYCbCr(r, g, b, a, y2, cb, cr, a);
+  return 0;
+}
+
+std::uint32_t CDrawRGBA32::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {
+  return readHsv(*this, x, y, h, s, v, a);
+}
+
+CDrawRGB24::CDrawRGB24(pixelType type) : NKDraw(type) {
+  pixelKind = type;
+}
+
+CDrawRGB24& CDrawRGB24::operator=(CDrawRGB24& other) {
+  NKDraw::operator=(other);
+  return *this;
+}
+
+int CDrawRGB24::GetPitch() {
+  return static_cast<int>(width * 3);
+}
+
+std::uint32_t CDrawRGB24::GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr,
+                                        double& a) {
+  double r = 0.0, g = 0.0, b = 0.0;
+  readChannels(GetPixel(x, y), nkdraw::byteOrder24(pixelKind), r, g, b, a);
+  RGBToYCbCr(r, g, b, a, y2, cb, cr, a);
+  return 0;
+}
+
+std::uint32_t CDrawRGB24::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {
+  return readHsv(*this, x, y, h, s, v, a);
+}

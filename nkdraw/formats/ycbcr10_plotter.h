@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// v210: where each sample lies in a group, and how pixels are written.
+#pragma once
+
+#include <nkdraw/formats/ycbcr10.h>
+#include <nkdraw/surface/plotter.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+
+namespace nkdraw::v210 {
+
+inline constexpr int kGroupPixels = 6;
+inline constexpr int kGroupBytes = 16;
+inline constexpr std::uint32_t kSampleMask = 0x3FF;
+
+/// A 10-bit sample of a group: which of its four little-endian words, and the lowest bit there.
+struct Sample {
+  std::uint8_t word;
+  std::uint8_t shift;
+};
+
+// Bits   29..20  19..10   9..0
+// word 0   Cr0     Y0     Cb0
+// word 1   Y2      Cb1    Y1
+// word 2   Cb2     Y3     Cr1
+// word 3   Y5      Cr2    Y4
+inline constexpr std::array<Sample, 6> kLuma = {
+    {{0, 10}, {1, 0}, {1, 20}, {2, 10}, {3, 0}, {3, 20}}};
+inline constexpr std::array<Sample, 3> kCb = {{{0, 0}, {1, 10}, {2, 20}}};
+inline constexpr std::array<Sample, 3> kCr = {{{0, 20}, {2, 0}, {3, 10}}};
+
+/// A group in two halves of eight bytes, as numbers.
+struct Halves {
+  std::uint64_t low = 0, high = 0;
+
+  constexpr void put(Sample sample, std::uint64_t value) {
+    (sample.word < 2 ? low : high) |= value << (sample.shift + (sample.word % 2) * 32);
+  }
+};
+
+/// The bits that the pixels from `first` up to, not including, `last` own or share.
+constexpr Halves ownedBits(int first, int last) {
+  Halves bits;
+  for (int m = first; m < last; ++m) {
+    bits.put(kLuma[static_cast<std::size_t>(m)], kSampleMask);
+    bits.put(kCb[static_cast<std::size_t>(m / 2)], kSampleMask);
+    bits.put(kCr[static_cast<std::size_t>(m / 2)], kSampleMask);
+  }
+  return bits;
+}
+
+/// ownedBits of every stretch inside a group.
+inline constexpr auto kOwned = [] {
+  std::array<std::array<Halves, kGroupPixels + 1>, kGroupPixels> table{};
+  for (int first = 0; first < kGroupPixels; ++first) {
+    for (int last = first + 1; last <= kGroupPixels; ++last)
+      table[static_cast<std::size_t>(first)][static_cast<std::size_t>(last)] =
+          ownedBits(first, last);
+  }
+  return table;
+}();
+
+/// A whole group in the colour `code` (Y, Cb, Cr in ten bits each, from bit 0).
+constexpr Halves filledGroup(std::uint64_t code) {
+  Halves group;
+  for (const Sample sample : kLuma)
+    group.put(sample, code & kSampleMask);
+  for (const Sample sample : kCb)
+    group.put(sample, (code >> 10) & kSampleMask);
+  for (const Sample sample : kCr)
+    group.put(sample, (code >> 20) & kSampleMask);
+  return group;
+}
+
+}  // namespace nkdraw::v210
+
+namespace nkdraw {
+
+template <>
+class Plotter<CDrawYCbCr10> {
+ public:
+  Plotter(const CDrawYCbCr10& surface, bool foreground)
+      : canvas_(surface.canvas),
+        pitch_(surface.pitch),
+        colour_(v210::filledGroup(foreground ? surface.foregroundCode : surface.backgroundCode)) {}
+
+  std::uint32_t put(int x, int y) const {
+    if (x < 0 || y < 0)
+      return 0xFFFFFFFF;
+    merge(group(x, y), x % v210::kGroupPixels, x % v210::kGroupPixels + 1);
+    return 0;
+  }
+
+  void row(int x, int y, int count) const {
+    if (x < 0) {  // the pixels left of the canvas are refused
+      count = static_cast<int>(std::max<std::int64_t>(std::int64_t{count} + x, 0));
+      x = 0;
+    }
+    if (y < 0)
+      return;
+    char* at = group(x, y);
+    for (int m = x % v210::kGroupPixels; count > 0; m = 0, at += v210::kGroupBytes) {
+      const int last = std::min(m + count, v210::kGroupPixels);
+      merge(at, m, last);
+      count -= last - m;
+    }
+  }
+
+ private:
+  [[nodiscard]] char* group(int x, int y) const {
+    return canvas_ + pitch_ * static_cast<std::uint32_t>(y) +
+           std::ptrdiff_t{x / v210::kGroupPixels} * v210::kGroupBytes;
+  }
+
+  void merge(char* at, int first, int last) const {
+    const v210::Halves& owned =
+        v210::kOwned[static_cast<std::size_t>(first)][static_cast<std::size_t>(last)];
+    mergeHalf(at, owned.low, colour_.low);
+    mergeHalf(at + 8, owned.high, colour_.high);
+  }
+
+  static void mergeHalf(char* at, std::uint64_t owned, std::uint64_t colour) {
+    std::uint64_t half;
+    std::memcpy(&half, at, sizeof half);
+    half = (half & ~owned) | (colour & owned);
+    std::memcpy(at, &half, sizeof half);
+  }
+
+  char* canvas_;
+  std::uint32_t pitch_;
+  v210::Halves colour_;
+};
+
+}  // namespace nkdraw

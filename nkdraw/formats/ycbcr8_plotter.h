@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// 8-bit 4:2:2: which byte of a pair is which sample, and how pixels are written.
+#pragma once
+
+#include <nkdraw/formats/ycbcr8.h>
+#include <nkdraw/surface/byte_order.h>
+#include <nkdraw/surface/plotter.h>
+
+#include <array>
+#include <cstddef>
+
+namespace nkdraw::ycbcr8 {
+
+/// Byte offsets in the four bytes that two pixels share.
+struct PairOrder {
+  std::uint8_t luma[2];
+  std::uint8_t cb, cr;
+};
+
+/// By pixelType from ptYUYV on.
+inline constexpr std::array<PairOrder, 4> kPairOrders = {{
+    {{0, 2}, 1, 3},  // Y Cb Y Cr
+    {{1, 3}, 0, 2},  // Cb Y Cr Y
+    {{0, 2}, 3, 1},  // Y Cr Y Cb
+    {{1, 3}, 2, 0},  // Cr Y Cb Y
+}};
+
+[[nodiscard]] constexpr const PairOrder& pairOrder(pixelType type) {
+  return kPairOrders[type >= ptYUYV && type <= ptVYUY ? static_cast<std::size_t>(type - ptYUYV)
+                                                      : 1];
+}
+
+/// The bits of a pair's word that an even (0) or odd (1) x leaves alone: one luma. The orders that
+/// begin with luma are meant to keep the luma at the pixel's own place and write the other.
+[[nodiscard]] constexpr std::uint32_t keptBits(pixelType type, unsigned parity) {
+  const PairOrder& order = pairOrder(type);
+  const bool lumaFirst = order.luma[0] == 0;
+  return 0xFFU << (8 * order.luma[lumaFirst ? parity : 1 - parity]);
+}
+
+}  // namespace nkdraw::ycbcr8
+
+namespace nkdraw {
+
+template <>
+class Plotter<CDrawYCbCrYUYV> {
+ public:
+  Plotter(const CDrawYCbCrYUYV& surface, bool foreground)
+      : canvas_(surface.canvas),
+        width_(surface.width),
+        height_(surface.height),
+        pitch_(surface.pitch),
+        colour_(foreground ? surface.foregroundCode : surface.backgroundCode),
+        kept_{ycbcr8::keptBits(surface.pixelKind, 0), ycbcr8::keptBits(surface.pixelKind, 1)} {}
+
+  std::uint32_t put(int x, int y) const {
+    if (drawable())
+      merge(rowStart(y), static_cast<std::uint32_t>(x));
+    return 0;
+  }
+
+  void row(int x, int y, int count) const {
+    if (!drawable() || count <= 0)
+      return;
+    char* const start = rowStart(y);
+    const auto first = static_cast<std::uint32_t>(x);
+    const auto end = first + static_cast<std::uint32_t>(count);
+    if (x < 0 || end > width_) {
+      for (std::uint32_t column = first; column != end; ++column)
+        merge(start, column);
+    } else {
+      fill(start, first, end);
+    }
+  }
+
+ private:
+  [[nodiscard]] bool drawable() const { return canvas_ != nullptr && width_ != 0 && height_ != 0; }
+
+  [[nodiscard]] char* rowStart(int y) const {
+    return canvas_ + (static_cast<std::uint32_t>(y) % height_) * pitch_;
+  }
+
+  /// Coordinates wrap around the canvas, but the luma is chosen by the column as given.
+  void merge(char* start, std::uint32_t column) const {
+    char* const pair = start + std::size_t{(column % width_) >> 1} * 4;
+    const std::uint32_t kept = kept_[column & 1];
+    store32(pair, (load32(pair) & kept) | (colour_ & ~kept));
+  }
+
+  /// Columns inside the canvas: both pixels of a pair together replace all of its bytes.
+  void fill(char* start, std::uint32_t column, std::uint32_t end) const {
+    if ((column & 1) != 0)
+      merge(start, column++);
+    for (; column + 1 < end; column += 2)
+      store32(start + std::size_t{column} * 2, colour_);
+    if (column < end)
+      merge(start, column);
+  }
+
+  char* canvas_;
+  std::uint32_t width_, height_, pitch_;
+  std::uint32_t colour_;
+  std::array<std::uint32_t, 2> kept_;
+};
+
+}  // namespace nkdraw

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The burn-in pass over one frame.
+#include <nkdraw/overlay/overlay.h>
+
+#include <nkdraw/draw/draw.h>
+#include <nkdraw/platform/media_names.h>
+#include <nkdraw/platform/timecode.h>
+#include <nkdraw/surface/factory.h>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <ratio>
+
+namespace {
+
+constexpr std::uint32_t kScanMask = 0x300;
+constexpr std::uint32_t kInterlaced = 0x100;
+constexpr std::uint32_t kSegmented = 0x200;
+constexpr std::uint32_t kTimecodeFlags = 0x30100;  // always set for the formatter
+constexpr std::int32_t kTextLine = 30;             // height of the format line and the texts
+
+using TextBuffer = std::array<char, 512>;
+
+const char* scanWord(std::uint32_t scanFlags) {
+  switch (scanFlags & kScanMask) {
+    case kInterlaced:
+      return "i";
+    case kSegmented:
+      return "sf";
+    default:
+      return "p";
+  }
+}
+
+void drawLine(NKDraw& surface, const char* text, tagRECT& rect) {
+  surface.DrawText(text, static_cast<std::int32_t>(std::strlen(text)), &rect, DT_CALCRECT);
+}
+
+/// Coordinates wrap at 32 bits.
+std::int32_t below(std::int32_t y, std::uint32_t lines) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(y) + lines);
+}
+
+/// The rows of the timecode block, one under the other.
+class RowBlock {
+ public:
+  RowBlock(NKDraw& surface, std::int32_t x, std::int32_t y, std::uint32_t lines)
+      : surface_(surface), rect_{x, y, 0, below(y, lines)}, lines_(lines) {}
+
+  void draw(const char* text) {
+    drawLine(surface_, text, rect_);
+    rect_.top = below(rect_.top, lines_);
+    rect_.bottom = below(rect_.bottom, lines_);
+  }
+
+ private:
+  NKDraw& surface_;
+  tagRECT rect_;
+  std::uint32_t lines_;
+};
+
+/// Hours, minutes, seconds, and the milliseconds without leading zeros. The two clocks are read
+/// one after the other and may disagree by a tick.
+void formatWallClock(std::array<char, 24>& text) {
+  using Ticks = std::chrono::duration<long long, std::ratio<1, 10'000'000>>;  // 100 nanoseconds
+  const auto ticks =
+      std::chrono::duration_cast<Ticks>(std::chrono::system_clock::now().time_since_epoch());
+  const long long milliseconds = ticks.count() / 10'000;
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  std::snprintf(text.data(), text.size(), "%02d:%02d:%02d.%lld", local.tm_hour, local.tm_min,
+                local.tm_sec, milliseconds % 1000);
+}
+
+}  // namespace
+
+std::uint32_t CNkOverlay::BurnIn(QFRAME* frame, const std::uint32_t* levels,
+                                 const std::uint32_t* peaks, std::uint32_t timecodeOffset) {
+  TextBuffer text{};
+  const BITMAPINFOHEADER& header = videoHeader.bmiHeader;
+  if (header.biSizeImage == 0)
+    return 0;
+  // A disabled overlay builds its surface all the same.
+  if (surface == nullptr) {
+    NKDraw* made = nullptr;
+    if (GetDraw(&videoHeader, frame->frameBuffer, made) != 0)
+      return 0;
+    surface = made;
+  }
+  if (Enabled == 0 || surface == nullptr)
+    return 0;
+  surface->SetCanvas(frame->frameBuffer, header.biHeight, header.biWidth, 0);
+
+  if ((video.scanFlags & kInterlaced) != 0) {  // every block starts on an even line from now on
+    TimeCodeY &= ~1;
+    TimeCodeSize &= ~1U;
+    SourceFormatY &= ~1;
+    AudioY &= ~1;
+    for (std::int32_t& y : CustomTextY)
+      y &= ~1;
+  }
+
+  surface->SetColorRGBA(0.9, 0.9, 0.9, 1.0, true);
+  if (FillBackground == 1) {
+    surface->SetSDLTextColor(0.9, 0.9, 0.9, 1.0);
+    surface->SetColorRGBA(0.0, 0.0, 0.0, 0.0, false);
+    surface->SetSDLBkColor(0.0, 0.0, 0.0, 0.0);
+  }
+  surface->SetTextTransparent(FillBackground != 1);
+
+  RowBlock rows(*surface, TimeCodeX, TimeCodeY, 10 * TimeCodeSize);
+  if (TimeCodeLTCEnable != 0) {
+    TcForm(frame->ltcCount - timecodeOffset, timeCodeType | kTimecodeFlags, text.data());
+    rows.draw(text.data());
+  }
+  if (TimeCodeVITCEnable != 0) {
+    TcForm(frame->vitcCount - timecodeOffset, timeCodeType | kTimecodeFlags, text.data());
+    rows.draw(text.data());
+  }
+  if (TimeCodeVsyncEnable != 0) {
+    std::array<char, 24> clock{};
+    formatWallClock(clock);
+    rows.draw(clock.data());
+  }
+
+  if (WatermarkEnable != 0)
+    ApplyWatermark(frame);
+
+  if (SourceFormatEnable != 0) {
+    const float rate = static_cast<float>(video.frameRate) / static_cast<float>(video.frameScale);
+    std::snprintf(text.data(), text.size(), "%.2f %s %s %dx%d %s", static_cast<double>(rate),
+                  hzwutilFileTypeString(system.fileType),
+                  hzwutilCodecTypeString(header.biCompression), video.biWidth, video.biHeight,
+                  scanWord(video.scanFlags));
+    tagRECT rect = {SourceFormatX, SourceFormatY, video.biWidth, below(SourceFormatY, kTextLine)};
+    drawLine(*surface, text.data(), rect);
+  }
+
+  for (int slot = 0; slot < kCustomTexts; ++slot) {
+    if (CustomTextEnabled[slot] == 0 || CustomText[slot] == nullptr)
+      continue;
+    tagRECT rect = {CustomTextX[slot], CustomTextY[slot], video.biWidth,
+                    below(CustomTextY[slot], kTextLine)};
+    drawLine(*surface, CustomText[slot], rect);
+  }
+
+  if (AudioEnable != 0)
+    drawAudMeters(levels, peaks);
+
+  if (CaptionsEnable != 0) {
+    if (captionHandle == nullptr) {
+      captionHandle = ccBurnOpen(&video);
+      ccBurnSetCCType(captionHandle, CaptionSource);
+      ccBurnSetCCDisplay(captionHandle, CaptionsEnable);
+    }
+    if (captionHandle != nullptr) {
+      ccBurnAddCCData(captionHandle, frame);
+      ccBurnIn(captionHandle, frame);
+    }
+  }
+  return 0;
+}

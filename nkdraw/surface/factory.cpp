@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Which class draws in which layout, and the references of what it makes.
+#include <nkdraw/surface/factory.h>
+
+#include <nkdraw/draw/draw.h>
+#include <nkdraw/formats/rgb8.h>
+#include <nkdraw/formats/ycbcr10.h>
+#include <nkdraw/formats/ycbcr8.h>
+#include <nkdraw/surface/bitmap_info.h>
+
+#include <algorithm>
+#include <iterator>
+#include <new>
+
+namespace {
+
+constexpr std::uint32_t kRefused = 0xFFFFFFFF;
+constexpr std::uint32_t kForever = 0xFFFFFFFF;
+
+template <class Surface>
+NKDraw* make(pixelType type) {
+  return new (std::nothrow) Surface(type);
+}
+
+struct Maker {
+  std::int32_t first, last;  // pixelType
+  NKDraw* (*make)(pixelType type);
+};
+
+constexpr Maker kMakers[] = {
+    {ptRGBA32, ptABGR32, make<CDrawRGBA32>},
+    {ptRGB24, ptBGR24, make<CDrawRGB24>},
+    {ptYUYV, ptVYUY, make<CDrawYCbCrYUYV>},
+    {ptV210, ptV210, make<CDrawYCbCr10>},
+};
+
+}  // namespace
+
+std::uint32_t GetDraw(std::uint32_t type, int width, int height, int pitch, char* canvas,
+                      NKDraw*& surface) {
+  if (type == kRefused)
+    return kRefused;
+  const auto kind = static_cast<pixelType>(type);
+  const auto* const maker = std::find_if(
+      std::begin(kMakers), std::end(kMakers),
+      [kind](const Maker& entry) { return entry.first <= kind && kind <= entry.last; });
+  if (maker != std::end(kMakers))
+    surface = maker->make(kind);
+  if (surface == nullptr)
+    return kNoSurface;
+  surface->SetCanvas(canvas, height, width, pitch);
+  nkdraw::noteDefaultFontWanted(*surface);
+  return 0;
+}
+
+std::uint32_t GetDraw(BITMAPINFO* info, char* canvas, NKDraw*& surface) {
+  std::uint32_t type = kRefused;
+  const std::uint32_t size = nkdraw::DrawSizeFromBitmapInfo(info, &type);
+  if (type == kRefused || size == 0 || size == kRefused) {
+    surface = nullptr;
+    return kRefused;
+  }
+  const BITMAPINFOHEADER& header = info->bmiHeader;
+  const auto height = static_cast<std::uint32_t>(header.biHeight);
+  return GetDraw(type, header.biWidth, static_cast<int>(header.biHeight < 0 ? 0U - height : height),
+                 0, canvas, surface);
+}
+
+std::uint32_t GetDrawSize(std::uint32_t /*type*/, int /*width*/, int /*height*/, int /*pitch*/) {
+  return 0;
+}
+
+std::uint32_t AddRefDraw(NKDraw*& surface) {
+  surface->AddRef();
+  return 0;
+}
+
+std::uint32_t ReleaseDraw(NKDraw*& surface) {
+  NKDraw* const released = surface;
+  surface = nullptr;
+  released->Lock(kForever);
+  const bool last = released->Release() == 0;
+  if (!last)
+    surface = released;
+  released->Unlock();
+  if (last)
+    delete released;
+  return 0;
+}
+
+std::uint32_t UseDefaultFont(NKDraw*& surface, bool /*wanted*/) {
+  nkdraw::noteDefaultFontWanted(*surface);
+  return 0;
+}
+
+std::uint32_t SetFont(NKDraw*& /*surface*/, char* /*name*/) {
+  return 0;
+}

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The surface object: its life, its lock, its canvas.
+#include <nkdraw/surface/pixel.h>
+
+#include <nkdraw/surface/truncate.h>
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <thread>
+
+namespace {
+
+constexpr std::uint32_t kForever = 0xFFFFFFFF;
+constexpr std::uint32_t kLockTaken = 128;
+
+/// The least bytes a pixel that SetCanvas accepts as a pitch; layouts that are not here have none.
+struct MinimumPitch {
+  std::int32_t first, last;  // pixelType
+  std::uint32_t bytesPerPixel;
+};
+
+constexpr MinimumPitch kMinimumPitches[] = {
+    {ptRGBA32, ptABGR32, 4}, {ptRGB24, ptBGR24, 3},
+    {ptRGB48, ptRGB48, 6},   {ptRGBHalf48, ptRGBHalf48, 6},
+    {ptARGB64, ptARGB64, 8}, {ptRGBAHalf64, ptRGBAHalf64, 8},
+    {ptUV8, ptUV8, 2},       {ptUV16, ptUV16, 4},
+};
+
+std::uint32_t minimumBytesPerPixel(pixelType type) {
+  const auto* row = std::find_if(
+      std::begin(kMinimumPitches), std::end(kMinimumPitches),
+      [type](const MinimumPitch& entry) { return entry.first <= type && type <= entry.last; });
+  return row == std::end(kMinimumPitches) ? 0 : row->bytesPerPixel;
+}
+
+/// The absolute value; the lowest integer keeps its bits.
+constexpr std::uint32_t magnitude(int value) {
+  const auto bits = static_cast<std::uint32_t>(value);
+  return value < 0 ? 0U - bits : bits;
+}
+
+}  // namespace
+
+NKPixel::NKPixel() : changeEvent(nkOSCreateEvent(nullptr, 0, 0, nullptr)) {
+  nkOSInitializeCriticalSection(&lock);
+}
+
+NKPixel& NKPixel::operator=(NKPixel& other) {
+  for (const bool foreground : {false, true}) {
+    double r = 0.0, g = 0.0, b = 0.0, a = 0.0;
+    GetColorRGBA(r, g, b, a, foreground);
+    other.SetColorRGBA(r, g, b, a, foreground);
+  }
+  return other;
+}
+
+NKPixel::~NKPixel() {
+  if (changeEvent != nullptr)
+    nkOSCloseEvent(changeEvent);
+  changeEvent = nullptr;
+  nkOSDeleteCriticalSection(&lock);
+}
+
+std::uint32_t NKPixel::SetCanvas(char* newCanvas, int newHeight, int newWidth, int newPitch) {
+  canvas = newCanvas;
+  flipped = newHeight < 0;
+  height = magnitude(newHeight);
+  width = magnitude(newWidth);
+  pitch = magnitude(newPitch == 0 ? GetPitch() : newPitch);
+  pitch = std::max(pitch, width * minimumBytesPerPixel(pixelKind));
+  return 0;
+}
+
+int NKPixel::GetPitch() {
+  return static_cast<int>(pitch);
+}
+
+int NKPixel::PercentX(double fraction) {
+  return nkdraw::truncateToInt32(width * fraction);
+}
+
+int NKPixel::PercentY(double fraction) {
+  return nkdraw::truncateToInt32(height * fraction);
+}
+
+std::uint32_t NKPixel::Lock(std::uint32_t timeout) {
+  if (timeout == 0 || timeout == kForever) {
+    nkOSEnterCriticalSection(&lock);
+    return 0;
+  }
+  for (; timeout > 0; --timeout) {
+    if (nkOSTryEnterCriticalSection(&lock) == 1)
+      return kLockTaken;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return 0;
+}
+
+std::uint32_t NKPixel::TryLock() {
+  return nkOSTryEnterCriticalSection(&lock);
+}
+
+std::uint32_t NKPixel::Unlock() {
+  nkOSLeaveCriticalSection(&lock);
+  return 0;
+}
+
+std::int32_t NKPixel::AddRef() {
+  Lock(kForever);
+  const std::int32_t count = ++refs;
+  Unlock();
+  return count;
+}
+
+std::int32_t NKPixel::Release() {
+  Lock(kForever);
+  refs = std::max(refs - 1, 0);
+  const std::int32_t count = refs;
+  Unlock();
+  return count;
+}
+
+void NKPixel::SetChangeEvent() {
+  if (changeEvent != nullptr)
+    nkOSSetEvent(changeEvent);
+}
+
+std::uint32_t NKPixel::WaitForChangeEvent(std::uint32_t timeout) {
+  return nkOSWaitForEvent(changeEvent, timeout);
+}
+
+std::uint32_t NKPixel::LastChange(std::uint32_t value) {
+  if (value != 0xFFFFFFFF)
+    lastChange = value;
+  return lastChange;
+}
+
+void NKPixel::CopyNKPixel(NKPixel& other) {
+  std::copy(std::begin(other.foregroundPixel), std::end(other.foregroundPixel), foregroundPixel);
+  foregroundAlpha = other.foregroundAlpha;
+  std::copy(std::begin(other.backgroundPixel), std::end(other.backgroundPixel), backgroundPixel);
+  backgroundAlpha = other.backgroundAlpha;
+  transparencyOn = other.transparencyOn;
+}

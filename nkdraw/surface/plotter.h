@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Plotting in one colour, a pixel or a run at a time.
+#pragma once
+
+#include <cstdint>
+
+namespace nkdraw {
+
+/// Knows how one kind of surface plots. Each layout specialises it as
+///
+///     Plotter(const Surface& surface, bool foreground);
+///     std::uint32_t put(int x, int y) const;          // PutPixel of the surface
+///     void row(int x, int y, int count) const;        // put for x, x + 1, ...
+///
+/// and keeps in it what is the same for all pixels of a run. A row has the result of its puts one
+/// after the other, to the bit; the order of the pixels inside a run makes no difference.
+template <class Surface>
+class Plotter;
+
+/// Coordinates wrap at 32 bits.
+[[nodiscard]] constexpr int offsetBy(int coordinate, std::int64_t offset) {
+  return static_cast<int>(static_cast<std::uint32_t>(coordinate) +
+                          static_cast<std::uint32_t>(offset));
+}
+
+}  // namespace nkdraw

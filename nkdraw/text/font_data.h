@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The font state that the whole process shares.
+#pragma once
+
+#include <nkdraw/export.h>
+
+#include <cstdint>
+
+namespace nkdraw {
+
+/// One block of memory in this order. No lock guards it.
+struct FontData {
+  std::uint8_t fontSheetPixels[1048576];  ///< pixel rows of the sheet, as in its file
+  std::uint8_t fontSheetHeader[36];       ///< its header from the width on
+  char fontKind[4];            ///< "ttf" outlines, "bmp" sheets, anything else built-in glyphs
+  std::int32_t fontPointSize;  ///< height of outlines
+  std::uint64_t fontScratch;   ///< cleared by every DrawText
+};
+
+extern NKDRAW_API FontData fontData;
+
+}  // namespace nkdraw

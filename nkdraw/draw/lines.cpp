@@ -41,6 +41,9 @@ class Stepper {
 
   [[nodiscard]] std::uint32_t count() const { return count_; }
 
+  /// Whether all positions lie on one row, or column.
+  [[nodiscard]] bool straight() const { return step_ == 0; }
+
   void advance() {
     fixed_ += step_;
     major_ = nkdraw::offsetBy(major_, direction_);
@@ -83,6 +86,12 @@ class RunGatherer {
     ++length_;
   }
 
+  /// So many positions from the stepper's on, all on its row or column.
+  void takeStraight(std::uint32_t count) {
+    take();
+    length_ = count;
+  }
+
   /// The run ends here.
   void flush() {
     if (length_ == 0)
@@ -121,9 +130,13 @@ std::uint32_t NKDraw::Line(int x1, int y1, int x2, int y2) {
     return kRefused;  // the weighted path is not served; the library never sets the flag
   Stepper stepper(x1, y1, x2, y2);
   RunGatherer run(*this, stepper);
-  for (std::uint32_t left = stepper.count(); left > 0; --left) {
-    run.take();
-    stepper.advance();
+  if (stepper.straight()) {
+    run.takeStraight(stepper.count());
+  } else {
+    for (std::uint32_t left = stepper.count(); left > 0; --left) {
+      run.take();
+      stepper.advance();
+    }
   }
   run.flush();
   return 0;

@@ -39,6 +39,7 @@ function(nkdraw_library target exported)
   set_target_properties(${target} PROPERTIES
     EXPORT_NAME ${exported}
     POSITION_INDEPENDENT_CODE ON
+    INSTALL_RPATH "$ORIGIN"
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR})
 endfunction()

@@ -10,6 +10,7 @@
 
 #include <nkdraw/export.h>
 #include <nkdraw/platform/records.h>
+#include <nkdraw/surface/pixel_type.h>
 
 #include <stdint.h>
 

@@ -5,8 +5,8 @@
 
 #include <nkdraw/platform/memory.h>
 #include <nkdraw/surface/byte_order.h>
-#include <nkdraw/surface/plotter.h>
 #include <nkdraw/surface/resolver.h>
+#include <nkdraw/surface/wrapping.h>
 
 #include <utility>
 
@@ -14,20 +14,15 @@ namespace {
 
 constexpr std::uint32_t kRefused = 0xFFFFFFFF;
 
-constexpr int difference(int a, int b) {
-  return static_cast<int>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
-}
-
-constexpr std::uint32_t magnitude(int value) {
-  const auto bits = static_cast<std::uint32_t>(value);
-  return value < 0 ? 0U - bits : bits;
-}
+using nkdraw::magnitude;
+using nkdraw::wrappingAdd;
+using nkdraw::wrappingSubtract;
 
 /// Walks from (x1, y1) along the longer axis, one position at a time; a tie goes to x.
 class Stepper {
  public:
   Stepper(int x1, int y1, int x2, int y2) {
-    const int dx = difference(x2, x1), dy = difference(y2, y1);
+    const int dx = wrappingSubtract(x2, x1), dy = wrappingSubtract(y2, y1);
     // Signed, so that the lowest integer, whose magnitude is itself, counts as the shorter axis.
     alongY_ = static_cast<int>(magnitude(dy)) > static_cast<int>(magnitude(dx));
     const int majorDelta = alongY_ ? dy : dx, minorDelta = alongY_ ? dx : dy;
@@ -41,9 +36,12 @@ class Stepper {
 
   [[nodiscard]] std::uint32_t count() const { return count_; }
 
+  /// Whether all positions lie on one row, or column.
+  [[nodiscard]] bool straight() const { return step_ == 0; }
+
   void advance() {
     fixed_ += step_;
-    major_ = nkdraw::offsetBy(major_, direction_);
+    major_ = wrappingAdd(major_, direction_);
   }
 
  private:
@@ -83,6 +81,12 @@ class RunGatherer {
     ++length_;
   }
 
+  /// So many positions from the stepper's on, all on its row or column.
+  void takeStraight(std::uint32_t count) {
+    take();
+    length_ = count;
+  }
+
   /// The run ends here.
   void flush() {
     if (length_ == 0)
@@ -116,14 +120,18 @@ std::uint32_t NKDraw::Line(int x1, int y1, int x2, int y2) {
     std::swap(x1, x2);
     std::swap(y1, y2);
   }
-  const int dx = difference(x2, x1), dy = difference(y2, y1);
+  const int dx = wrappingSubtract(x2, x1), dy = wrappingSubtract(y2, y1);
   if (antialias && dx != 0 && dy != 0 && static_cast<int>(magnitude(dx)) != dy)
     return kRefused;  // the weighted path is not served; the library never sets the flag
   Stepper stepper(x1, y1, x2, y2);
   RunGatherer run(*this, stepper);
-  for (std::uint32_t left = stepper.count(); left > 0; --left) {
-    run.take();
-    stepper.advance();
+  if (stepper.straight()) {
+    run.takeStraight(stepper.count());
+  } else {
+    for (std::uint32_t left = stepper.count(); left > 0; --left) {
+      run.take();
+      stepper.advance();
+    }
   }
   run.flush();
   return 0;
@@ -135,7 +143,7 @@ std::uint32_t NKDraw::Line(tagPOINT& from, tagPOINT& to) {
 
 std::uint32_t NKDraw::LineVert(int x, int y1, int y2) {
   if (y1 <= y2)
-    nkdraw::RunPlotter(*this).column(x, y1, magnitude(difference(y2, y1)) + 1, 1, true);
+    nkdraw::RunPlotter(*this).column(x, y1, magnitude(wrappingSubtract(y2, y1)) + 1, 1, true);
   return 0;
 }
 
@@ -144,9 +152,9 @@ std::uint32_t NKDraw::LineHoriz(int x1, int y, int x2) {
     const std::uint32_t rowOffset = pitch * static_cast<std::uint32_t>(y);
     char* const first = canvas + (static_cast<std::ptrdiff_t>(rowOffset >> 2) + x1) * 4;
     SetMemoryFast(first, nkdraw::load32(foregroundPixel),
-                  static_cast<std::uint32_t>(difference(x2, x1)) * 4);
+                  static_cast<std::uint32_t>(wrappingSubtract(x2, x1)) * 4);
   } else if (x1 <= x2) {
-    nkdraw::RunPlotter(*this).row(x1, y, magnitude(difference(x2, x1)) + 1, 1, true);
+    nkdraw::RunPlotter(*this).row(x1, y, magnitude(wrappingSubtract(x2, x1)) + 1, 1, true);
   }
   return 0;
 }

@@ -10,14 +10,8 @@ namespace {
 
 constexpr double kColourlessHue = -1.0;
 
-/// Reads the bytes at `pixel` and gives them back as channels; alpha is 1.0 where there is none.
-void readChannels(const void* pixel, nkdraw::ByteOrder order, double& r, double& g, double& b,
-                  double& a) {
-  const auto* const bytes = static_cast<const std::uint8_t*>(pixel);
-  r = bytes[order.r] / 255.0;
-  g = bytes[order.g] / 255.0;
-  b = bytes[order.b] / 255.0;
-  a = order.hasAlpha() ? bytes[order.a] / 255.0 : 1.0;
+const std::uint8_t* bytesAt(NKPixel& surface, int x, int y) {
+  return static_cast<const std::uint8_t*>(surface.GetPixel(x, y));
 }
 
 std::uint32_t readHsv(NKPixel& surface, int x, int y, double& h, double& s, double& v, double& a) {
@@ -45,7 +39,7 @@ int CDrawRGBA32::GetPitch() {
 std::uint32_t CDrawRGBA32::GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr,
                                          double& a) {
   double r = 0.0, g = 0.0, b = 0.0;
-  readChannels(GetPixel(x, y), nkdraw::byteOrder32(pixelKind), r, g, b, a);
+  nkdraw::readChannels(bytesAt(*this, x, y), nkdraw::byteOrder32(pixelKind), r, g, b, a);
   RGBToYCbCr(r, g, b, a, y2, cb, cr, a);
   return 0;
 }
@@ -70,7 +64,7 @@ int CDrawRGB24::GetPitch() {
 std::uint32_t CDrawRGB24::GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr,
                                         double& a) {
   double r = 0.0, g = 0.0, b = 0.0;
-  readChannels(GetPixel(x, y), nkdraw::byteOrder24(pixelKind), r, g, b, a);
+  nkdraw::readChannels(bytesAt(*this, x, y), nkdraw::byteOrder24(pixelKind), r, g, b, a);
   RGBToYCbCr(r, g, b, a, y2, cb, cr, a);
   return 0;
 }

@@ -7,6 +7,7 @@
 #include <nkdraw/platform/media_names.h>
 #include <nkdraw/platform/timecode.h>
 #include <nkdraw/surface/factory.h>
+#include <nkdraw/surface/wrapping.h>
 
 #include <array>
 #include <chrono>
@@ -40,21 +41,16 @@ void drawLine(NKDraw& surface, const char* text, tagRECT& rect) {
   surface.DrawText(text, static_cast<std::int32_t>(std::strlen(text)), &rect, DT_CALCRECT);
 }
 
-/// Coordinates wrap at 32 bits.
-std::int32_t below(std::int32_t y, std::uint32_t lines) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(y) + lines);
-}
-
 /// The rows of the timecode block, one under the other.
 class RowBlock {
  public:
   RowBlock(NKDraw& surface, std::int32_t x, std::int32_t y, std::uint32_t lines)
-      : surface_(surface), rect_{x, y, 0, below(y, lines)}, lines_(lines) {}
+      : surface_(surface), rect_{x, y, 0, nkdraw::wrappingAdd(y, lines)}, lines_(lines) {}
 
   void draw(const char* text) {
     drawLine(surface_, text, rect_);
-    rect_.top = below(rect_.top, lines_);
-    rect_.bottom = below(rect_.bottom, lines_);
+    rect_.top = nkdraw::wrappingAdd(rect_.top, lines_);
+    rect_.bottom = nkdraw::wrappingAdd(rect_.bottom, lines_);
   }
 
  private:
@@ -137,7 +133,8 @@ std::uint32_t CNkOverlay::BurnIn(QFRAME* frame, const std::uint32_t* levels,
                   hzwutilFileTypeString(system.fileType),
                   hzwutilCodecTypeString(header.biCompression), video.biWidth, video.biHeight,
                   scanWord(video.scanFlags));
-    tagRECT rect = {SourceFormatX, SourceFormatY, video.biWidth, below(SourceFormatY, kTextLine)};
+    tagRECT rect = {SourceFormatX, SourceFormatY, video.biWidth,
+                    nkdraw::wrappingAdd(SourceFormatY, kTextLine)};
     drawLine(*surface, text.data(), rect);
   }
 
@@ -145,7 +142,7 @@ std::uint32_t CNkOverlay::BurnIn(QFRAME* frame, const std::uint32_t* levels,
     if (CustomTextEnabled[slot] == 0 || CustomText[slot] == nullptr)
       continue;
     tagRECT rect = {CustomTextX[slot], CustomTextY[slot], video.biWidth,
-                    below(CustomTextY[slot], kTextLine)};
+                    nkdraw::wrappingAdd(CustomTextY[slot], kTextLine)};
     drawLine(*surface, CustomText[slot], rect);
   }
 

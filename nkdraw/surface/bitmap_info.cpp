@@ -4,6 +4,7 @@
 #include <nkdraw/surface/bitmap_info.h>
 
 #include <nkdraw/surface/pixel_type.h>
+#include <nkdraw/surface/wrapping.h>
 
 #include <algorithm>
 #include <iterator>
@@ -145,11 +146,6 @@ const Row* rowOf(std::uint32_t compression) {
     }
   }
   return nullptr;
-}
-
-std::uint32_t magnitude(std::int32_t value) {
-  const auto bits = static_cast<std::uint32_t>(value);
-  return value < 0 ? 0U - bits : bits;
 }
 
 std::uint32_t sizeOf(const Frame& frame, const BITMAPINFOHEADER& header) {

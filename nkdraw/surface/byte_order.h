@@ -46,6 +46,15 @@ struct ByteOrder {
   return isThreeByteType(type) ? byteOrder24(type) : byteOrder32(type);
 }
 
+/// Channels over 255; alpha is 1.0 where the order has none.
+inline void readChannels(const std::uint8_t* pixel, ByteOrder order, double& r, double& g,
+                         double& b, double& a) {
+  r = pixel[order.r] / 255.0;
+  g = pixel[order.g] / 255.0;
+  b = pixel[order.b] / 255.0;
+  a = order.hasAlpha() ? pixel[order.a] / 255.0 : 1.0;
+}
+
 /// Words of the canvas, which need not be aligned.
 [[nodiscard]] inline std::uint32_t load32(const void* from) {
   std::uint32_t word;

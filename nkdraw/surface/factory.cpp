@@ -8,6 +8,7 @@
 #include <nkdraw/formats/ycbcr10.h>
 #include <nkdraw/formats/ycbcr8.h>
 #include <nkdraw/surface/bitmap_info.h>
+#include <nkdraw/surface/wrapping.h>
 
 #include <algorithm>
 #include <iterator>
@@ -62,9 +63,8 @@ std::uint32_t GetDraw(BITMAPINFO* info, char* canvas, NKDraw*& surface) {
     return kRefused;
   }
   const BITMAPINFOHEADER& header = info->bmiHeader;
-  const auto height = static_cast<std::uint32_t>(header.biHeight);
-  return GetDraw(type, header.biWidth, static_cast<int>(header.biHeight < 0 ? 0U - height : height),
-                 0, canvas, surface);
+  const auto height = static_cast<int>(nkdraw::magnitude(header.biHeight));
+  return GetDraw(type, header.biWidth, height, 0, canvas, surface);
 }
 
 std::uint32_t GetDrawSize(std::uint32_t /*type*/, int /*width*/, int /*height*/, int /*pitch*/) {

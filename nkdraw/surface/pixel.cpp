@@ -4,6 +4,7 @@
 #include <nkdraw/surface/pixel.h>
 
 #include <nkdraw/surface/truncate.h>
+#include <nkdraw/surface/wrapping.h>
 
 #include <algorithm>
 #include <chrono>
@@ -35,12 +36,6 @@ std::uint32_t minimumBytesPerPixel(pixelType type) {
   return row == std::end(kMinimumPitches) ? 0 : row->bytesPerPixel;
 }
 
-/// The absolute value; the lowest integer keeps its bits.
-constexpr std::uint32_t magnitude(int value) {
-  const auto bits = static_cast<std::uint32_t>(value);
-  return value < 0 ? 0U - bits : bits;
-}
-
 }  // namespace
 
 NKPixel::NKPixel() : changeEvent(nkOSCreateEvent(nullptr, 0, 0, nullptr)) {
@@ -66,9 +61,9 @@ NKPixel::~NKPixel() {
 std::uint32_t NKPixel::SetCanvas(char* newCanvas, int newHeight, int newWidth, int newPitch) {
   canvas = newCanvas;
   flipped = newHeight < 0;
-  height = magnitude(newHeight);
-  width = magnitude(newWidth);
-  pitch = magnitude(newPitch == 0 ? GetPitch() : newPitch);
+  height = nkdraw::magnitude(newHeight);
+  width = nkdraw::magnitude(newWidth);
+  pitch = nkdraw::magnitude(newPitch == 0 ? GetPitch() : newPitch);
   pitch = std::max(pitch, width * minimumBytesPerPixel(pixelKind));
   return 0;
 }

@@ -40,12 +40,8 @@ std::uint32_t NKPixel::SetColorRGBA(double r, double g, double b, double a, bool
 }
 
 std::uint32_t NKPixel::GetColorRGBA(double& r, double& g, double& b, double& a, bool foreground) {
-  const ByteOrder order = nkdraw::byteOrder(pixelKind);
-  const std::uint8_t* const packed = foreground ? foregroundPixel : backgroundPixel;
-  r = packed[order.r] / 255.0;
-  g = packed[order.g] / 255.0;
-  b = packed[order.b] / 255.0;
-  a = order.hasAlpha() ? packed[order.a] / 255.0 : 1.0;
+  nkdraw::readChannels(foreground ? foregroundPixel : backgroundPixel, nkdraw::byteOrder(pixelKind),
+                       r, g, b, a);
   return 0;
 }
 
@@ -61,11 +57,7 @@ std::uint32_t NKPixel::PutPixel(int x, int y, bool foreground) {
 }
 
 std::uint32_t NKPixel::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {
-  const ByteOrder order = nkdraw::byteOrder(pixelKind);
-  const auto* const pixel = static_cast<const std::uint8_t*>(GetPixel(x, y));
-  r = pixel[order.r] / 255.0;
-  g = pixel[order.g] / 255.0;
-  b = pixel[order.b] / 255.0;
-  a = order.hasAlpha() ? pixel[order.a] / 255.0 : 1.0;
+  nkdraw::readChannels(static_cast<const std::uint8_t*>(GetPixel(x, y)),
+                       nkdraw::byteOrder(pixelKind), r, g, b, a);
   return 0;
 }

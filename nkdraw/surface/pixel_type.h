@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The pixel layouts, by number.
+// The pixel layouts, by number. The header is C99 and C++.
 #ifndef NKDRAW_SURFACE_PIXEL_TYPE_H
 #define NKDRAW_SURFACE_PIXEL_TYPE_H
 
-#include <cstdint>
+#include <stdint.h>
 
 /// A pixel layout. Channels are named in memory order, lowest address first; words are in the
 /// machine's byte order unless the comment says otherwise.
-enum pixelType : std::int32_t {
+enum pixelType
+#ifdef __cplusplus
+    : int32_t
+#endif
+{
   ptNone = -1,         ///< no surface draws in it
   ptRGBA32 = 1,        ///< bytes R, G, B, A
   ptARGB32 = 2,        ///< bytes A, R, G, B

@@ -3,8 +3,6 @@
 // Plotting in one colour, a pixel or a run at a time.
 #pragma once
 
-#include <cstdint>
-
 namespace nkdraw {
 
 /// Knows how one kind of surface plots. Each layout specialises it as
@@ -17,11 +15,5 @@ namespace nkdraw {
 /// after the other, to the bit; the order of the pixels inside a run makes no difference.
 template <class Surface>
 class Plotter;
-
-/// Coordinates wrap at 32 bits.
-[[nodiscard]] constexpr int offsetBy(int coordinate, std::int64_t offset) {
-  return static_cast<int>(static_cast<std::uint32_t>(coordinate) +
-                          static_cast<std::uint32_t>(offset));
-}
 
 }  // namespace nkdraw

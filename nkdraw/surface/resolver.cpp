@@ -7,9 +7,13 @@
 #include <nkdraw/formats/ycbcr10_plotter.h>
 #include <nkdraw/formats/ycbcr8_plotter.h>
 #include <nkdraw/surface/rgb_plotter.h>
+#include <nkdraw/surface/wrapping.h>
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
+#include <new>
+#include <type_traits>
 #include <typeinfo>
 
 namespace nkdraw {
@@ -17,59 +21,75 @@ namespace {
 
 constexpr std::uint32_t kLongestRow = std::numeric_limits<int>::max();
 
-/// `Surface` is the concrete class, `Plotted` the one whose plotting it uses.
-template <class Surface, class Plotted>
-struct Inlined {
-  static void* cast(NKPixel& surface) { return dynamic_cast<Surface*>(&surface); }
+/// Plots through the table, for classes that the library does not know.
+class TablePlotter {
+ public:
+  TablePlotter(NKPixel& surface, bool foreground) : surface_(surface), foreground_(foreground) {}
 
-  static void row(void* surface, int x, int y, std::uint32_t count, int step, bool foreground) {
-    const Plotter<Plotted> plotter(*static_cast<Surface*>(surface), foreground);
-    while (count > 0) {
-      const auto length = static_cast<int>(std::min(count, kLongestRow));
-      plotter.row(step > 0 ? x : offsetBy(x, 1 - std::int64_t{length}), y, length);
-      x = offsetBy(x, std::int64_t{length} * step);
-      count -= static_cast<std::uint32_t>(length);
-    }
-  }
+  std::uint32_t put(int x, int y) const { return surface_.PutPixel(x, y, foreground_); }
 
-  static void column(void* surface, int x, int y, std::uint32_t count, int step, bool foreground) {
-    const Plotter<Plotted> plotter(*static_cast<Surface*>(surface), foreground);
-    for (; count > 0; --count, y = offsetBy(y, step))
-      plotter.put(x, y);
-  }
+ private:
+  NKPixel& surface_;
+  bool foreground_;
 };
 
-struct ThroughTable {
-  static void row(void* surface, int x, int y, std::uint32_t count, int step, bool foreground) {
-    for (; count > 0; --count, x = offsetBy(x, step))
-      static_cast<NKPixel*>(surface)->PutPixel(x, y, foreground);
-  }
+template <class AnyPlotter>
+void putRow(const void* plotter, int x, int y, std::uint32_t count, int step) {
+  for (; count > 0; --count, x = wrappingAdd(x, step))
+    static_cast<const AnyPlotter*>(plotter)->put(x, y);
+}
 
-  static void column(void* surface, int x, int y, std::uint32_t count, int step, bool foreground) {
-    for (; count > 0; --count, y = offsetBy(y, step))
-      static_cast<NKPixel*>(surface)->PutPixel(x, y, foreground);
-  }
-};
+template <class AnyPlotter>
+void putColumn(const void* plotter, int x, int y, std::uint32_t count, int step) {
+  for (; count > 0; --count, y = wrappingAdd(y, step))
+    static_cast<const AnyPlotter*>(plotter)->put(x, y);
+}
 
+/// A run of one colour has the same result in both directions.
+template <class AnyPlotter>
+void inlinedRow(const void* plotter, int x, int y, std::uint32_t count, int step) {
+  while (count > 0) {
+    const auto length = static_cast<int>(std::min(count, kLongestRow));
+    const int left = step > 0 ? x : wrappingSubtract(x, length - 1);
+    static_cast<const AnyPlotter*>(plotter)->row(left, y, length);
+    x = wrappingAdd(x, std::int64_t{length} * step);
+    count -= static_cast<std::uint32_t>(length);
+  }
+}
+
+template <class AnyPlotter, class Surface>
+void construct(Surface& surface, std::array<RunPlotter::Storage, 2>& plotters) {
+  static_assert(sizeof(AnyPlotter) <= sizeof(RunPlotter::Storage));
+  static_assert(std::is_trivially_destructible_v<AnyPlotter>);
+  new (plotters[0].data()) AnyPlotter(surface, false);
+  new (plotters[1].data()) AnyPlotter(surface, true);
+}
+
+/// What is known of one of the library's own classes.
 struct Entry {
   const std::type_info* type;
-  void* (*cast)(NKPixel& surface);
+  void (*construct)(NKPixel& surface, std::array<RunPlotter::Storage, 2>& plotters);
   RunPlotter::Run row;
   RunPlotter::Run column;
 };
 
+/// `Surface` is the concrete class, `Plotted` the one whose plotting it uses.
 template <class Surface, class Plotted = Surface>
-Entry inlined() {
-  using Runs = Inlined<Surface, Plotted>;
-  return {&typeid(Surface), Runs::cast, Runs::row, Runs::column};
+Entry entryFor() {
+  using Inlined = Plotter<Plotted>;
+  return {&typeid(Surface),
+          [](NKPixel& surface, std::array<RunPlotter::Storage, 2>& plotters) {
+            construct<Inlined>(dynamic_cast<Plotted&>(surface), plotters);
+          },
+          inlinedRow<Inlined>, putColumn<Inlined>};
 }
 
 const Entry* entryOf(const NKPixel& surface) {
   static const Entry kEntries[] = {
-      inlined<CDrawYCbCr10>(),
-      inlined<CDrawYCbCrYUYV>(),
-      inlined<CDrawRGBA32, NKPixel>(),
-      inlined<CDrawRGB24, NKPixel>(),
+      entryFor<CDrawYCbCr10>(),
+      entryFor<CDrawYCbCrYUYV>(),
+      entryFor<CDrawRGBA32, NKPixel>(),
+      entryFor<CDrawRGB24, NKPixel>(),
   };
   const auto* const entry =
       std::find_if(std::begin(kEntries), std::end(kEntries),
@@ -81,13 +101,13 @@ const Entry* entryOf(const NKPixel& surface) {
 
 RunPlotter::RunPlotter(NKPixel& surface) {
   if (const Entry* const entry = entryOf(surface)) {
-    surface_ = entry->cast(surface);
+    entry->construct(surface, plotters_);
     row_ = entry->row;
     column_ = entry->column;
   } else {
-    surface_ = &surface;
-    row_ = ThroughTable::row;
-    column_ = ThroughTable::column;
+    construct<TablePlotter>(surface, plotters_);
+    row_ = putRow<TablePlotter>;
+    column_ = putColumn<TablePlotter>;
   }
 }
 

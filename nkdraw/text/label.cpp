@@ -2,12 +2,15 @@
 //
 // Labels: the built-in font stamped through Point and LineHoriz.
 #include <nkdraw/draw/draw.h>
+#include <nkdraw/surface/wrapping.h>
 #include <nkdraw/text/label_glyphs.h>
 
 #include <cstddef>
 #include <cstring>
 
 namespace {
+
+constexpr unsigned char kLastCode = 127;
 
 /// What a label plots for the set bits of a cell, or for the clear ones.
 enum class Stroke { kNone, kForeground, kBackground };
@@ -24,12 +27,18 @@ void plotBit(NKDraw& surface, int x, int y, std::uint32_t scale, Stroke stroke) 
   if (stroke == Stroke::kNone)
     return;
   if (stroke == Stroke::kForeground && scale != 1) {
-    surface.LineHoriz(x, y, static_cast<int>(static_cast<std::uint32_t>(x) + scale));
+    surface.LineHoriz(x, y, nkdraw::wrappingAdd(x, scale));
     return;
   }
   for (std::uint32_t k = 0; k < scale; ++k)
-    surface.Point(static_cast<int>(static_cast<std::uint32_t>(x) + k), y,
-                  stroke == Stroke::kForeground);
+    surface.Point(nkdraw::wrappingAdd(x, k), y, stroke == Stroke::kForeground);
+}
+
+/// One line of a cell, from left to right.
+void plotRow(NKDraw& surface, int x, int y, std::uint32_t scale, unsigned cellRow, Stroke clear,
+             Stroke set) {
+  for (unsigned mask = 0x80; mask != 0; mask >>= 1, x = nkdraw::wrappingAdd(x, scale))
+    plotBit(surface, x, y, scale, (cellRow & mask) != 0 ? set : clear);
 }
 
 }  // namespace
@@ -55,26 +64,19 @@ std::uint32_t NKDraw::LabelGetFontHeight() {
 }
 
 std::uint32_t NKDraw::Label(int x, int y, const char* text, bool invert, bool fill) {
-  const Stroke strokes[] = {strokeOf(false, invert, fill), strokeOf(true, invert, fill)};
-  const auto top = static_cast<std::uint32_t>(y);
+  const Stroke clear = strokeOf(false, invert, fill), set = strokeOf(true, invert, fill);
+  const std::uint32_t advance = labelFontWidth * labelFontScale;
   // Signed, so that a label above the canvas walks down into it.
-  const auto end = static_cast<int>(top + labelFontHeight * labelFontScale);
+  const int end = nkdraw::wrappingAdd(y, labelFontHeight * labelFontScale);
   for (std::size_t i = 0; i < std::strlen(text); ++i) {
-    const auto code = static_cast<signed char>(text[i]);
-    if (code < 0)
+    const auto code = static_cast<unsigned char>(text[i]);
+    if (code > kLastCode)
       continue;
-    const auto left = static_cast<std::uint32_t>(x) +
-                      labelFontWidth * labelFontScale * static_cast<std::uint32_t>(i);
-    const std::uint8_t* row =
-        labelFont + static_cast<std::uint32_t>(code) * labelFontHeight + labelFontHeight - 1;
+    const int left = nkdraw::wrappingAdd(x, advance * static_cast<std::uint32_t>(i));
+    const std::uint8_t* row = labelFont + (std::size_t{code} + 1) * labelFontHeight - 1;
     for (int line = y; line < end; --row) {
-      for (std::uint32_t repeat = 0; repeat < labelFontScale; ++repeat, ++line) {
-        for (std::uint32_t bit = 0; bit < nkdraw::kGlyphWidth; ++bit) {
-          const bool set = (*row & (0x80U >> bit)) != 0;
-          plotBit(*this, static_cast<int>(left + bit * labelFontScale), line, labelFontScale,
-                  strokes[set ? 1 : 0]);
-        }
-      }
+      for (std::uint32_t repeat = 0; repeat < labelFontScale; ++repeat, ++line)
+        plotRow(*this, left, line, labelFontScale, *row, clear, set);
     }
   }
   return 0;

@@ -3,8 +3,8 @@
 // Text in a rectangle: the built-in glyphs, magnified by whole numbers, drawn upward from the
 // rectangle's bottom edge.
 #include <nkdraw/draw/draw.h>
-#include <nkdraw/surface/plotter.h>
 #include <nkdraw/surface/resolver.h>
+#include <nkdraw/surface/wrapping.h>
 #include <nkdraw/text/font_data.h>
 #include <nkdraw/text/label_glyphs.h>
 
@@ -16,31 +16,27 @@ namespace {
 constexpr std::uint32_t kLargestMagnification = 20;
 constexpr std::int32_t kNotServed = -1;
 
-// All of the rectangle's arithmetic wraps at 32 bits.
-constexpr std::uint32_t bits(std::int32_t value) {
-  return static_cast<std::uint32_t>(value);
-}
-constexpr std::int32_t number(std::uint32_t value) {
-  return static_cast<std::int32_t>(value);
-}
+using nkdraw::magnitude;
+using nkdraw::wrappingAdd;
+using nkdraw::wrappingSubtract;
 
 std::uint32_t magnificationFor(const tagRECT& rect) {
   if (rect.bottom == 0 || rect.top < 0)
     return 1;
-  const std::int32_t height = number(bits(rect.bottom) - bits(rect.top));
-  const std::uint32_t magnitude = height < 0 ? 0U - bits(height) : bits(height);
-  return std::clamp(magnitude / nkdraw::kGlyphHeight, 1U, kLargestMagnification);
+  const std::uint32_t height = magnitude(wrappingSubtract(rect.bottom, rect.top));
+  return std::clamp(height / nkdraw::kGlyphHeight, 1U, kLargestMagnification);
 }
 
 void centre(tagRECT& rect, std::uint32_t length, std::uint32_t magnification) {
   const std::uint32_t line = nkdraw::kGlyphHeight * magnification;
-  if (bits(rect.bottom) - bits(rect.top) > line)
-    rect.top = number(bits(rect.top) + (bits(rect.bottom) - line - bits(rect.top)) / 2);
+  const auto height = static_cast<std::uint32_t>(wrappingSubtract(rect.bottom, rect.top));
+  if (height > line)
+    rect.top = wrappingAdd(rect.top, (height - line) / 2);
   // Meant as coarse as it is: characters count 10 pixels wide here, although cells are 8.
-  const std::int32_t half = number(length * magnification * 10 / 2);
-  const std::int32_t middle = number(bits(rect.right) - bits(rect.left)) / 2;
+  const auto half = static_cast<std::int32_t>(length * magnification * 10 / 2);
+  const std::int32_t middle = wrappingSubtract(rect.right, rect.left) / 2;
   if (middle > half)
-    rect.left = number(bits(rect.left) + bits(middle) - bits(half));
+    rect.left = wrappingAdd(rect.left, std::int64_t{middle} - half);
 }
 
 /// Moves the rectangle's edges to where the format puts the text.
@@ -49,9 +45,9 @@ void align(tagRECT& rect, std::uint32_t format, std::uint32_t length, std::uint3
   if ((format & DT_CENTER) != 0)
     centre(rect, length, magnification);
   else if ((format & DT_RIGHT) != 0)
-    rect.left = number(bits(rect.right) - count * magnification * nkdraw::kGlyphWidth);
+    rect.left = wrappingSubtract(rect.right, count * magnification * nkdraw::kGlyphWidth);
   else if ((format & DT_BOTTOM) == 0)
-    rect.bottom = number(bits(rect.top) + nkdraw::kGlyphHeight * magnification);
+    rect.bottom = wrappingAdd(rect.top, nkdraw::kGlyphHeight * magnification);
 }
 
 class GlyphStamp {
@@ -64,11 +60,11 @@ class GlyphStamp {
   /// line, the others `magnification` each, then follows the first byte of the next cell. The
   /// topmost line is always background.
   void stamp(signed char code, std::int32_t left, std::int32_t bottom) const {
-    const std::uint8_t* row = nkdraw::labelGlyphs + code * int{nkdraw::kGlyphHeight};
+    const std::uint8_t* row = nkdraw::labelGlyphs + std::ptrdiff_t{code} * nkdraw::kGlyphHeight;
     const std::uint32_t top = nkdraw::kGlyphHeight * magnification_;
     std::uint32_t untilNext = 1;
     for (std::uint32_t line = 0; line <= top; ++line) {
-      plotLine(line == top ? 0 : *row, left, number(bits(bottom) - line));
+      plotLine(line == top ? 0 : *row, left, wrappingSubtract(bottom, line));
       if (--untilNext == 0) {
         ++row;
         untilNext = magnification_;
@@ -85,8 +81,7 @@ class GlyphStamp {
       while (end < nkdraw::kGlyphWidth && isSet(cellRow, end) == ink)
         ++end;
       if (ink || !transparent_)
-        plotter_.row(number(bits(x) + bit * magnification_), y, (end - bit) * magnification_, 1,
-                     ink);
+        plotter_.row(wrappingAdd(x, bit * magnification_), y, (end - bit) * magnification_, 1, ink);
       bit = end;
     }
   }
@@ -118,10 +113,10 @@ std::int32_t NKDraw::DrawText(const char* text, std::int32_t count, tagRECT* rec
   const GlyphStamp glyphs(*this, magnification, textTransparent);
   for (std::uint32_t i = 0; i < length; ++i)
     glyphs.stamp(static_cast<signed char>(text[i]),
-                 number(bits(rect->left) + nkdraw::kGlyphWidth * i * magnification), rect->bottom);
+                 wrappingAdd(rect->left, nkdraw::kGlyphWidth * i * magnification), rect->bottom);
   if ((format & DT_CALCRECT) != 0) {
-    rect->right = number(bits(rect->left) + counted * magnification * nkdraw::kGlyphWidth);
-    rect->bottom = number(bits(rect->top) + nkdraw::kGlyphHeight * magnification);
+    rect->right = wrappingAdd(rect->left, counted * magnification * nkdraw::kGlyphWidth);
+    rect->bottom = wrappingAdd(rect->top, nkdraw::kGlyphHeight * magnification);
   }
   return 0;
 }

@@ -1,0 +1,36 @@
+# SPDX-License-Identifier: BSD-2-Clause
+#
+# The public headers: installed, and compiled alone by the tests.
+
+set(NKDRAW_PUBLIC_HEADERS
+  nkdraw/draw/draw.h
+  nkdraw/export.h
+  nkdraw/formats/rgb8.h
+  nkdraw/formats/ycbcr10.h
+  nkdraw/formats/ycbcr8.h
+  nkdraw/nkdraw.h
+  nkdraw/nkdraw_c.h
+  nkdraw/overlay/overlay.h
+  nkdraw/overlay/shared_pointer.h
+  nkdraw/platform/captions.h
+  nkdraw/platform/host.h
+  nkdraw/platform/log.h
+  nkdraw/platform/media_names.h
+  nkdraw/platform/memory.h
+  nkdraw/platform/module.h
+  nkdraw/platform/records.h
+  nkdraw/platform/sync.h
+  nkdraw/platform/thread.h
+  nkdraw/platform/timecode.h
+  nkdraw/surface/factory.h
+  nkdraw/surface/pixel.h
+  nkdraw/surface/pixel_type.h
+  nkdraw/text/font_data.h
+  nkdraw/text/label_glyphs.h)
+
+# Those that a C99 program may include.
+set(NKDRAW_C_HEADERS
+  nkdraw/export.h
+  nkdraw/nkdraw_c.h
+  nkdraw/platform/records.h
+  nkdraw/surface/pixel_type.h)

@@ -50,14 +50,14 @@ TimeWindow windowOf(MediaInput& input, const Job& job) {
 
 void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options) {
   const Job& job = plan.job;
-  if (options.startTimecode || (job.timecode.known && job.range.first > 0))
+  if (job.timecode.known)
     plan.timecodeTag = timecodeText(job.timecode, job.range.first);
   plan.format = &formatFor(options.output);
   if (!job.inPlace)
     plan.codec = chooseCodec(options.codec, plan.drawn, *plan.format);
   else if (!isSameKind(*input.file().iformat, *plan.format))
     checkKeeps(*plan.format, *job.layout);
-  plan.fates = streamFates(input, *plan.format, !plan.timecodeTag && job.range.isWhole());
+  plan.fates = streamFates(input, *plan.format);
 }
 
 void checkPixelFormat(MediaInput& input) {
@@ -72,6 +72,17 @@ std::string rateText(AVRational rate) {
   char text[64];
   std::snprintf(text, sizeof text, "%.6g frames/s", av_q2d(rate));
   return text;
+}
+
+const char* fateText(StreamFate fate) {
+  switch (fate) {
+    case StreamFate::kCopy:
+      return "copied";
+    case StreamFate::kTimecode:
+      return "kept as the video's timecode";
+    default:
+      return "left out";
+  }
 }
 
 std::string rangeText(FrameRange range) {
@@ -132,7 +143,7 @@ void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
     if (plan.fates[i] == StreamFate::kBurn)
       continue;
     std::fprintf(to, "stream %zu  %s: %s\n", i, describe(*input.file().streams[i]).c_str(),
-                 plan.fates[i] == StreamFate::kCopy ? "copied" : "left out");
+                 fateText(plan.fates[i]));
   }
   std::string codec = "unchanged";
   if (options.still)

@@ -59,4 +59,11 @@ struct Layout {
   return type >= ptYUYV && type <= ptV210;
 }
 
+/// The matrix in which the library draws on frames of this width: BT.709 above 720 pixels, else
+/// BT.601.
+[[nodiscard]] constexpr AVColorSpace matrixForWidth(int width) {
+  constexpr int kWidestSD = 720;
+  return width > kWidestSD ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
+}
+
 }  // namespace nkdraw::tool

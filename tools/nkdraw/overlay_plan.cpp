@@ -15,8 +15,9 @@ namespace {
 constexpr int kCellWidth = static_cast<int>(kGlyphWidth),
               kCellHeight = static_cast<int>(kGlyphHeight);
 constexpr unsigned kTextMagnification = 3;  // the library's, for the format line and the texts
-constexpr int kLinesPerSize = 270;          // frame height for each step of the default size
-constexpr int kMarginShare = 20;            // the default margins are this part of the frame
+// The default size grows by one for every so many lines: 2 at 360, 4 at 1080, 8 at 2160.
+constexpr int kLinesPerSize = 270, kLinesBefore = 180;
+constexpr int kMarginShare = 20;  // the default margins are this part of the frame
 constexpr char kLongestClock[] = "00:00:00.000";
 
 int even(int value) {
@@ -42,7 +43,7 @@ unsigned defaultSize(const std::vector<TextBox>& rows, const FrameKind& frames) 
   for (const TextBox& row : rows)
     longest = std::max(longest, row.text.size());
   const int step = frames.interlaced ? 2 : 1;
-  int size = std::clamp((frames.height + kLinesPerSize / 2) / kLinesPerSize, step, 20);
+  int size = std::clamp((frames.height + kLinesBefore) / kLinesPerSize, step, 20);
   size -= size % step;
   const auto fits = [&](int candidate) {
     return static_cast<int>(longest) * kCellWidth * candidate <= frames.width &&

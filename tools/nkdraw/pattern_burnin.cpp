@@ -79,6 +79,18 @@ class PatternSource {
   Burner burner_;
 };
 
+/// What the numbers of the pattern's colours mean.
+template <class Owner>
+void describeColours(const Job& job, Owner& owner, AVColorSpace& matrix) {
+  if (!isYCbCr(job.layout->type))
+    return;
+  matrix = matrixForWidth(job.frames.width);
+  const bool highDefinition = matrix == AVCOL_SPC_BT709;
+  owner.color_range = AVCOL_RANGE_MPEG;
+  owner.color_primaries = highDefinition ? AVCOL_PRI_BT709 : AVCOL_PRI_SMPTE170M;
+  owner.color_trc = highDefinition ? AVCOL_TRC_BT709 : AVCOL_TRC_SMPTE170M;
+}
+
 /// The pattern as a stream, for a decoder.
 CodecParameters parametersOf(const Job& job) {
   CodecParameters codec = owned<CodecParameters>(avcodec_parameters_alloc());
@@ -87,11 +99,13 @@ CodecParameters parametersOf(const Job& job) {
   codec->format = job.layout->pixelFormat;
   codec->width = job.frames.width;
   codec->height = job.frames.height;
+  describeColours(job, *codec, codec->color_space);
   return codec;
 }
 
 void writeRaw(const Job& job, MediaOutput& output, AVStream& stream) {
   describeRaw(stream, *job.layout, job.frames, output.format());
+  describeColours(job, *stream.codecpar, stream.codecpar->color_space);
   output.begin();
   Progress progress(job.range.last - job.range.first + 1);
   PatternSource(job).run([&](AVPacket& packet) {
@@ -107,6 +121,7 @@ void writeEncoded(const Job& job, const CodecChoice& choice, MediaOutput& output
   example->format = job.layout->pixelFormat;
   example->width = job.frames.width;
   example->height = job.frames.height;
+  describeColours(job, *example, example->colorspace);
   VideoEncoder encoder(choice, *example, job.frames, output.format());
   encoder.describeTo(stream);
   output.begin();
@@ -133,6 +148,7 @@ void writePatternClip(const Job& job, const BurninOptions& options, const AVOutp
   MediaOutput output(file.temporary(), format, options.output);
   AVStream& stream = output.addStream();
   av_dict_set(&stream.metadata, "timecode", timecodeText(job.timecode, job.range.first).c_str(), 0);
+  keepTimecodeTag(output, stream);
   if (choice)
     writeEncoded(job, *choice, output, stream);
   else

@@ -2,14 +2,13 @@
 #include "picture_converter.h"
 
 #include "failure.h"
+#include "layouts.h"
 
 #include <array>
 #include <cstdint>
 
 namespace nkdraw::tool {
 namespace {
-
-constexpr int kWidestSD = 720;
 
 bool isRGB(AVPixelFormat format) {
   return (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_RGB) != 0;
@@ -34,7 +33,7 @@ bool isFullRange(const AVFrame& picture) {
 AVColorSpace matrixOf(const AVFrame& picture) {
   if (picture.colorspace != AVCOL_SPC_UNSPECIFIED && picture.colorspace != AVCOL_SPC_RGB)
     return picture.colorspace;
-  return picture.width > kWidestSD ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
+  return matrixForWidth(picture.width);
 }
 
 void PictureConverter::prepare(const AVFrame& from) {

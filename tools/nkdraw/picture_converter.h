@@ -28,8 +28,7 @@ class PictureConverter {
   AVPixelFormat preparedFor_ = AV_PIX_FMT_NONE;
 };
 
-/// The matrix of a picture that may not say: as the library draws, BT.709 above 720 pixels of
-/// width, else BT.601.
+/// The matrix of a picture, as it says or by its width.
 [[nodiscard]] AVColorSpace matrixOf(const AVFrame& picture);
 
 }  // namespace nkdraw::tool

@@ -11,6 +11,7 @@ namespace nkdraw::tool {
 namespace {
 
 constexpr std::uint32_t kTimecodeTag = MKTAG('t', 'm', 'c', 'd');
+constexpr char kTimecodeKey[] = "timecode";
 constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
 
 /// A format that can't tell is asked at the time of writing.
@@ -18,20 +19,17 @@ bool mayHold(const AVOutputFormat& format, AVCodecID codec) {
   return avformat_query_codec(&format, codec, FF_COMPLIANCE_NORMAL) != 0;
 }
 
-StreamFate dataFate(const AVStream& stream, MediaInput& input, const AVOutputFormat& format,
-                    bool copyTimecode) {
-  if (!isSameKind(*input.file().iformat, format))
-    return StreamFate::kLeaveOut;
+StreamFate dataFate(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
   const AVCodecParameters& codec = *stream.codecpar;
   if (codec.codec_tag == kTimecodeTag)
-    return copyTimecode ? StreamFate::kCopy : StreamFate::kLeaveOut;
-  return codec.codec_id != AV_CODEC_ID_NONE && mayHold(format, codec.codec_id)
+    return StreamFate::kTimecode;
+  return isSameKind(*input.file().iformat, format) && codec.codec_id != AV_CODEC_ID_NONE &&
+                 mayHold(format, codec.codec_id)
              ? StreamFate::kCopy
              : StreamFate::kLeaveOut;
 }
 
-StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputFormat& format,
-                  bool copyTimecode) {
+StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
   const AVCodecParameters& codec = *stream.codecpar;
   switch (codec.codec_type) {
     case AVMEDIA_TYPE_AUDIO:
@@ -47,7 +45,7 @@ StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputForma
     case AVMEDIA_TYPE_ATTACHMENT:
       return isSameKind(*input.file().iformat, format) ? StreamFate::kCopy : StreamFate::kLeaveOut;
     default:
-      return dataFate(stream, input, format, copyTimecode);
+      return dataFate(stream, input, format);
   }
 }
 
@@ -70,11 +68,6 @@ void copySideData(const AVStream& from, AVStream& to) {
   }
 }
 
-void replaceTimecode(AVDictionary*& tags, const std::string& timecode, bool add) {
-  if (add || av_dict_get(tags, "timecode", nullptr, 0) != nullptr)
-    av_dict_set(&tags, "timecode", timecode.c_str(), 0);
-}
-
 /// Tags, disposition, shape, side data and times.
 void copyFacts(const AVStream& from, AVStream& to) {
   to.time_base = from.time_base;
@@ -84,6 +77,11 @@ void copyFacts(const AVStream& from, AVStream& to) {
   to.disposition = from.disposition;
   av_dict_copy(&to.metadata, from.metadata, 0);
   copySideData(from, to);
+}
+
+void copyTag(const AVDictionary* from, AVDictionary*& to, const char* key) {
+  if (const AVDictionaryEntry* const tag = av_dict_get(from, key, nullptr, 0))
+    av_dict_set(&to, key, tag->value, 0);
 }
 
 /// Moves the packet's times by so many microseconds.
@@ -108,15 +106,19 @@ std::string describe(const AVStream& stream) {
          avcodec_get_name(stream.codecpar->codec_id);
 }
 
-std::vector<StreamFate> streamFates(MediaInput& input, const AVOutputFormat& format,
-                                    bool copyTimecode) {
+std::vector<StreamFate> streamFates(MediaInput& input, const AVOutputFormat& format) {
   std::vector<StreamFate> fates;
   for (unsigned i = 0; i < input.file().nb_streams; ++i) {
     const AVStream& stream = *input.file().streams[i];
-    fates.push_back(&stream == &input.video() ? StreamFate::kBurn
-                                              : fateOf(stream, input, format, copyTimecode));
+    fates.push_back(&stream == &input.video() ? StreamFate::kBurn : fateOf(stream, input, format));
   }
   return fates;
+}
+
+void keepTimecodeTag(MediaOutput& output, const AVStream& video) {
+  const AVDictionaryEntry* const tag = av_dict_get(video.metadata, kTimecodeKey, nullptr, 0);
+  if (tag != nullptr && containerOf(output.format().name) == kAVI)
+    av_dict_set(&output.file().metadata, kTimecodeKey, tag->value, 0);
 }
 
 void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format) {
@@ -133,7 +135,7 @@ StreamCopier::StreamCopier(MediaInput& input, MediaOutput& output,
     const AVStream& from = *input.file().streams[i];
     through_.push_back(fates[i] != StreamFate::kCopy ||
                        from.codecpar->codec_type != AVMEDIA_TYPE_AUDIO);
-    if (fates[i] == StreamFate::kLeaveOut) {
+    if (fates[i] == StreamFate::kLeaveOut || fates[i] == StreamFate::kTimecode) {
       target_.push_back(-1);
       continue;
     }
@@ -151,11 +153,16 @@ StreamCopier::StreamCopier(MediaInput& input, MediaOutput& output,
 }
 
 void StreamCopier::copyTags(const std::optional<std::string>& timecode) {
-  av_dict_copy(&output_.file().metadata, input_.file().metadata, 0);
-  if (!timecode)
-    return;
-  replaceTimecode(output_.file().metadata, *timecode, false);
-  replaceTimecode(video().metadata, *timecode, true);
+  AVDictionary*& fileTags = output_.file().metadata;
+  av_dict_copy(&fileTags, input_.file().metadata, 0);
+  for (unsigned i = 0; i < input_.file().nb_streams; ++i)
+    copyTag(input_.file().streams[i]->metadata, video().metadata, "reel_name");
+  if (timecode) {
+    av_dict_set(&video().metadata, kTimecodeKey, timecode->c_str(), 0);
+    if (av_dict_get(fileTags, kTimecodeKey, nullptr, 0) != nullptr)
+      av_dict_set(&fileTags, kTimecodeKey, timecode->c_str(), 0);
+  }
+  keepTimecodeTag(output_, video());
 }
 
 void StreamCopier::copyChapters() {

@@ -19,13 +19,13 @@ namespace nkdraw::tool {
 enum class StreamFate {
   kBurn,      ///< it is the video that is drawn on
   kCopy,      ///< its packets are copied
+  kTimecode,  ///< its timecode is written as the video's, which makes a new track where there are
+              ///< any
   kLeaveOut,  ///< the output's kind of file has no place for it
 };
 
-/// One fate for each stream. A timecode track is copied if `copyTimecode` says so and the output
-/// keeps such tracks. Throws Failure when sound, pictures or subtitles would be lost.
-[[nodiscard]] std::vector<StreamFate> streamFates(MediaInput& input, const AVOutputFormat& format,
-                                                  bool copyTimecode);
+/// One fate for each stream. Throws Failure when sound, pictures or subtitles would be lost.
+[[nodiscard]] std::vector<StreamFate> streamFates(MediaInput& input, const AVOutputFormat& format);
 
 /// Whether FFmpeg reads and writes both kinds of files as one.
 [[nodiscard]] bool isSameKind(const AVInputFormat& in, const AVOutputFormat& out);
@@ -43,6 +43,9 @@ struct TimeWindow {
   [[nodiscard]] bool isWhole() const { return end == std::numeric_limits<std::int64_t>::max(); }
 };
 
+/// AVI has no tags of streams: there the video's timecode becomes the file's.
+void keepTimecodeTag(MediaOutput& output, const AVStream& video);
+
 /// Gives `to` the codec of `from`, with the tag that the output's kind of file has for it.
 void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format);
 
@@ -50,7 +53,7 @@ void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format)
 class StreamCopier {
  public:
   /// Adds all streams that have a place in the output, in the input's order, copies tags and, for
-  /// the whole clip, chapters. `timecode`, if given, replaces the timecode tags.
+  /// the whole clip, chapters. `timecode`, if given, becomes the video's timecode.
   StreamCopier(MediaInput& input, MediaOutput& output, const std::vector<StreamFate>& fates,
                const TimeWindow& window, const std::optional<std::string>& timecode);
 

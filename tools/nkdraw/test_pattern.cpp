@@ -7,6 +7,7 @@
 #include <nkdraw/surface/factory.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
@@ -21,6 +22,19 @@ constexpr int kFramesToCross = 100;  // of the moving box
 
 int even(int value) {
   return value & ~1;
+}
+
+/// Studio codes of 10 bits, after the formulas of ITU-R BT.601 and BT.709.
+struct StudioCodes {
+  std::uint32_t y, cb, cr;
+};
+
+StudioCodes studioCodes(double r, double g, double b, bool highDefinition) {
+  const double kr = highDefinition ? 0.2126 : 0.299, kb = highDefinition ? 0.0722 : 0.114;
+  const double luma = kr * r + (1.0 - kr - kb) * g + kb * b;
+  const auto code = [](double value) { return static_cast<std::uint32_t>(std::lround(value)); };
+  return {code(64.0 + 876.0 * luma), code(512.0 + 896.0 * (b - luma) / (2.0 * (1.0 - kb))),
+          code(512.0 + 896.0 * (r - luma) / (2.0 * (1.0 - kr)))};
 }
 
 bool isFourByteRGB(pixelType type) {
@@ -51,9 +65,20 @@ void TestPattern::bind(std::uint8_t* canvas) {
   surface_->SetCanvas(reinterpret_cast<char*>(canvas), height_, width_, 0);
 }
 
+/// Video levels are set as codes, so that greys are exactly neutral.
+void TestPattern::choose(Colour colour) {
+  if (isYCbCr(layout_.type)) {
+    const StudioCodes codes =
+        studioCodes(colour.r, colour.g, colour.b, matrixForWidth(width_) == AVCOL_SPC_BT709);
+    surface_->SetColorYCbCr10(codes.y, codes.cb, codes.cr, 0, true);
+  } else {
+    surface_->SetColorRGBA(colour.r, colour.g, colour.b, 1.0, true);
+  }
+}
+
 /// Edges on even columns, so that pairs of 4:2:2 have one colour.
 void TestPattern::fill(int left, int top, int right, int bottom, Colour colour) {
-  surface_->SetColorRGBA(colour.r, colour.g, colour.b, 1.0, true);
+  choose(colour);
   // On 32-bit layouts the far end of a line is not drawn, on the others it is.
   const int end = isFourByteRGB(layout_.type) ? right : right - 1;
   for (int y = top; y < bottom; ++y)
@@ -100,7 +125,7 @@ void TestPattern::drawNumber(std::int64_t index) {
     return;  // too small a frame for it
   fill(left - border, top - border, left + textWidth + border, top + textHeight + border,
        {0.0, 0.0, 0.0});
-  surface_->SetColorRGBA(0.9, 0.9, 0.9, 1.0, true);
+  choose({0.9, 0.9, 0.9});
   surface_->SetTextTransparent(true);
   tagRECT rect = {left, top, left + textWidth, top + textHeight};
   surface_->DrawText(text, length, &rect, 0);

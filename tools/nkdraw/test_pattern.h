@@ -34,6 +34,7 @@ class TestPattern {
   };
 
   void bind(std::uint8_t* canvas);
+  void choose(Colour colour);
   void fill(int left, int top, int right, int bottom, Colour colour);
   void drawStill();
   void drawBox(std::int64_t index);

@@ -103,9 +103,8 @@ AVRational exactRate(AVRational rate) {
 void BurninArguments::addTo(CLI::App& command) {
   command.description(kDescription);
   command.footer(kExamples);
-  command.add_option("FILES", files_, "INPUT and OUTPUT; OUTPUT alone with --layout")
-      ->type_name("[INPUT] OUTPUT")
-      ->expected(0, 2);
+  command.add_option("INPUT", input_, "The clip; left out with --layout");
+  command.add_option("OUTPUT", output_, "The clip to write; its suffix says what kind of file");
 
   command.add_flag("--ltc,!--no-ltc", ltc_, "Timecode row (on unless switched off)")
       ->group("What is burnt in");
@@ -204,16 +203,16 @@ BurninOptions BurninArguments::read() const {
 }
 
 void BurninArguments::readFiles(BurninOptions& options) const {
-  if (files_.empty())
+  if (!input_)
     throw Failure(ExitCode::kUsage, "no files named", "nkdraw burnin",
                   "give INPUT and OUTPUT; see nkdraw burnin --help");
-  options.output = files_.back();
-  if (files_.size() == 2)
-    options.input = files_.front();
-  if (files_.size() == 1 && layout_.empty())
-    throw Failure(ExitCode::kUsage, "only one file named", files_.front(),
+  if (!output_ && layout_.empty())
+    throw Failure(ExitCode::kUsage, "only one file named", *input_,
                   "give INPUT and OUTPUT, or --layout for a test pattern");
-  if (options.output.empty() || (options.input && options.input->empty()))
+  if (output_)
+    options.input = input_;
+  options.output = output_.value_or(*input_);
+  if (options.output.empty() || input_->empty())
     throw Failure(ExitCode::kUsage, "a file name is empty", "nkdraw burnin",
                   "give INPUT and OUTPUT");
 }

@@ -52,7 +52,7 @@ class BurninArguments {
   void readRange(BurninOptions& options) const;
   void readPattern(BurninOptions& options) const;
 
-  std::vector<std::string> files_;
+  std::optional<std::string> input_, output_;  // one alone is the output
   std::vector<std::string> texts_;
   std::string position_, startTimecode_, frames_, codec_, layout_, patternSize_, patternRate_;
   std::optional<std::int64_t> still_, patternFrames_;

@@ -60,12 +60,14 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
   plan.fates = streamFates(input, *plan.format);
 }
 
-void checkPixelFormat(MediaInput& input) {
-  if (input.video().codecpar->format == AV_PIX_FMT_NONE)
+AVPixelFormat decodedFormat(MediaInput& input) {
+  const auto format = static_cast<AVPixelFormat>(input.video().codecpar->format);
+  if (format == AV_PIX_FMT_NONE)
     throw Failure(ExitCode::kInput, "the video can't be decoded", input.path(),
                   std::string("its codec is ") +
                       avcodec_get_name(input.video().codecpar->codec_id) +
                       "; convert the clip first");
+  return format;
 }
 
 std::string rateText(AVRational rate) {
@@ -96,13 +98,12 @@ std::string rangeText(FrameRange range) {
 }  // namespace
 
 ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
-  checkPixelFormat(input);
   ClipPlan plan;
   Job& job = plan.job;
   const Layout* const own = ownLayout(input);
   job.inPlace = own != nullptr && !options.codec;
   if (!job.inPlace)
-    plan.drawn = drawnFormat(static_cast<AVPixelFormat>(input.video().codecpar->format));
+    plan.drawn = drawnFormat(decodedFormat(input));
   job.layout = job.inPlace ? own : &canvasFor(plan.drawn);
   job.frames = framesOf(input, own);
   job.timecode = options.startTimecode ? timecodeFromOption(*options.startTimecode, job.frames.rate)

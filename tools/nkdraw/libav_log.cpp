@@ -12,8 +12,15 @@ namespace {
 
 std::mutex lastErrorLock;  // FFmpeg's threads report too
 std::string lastError;
+bool shown = false;
 
-void keepErrors(void* /*reporter*/, int level, const char* format, va_list arguments) {
+void keepErrors(void* reporter, int level, const char* format, va_list arguments) {
+  if (shown) {
+    va_list again;
+    va_copy(again, arguments);
+    av_log_default_callback(reporter, level, format, again);
+    va_end(again);
+  }
   if (level > AV_LOG_ERROR)
     return;
   char text[512];
@@ -33,8 +40,9 @@ void keepErrors(void* /*reporter*/, int level, const char* format, va_list argum
 }  // namespace
 
 void showLibavMessages(bool show) {
+  shown = show;
   av_log_set_level(AV_LOG_INFO);
-  av_log_set_callback(show ? av_log_default_callback : keepErrors);
+  av_log_set_callback(keepErrors);
 }
 
 std::string lastLibavError() {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// FFmpeg's messages: shown on request, else kept for the one line that a failure may print.
+// FFmpeg's messages: shown on request, and kept for the one line that a failure may print.
 #pragma once
 
 #include <string>

@@ -18,6 +18,8 @@
 namespace nkdraw::tool {
 namespace {
 
+constexpr char kCutMessage[] = "ended prematurely";
+
 int stopWhenInterrupted(void* /*context*/) {
   return pendingInterrupt() != 0 ? 1 : 0;
 }
@@ -116,12 +118,13 @@ bool MediaInput::read(AVPacket& packet) {
   throwIfInterrupted();
   const int error = av_read_frame(file_.get(), &packet);
   throwIfInterrupted();
-  if (error == AVERROR_EOF)
-    return false;
-  if (error < 0)
+  // The reader of Matroska says only in its messages that a file was cut.
+  const bool wasCut =
+      error == AVERROR_EOF && lastLibavError().find(kCutMessage) != std::string::npos;
+  if (wasCut || (error < 0 && error != AVERROR_EOF))
     throw Failure(ExitCode::kInput, "the file breaks off", path_,
                   explained(error) + "; the input may be incomplete");
-  return true;
+  return error >= 0;
 }
 
 }  // namespace nkdraw::tool

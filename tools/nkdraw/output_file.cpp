@@ -56,6 +56,8 @@ void checkOutputName(const std::string& path, bool overwrite) {
   }
   const fs::path folder = fs::path(path).parent_path();
   const std::string where = folder.empty() ? "." : folder.string();
+  if (stat(where.c_str(), &facts) == 0 && !S_ISDIR(facts.st_mode))
+    cannotWrite(path, ENOTDIR);
   if (access(where.c_str(), W_OK | X_OK) != 0)
     cannotWrite(path, errno);
 }

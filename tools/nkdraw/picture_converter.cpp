@@ -14,9 +14,15 @@ bool isRGB(AVPixelFormat format) {
   return (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_RGB) != 0;
 }
 
-/// Formats whose name, not their tag, says that they use the full range.
-bool isFullRange(const AVFrame& picture) {
-  switch (picture.format) {
+bool usesFullRange(const AVFrame& picture) {
+  return picture.color_range == AVCOL_RANGE_JPEG ||
+         isFullRange(static_cast<AVPixelFormat>(picture.format));
+}
+
+}  // namespace
+
+bool isFullRange(AVPixelFormat format) {
+  switch (format) {
     case AV_PIX_FMT_YUVJ420P:
     case AV_PIX_FMT_YUVJ422P:
     case AV_PIX_FMT_YUVJ444P:
@@ -24,11 +30,9 @@ bool isFullRange(const AVFrame& picture) {
     case AV_PIX_FMT_YUVJ411P:
       return true;
     default:
-      return picture.color_range == AVCOL_RANGE_JPEG;
+      return isRGB(format) || av_pix_fmt_desc_get(format)->nb_components < 3;
   }
 }
-
-}  // namespace
 
 AVColorSpace matrixOf(const AVFrame& picture) {
   if (picture.colorspace != AVCOL_SPC_UNSPECIFIED && picture.colorspace != AVCOL_SPC_RGB)
@@ -50,13 +54,10 @@ void PictureConverter::prepare(const AVFrame& from) {
     throw Failure(ExitCode::kProcessing, "no conversion between pixel formats",
                   std::string(av_get_pix_fmt_name(format)) + " to " + av_get_pix_fmt_name(to_),
                   "convert the clip with ffmpeg first");
-  const bool full = isFullRange(from);
   const int* const matrix = sws_getCoefficients(matrixOf(from));
-  // RGB is always full; between YCbCr and YCbCr the range stays.
-  const int fromRange = isRGB(format) || full ? 1 : 0;
-  const int toRange = isRGB(to_) || (full && !isRGB(format)) ? 1 : 0;
   constexpr int kUnity = 1 << 16;
-  sws_setColorspaceDetails(scaler_.get(), matrix, fromRange, matrix, toRange, 0, kUnity, kUnity);
+  sws_setColorspaceDetails(scaler_.get(), matrix, usesFullRange(from) ? 1 : 0, matrix,
+                           isFullRange(to_) ? 1 : 0, 0, kUnity, kUnity);
 
   picture_ = makeFrame();
   picture_->format = to_;
@@ -68,7 +69,7 @@ void PictureConverter::prepare(const AVFrame& from) {
 }
 
 AVFrame& PictureConverter::convert(AVFrame& from) {
-  if (from.format == to_)
+  if (from.format == to_ && usesFullRange(from) == isFullRange(to_))
     return from;
   if (from.format != preparedFor_ || picture_->width != from.width ||
       picture_->height != from.height)
@@ -94,8 +95,7 @@ AVFrame& PictureConverter::convert(AVFrame& from) {
               target.data(), targetPitch.data());
   }
   av_frame_copy_props(picture_.get(), &from);
-  if (isFullRange(from) && !isRGB(to_))
-    picture_->color_range = AVCOL_RANGE_JPEG;
+  picture_->color_range = isFullRange(to_) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
   return *picture_;
 }
 

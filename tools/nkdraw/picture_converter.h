@@ -7,8 +7,9 @@
 
 namespace nkdraw::tool {
 
-/// Keeps the range and the matrix of YCbCr, and takes the fields of interlaced pictures apart where
-/// chroma changes its height.
+/// Keeps the matrix of YCbCr, brings it to studio range, as most files can't say otherwise, unless
+/// the target's name says full, and takes the fields of interlaced pictures apart where chroma
+/// changes its height.
 class PictureConverter {
  public:
   PictureConverter(AVPixelFormat to, bool interlaced) : to_(to), interlaced_(interlaced) {}
@@ -27,6 +28,9 @@ class PictureConverter {
   Frame picture_;
   AVPixelFormat preparedFor_ = AV_PIX_FMT_NONE;
 };
+
+/// Whether the format uses the full range whatever a picture's tag says.
+[[nodiscard]] bool isFullRange(AVPixelFormat format);
 
 /// The matrix of a picture, as it says or by its width.
 [[nodiscard]] AVColorSpace matrixOf(const AVFrame& picture);

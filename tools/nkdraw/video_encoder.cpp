@@ -107,9 +107,10 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
   encoder_->color_trc = first.color_trc;
   encoder_->colorspace = first.colorspace;
   encoder_->chroma_sample_location = first.chroma_location;
-  if (isYUV(choice.pixelFormat) && !isYUV(static_cast<AVPixelFormat>(first.format))) {
-    encoder_->color_range = AVCOL_RANGE_MPEG;
-    encoder_->colorspace = matrixOf(first);
+  if (isYUV(choice.pixelFormat)) {
+    encoder_->color_range = isFullRange(choice.pixelFormat) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
+    if (!isYUV(static_cast<AVPixelFormat>(first.format)))
+      encoder_->colorspace = matrixOf(first);
   }
   if (frames.interlaced) {
     encoder_->field_order = first.top_field_first != 0 ? AV_FIELD_TT : AV_FIELD_BB;

@@ -1,0 +1,274 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// What can't be done ends with its exit code, one line, and no file.
+#include "program.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kUsage = 1, kInput = 2, kOutput = 3;
+
+std::string clip() {
+  const std::string path = at("in.mov");
+  if (!exists(path))
+    ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",
+            "-frames:v", "5", "-shortest", "-c:v", "v210", "-c:a", "pcm_s16le", path});
+  return path;
+}
+
+void write(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+std::string read(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void cut(const std::string& path, double share) {
+  const auto size = static_cast<double>(fs::file_size(path));
+  fs::resize_file(path, static_cast<std::uintmax_t>(size * share));
+}
+
+/// Runs the command and expects it to fail and to leave the work folder as it was.
+void expectFailure(const Arguments& arguments, int exitCode, const std::string& words) {
+  auto before = filesAtWork();
+  const Outcome outcome = burnin(arguments);
+  EXPECT_EQ(outcome.exitCode, exitCode) << outcome.err;
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_TRUE(outcome.err.starts_with("nkdraw: ")) << outcome.err;
+  EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
+  EXPECT_TRUE(outcome.err.ends_with("\n"));
+  EXPECT_NE(outcome.err.find(words), std::string::npos) << outcome.err;
+  EXPECT_NE(outcome.err.find("; "), std::string::npos) << outcome.err;
+  auto after = filesAtWork();
+  std::ranges::sort(before);
+  std::ranges::sort(after);
+  EXPECT_EQ(before, after);
+}
+
+struct BadValue {
+  const char* name;
+  Arguments arguments;
+  const char* words;
+};
+
+class BadValues : public testing::TestWithParam<BadValue> {};
+
+const BadValue kBadValues[] = {
+    {"SizeZero", {"--size", "0"}, "--size"},
+    {"SizeTooLarge", {"--size", "21"}, "--size"},
+    {"SizeNoNumber", {"--size", "big"}, "--size"},
+    {"PositionOneNumber", {"--position", "10"}, "--position"},
+    {"PositionThreeNumbers", {"--position", "1,2,3"}, "--position"},
+    {"PositionHuge", {"--position", "99999999999,2"}, "--position"},
+    {"TextWithoutPlace", {"--text", "Reel 7"}, "--text"},
+    {"TextEmpty", {"--text", "10,10,"}, "--text"},
+    {"TextNotAscii", {"--text", "10,10,caf\xC3\xA9"}, "ASCII"},
+    {"TextWithControlCode", {"--text", "10,10,a\tb"}, "ASCII"},
+    {"NothingToBurn", {"--no-ltc"}, "nothing to burn in"},
+    {"TimecodeNoTimecode", {"--start-timecode", "noon"}, "timecode"},
+    {"TimecodeFrameTooLarge", {"--start-timecode", "01:00:00:25"}, "timecode"},
+    {"TimecodeDropAt25", {"--start-timecode", "01:00:00;00"}, "drop-frame"},
+    {"FramesBackwards", {"--frames", "5-2"}, "--frames"},
+    {"FramesNoRange", {"--frames", "all"}, "--frames"},
+    {"StillIntoVideo", {"--still", "1"}, ".png"},
+    {"StillNegative", {"--still", "-1"}, "--still"},
+    {"CodecUnknown", {"--codec", "nosuch"}, "no such video encoder"},
+    {"CodecOfSound", {"--codec", "aac"}, "no such video encoder"},
+    {"CodecOptionUnknown", {"--codec", "mpeg4:nosuch=1"}, "nosuch"},
+    {"CodecNotInThisFile", {"--codec", "theora"}, "theora"},
+    {"LayoutWithInput", {"--layout", "v210"}, "test pattern"},
+    {"UnknownOption", {"--colour", "red"}, "--colour"},
+    {"LeavesAtTheLeft", {"--position", "-1,10"}, "left"},
+    {"LeavesAtTheTop", {"--position", "10,-1"}, "upper"},
+    {"LeavesAtTheRight", {"--position", "233,10", "--size", "1"}, "right"},
+    {"LeavesAtTheBottom", {"--position", "10,170", "--size", "1"}, "lower"},
+    {"TextLeavesAtTheRight", {"--text", "297,10,A"}, "text 1 leaves the frame at the right"},
+    {"TextLeavesAtTheBottom", {"--text", "10,150,A"}, "text 1 leaves the frame at the lower"},
+    {"SecondTextLeaves", {"--text", "0,0,A", "--text", "0,-1,B"}, "text 2 leaves"},
+    {"FormatLineTooWide", {"--format-line"}, "format line leaves the frame"},
+    {"SizeTooLargeForTheFrame", {"--size", "4"}, "LTC row leaves"},
+};
+
+}  // namespace
+
+TEST_P(BadValues, AreRefused) {
+  Arguments arguments = {clip(), at("out.mov")};
+  arguments.insert(arguments.end(), GetParam().arguments.begin(), GetParam().arguments.end());
+  expectFailure(arguments, kUsage, GetParam().words);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, BadValues, testing::ValuesIn(kBadValues),
+                         [](const testing::TestParamInfo<BadValue>& each) {
+                           return std::string(each.param.name);
+                         });
+
+TEST(TextsThatFit, MayTouchEveryEdge) {
+  for (const char* place : {"0,0", "232,0", "0,169", "232,169"}) {
+    const Outcome outcome =
+        burnin({clip(), at("out.mov"), "--overwrite", "--position", place, "--size", "1"});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  }
+  for (const char* text : {"296,0,A", "0,149,A", "296,149,A"}) {
+    const Outcome outcome = burnin({clip(), at("out.mov"), "--overwrite", "--text", text});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  }
+}
+
+TEST(BadTexts, MoreThanTenAreRefused) {
+  Arguments arguments = {clip(), at("out.mov")};
+  for (int i = 0; i < 11; ++i)
+    arguments.insert(arguments.end(), {"--text", "0,0,A"});
+  expectFailure(arguments, kUsage, "too many texts");
+}
+
+TEST(BadFiles, NoFilesNamed) {
+  expectFailure({}, kUsage, "no files named");
+}
+TEST(BadFiles, OneFileIsNoTestPatternByItself) {
+  expectFailure({clip(), "--overwrite"}, kUsage, "only one file named");
+}
+TEST(BadFiles, ThreeFiles) {
+  expectFailure({clip(), at("a.mov"), at("b.mov")}, kUsage, "b.mov");
+}
+TEST(BadFiles, MissingInput) {
+  expectFailure({at("none.mov"), at("out.mov")}, kInput, "No such file");
+}
+TEST(BadFiles, FolderAsInput) {
+  expectFailure({workFolder(), at("out.mov")}, kInput, "folder");
+}
+TEST(BadFiles, EmptyInput) {
+  write(at("empty.mov"), "");
+  expectFailure({at("empty.mov"), at("out.mov")}, kInput, "empty.mov");
+}
+TEST(BadFiles, InputThatIsNoMedia) {
+  write(at("text.mov"), std::string(5000, 'x'));
+  expectFailure({at("text.mov"), at("out.mov")}, kInput, "text.mov");
+}
+TEST(BadFiles, InputWithoutVideo) {
+  ffmpeg({"-f", "lavfi", "-i", "sine=duration=0.2", at("sound.wav")});
+  expectFailure({at("sound.wav"), at("out.mov")}, kInput, "no video");
+}
+TEST(BadFiles, InputWithoutFrames) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "0", "-c:v", "v210",
+          at("none.avi")});
+  expectFailure({at("none.avi"), at("out.avi")}, kInput, "none.avi");
+}
+TEST(BadFiles, RangeBehindTheEnd) {
+  expectFailure({clip(), at("out.mov"), "--frames", "5-9"}, kInput, "ends before");
+  expectFailure({clip(), at("out.png"), "--still", "5"}, kInput, "ends before");
+}
+TEST(BadFiles, OutputIsTheInput) {
+  const std::string before = read(clip());
+  expectFailure({clip(), clip(), "--overwrite"}, kUsage, "the output is the input");
+  EXPECT_TRUE(read(clip()) == before);
+}
+TEST(BadFiles, OutputIsALinkToTheInput) {
+  fs::create_symlink(clip(), at("link.mov"));
+  expectFailure({clip(), at("link.mov"), "--overwrite"}, kUsage, "the output is the input");
+}
+TEST(BadFiles, OutputExists) {
+  write(at("out.mov"), "precious");
+  expectFailure({clip(), at("out.mov")}, kOutput, "--overwrite");
+  EXPECT_EQ(read(at("out.mov")), "precious");
+}
+TEST(BadFiles, ADryRunSaysThatTheOutputExists) {
+  write(at("out.mov"), "precious");
+  expectFailure({clip(), at("out.mov"), "--dry-run"}, kOutput, "--overwrite");
+}
+TEST(BadFiles, OutputIsAFolder) {
+  fs::create_directory(at("out.mov"));
+  expectFailure({clip(), at("out.mov"), "--overwrite"}, kOutput, "folder");
+}
+TEST(BadFiles, OutputIsADevice) {
+  fs::create_symlink("/dev/null", at("null.mov"));
+  expectFailure({clip(), at("null.mov"), "--overwrite"}, kOutput, "no ordinary file");
+}
+TEST(BadFiles, OutputFolderIsMissing) {
+  expectFailure({clip(), at("none/out.mov")}, kOutput, "No such file");
+}
+TEST(BadFiles, OutputFolderIsAFile) {
+  expectFailure({clip(), clip() + "/out.mov"}, kOutput, "Not a directory");
+}
+TEST(BadFiles, OutputFolderMayNotBeWritten) {
+  if (geteuid() == 0)
+    GTEST_SKIP() << "root may write everywhere";
+  fs::create_directory(at("closed"));
+  chmod(at("closed").c_str(), 0500);
+  expectFailure({clip(), at("closed/out.mov")}, kOutput, "Permission denied");
+}
+TEST(BadFiles, OutputIsFull) {
+  expectFailure({clip(), "/dev/full", "--overwrite"}, kUsage, "suffix");
+}
+TEST(BadFiles, SuffixThatNamesNoVideoFile) {
+  expectFailure({clip(), at("out")}, kUsage, "suffix");
+  expectFailure({clip(), at("out.txt")}, kUsage, "suffix");
+  expectFailure({clip(), at("out.wav")}, kUsage, "suffix");
+  expectFailure({clip(), at("out.jpg")}, kUsage, "suffix");
+  expectFailure({clip(), at("out.m3u8")}, kUsage, "suffix");
+}
+TEST(BadFiles, PictureWithoutAFrame) {
+  expectFailure({clip(), at("out.png")}, kUsage, "--still");
+}
+TEST(BadFiles, FileThatDoesNotKeepTheLayout) {
+  expectFailure({clip(), at("out.mp4")}, kUsage, "does not keep the layout");
+}
+TEST(BadFiles, FileThatDoesNotHoldTheSound) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",
+          "-frames:v", "5", "-shortest", "-c:v", "v210", "-c:a", "libopus", at("opus.mkv")});
+  expectFailure({at("opus.mkv"), at("out.avi")}, kUsage, "opus");
+}
+TEST(BadFiles, HeadThatTheWriterRefuses) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",
+          "-frames:v", "5", "-shortest", "-c:v", "v210", "-c:a", "flac", at("flac.mkv")});
+  expectFailure({at("flac.mkv"), at("out.mov")}, kOutput, "head");
+}
+
+TEST(CutFiles, QuickTimeWithoutItsIndex) {
+  const std::string in = clip();
+  cut(in, 0.5);
+  expectFailure({in, at("out.mov")}, kInput, "in.mov");
+}
+
+TEST(CutFiles, QuickTimeWithTheIndexInFront) {
+  const std::string in = at("front.mov");
+  ffmpeg({"-i", clip(), "-c", "copy", "-movflags", "+faststart", in});
+  cut(in, 0.7);
+  expectFailure({in, at("out.mov")}, kInput, "may be incomplete");
+}
+
+TEST(CutFiles, UncompressedInAVI) {
+  const std::string in = at("cut.avi");
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "5", "-c:v",
+          "rawvideo", "-pix_fmt", "uyvy422", in});
+  cut(in, 0.7);
+  expectFailure({in, at("out.avi")}, kInput, "may be incomplete");
+}
+
+TEST(CutFiles, UncompressedInNUT) {
+  const std::string in = at("cut.nut");
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "5", "-c:v",
+          "rawvideo", "-pix_fmt", "bgra", in});
+  cut(in, 0.7);
+  expectFailure({in, at("out.nut")}, kInput, "may be incomplete");
+}
+
+TEST(CutFiles, V210InMatroska) {
+  const std::string in = at("cut.mkv");
+  ffmpeg(
+      {"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "5", "-c:v", "v210", in});
+  cut(in, 0.7);
+  expectFailure({in, at("out.mkv")}, kInput, "may be incomplete");
+}

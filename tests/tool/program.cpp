@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "program.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contents(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+/// Where the output of a running program goes; outside the work folder, whose files tests count.
+class Capture {
+ public:
+  Capture() {
+    const fs::path base = fs::path(NKDRAW_TEST_FOLDER) / ("capture-" + std::to_string(getpid()));
+    fs::create_directories(NKDRAW_TEST_FOLDER);
+    out_ = base.string() + ".out";
+    err_ = base.string() + ".err";
+  }
+  ~Capture() {
+    fs::remove(out_);
+    fs::remove(err_);
+  }
+
+  [[nodiscard]] pid_t start(const std::string& program, const Arguments& arguments) const {
+    std::vector<char*> argv = {const_cast<char*>(program.c_str())};
+    for (const std::string& argument : arguments)
+      argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC;
+    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 1, out_.c_str(), kFlags, 0600);
+    posix_spawn_file_actions_addopen(&actions, 2, err_.c_str(), kFlags, 0600);
+    pid_t child = -1;
+    const int error =
+        posix_spawnp(&child, program.c_str(), &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    EXPECT_EQ(error, 0) << program;
+    return child;
+  }
+
+  [[nodiscard]] Outcome wait(pid_t child) const {
+    Outcome outcome;
+    int status = 0;
+    waitpid(child, &status, 0);
+    outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    outcome.out = contents(out_);
+    outcome.err = contents(err_);
+    return outcome;
+  }
+
+ private:
+  std::string out_, err_;
+};
+
+Arguments withBurnin(const Arguments& arguments) {
+  Arguments all = {"burnin"};
+  all.insert(all.end(), arguments.begin(), arguments.end());
+  return all;
+}
+
+}  // namespace
+
+Outcome runProgram(const std::string& program, const Arguments& arguments) {
+  const Capture capture;
+  return capture.wait(capture.start(program, arguments));
+}
+
+Outcome burnin(const Arguments& arguments) {
+  return runProgram(NKDRAW_TOOL, withBurnin(arguments));
+}
+
+Outcome burninUntil(const Arguments& arguments, const std::string& prefix, int signal) {
+  const Capture capture;
+  const pid_t child = capture.start(NKDRAW_TOOL, withBurnin(arguments));
+  const auto begun = [&] {
+    for (const std::string& name : filesAtWork()) {
+      std::error_code gone;
+      if (name.starts_with(prefix) && fs::file_size(at(name), gone) > 0 && !gone)
+        return true;
+    }
+    return false;
+  };
+  for (int i = 0; i < 10000 && !begun(); ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  EXPECT_TRUE(begun()) << "the run was over before it could be stopped";
+  kill(child, signal);
+  return capture.wait(child);
+}
+
+void ffmpeg(const Arguments& arguments) {
+  Arguments all = {"-nostdin", "-v", "error", "-y"};
+  all.insert(all.end(), arguments.begin(), arguments.end());
+  const Outcome outcome = runProgram("ffmpeg", all);
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+}
+
+std::string workFolder() {
+  const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+  std::string name = std::string(test->test_suite_name()) + "." + test->name();
+  for (char& letter : name) {
+    if (letter == '/')
+      letter = '-';
+  }
+  const fs::path folder = fs::path(NKDRAW_TEST_FOLDER) / name;
+  static std::string current;
+  if (current != folder.string()) {
+    fs::remove_all(folder);
+    fs::create_directories(folder);
+    current = folder.string();
+  }
+  return current;
+}
+
+std::string at(const std::string& name) {
+  return workFolder() + "/" + name;
+}
+
+bool exists(const std::string& path) {
+  return fs::exists(path);
+}
+
+std::vector<std::string> filesAtWork() {
+  std::vector<std::string> names;
+  for (const fs::directory_entry& entry : fs::directory_iterator(workFolder()))
+    names.push_back(entry.path().filename().string());
+  return names;
+}

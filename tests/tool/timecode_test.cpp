@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The timecode that a person reads in the picture is the clip's.
+#include "clip.h"
+#include "program.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Case {
+  const char* name;
+  const char* rate;
+  const char* start;
+  std::vector<std::string> frames;
+};
+
+const Case kCases[] = {
+    {"At25", "25", "10:00:59:23", {"10:00:59:23", "10:00:59:24", "10:01:00:00", "10:01:00:01"}},
+    {"At24", "24", "23:59:59:22", {"23:59:59:22", "23:59:59:23", "00:00:00:00", "00:00:00:01"}},
+    {"At30", "30", "00:00:59:29", {"00:00:59:29", "00:01:00:00"}},
+    {"At50", "50", "01:00:59:49", {"01:00:59:49", "01:01:00:00"}},
+    {"At2997Drop",
+     "30000/1001",
+     "00:00:59;28",
+     {"00:00:59;28", "00:00:59;29", "00:01:00;02", "00:01:00;03"}},
+    {"At2997DropOverTheTenthMinute",
+     "30000/1001",
+     "00:09:59;28",
+     {"00:09:59;28", "00:09:59;29", "00:10:00;00", "00:10:00;01"}},
+    {"At2997NonDrop",
+     "30000/1001",
+     "00:00:59:28",
+     {"00:00:59:28", "00:00:59:29", "00:01:00:00", "00:01:00:01"}},
+    {"At5994Drop", "60000/1001", "00:00:59;59", {"00:00:59;59", "00:01:00;04"}},
+    {"At23976", "24000/1001", "00:00:59:23", {"00:00:59:23", "00:01:00:00"}},
+};
+
+class Timecode : public testing::TestWithParam<Case> {
+ protected:
+  void makeClip(const std::string& path, bool tagged) {
+    Arguments arguments = {
+        "-f",        "lavfi",
+        "-i",        std::string("testsrc2=size=192x108:rate=") + GetParam().rate,
+        "-frames:v", std::to_string(GetParam().frames.size()),
+        "-c:v",      "v210"};
+    if (tagged)
+      arguments.insert(arguments.end(), {"-timecode", GetParam().start});
+    arguments.push_back(path);
+    ffmpeg(arguments);
+  }
+
+  void expectRows(const std::string& path) {
+    const Clip grey = decodeAs(path, AV_PIX_FMT_GRAY8);
+    ASSERT_EQ(grey.frames.size(), GetParam().frames.size());
+    for (std::size_t i = 0; i < grey.frames.size(); ++i) {
+      EXPECT_EQ(readText(grey, i, 8, 20, 2, 11), GetParam().frames[i]);
+      EXPECT_EQ(readText(grey, i, 8, 40, 2, 11), GetParam().frames[i]) << "the VITC row";
+    }
+  }
+};
+
+const Arguments kLook = {"--vitc", "--position", "8,20", "--size", "2"};
+
+Arguments with(Arguments first, const Arguments& rest) {
+  first.insert(first.end(), rest.begin(), rest.end());
+  return first;
+}
+
+}  // namespace
+
+TEST_P(Timecode, OfTheTimecodeTrackIsBurntIntoEveryFrame) {
+  makeClip(at("in.mov"), true);
+  const Outcome outcome = burnin(with({at("in.mov"), at("out.mov")}, kLook));
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  expectRows(at("out.mov"));
+  EXPECT_EQ(decode(at("out.mov")).timecode, GetParam().start);
+}
+
+TEST_P(Timecode, OfTheTagIsBurntIntoEveryFrame) {
+  makeClip(at("in.mkv"), true);
+  ASSERT_EQ(burnin(with({at("in.mkv"), at("out.mkv")}, kLook)).exitCode, 0);
+  expectRows(at("out.mkv"));
+  EXPECT_EQ(decode(at("out.mkv")).timecode, GetParam().start);
+}
+
+TEST_P(Timecode, OfTheOptionIsBurntInAndKeptInTheFile) {
+  makeClip(at("in.mov"), false);
+  for (const std::string out : {"out.mov", "out.mkv", "out.avi", "out.nut"}) {
+    ASSERT_EQ(
+        burnin(with({at("in.mov"), at(out), "--start-timecode", GetParam().start}, kLook)).exitCode,
+        0);
+    expectRows(at(out));
+    EXPECT_EQ(decode(at(out)).timecode, GetParam().start) << out;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Rates, Timecode, testing::ValuesIn(kCases),
+                         [](const testing::TestParamInfo<Case>& each) {
+                           return std::string(each.param.name);
+                         });
+
+TEST(TimecodeStart, IsMidnightForAClipWithout) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=192x108:rate=25", "-frames:v", "2", "-c:v", "v210",
+          at("in.avi")});
+  ASSERT_EQ(burnin(with({at("in.avi"), at("out.avi")}, kLook)).exitCode, 0);
+  const Clip grey = decodeAs(at("out.avi"), AV_PIX_FMT_GRAY8);
+  EXPECT_EQ(readText(grey, 1, 8, 20, 2, 11), "00:00:00:01");
+  EXPECT_EQ(grey.timecode, "") << "none is made up for the file";
+}
+
+TEST(TimecodeGaps, AreKeptWhereFramesAreMissing) {
+  // Frames 0, 1, 4, 5.
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=192x108:rate=25", "-vf",
+          "select='not(between(n,2,3))'", "-vsync", "passthrough", "-frames:v", "4", "-c:v", "v210",
+          at("in.mkv")});
+  for (const Arguments& road : {Arguments{}, Arguments{"--codec", "ffv1"}}) {
+    ASSERT_EQ(
+        burnin(with(with({at("in.mkv"), at("out.mkv"), "--overwrite"}, kLook), road)).exitCode, 0);
+    const Clip grey = decodeAs(at("out.mkv"), AV_PIX_FMT_GRAY8);
+    ASSERT_EQ(grey.frames.size(), 4U);
+    EXPECT_EQ(readText(grey, 1, 8, 20, 2, 11), "00:00:00:01");
+    EXPECT_EQ(readText(grey, 2, 8, 20, 2, 11), "00:00:00:04");
+    EXPECT_EQ(readText(grey, 3, 8, 20, 2, 11), "00:00:00:05");
+  }
+}
+
+TEST(TimecodeRange, StartsWithTheFirstFrameThatIsWritten) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=192x108:rate=25:duration=2", "-f", "lavfi", "-i",
+          "sine=duration=2", "-c:v", "v210", "-c:a", "pcm_s16le", "-timecode", "10:00:00:00",
+          at("in.mov")});
+  const auto sound = packetsOf(at("in.mov"), AVMEDIA_TYPE_AUDIO);
+  for (const Arguments& road : {Arguments{}, Arguments{"--codec", "mpeg4"}}) {
+    ASSERT_EQ(
+        burnin(with(with({at("in.mov"), at("out.mov"), "--overwrite", "--frames", "30-39"}, kLook),
+                    road))
+            .exitCode,
+        0);
+    const Clip grey = decodeAs(at("out.mov"), AV_PIX_FMT_GRAY8);
+    ASSERT_EQ(grey.frames.size(), 10U);
+    EXPECT_EQ(readText(grey, 0, 8, 20, 2, 11), "10:00:01:05");
+    EXPECT_EQ(readText(grey, 9, 8, 20, 2, 11), "10:00:01:14");
+    EXPECT_EQ(grey.timecode, "10:00:01:05");
+
+    const auto video = packetsOf(at("out.mov"), AVMEDIA_TYPE_VIDEO);
+    EXPECT_NEAR(video.front().time, 0.0, 0.001);
+    const auto kept = packetsOf(at("out.mov"), AVMEDIA_TYPE_AUDIO);
+    ASSERT_FALSE(kept.empty());
+    EXPECT_LT(kept.size(), sound.size());
+    std::size_t bytes = 0;
+    for (const RawPacket& packet : kept)
+      bytes += packet.bytes.size();
+    const double seconds = static_cast<double>(bytes) / (44100.0 * 2.0);
+    EXPECT_NEAR(seconds, 0.4, 0.05) << "sound comes in whole packets";
+  }
+}

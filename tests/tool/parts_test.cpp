@@ -1,1 +1,332 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The command's parts by themselves: the layout table, v210 rows, rows in packets, the canvas, the
+// places of texts, and numbering by time.
+#include "reference_overlay.h"
 
+#include <canvas_stage.h>
+#include <failure.h>
+#include <layouts.h>
+#include <overlay_plan.h>
+#include <packet_rows.h>
+#include <timecode_source.h>
+#include <v210_rows.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+
+using namespace nkdraw::tool;
+
+TEST(LayoutTable, NamesTheSurfaceThatItsHeaderGives) {
+  for (const Layout& layout : layouts()) {
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = 48;
+    info.bmiHeader.biHeight = 4;
+    info.bmiHeader.biBitCount = layout.bitCount;
+    info.bmiHeader.biCompression = layout.compression;
+    std::memcpy(info.bmiColors, &layout.redMask, sizeof layout.redMask);
+    NKDraw* surface = nullptr;
+    ASSERT_EQ(GetDraw(&info, nullptr, surface), 0U) << layout.name;
+    EXPECT_EQ(surface->PixelType(), layout.type) << layout.name;
+    EXPECT_EQ(surface->Pitch(), packedPitch(layout.type, 48)) << layout.name;
+    ReleaseDraw(surface);
+  }
+}
+
+TEST(LayoutTable, HasTheLibrarysPitchForEveryWidth) {
+  for (const Layout& layout : layouts()) {
+    for (int width = 2; width < 200; width += 2) {
+      NKDraw* surface = nullptr;
+      ASSERT_EQ(GetDraw(static_cast<std::uint32_t>(layout.type), width, 2, 0, nullptr, surface),
+                0U);
+      EXPECT_EQ(surface->Pitch(), packedPitch(layout.type, width)) << layout.name << " " << width;
+      ReleaseDraw(surface);
+    }
+  }
+}
+
+TEST(V210Rows, ComeBackAsTheyWentAtEveryWidth) {
+  std::mt19937 random(210);
+  std::uniform_int_distribution<int> sample(0, 1023);
+  for (int width = 0; width < 100; ++width) {
+    const auto luma = static_cast<std::size_t>(width),
+               chroma = static_cast<std::size_t>((width + 1) / 2);
+    std::vector<std::uint16_t> planes[3] = {std::vector<std::uint16_t>(luma),
+                                            std::vector<std::uint16_t>(chroma),
+                                            std::vector<std::uint16_t>(chroma)};
+    for (auto& plane : planes) {
+      for (auto& each : plane)
+        each = static_cast<std::uint16_t>(sample(random));
+    }
+    constexpr std::size_t kGuard = 16;
+    std::vector<std::uint8_t> packed(rowBytes(ptV210, width) + kGuard, 0xA5);
+    packV210Row(planes[0].data(), planes[1].data(), planes[2].data(), packed.data(), width);
+    for (std::size_t i = packed.size() - kGuard; i < packed.size(); ++i)
+      EXPECT_EQ(packed[i], 0xA5) << width;
+
+    std::vector<std::uint16_t> back[3] = {std::vector<std::uint16_t>(luma + kGuard, 0xBEEF),
+                                          std::vector<std::uint16_t>(chroma + kGuard, 0xBEEF),
+                                          std::vector<std::uint16_t>(chroma + kGuard, 0xBEEF)};
+    unpackV210Row(packed.data(), back[0].data(), back[1].data(), back[2].data(), width);
+    for (int plane = 0; plane < 3; ++plane) {
+      const auto& there = planes[plane];
+      EXPECT_TRUE(std::equal(there.begin(), there.end(), back[plane].begin())) << width;
+      for (std::size_t i = there.size(); i < back[plane].size(); ++i)
+        EXPECT_EQ(back[plane][i], 0xBEEF) << width;
+    }
+  }
+}
+
+TEST(V210Rows, ReadAsTheLibraryReadsThem) {
+  std::mt19937 random(422);
+  std::uniform_int_distribution<int> sample(0, 1023);
+  std::uint16_t y[48], cb[24], cr[24];
+  for (auto* plane : {y, cb, cr}) {
+    for (int i = 0; i < (plane == y ? 48 : 24); ++i)
+      plane[i] = static_cast<std::uint16_t>(sample(random));
+  }
+  alignas(8) std::uint8_t packed[128] = {};
+  packV210Row(y, cb, cr, packed, 48);
+  CDrawYCbCr10 surface(ptV210);
+  surface.SetCanvas(reinterpret_cast<char*>(packed), 1, 48, 0);
+  for (int x = 0; x < 48; ++x) {
+    if (x % 6 == 5)
+      continue;  // the library's reads take another pixel's luma there
+    std::uint32_t luma = 0, blue = 0, red = 0, alpha = 0;
+    surface.GetPixelYCbCr10(x, 0, luma, blue, red, alpha);
+    EXPECT_EQ(luma, y[x]);
+    EXPECT_EQ(blue, cb[x / 2]);
+    EXPECT_EQ(red, cr[x / 2]);
+  }
+}
+
+namespace {
+
+CodecParameters v210Parameters(int width, int height, std::uint32_t tag) {
+  CodecParameters video = owned<CodecParameters>(avcodec_parameters_alloc());
+  video->codec_type = AVMEDIA_TYPE_VIDEO;
+  video->codec_id = AV_CODEC_ID_V210;
+  video->codec_tag = tag;
+  video->width = width;
+  video->height = height;
+  return video;
+}
+
+Packet packetOf(std::size_t bytes) {
+  Packet packet = makePacket();
+  EXPECT_EQ(av_new_packet(packet.get(), static_cast<int>(bytes)), 0);
+  std::memset(packet->data, 0, bytes);
+  return packet;
+}
+
+constexpr std::uint32_t kV210 = MKTAG('v', '2', '1', '0'), kC210 = MKTAG('C', '2', '1', '0');
+
+}  // namespace
+
+TEST(RowsInPackets, OfV210ArePaddedTo128Bytes) {
+  const CodecParameters video = v210Parameters(300, 10, kV210);
+  PacketRows rows(*video, *layoutNamed("v210"));
+  const Packet packet = packetOf(896 * 10);
+  const Picture picture = rows.rowsOf(*packet);
+  EXPECT_EQ(picture.planes[0], packet->data);
+  EXPECT_EQ(picture.pitches[0], 896);
+}
+
+TEST(RowsInPackets, OfV210MayBePaddedTo64Bytes) {
+  const CodecParameters video = v210Parameters(300, 10, kV210);
+  PacketRows rows(*video, *layoutNamed("v210"));
+  const Packet packet = packetOf(832 * 10);
+  EXPECT_EQ(rows.rowsOf(*packet).pitches[0], 832);
+}
+
+TEST(RowsInPackets, OfC210MayFollowAnInfoBlock) {
+  const CodecParameters video = v210Parameters(300, 10, kC210);
+  PacketRows rows(*video, *layoutNamed("v210"));
+  const Packet packet = packetOf(896 * 10 + 64);
+  std::memcpy(packet->data, "INFO", 4);
+  EXPECT_EQ(rows.rowsOf(*packet).planes[0], packet->data + 64);
+}
+
+TEST(RowsInPackets, AreMissingWhenThePacketIsShort) {
+  const CodecParameters video = v210Parameters(300, 10, kV210);
+  PacketRows rows(*video, *layoutNamed("v210"));
+  EXPECT_EQ(rows.rowsOf(*packetOf(896 * 10 - 1)).planes[0], nullptr);
+  EXPECT_EQ(rows.rowsOf(*packetOf(1)).planes[0], nullptr);
+}
+
+TEST(RowsInPackets, BecomePlainWithoutLosingAPixel) {
+  const CodecParameters video = v210Parameters(300, 10, kC210);
+  PacketRows rows(*video, *layoutNamed("v210"));
+  Packet packet = packetOf(896 * 10 + 64);
+  for (int i = 64; i < packet->size; ++i)
+    packet->data[i] = static_cast<std::uint8_t>(i * 7);
+  std::memcpy(packet->data, "INFO", 4);
+  const std::vector<std::uint8_t> before(packet->data + 64, packet->data + packet->size);
+  packet->pts = 42;
+  rows.makePlain(*packet, rows.rowsOf(*packet));
+  ASSERT_EQ(packet->size, 896 * 10);
+  EXPECT_EQ(packet->pts, 42);
+  for (std::size_t y = 0; y < 10; ++y)
+    EXPECT_EQ(std::memcmp(packet->data + 896 * y, before.data() + 896 * y, 800), 0);
+}
+
+namespace {
+
+/// A frame in memory with guard bytes around it.
+struct GuardedFrame {
+  static constexpr std::size_t kGuard = 64;
+  std::vector<std::uint8_t> bytes;
+  std::ptrdiff_t pitch;
+  int height;
+
+  GuardedFrame(std::ptrdiff_t rowPitch, int rows)
+      : bytes(static_cast<std::size_t>(rowPitch * rows) + 2 * kGuard),
+        pitch(rowPitch),
+        height(rows) {
+    std::mt19937 random(7);
+    for (std::uint8_t& each : bytes)
+      each = static_cast<std::uint8_t>(random());
+  }
+  [[nodiscard]] Picture topDown() { return at(0, pitch); }
+  [[nodiscard]] Picture bottomUp() { return at(pitch * (height - 1), -pitch); }
+
+ private:
+  Picture at(std::ptrdiff_t offset, std::ptrdiff_t rowPitch) {
+    Picture picture;
+    picture.planes[0] = bytes.data() + kGuard + offset;
+    picture.pitches[0] = rowPitch;
+    return picture;
+  }
+};
+
+}  // namespace
+
+TEST(Canvas, IsTheFrameItselfWhenRowsArePacked) {
+  for (const char* name : {"v210", "uyvy", "bgra", "rgba", "argb", "abgr"}) {
+    const Layout& layout = *layoutNamed(name);
+    CanvasStage stage(layout, Storage::kPacked, 50, 20, {{3, 8}}, false);
+    GuardedFrame frame(static_cast<std::ptrdiff_t>(packedPitch(layout.type, 50)), 20);
+    const Picture picture = frame.topDown();
+    stage.draw(picture,
+               [&](std::uint8_t* canvas) { EXPECT_EQ(canvas, picture.planes[0]) << name; });
+  }
+}
+
+TEST(Canvas, BringsEveryFrameBackBitForBitWhenNothingIsDrawn) {
+  for (const Layout& layout : layouts()) {
+    for (const int width : {33, 34, 50}) {
+      for (const std::ptrdiff_t padding : {0, 1, 4, 100}) {
+        CanvasStage stage(layout, Storage::kPacked, width, 20, {{0, 20}}, false);
+        GuardedFrame frame(static_cast<std::ptrdiff_t>(packedPitch(layout.type, width)) + padding,
+                           20);
+        const auto before = frame.bytes;
+        stage.draw(frame.topDown(), [](std::uint8_t*) {});
+        EXPECT_TRUE(frame.bytes == before) << layout.name << " " << width << " " << padding;
+        stage.draw(frame.bottomUp(), [](std::uint8_t*) {});
+        EXPECT_TRUE(frame.bytes == before) << layout.name << " " << width << " bottom-up";
+      }
+    }
+  }
+}
+
+TEST(Canvas, TouchesNoRowsButTheOverlays) {
+  CanvasStage stage(*layoutNamed("bgr24"), Storage::kPacked, 16, 20, {{5, 7}}, false);
+  GuardedFrame frame(48, 20);
+  const auto before = frame.bytes;
+  stage.draw(frame.bottomUp(), [](std::uint8_t* canvas) { std::memset(canvas, 0, 16 * 4 * 20); });
+  for (int y = 0; y < 20; ++y) {
+    // Bottom-up: row y lies 19 - y rows from the start.
+    const std::size_t place = GuardedFrame::kGuard + static_cast<std::size_t>(19 - y) * 48;
+    const bool kept = std::equal(before.begin() + static_cast<std::ptrdiff_t>(place),
+                                 before.begin() + static_cast<std::ptrdiff_t>(place + 48),
+                                 frame.bytes.begin() + static_cast<std::ptrdiff_t>(place));
+    EXPECT_EQ(kept, y < 5 || y >= 7) << y;
+  }
+}
+
+TEST(Canvas, OfYUY2ShowsStrokesWhereTheyBelong) {
+  // Direct drawing with whole pairs, and drawing through UYVY, give the same frame.
+  const Layout& layout = *layoutNamed("yuy2");
+  GuardedFrame direct(400, 60), staged(400, 60);
+  ReferenceOverlay onYUY2(ptYUYV, 200, 60, 25), onUYVY(ptUYVY, 200, 60, 25);
+  onYUY2.place(2, 4, 2);
+  onUYVY.place(2, 4, 2);
+  const auto before = direct.bytes;
+  CanvasStage whole(layout, Storage::kPacked, 200, 60, {{0, 60}}, true);
+  CanvasStage any(layout, Storage::kPacked, 200, 60, {{0, 60}}, false);
+  EXPECT_EQ(whole.canvasLayout().type, ptYUYV);
+  EXPECT_EQ(any.canvasLayout().type, ptUYVY);
+  whole.draw(direct.topDown(), [&](std::uint8_t* canvas) { onYUY2.burn(canvas, 0); });
+  any.draw(staged.topDown(), [&](std::uint8_t* canvas) { onUYVY.burn(canvas, 0); });
+  EXPECT_TRUE(direct.bytes == staged.bytes);
+  EXPECT_FALSE(direct.bytes == before);
+}
+
+TEST(Places, DefaultToTheLowerLeftInEverySize) {
+  struct Expected {
+    int width, height;
+    bool interlaced;
+    unsigned size;
+    Point at;
+  };
+  // A twentieth of the frame as margin; size by height, less where the frame is narrow.
+  const Expected kExpected[] = {
+      {3840, 2160, false, 8, {192, 1970}}, {1920, 1080, false, 4, {96, 984}},
+      {1920, 1080, true, 4, {96, 984}},    {1280, 720, false, 3, {64, 652}},
+      {720, 576, false, 2, {36, 526}},     {720, 576, true, 2, {36, 526}},
+      {640, 360, false, 2, {32, 320}},     {320, 180, false, 1, {16, 160}},
+      {320, 180, true, 2, {16, 150}},      {88, 11, false, 1, {0, 0}},
+      {100, 1080, false, 1, {4, 1014}},
+  };
+  for (const Expected& each : kExpected) {
+    FrameKind frames;
+    frames.width = each.width;
+    frames.height = each.height;
+    frames.interlaced = each.interlaced;
+    const OverlayPlan plan = planOverlay({}, frames, midnight({25, 1}));
+    EXPECT_EQ(plan.timecodeSize, each.size) << each.width;
+    EXPECT_EQ(plan.timecodeAt.x, each.at.x) << each.width;
+    EXPECT_EQ(plan.timecodeAt.y, each.at.y) << each.width;
+  }
+}
+
+TEST(Places, AreRefusedWhenTheFrameIsTooSmallForAnyText) {
+  FrameKind frames;
+  frames.width = 87;
+  frames.height = 100;
+  EXPECT_THROW((void)planOverlay({}, frames, midnight({25, 1})), Failure);
+  frames.width = 88;
+  frames.height = 10;
+  EXPECT_THROW((void)planOverlay({}, frames, midnight({25, 1})), Failure);
+}
+
+TEST(Places, GiveTheRowsThatAreTouchedWithoutOverlaps) {
+  FrameKind frames;
+  frames.width = 640;
+  frames.height = 480;
+  OverlayRequest request;
+  request.clock = true;
+  request.position = Point{0, 200};
+  request.size = 2;
+  request.texts = {{{0, 230}, "A"}, {{0, 0}, "B"}, {{0, 449}, "C"}};
+  const auto rows = planOverlay(request, frames, midnight({25, 1})).rows();
+  ASSERT_EQ(rows.size(), 3U);
+  EXPECT_EQ(rows[0].first, 0);
+  EXPECT_EQ(rows[0].end, 31);
+  EXPECT_EQ(rows[1].first, 200);
+  EXPECT_EQ(rows[1].end, 261);
+  EXPECT_EQ(rows[2].first, 449);
+  EXPECT_EQ(rows[2].end, 480);
+}
+
+TEST(Numbering, FollowsTheTimesAndCountsOnWithoutThem) {
+  FrameClock clock({1, 1000}, {30000, 1001}, AV_NOPTS_VALUE);
+  EXPECT_EQ(clock.indexOf(500), 0);
+  EXPECT_EQ(clock.indexOf(533), 1);
+  EXPECT_EQ(clock.indexOf(667), 5);
+  EXPECT_EQ(clock.indexOf(AV_NOPTS_VALUE), 6);
+  EXPECT_EQ(clock.indexOf(400), 0) << "none lies before the first";
+}

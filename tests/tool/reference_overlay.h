@@ -5,9 +5,7 @@
 
 #include <nkdraw/nkdraw.h>
 
-#include <algorithm>
 #include <cstdint>
-#include <string>
 
 class ReferenceOverlay : public CNkOverlay {
  public:
@@ -39,23 +37,6 @@ class ReferenceOverlay : public CNkOverlay {
   }
   ReferenceOverlay& fill(bool on) {
     FillBackground = on ? 1 : 0;
-    return *this;
-  }
-  ReferenceOverlay& withoutTimecode() {
-    TimeCodeLTCEnable = 0;
-    return *this;
-  }
-  ReferenceOverlay& count(nkdraw::TimecodeType type) {
-    timeCodeType = static_cast<std::uint32_t>(type);
-    return *this;
-  }
-  ReferenceOverlay& text(int slot, int x, int y, const std::string& words) {
-    CustomTextEnabled[slot] = 1;
-    CustomTextX[slot] = x;
-    CustomTextY[slot] = y;
-    auto* const copy = new char[512]();
-    std::ranges::copy(words, copy);
-    CustomText[slot] = copy;
     return *this;
   }
 

@@ -5,6 +5,7 @@
 #include "burnin.h"
 #include "command.h"
 #include "interrupt.h"
+#include "libav_log.h"
 
 #include <CLI/CLI.hpp>
 
@@ -50,6 +51,7 @@ int run(int argc, char** argv) {
   }
 
   catchInterrupts();
+  showLibavMessages(false);
   try {
     (*std::ranges::find_if(commands, &Command::asked))->run();
     return static_cast<int>(ExitCode::kOk);

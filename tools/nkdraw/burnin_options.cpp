@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "burnin_options.h"
+
+#include "failure.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr char kDescription[] =
+    "Burn timecode, clock, source format and texts into a video.\n"
+    "\n"
+    "Uncompressed video (v210, UYVY, YUY2, YVYU, 24- and 32-bit RGB) is drawn on in place: pixels\n"
+    "outside the texts stay as they are, bit for bit. Other video is decoded, drawn on and\n"
+    "encoded, losslessly unless --codec says otherwise. Sound and all else is copied.";
+
+constexpr char kExamples[] =
+    "Examples:\n"
+    "  nkdraw burnin reel.mov burnt.mov\n"
+    "      The file's own timecode, at the lower left.\n"
+    "  nkdraw burnin --ltc --clock --text 96,54,\"Reel 7\" reel.mov burnt.mov\n"
+    "      Timecode, wall clock and a text whose upper left corner is at 96,54.\n"
+    "  nkdraw burnin --start-timecode '10:00:00;00' --codec libx264:crf=18 in.mp4 out.mp4\n"
+    "  nkdraw burnin --still 100 reel.mov frame100.png\n"
+    "  nkdraw burnin --layout v210 --pattern-size 1280x720 bars.mov\n"
+    "      A moving test pattern with timecode.\n"
+    "\n"
+    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing, 130 and 143 interrupted.";
+
+[[noreturn]] void badValue(const std::string& option, const std::string& value,
+                           const std::string& advice) {
+  throw Failure(ExitCode::kUsage, "not a value of " + option, value.empty() ? "(empty)" : value,
+                advice);
+}
+
+/// Takes a whole number off the front of `text`.
+template <class Number>
+std::optional<Number> takeNumber(std::string_view& text) {
+  Number number{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc())
+    return std::nullopt;
+  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+  return number;
+}
+
+/// Takes one character off the front of `text`, if it is that one.
+bool take(std::string_view& text, char character) {
+  if (!text.starts_with(character))
+    return false;
+  text.remove_prefix(1);
+  return true;
+}
+
+/// Takes "A,B", with any character for the comma.
+std::optional<Point> takePair(std::string_view& text, char between) {
+  const auto first = takeNumber<int>(text);
+  if (!first || !take(text, between))
+    return std::nullopt;
+  const auto second = takeNumber<int>(text);
+  if (!second)
+    return std::nullopt;
+  return Point{*first, *second};
+}
+
+/// The glyphs beyond 7-bit ASCII are out of reach, and control codes have none that mean anything.
+bool canBeDrawn(char character) {
+  return character >= ' ' && character <= '~';
+}
+
+PlacedText readText(const std::string& argument) {
+  std::string_view left = argument;
+  const auto at = takePair(left, ',');
+  if (!at || !take(left, ',') || left.empty())
+    badValue("--text", argument, "write X,Y,TEXT, for example 96,54,\"Reel 7\"");
+  if (!std::ranges::all_of(left, canBeDrawn))
+    badValue("--text", argument, "use printable ASCII characters");
+  if (left.size() > kLongestText)
+    badValue("--text", argument.substr(0, 40) + "...",
+             "use at most " + std::to_string(kLongestText) + " characters");
+  return {*at, std::string(left)};
+}
+
+/// The broadcast rates that are usually written short: 29.97 is 30000/1001.
+AVRational exactRate(AVRational rate) {
+  constexpr double kNear = 0.006;
+  for (const int whole : {24, 30, 48, 60, 120}) {
+    const AVRational exact = {whole * 1000, 1001};
+    if (std::abs(av_q2d(rate) - av_q2d(exact)) < kNear)
+      return exact;
+  }
+  return rate;
+}
+
+}  // namespace
+
+void BurninArguments::addTo(CLI::App& command) {
+  command.description(kDescription);
+  command.footer(kExamples);
+  command.add_option("FILES", files_, "INPUT and OUTPUT; OUTPUT alone with --layout")
+      ->type_name("[INPUT] OUTPUT")
+      ->expected(0, 2);
+
+  command.add_flag("--ltc,!--no-ltc", ltc_, "Timecode row (on unless switched off)")
+      ->group("What is burnt in");
+  command.add_flag("--vitc", vitc_, "A second row with the timecode, for VITC")
+      ->group("What is burnt in");
+  command.add_flag("--clock", clock_, "A row with the wall clock")->group("What is burnt in");
+  command.add_flag("--format-line", formatLine_, "A line that names the source's format")
+      ->group("What is burnt in");
+  command
+      .add_option("--text", texts_,
+                  "A text and the pixel of its upper left corner; up to ten times. Characters "
+                  "are 24 pixels wide, 31 lines high")
+      ->type_name("X,Y,TEXT")
+      ->allow_extra_args(false)
+      ->group("What is burnt in");
+  command
+      .add_option("--start-timecode", startTimecode_,
+                  "The first frame's timecode, instead of the file's; ';' before the frames "
+                  "counts drop-frame")
+      ->type_name("HH:MM:SS:FF")
+      ->group("What is burnt in");
+
+  command
+      .add_option("--position", position_,
+                  "Upper left corner of the timecode rows (at the lower left)")
+      ->type_name("X,Y")
+      ->group("How it looks");
+  command
+      .add_option("--size", size_,
+                  "Magnification of the 8 by 10 pixel characters of the timecode rows, 1 to 20 "
+                  "(by the frame's height: 4 at 1080 lines)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 20))
+      ->group("How it looks");
+  command.add_flag("--fill,!--no-fill", fill_, "A black box behind the texts (on)")
+      ->group("How it looks");
+
+  command
+      .add_option("--frames", frames_,
+                  "Write these frames only, counted from 0, with the sound that belongs to them")
+      ->type_name("FROM-TO")
+      ->group("What is written");
+  command.add_option("--still", still_, "Write frame N as a picture; OUTPUT ends in .png")
+      ->type_name("N")
+      ->check(CLI::NonNegativeNumber)
+      ->group("What is written");
+  command
+      .add_option("--codec", codec_,
+                  "Encode with this encoder of FFmpeg (lossless, by layout and kind of file)")
+      ->type_name("NAME[:KEY=VALUE...]")
+      ->group("What is written");
+  command.add_flag("--overwrite", overwrite_, "Replace OUTPUT if it exists")
+      ->group("What is written");
+  command.add_flag("--dry-run", dryRun_, "Say what would be done and write nothing")
+      ->group("What is written");
+
+  command
+      .add_option("--layout", layout_,
+                  "Burn into a test pattern in this layout; see --list-layouts")
+      ->type_name("NAME")
+      ->group("Test pattern");
+  command.add_option("--pattern-size", patternSize_, "Its frame size (1920x1080)")
+      ->type_name("WxH")
+      ->group("Test pattern");
+  command.add_option("--pattern-rate", patternRate_, "Its frames a second (25)")
+      ->type_name("RATE")
+      ->group("Test pattern");
+  command.add_option("--pattern-frames", patternFrames_, "How many frames it has (250)")
+      ->type_name("N")
+      ->check(CLI::PositiveNumber)
+      ->group("Test pattern");
+
+  command.add_flag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
+  command.add_flag("-v,--verbose", verbose_, "Say more, with FFmpeg's messages");
+}
+
+BurninOptions BurninArguments::read() const {
+  BurninOptions options;
+  options.overwrite = overwrite_;
+  options.dryRun = dryRun_;
+  options.listLayouts = listLayouts_;
+  options.verbose = verbose_;
+  if (listLayouts_)
+    return options;
+  readFiles(options);
+  readOverlay(options.overlay);
+  readRange(options);
+  readPattern(options);
+  if (!startTimecode_.empty())
+    options.startTimecode = startTimecode_;
+  if (!codec_.empty())
+    options.codec = codec_;
+  if (options.still && options.codec)
+    badValue("--codec", codec_, "leave it out: a still is always PNG");
+  return options;
+}
+
+void BurninArguments::readFiles(BurninOptions& options) const {
+  if (files_.empty())
+    throw Failure(ExitCode::kUsage, "no files named", "nkdraw burnin",
+                  "give INPUT and OUTPUT; see nkdraw burnin --help");
+  options.output = files_.back();
+  if (files_.size() == 2)
+    options.input = files_.front();
+  if (files_.size() == 1 && layout_.empty())
+    throw Failure(ExitCode::kUsage, "only one file named", files_.front(),
+                  "give INPUT and OUTPUT, or --layout for a test pattern");
+  if (options.output.empty() || (options.input && options.input->empty()))
+    throw Failure(ExitCode::kUsage, "a file name is empty", "nkdraw burnin",
+                  "give INPUT and OUTPUT");
+}
+
+void BurninArguments::readOverlay(OverlayRequest& overlay) const {
+  overlay.ltc = ltc_;
+  overlay.vitc = vitc_;
+  overlay.clock = clock_;
+  overlay.formatLine = formatLine_;
+  overlay.fill = fill_;
+  overlay.size = size_;
+  if (!position_.empty()) {
+    std::string_view left = position_;
+    overlay.position = takePair(left, ',');
+    if (!overlay.position || !left.empty())
+      badValue("--position", position_, "write X,Y in pixels");
+  }
+  if (texts_.size() > kMostTexts)
+    throw Failure(ExitCode::kUsage, "too many texts", std::to_string(texts_.size()),
+                  "give --text at most ten times");
+  for (const std::string& text : texts_)
+    overlay.texts.push_back(readText(text));
+  if (!ltc_ && !vitc_ && !clock_ && !formatLine_ && texts_.empty())
+    throw Failure(ExitCode::kUsage, "nothing to burn in", "--no-ltc",
+                  "ask for a row, the format line or a text");
+}
+
+void BurninArguments::readRange(BurninOptions& options) const {
+  if (still_) {
+    if (!frames_.empty())
+      badValue("--frames", frames_, "leave it out: --still names the frame");
+    options.still = true;
+    options.range = {*still_, *still_};
+  }
+  const bool isPicture = options.output.ends_with(".png");
+  if (options.still != isPicture)
+    throw Failure(
+        ExitCode::kUsage, isPicture ? "a picture needs a frame" : "a still is written as PNG",
+        options.output, isPicture ? "give --still N" : "name an output that ends in .png");
+  if (frames_.empty())
+    return;
+  std::string_view left = frames_;
+  const auto first = takeNumber<std::int64_t>(left);
+  const auto last = take(left, '-') ? takeNumber<std::int64_t>(left) : std::nullopt;
+  if (!first || !last || !left.empty() || *first < 0 || *last < *first)
+    badValue("--frames", frames_, "write FROM-TO, counted from 0, for example 100-199");
+  options.range = {*first, *last};
+}
+
+void BurninArguments::readPattern(BurninOptions& options) const {
+  const bool any = !layout_.empty() || !patternSize_.empty() || !patternRate_.empty() ||
+                   patternFrames_.has_value();
+  if (any && options.input)
+    throw Failure(ExitCode::kUsage, "the test pattern's options don't go with an input",
+                  *options.input, "leave out --layout and --pattern-...");
+  if (!layout_.empty()) {
+    options.layout = layoutNamed(layout_);
+    if (options.layout == nullptr)
+      badValue("--layout", layout_, "see nkdraw burnin --list-layouts");
+  }
+  if (!patternSize_.empty()) {
+    std::string_view left = patternSize_;
+    const auto size = takePair(left, 'x');
+    constexpr int kSmallest = 32, kLargest = 16384;
+    if (!size || !left.empty() || std::min(size->x, size->y) < kSmallest ||
+        std::max(size->x, size->y) > kLargest)
+      badValue("--pattern-size", patternSize_, "write WxH, 32x32 to 16384x16384");
+    options.pattern.width = size->x;
+    options.pattern.height = size->y;
+  }
+  if (!patternRate_.empty()) {
+    AVRational rate = {};
+    if (av_parse_ratio(&rate, patternRate_.c_str(), 1001000, AV_LOG_QUIET, nullptr) < 0 ||
+        rate.num <= 0 || rate.den <= 0)
+      badValue("--pattern-rate", patternRate_, "write frames a second: 25, 29.97, 30000/1001");
+    options.pattern.rate = exactRate(rate);
+  }
+  options.pattern.frames = patternFrames_.value_or(options.pattern.frames);
+}
+
+}  // namespace nkdraw::tool

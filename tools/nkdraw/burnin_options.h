@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The command line of `nkdraw burnin`.
+#pragma once
+
+#include "job.h"
+#include "overlay_plan.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace nkdraw::tool {
+
+struct PatternOptions {
+  int width = 1920, height = 1080;
+  AVRational rate = {25, 1};
+  std::int64_t frames = 250;
+};
+
+/// What a run was asked for.
+struct BurninOptions {
+  std::optional<std::string> input;  // none: the test pattern
+  std::string output;
+  OverlayRequest overlay;
+  std::optional<std::string> startTimecode;
+  FrameRange range;
+  bool still = false;  // the range is one frame, the output a picture
+  std::optional<std::string> codec;
+  const Layout* layout = nullptr;  // of the test pattern
+  PatternOptions pattern;
+  bool overwrite = false, dryRun = false, listLayouts = false, verbose = false;
+};
+
+/// The options as they stand on the command line.
+class BurninArguments {
+ public:
+  /// Puts them on the command line of a sub-command, which they must outlive.
+  void addTo(CLI::App& command);
+
+  /// What they mean. Throws Failure for values that can't be.
+  [[nodiscard]] BurninOptions read() const;
+
+ private:
+  void readFiles(BurninOptions& options) const;
+  void readOverlay(OverlayRequest& overlay) const;
+  void readRange(BurninOptions& options) const;
+  void readPattern(BurninOptions& options) const;
+
+  std::vector<std::string> files_;
+  std::vector<std::string> texts_;
+  std::string position_, startTimecode_, frames_, codec_, layout_, patternSize_, patternRate_;
+  std::optional<std::int64_t> still_, patternFrames_;
+  std::optional<unsigned> size_;
+  bool ltc_ = true, vitc_ = false, clock_ = false, formatLine_ = false, fill_ = true;
+  bool overwrite_ = false, dryRun_ = false, listLayouts_ = false, verbose_ = false;
+};
+
+}  // namespace nkdraw::tool

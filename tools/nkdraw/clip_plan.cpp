@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "clip_plan.h"
+
+#include "converting_road.h"
+#include "failure.h"
+#include "output_file.h"
+#include "raw_stream.h"
+
+namespace nkdraw::tool {
+namespace {
+
+/// The layout of the file's own frames, null when they have to be decoded.
+const Layout* ownLayout(MediaInput& input) {
+  const AVCodecParameters& codec = *input.video().codecpar;
+  return layoutOf(codec.codec_id, static_cast<AVPixelFormat>(codec.format));
+}
+
+std::uint32_t sourceCode(MediaInput& input, const Layout* layout) {
+  if (layout != nullptr)
+    return layout->compression;
+  const AVCodecParameters& codec = *input.video().codecpar;
+  if (codec.codec_tag != 0)
+    return codec.codec_tag;
+  const AVCodecTag* const lists[] = {avformat_get_riff_video_tags(), nullptr};
+  return av_codec_get_tag(lists, codec.codec_id);
+}
+
+FrameKind framesOf(MediaInput& input, const Layout* layout) {
+  const AVCodecParameters& codec = *input.video().codecpar;
+  return {codec.width,        codec.height,     input.frameRate(),
+          input.interlaced(), input.fileType(), sourceCode(input, layout)};
+}
+
+TimeWindow windowOf(MediaInput& input, const Job& job) {
+  constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
+  AVStream& video = input.video();
+  const std::int64_t fileStart =
+      input.file().start_time != AV_NOPTS_VALUE ? input.file().start_time : 0;
+  const std::int64_t videoStart =
+      video.start_time != AV_NOPTS_VALUE
+          ? av_rescale_q(video.start_time, video.time_base, kMicroseconds)
+          : fileStart;
+  if (job.range.isWhole())
+    return {.shift = fileStart, .video = videoStart};
+  const AVRational frameTime = av_inv_q(job.frames.rate);
+  const std::int64_t first = videoStart + av_rescale_q(job.range.first, frameTime, kMicroseconds);
+  const std::int64_t end = videoStart + av_rescale_q(job.range.last + 1, frameTime, kMicroseconds);
+  return {.shift = first, .video = first, .first = first, .end = end};
+}
+
+void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options) {
+  const Job& job = plan.job;
+  if (options.startTimecode || (job.timecode.known && job.range.first > 0))
+    plan.timecodeTag = timecodeText(job.timecode, job.range.first);
+  plan.format = &formatFor(options.output);
+  if (!job.inPlace)
+    plan.codec = chooseCodec(options.codec, plan.drawn, *plan.format);
+  else if (!isSameKind(*input.file().iformat, *plan.format))
+    checkKeeps(*plan.format, *job.layout);
+  plan.fates = streamFates(input, *plan.format, !plan.timecodeTag && job.range.isWhole());
+}
+
+void checkPixelFormat(MediaInput& input) {
+  if (input.video().codecpar->format == AV_PIX_FMT_NONE)
+    throw Failure(ExitCode::kInput, "the video can't be decoded", input.path(),
+                  std::string("its codec is ") +
+                      avcodec_get_name(input.video().codecpar->codec_id) +
+                      "; convert the clip first");
+}
+
+std::string rateText(AVRational rate) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%.6g frames/s", av_q2d(rate));
+  return text;
+}
+
+std::string rangeText(FrameRange range) {
+  if (range.isWhole())
+    return "all";
+  return std::to_string(range.first) + (range.isBounded() && range.last != range.first
+                                            ? " to " + std::to_string(range.last)
+                                            : "");
+}
+
+}  // namespace
+
+ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
+  checkPixelFormat(input);
+  ClipPlan plan;
+  Job& job = plan.job;
+  const Layout* const own = ownLayout(input);
+  job.inPlace = own != nullptr && !options.codec;
+  if (!job.inPlace)
+    plan.drawn = drawnFormat(static_cast<AVPixelFormat>(input.video().codecpar->format));
+  job.layout = job.inPlace ? own : &canvasFor(plan.drawn);
+  job.frames = framesOf(input, own);
+  job.timecode = options.startTimecode ? timecodeFromOption(*options.startTimecode, job.frames.rate)
+                                       : timecodeOf(input.file(), input.video(), job.frames.rate);
+  job.range = options.range;
+  job.plan = planOverlay(options.overlay, job.frames, job.timecode);
+  plan.window = windowOf(input, job);
+  if (!options.still)
+    planOutput(plan, input, options);
+  return plan;
+}
+
+void describe(std::FILE* to, const Job& job) {
+  std::fprintf(to, "frames    %dx%d, %s, %s\n", job.frames.width, job.frames.height,
+               rateText(job.frames.rate).c_str(),
+               job.frames.interlaced ? "interlaced" : "progressive");
+  std::fprintf(to, "layout    %s: %s\n", std::string(job.layout->name).c_str(),
+               std::string(job.layout->description).c_str());
+  std::fprintf(to, "timecode  %s, %s\n", timecodeText(job.timecode, 0).c_str(),
+               job.timecode.origin.c_str());
+  for (const TextBox& box : job.plan.boxes)
+    std::fprintf(to, "burn in   %s \"%s\": %d,%d to %d,%d, magnified %u\n", box.what.c_str(),
+                 box.text.c_str(), box.at.x, box.at.y, box.right() - 1, box.bottom() - 1,
+                 box.magnification);
+  std::fprintf(to, "written   %s\n",
+               job.range.isWhole() ? "all frames" : ("frames " + rangeText(job.range)).c_str());
+}
+
+void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
+              const BurninOptions& options) {
+  std::fprintf(to, "input     %s: %s, %s\n", input.path().c_str(), input.file().iformat->name,
+               avcodec_get_name(input.video().codecpar->codec_id));
+  std::fprintf(to, "road      %s\n",
+               plan.job.inPlace ? "in place: the file's own frames are drawn on"
+                                : "converting: frames are decoded and converted");
+  describe(to, plan.job);
+  for (std::size_t i = 0; i < plan.fates.size(); ++i) {
+    if (plan.fates[i] == StreamFate::kBurn)
+      continue;
+    std::fprintf(to, "stream %zu  %s: %s\n", i, describe(*input.file().streams[i]).c_str(),
+                 plan.fates[i] == StreamFate::kCopy ? "copied" : "left out");
+  }
+  std::string codec = "unchanged";
+  if (options.still)
+    codec = "png, one picture";
+  else if (plan.codec)
+    codec =
+        std::string(plan.codec->codec->name) + ", " + av_get_pix_fmt_name(plan.codec->pixelFormat);
+  std::fprintf(to, "codec     %s\n", codec.c_str());
+  std::fprintf(to, "output    %s%s%s\n", options.output.c_str(), plan.format != nullptr ? ": " : "",
+               plan.format != nullptr ? plan.format->name : "");
+}
+
+}  // namespace nkdraw::tool

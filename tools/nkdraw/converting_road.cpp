@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "converting_road.h"
+
+#include "failure.h"
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr int kShallow = 8;  // bits that the 8-bit layouts hold
+
+}  // namespace
+
+AVPixelFormat drawnFormat(AVPixelFormat source) {
+  const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(source);
+  const bool isRGB = (facts.flags & (AV_PIX_FMT_FLAG_RGB | AV_PIX_FMT_FLAG_PAL)) != 0;
+  if (isRGB)
+    return (facts.flags & (AV_PIX_FMT_FLAG_ALPHA | AV_PIX_FMT_FLAG_PAL)) != 0 ? AV_PIX_FMT_BGRA
+                                                                              : AV_PIX_FMT_BGR0;
+  return facts.comp[0].depth > kShallow ? AV_PIX_FMT_YUV422P10 : AV_PIX_FMT_UYVY422;
+}
+
+const Layout& canvasFor(AVPixelFormat drawn) {
+  return *layoutOf(drawn == AV_PIX_FMT_YUV422P10 ? AV_CODEC_ID_V210 : AV_CODEC_ID_RAWVIDEO, drawn);
+}
+
+Picture planesOf(AVFrame& picture) {
+  Picture planes;
+  for (std::size_t i = 0; i < planes.planes.size(); ++i) {
+    planes.planes[i] = picture.data[i];
+    planes.pitches[i] = picture.linesize[i];
+  }
+  return planes;
+}
+
+ConvertingRoad::ConvertingRoad(MediaInput& input, const Job& job, AVPixelFormat drawn)
+    : input_(input),
+      job_(job),
+      decoder_(*input.video().codecpar, input.video().time_base, input.path()),
+      converter_(drawn, job.frames.interlaced),
+      burner_(job, drawn == AV_PIX_FMT_YUV422P10 ? Storage::kPlanes10 : Storage::kPacked),
+      clock_(input.video().time_base, job.frames.rate, input.video().start_time) {}
+
+void ConvertingRoad::run(const TakePicture& takeVideo, const TakePacket& takeOther,
+                         const std::function<bool()>& done) {
+  const auto take = [&](AVFrame& decoded) { burn(decoded, takeVideo); };
+  const Packet packet = makePacket();
+  while (!(pastRange_ && done()) && input_.read(*packet)) {
+    if (!input_.isVideo(*packet))
+      takeOther(*packet);
+    else if (!pastRange_)
+      decoder_.decode(packet.get(), take);
+    av_packet_unref(packet.get());
+  }
+  if (!pastRange_)
+    decoder_.decode(nullptr, take);
+}
+
+void ConvertingRoad::burn(AVFrame& decoded, const TakePicture& take) {
+  const std::int64_t index = clock_.indexOf(decoded.best_effort_timestamp);
+  pastRange_ = pastRange_ || index > job_.range.last;
+  if (!job_.range.contains(index))
+    return;
+  if (decoded.width != job_.frames.width || decoded.height != job_.frames.height)
+    throw Failure(ExitCode::kInput, "the frames change their size", input_.path(),
+                  "frame " + std::to_string(index) + " is " + std::to_string(decoded.width) + "x" +
+                      std::to_string(decoded.height) + "; convert the clip first");
+  AVFrame& picture = converter_.convert(decoded);
+  if (av_frame_make_writable(&picture) < 0)
+    throw std::bad_alloc();
+  burner_.burn(planesOf(picture), index);
+  take(picture, index);
+}
+
+}  // namespace nkdraw::tool

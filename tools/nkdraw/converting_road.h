@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The road of all other clips: decoded, converted to the nearest format that is drawn on, drawn on.
+#pragma once
+
+#include "burner.h"
+#include "media_input.h"
+#include "picture_converter.h"
+#include "video_decoder.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace nkdraw::tool {
+
+/// The format in which pictures of `source` are drawn on: 10-bit 4:2:2 for YCbCr with more than 8
+/// bits, UYVY for other YCbCr and grey, 32-bit RGB for RGB.
+[[nodiscard]] AVPixelFormat drawnFormat(AVPixelFormat source);
+/// The layout of the canvas for a drawn format.
+[[nodiscard]] const Layout& canvasFor(AVPixelFormat drawn);
+
+class ConvertingRoad {
+ public:
+  ConvertingRoad(MediaInput& input, const Job& job, AVPixelFormat drawn);
+
+  /// Gets a burnt picture and its number.
+  using TakePicture = std::function<void(AVFrame& picture, std::int64_t index)>;
+  using TakePacket = std::function<void(AVPacket& packet)>;
+  /// Reads to the end of the job's range. `takeVideo` gets every burnt picture of the range,
+  /// `takeOther` the packets of the other streams; past the range reading goes on until `done`.
+  void run(const TakePicture& takeVideo, const TakePacket& takeOther,
+           const std::function<bool()>& done);
+
+ private:
+  void burn(AVFrame& decoded, const TakePicture& take);
+
+  MediaInput& input_;
+  const Job& job_;
+  VideoDecoder decoder_;
+  PictureConverter converter_;
+  Burner burner_;
+  FrameClock clock_;
+  bool pastRange_ = false;
+};
+
+/// Draws on a picture of a drawn format.
+[[nodiscard]] Picture planesOf(AVFrame& picture);
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Stopping on SIGINT and SIGTERM, at a point where everything can be cleaned up.
+#pragma once
+
+#include <exception>
+
+namespace nkdraw::tool {
+
+/// A signal asked the run to stop.
+class Interrupted : public std::exception {
+ public:
+  explicit Interrupted(int signal) : signal_(signal) {}
+  [[nodiscard]] int signal() const { return signal_; }
+  [[nodiscard]] const char* what() const noexcept override { return "interrupted"; }
+
+ private:
+  int signal_;
+};
+
+/// From now on SIGINT and SIGTERM are noted instead of ending the process.
+void catchInterrupts();
+
+/// The signal that arrived, 0 before one did.
+[[nodiscard]] int pendingInterrupt();
+
+/// Throws Interrupted once a signal has arrived.
+void throwIfInterrupted();
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// FFmpeg's objects with owners, and its error codes as text.
+#pragma once
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+#include <libavutil/avutil.h>
+#include <libavutil/dict.h>
+#include <libavutil/error.h>
+#include <libavutil/imgutils.h>
+#include <libavutil/mathematics.h>
+#include <libavutil/parseutils.h>
+#include <libavutil/pixdesc.h>
+#include <libswscale/swscale.h>
+}
+
+#include <memory>
+#include <new>
+#include <string>
+
+namespace nkdraw::tool {
+
+struct LibavDeleter {
+  void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
+  void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
+  void operator()(AVPacket* packet) const { av_packet_free(&packet); }
+  void operator()(AVFrame* frame) const { av_frame_free(&frame); }
+  void operator()(AVCodecParameters* parameters) const { avcodec_parameters_free(&parameters); }
+  void operator()(SwsContext* context) const { sws_freeContext(context); }
+};
+
+using InputContext = std::unique_ptr<AVFormatContext, LibavDeleter>;
+using CodecContext = std::unique_ptr<AVCodecContext, LibavDeleter>;
+using Packet = std::unique_ptr<AVPacket, LibavDeleter>;
+using Frame = std::unique_ptr<AVFrame, LibavDeleter>;
+using CodecParameters = std::unique_ptr<AVCodecParameters, LibavDeleter>;
+using Scaler = std::unique_ptr<SwsContext, LibavDeleter>;
+
+/// Options for an open call, which takes those it knows out of the dictionary.
+class Options {
+ public:
+  Options() = default;
+  Options(const Options&) = delete;
+  Options& operator=(const Options&) = delete;
+  ~Options() { av_dict_free(&dictionary_); }
+
+  void set(const char* key, const char* value) { av_dict_set(&dictionary_, key, value, 0); }
+  [[nodiscard]] AVDictionary** get() { return &dictionary_; }
+  /// An option that the last open call did not know, or null.
+  [[nodiscard]] const char* unused() const {
+    const AVDictionaryEntry* const entry =
+        av_dict_get(dictionary_, "", nullptr, AV_DICT_IGNORE_SUFFIX);
+    return entry != nullptr ? entry->key : nullptr;
+  }
+
+ private:
+  AVDictionary* dictionary_ = nullptr;
+};
+
+/// `made`, unless memory ran out.
+template <class Owner, class Object>
+[[nodiscard]] Owner owned(Object* made) {
+  if (made == nullptr)
+    throw std::bad_alloc();
+  return Owner(made);
+}
+
+[[nodiscard]] inline Packet makePacket() {
+  return owned<Packet>(av_packet_alloc());
+}
+[[nodiscard]] inline Frame makeFrame() {
+  return owned<Frame>(av_frame_alloc());
+}
+
+[[nodiscard]] inline std::string errorText(int error) {
+  char text[AV_ERROR_MAX_STRING_SIZE] = {};
+  av_strerror(error, text, sizeof text);
+  return text;
+}
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "libav_log.h"
+
+#include "libav.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <mutex>
+
+namespace nkdraw::tool {
+namespace {
+
+std::mutex lastErrorLock;  // FFmpeg's threads report too
+std::string lastError;
+
+void keepErrors(void* /*reporter*/, int level, const char* format, va_list arguments) {
+  if (level > AV_LOG_ERROR)
+    return;
+  char text[512];
+  std::vsnprintf(text, sizeof text, format, arguments);
+  std::string line = text;
+  for (char& letter : line) {
+    if (letter == '\n')
+      letter = ' ';
+  }
+  line.erase(line.find_last_not_of(" .") + 1);
+  if (line.empty())
+    return;
+  const std::lock_guard hold(lastErrorLock);
+  lastError = line;
+}
+
+}  // namespace
+
+void showLibavMessages(bool show) {
+  av_log_set_level(AV_LOG_INFO);
+  av_log_set_callback(show ? av_log_default_callback : keepErrors);
+}
+
+std::string lastLibavError() {
+  const std::lock_guard hold(lastErrorLock);
+  return lastError;
+}
+
+std::string explained(int error) {
+  const std::string reported = lastLibavError();
+  return reported.empty() ? errorText(error) : errorText(error) + " (" + reported + ")";
+}
+
+}  // namespace nkdraw::tool

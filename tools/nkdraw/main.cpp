@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The program `nkdraw`: finds the sub-command, and turns what it throws into a line and an exit
+// code.
+#include "burnin.h"
+#include "command.h"
+#include "interrupt.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr int kSignalBase = 128;
+
+/// Each adds its sub-command to the command line.
+constexpr std::unique_ptr<Command> (*kCommands[])(CLI::App&) = {addBurnin};
+
+int report(ExitCode code, std::string line) {
+  std::ranges::replace(line, '\n', ' ');
+  std::fprintf(stderr, "nkdraw: %s\n", line.c_str());
+  return static_cast<int>(code);
+}
+
+int usage(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
+    return app.exit(error);  // help or version
+  return report(ExitCode::kUsage, std::string("bad arguments: ") + error.what() +
+                                      "; see nkdraw --help or nkdraw COMMAND --help");
+}
+
+int run(int argc, char** argv) {
+  CLI::App app("Draws into video frames in their native layout.", "nkdraw");
+  app.set_version_flag("--version", "nkdraw " NKDRAW_VERSION);
+  app.require_subcommand(1);
+  std::vector<std::unique_ptr<Command>> commands;
+  for (const auto add : kCommands)
+    commands.push_back(add(app));
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return usage(app, error);
+  }
+
+  catchInterrupts();
+  try {
+    (*std::ranges::find_if(commands, &Command::asked))->run();
+    return static_cast<int>(ExitCode::kOk);
+  } catch (const Failure& failure) {
+    return report(failure.code(), failure.what());
+  } catch (const Interrupted& interrupted) {
+    report(ExitCode::kOk,
+           "interrupted: signal " + std::to_string(interrupted.signal()) + "; nothing was written");
+    return kSignalBase + interrupted.signal();
+  } catch (const std::bad_alloc&) {
+    return report(ExitCode::kProcessing, "out of memory: nkdraw; nothing was written");
+  } catch (const std::exception& error) {
+    return report(ExitCode::kProcessing,
+                  std::string("unexpected: ") + error.what() + "; nothing was written");
+  }
+}
+
+}  // namespace
+}  // namespace nkdraw::tool
+
+int main(int argc, char** argv) {
+  return nkdraw::tool::run(argc, argv);
+}

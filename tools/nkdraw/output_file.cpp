@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "output_file.h"
+
+#include "failure.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace nkdraw::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void cannotWrite(const std::string& path, int error) {
+  throw Failure(ExitCode::kOutput, "cannot write the output", path,
+                std::string(std::strerror(error)) + "; choose another place");
+}
+
+/// What a symbolic link points to, so that a commit replaces the file and not the link.
+std::string resolved(const std::string& path) {
+  std::error_code error;
+  if (!fs::is_symlink(path, error))
+    return path;
+  const fs::path target = fs::weakly_canonical(path, error);
+  return error ? path : target.string();
+}
+
+std::string temporaryName(const std::string& path, int attempt) {
+  fs::path name(path);
+  const fs::path suffix = name.extension();
+  fs::path hidden = ".";
+  hidden += name.stem();
+  hidden += ".nkdraw-" + std::to_string(getpid()) + "-" + std::to_string(attempt);
+  hidden += suffix;
+  return name.replace_filename(hidden).string();
+}
+
+}  // namespace
+
+void checkOutputName(const std::string& path, bool overwrite) {
+  struct stat facts = {};
+  if (stat(path.c_str(), &facts) == 0) {
+    if (S_ISDIR(facts.st_mode))
+      throw Failure(ExitCode::kOutput, "the output is a folder", path, "name a file in it");
+    if (!S_ISREG(facts.st_mode))
+      throw Failure(ExitCode::kOutput, "the output is no ordinary file", path, "name a file");
+    if (!overwrite)
+      throw Failure(ExitCode::kOutput, "the output exists", path,
+                    "choose another name or give --overwrite");
+  }
+  const fs::path folder = fs::path(path).parent_path();
+  const std::string where = folder.empty() ? "." : folder.string();
+  if (access(where.c_str(), W_OK | X_OK) != 0)
+    cannotWrite(path, errno);
+}
+
+bool isSameFile(const std::string& a, const std::string& b) {
+  struct stat first = {}, second = {};
+  return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 &&
+         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+OutputFile::OutputFile(const std::string& path, bool overwrite)
+    : path_(resolved(path)), overwrite_(overwrite) {
+  checkOutputName(path_, overwrite);
+  constexpr int kAttempts = 100;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    temporary_ = temporaryName(path_, attempt);
+    const int descriptor = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (descriptor >= 0) {
+      close(descriptor);
+      return;
+    }
+    if (errno != EEXIST)
+      break;
+  }
+  cannotWrite(path_, errno);
+}
+
+OutputFile::~OutputFile() {
+  if (!committed_)
+    unlink(temporary_.c_str());
+}
+
+void OutputFile::commit() {
+  const unsigned flags = overwrite_ ? 0U : RENAME_NOREPLACE;
+  int status = renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, path_.c_str(), flags);
+  if (status != 0 && errno == EINVAL)  // a file system without the flag
+    status = std::rename(temporary_.c_str(), path_.c_str());
+  if (status != 0)
+    cannotWrite(path_, errno);
+  committed_ = true;
+}
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// An output that appears under its name when it is complete, and not before.
+#pragma once
+
+#include <string>
+
+namespace nkdraw::tool {
+
+/// Reserves a temporary name beside `path`, with the same suffix. Unless it is committed the
+/// temporary file is removed, and nothing has changed.
+class OutputFile {
+ public:
+  /// Throws Failure when `path` exists and may not be overwritten, or can't be written.
+  OutputFile(const std::string& path, bool overwrite);
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile();
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+  /// The file to write into; it exists and is empty.
+  [[nodiscard]] const std::string& temporary() const { return temporary_; }
+
+  /// Gives the file its name. Throws Failure, also when another file took the name meanwhile.
+  void commit();
+
+ private:
+  std::string path_;
+  bool overwrite_;
+  std::string temporary_;
+  bool committed_ = false;
+};
+
+/// Throws what the constructor would throw for a name that can't be an output, and touches nothing.
+void checkOutputName(const std::string& path, bool overwrite);
+
+/// Whether both names mean the same file.
+[[nodiscard]] bool isSameFile(const std::string& a, const std::string& b);
+
+}  // namespace nkdraw::tool

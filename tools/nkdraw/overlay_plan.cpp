@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "overlay_plan.h"
+
+#include "failure.h"
+
+#include <nkdraw/platform/media_names.h>
+#include <nkdraw/text/label_glyphs.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr int kCellWidth = static_cast<int>(kGlyphWidth),
+              kCellHeight = static_cast<int>(kGlyphHeight);
+constexpr unsigned kTextMagnification = 3;  // the library's, for the format line and the texts
+constexpr int kLinesPerSize = 270;          // frame height for each step of the default size
+constexpr int kMarginShare = 20;            // the default margins are this part of the frame
+constexpr char kLongestClock[] = "00:00:00.000";
+
+int even(int value) {
+  return value & ~1;
+}
+
+/// The rows of the timecode block from top to bottom.
+std::vector<TextBox> timecodeRows(const OverlayRequest& request, const TimecodeStart& timecode) {
+  std::vector<TextBox> rows;
+  const std::string start = timecodeText(timecode, 0);
+  if (request.ltc)
+    rows.push_back({"LTC row", start, {}, 1});
+  if (request.vitc)
+    rows.push_back({"VITC row", start, {}, 1});
+  if (request.clock)
+    rows.push_back({"clock row", kLongestClock, {}, 1});
+  return rows;
+}
+
+/// The largest size, up to the one that suits the frame's height, at which the rows fit.
+unsigned defaultSize(const std::vector<TextBox>& rows, const FrameKind& frames) {
+  std::size_t longest = 1;
+  for (const TextBox& row : rows)
+    longest = std::max(longest, row.text.size());
+  const int step = frames.interlaced ? 2 : 1;
+  int size = std::clamp((frames.height + kLinesPerSize / 2) / kLinesPerSize, step, 20);
+  size -= size % step;
+  const auto fits = [&](int candidate) {
+    return static_cast<int>(longest) * kCellWidth * candidate <= frames.width &&
+           static_cast<int>(rows.size()) * kCellHeight * candidate < frames.height;
+  };
+  while (size > step && !fits(size))
+    size -= step;
+  return static_cast<unsigned>(size);
+}
+
+/// A margin that leaves room for `extent` pixels, as far as there is any.
+int margin(int frame, int extent) {
+  return even(std::clamp(frame / kMarginShare, 0, std::max((frame - extent) / 2, 0)));
+}
+
+std::string formatLine(const FrameKind& frames) {
+  char text[512];
+  const float rate = static_cast<float>(frames.rate.num) / static_cast<float>(frames.rate.den);
+  std::snprintf(text, sizeof text, "%.2f %s %s %dx%d %s", static_cast<double>(rate),
+                hzwutilFileTypeString(frames.fileType), hzwutilCodecTypeString(frames.sourceCode),
+                frames.width, frames.height, frames.interlaced ? "i" : "p");
+  return text;
+}
+
+std::string coordinates(Point point) {
+  return std::to_string(point.x) + "," + std::to_string(point.y);
+}
+
+/// The far corners count as inside.
+void checkInside(const TextBox& box, const FrameKind& frames) {
+  const char* const side = box.at.x < 0                   ? "left"
+                           : box.at.y < 0                 ? "upper"
+                           : box.right() > frames.width   ? "right"
+                           : box.bottom() > frames.height ? "lower"
+                                                          : nullptr;
+  if (side == nullptr)
+    return;
+  throw Failure(ExitCode::kUsage, box.what + " leaves the frame at the " + side + " edge",
+                std::to_string(box.right() - box.at.x) + "x" +
+                    std::to_string(box.bottom() - box.at.y) + " pixels at " + coordinates(box.at) +
+                    " in a frame of " + std::to_string(frames.width) + "x" +
+                    std::to_string(frames.height),
+                "move it, shorten it or make it smaller");
+}
+
+}  // namespace
+
+int TextBox::right() const {
+  return at.x + static_cast<int>(text.size()) * kCellWidth * static_cast<int>(magnification);
+}
+
+int TextBox::bottom() const {
+  return at.y + kCellHeight * static_cast<int>(magnification) + 1;
+}
+
+std::vector<RowSpan> OverlayPlan::rows() const {
+  std::vector<RowSpan> spans;
+  for (const TextBox& box : boxes)
+    spans.push_back({box.at.y, box.bottom()});
+  std::ranges::sort(spans, {}, &RowSpan::first);
+  std::vector<RowSpan> joined;
+  for (const RowSpan span : spans) {
+    if (joined.empty() || span.first > joined.back().end)
+      joined.push_back(span);
+    else
+      joined.back().end = std::max(joined.back().end, span.end);
+  }
+  return joined;
+}
+
+bool OverlayPlan::pairsWhole() const {
+  return std::ranges::all_of(
+      boxes, [](const TextBox& box) { return box.at.x % 2 == 0 && box.magnification % 2 == 0; });
+}
+
+OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
+                        const TimecodeStart& timecode) {
+  OverlayPlan plan;
+  plan.request = request;
+  const auto row = [&](int y) { return frames.interlaced ? even(y) : y; };
+
+  std::vector<TextBox> block = timecodeRows(request, timecode);
+  plan.timecodeSize = request.size.value_or(defaultSize(block, frames));
+  if (frames.interlaced)  // the overlay makes sizes even on interlaced frames
+    plan.timecodeSize = std::max(plan.timecodeSize & ~1U, 2U);
+  const int lineHeight = kCellHeight * static_cast<int>(plan.timecodeSize);
+  if (!block.empty()) {
+    std::size_t longest = 0;
+    for (const TextBox& line : block)
+      longest = std::max(longest, line.text.size());
+    const int width = static_cast<int>(longest) * kCellWidth * static_cast<int>(plan.timecodeSize);
+    const int height = static_cast<int>(block.size()) * lineHeight + 1;
+    const int top = frames.height - height - margin(frames.height, height);
+    plan.timecodeAt =
+        request.position.value_or(Point{margin(frames.width, width), top >= 0 ? even(top) : top});
+  }
+  plan.timecodeAt.y = row(plan.timecodeAt.y);
+  for (TextBox& line : block) {
+    line.at = {plan.timecodeAt.x,
+               plan.timecodeAt.y + static_cast<int>(plan.boxes.size()) * lineHeight};
+    line.magnification = plan.timecodeSize;
+    plan.boxes.push_back(line);
+  }
+
+  if (request.formatLine) {
+    TextBox box = {"format line", formatLine(frames), {}, kTextMagnification};
+    plan.formatAt = {margin(frames.width, box.right()), margin(frames.height, box.bottom())};
+    box.at = plan.formatAt;
+    plan.boxes.push_back(box);
+  }
+  for (PlacedText& placed : plan.request.texts) {
+    placed.at.y = row(placed.at.y);
+    const auto number = static_cast<std::size_t>(&placed - plan.request.texts.data()) + 1;
+    plan.boxes.push_back(
+        {"text " + std::to_string(number), placed.text, placed.at, kTextMagnification});
+  }
+
+  for (const TextBox& box : plan.boxes)
+    checkInside(box, frames);
+  return plan;
+}
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "stream_copy.h"
+
+#include "failure.h"
+#include "layouts.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr std::uint32_t kTimecodeTag = MKTAG('t', 'm', 'c', 'd');
+constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
+
+/// A format that can't tell is asked at the time of writing.
+bool mayHold(const AVOutputFormat& format, AVCodecID codec) {
+  return avformat_query_codec(&format, codec, FF_COMPLIANCE_NORMAL) != 0;
+}
+
+StreamFate dataFate(const AVStream& stream, MediaInput& input, const AVOutputFormat& format,
+                    bool copyTimecode) {
+  if (!isSameKind(*input.file().iformat, format))
+    return StreamFate::kLeaveOut;
+  const AVCodecParameters& codec = *stream.codecpar;
+  if (codec.codec_tag == kTimecodeTag)
+    return copyTimecode ? StreamFate::kCopy : StreamFate::kLeaveOut;
+  return codec.codec_id != AV_CODEC_ID_NONE && mayHold(format, codec.codec_id)
+             ? StreamFate::kCopy
+             : StreamFate::kLeaveOut;
+}
+
+StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputFormat& format,
+                  bool copyTimecode) {
+  const AVCodecParameters& codec = *stream.codecpar;
+  switch (codec.codec_type) {
+    case AVMEDIA_TYPE_AUDIO:
+    case AVMEDIA_TYPE_SUBTITLE:
+    case AVMEDIA_TYPE_VIDEO:
+      if ((stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0)
+        return containerOf(format.name) == kMOV ? StreamFate::kCopy : StreamFate::kLeaveOut;
+      if (mayHold(format, codec.codec_id))
+        return StreamFate::kCopy;
+      throw Failure(ExitCode::kUsage, "the output's kind of file does not hold a stream",
+                    "stream " + std::to_string(stream.index) + " (" + describe(stream) + ")",
+                    "choose the input's kind, or .mov, .mkv or .nut");
+    case AVMEDIA_TYPE_ATTACHMENT:
+      return isSameKind(*input.file().iformat, format) ? StreamFate::kCopy : StreamFate::kLeaveOut;
+    default:
+      return dataFate(stream, input, format, copyTimecode);
+  }
+}
+
+/// The codec's tag, unless the output's kind of file has another one for the codec.
+std::uint32_t tagFor(const AVCodecParameters& codec, const AVOutputFormat& format) {
+  std::uint32_t other = 0;
+  const bool fits = format.codec_tag == nullptr ||
+                    av_codec_get_id(format.codec_tag, codec.codec_tag) == codec.codec_id ||
+                    av_codec_get_tag2(format.codec_tag, codec.codec_id, &other) == 0;
+  return fits ? codec.codec_tag : 0;
+}
+
+void copySideData(const AVStream& from, AVStream& to) {
+  for (int i = 0; i < from.nb_side_data; ++i) {
+    const AVPacketSideData& data = from.side_data[i];
+    std::uint8_t* const copy = av_stream_new_side_data(&to, data.type, data.size);
+    if (copy == nullptr)
+      throw std::bad_alloc();
+    std::copy_n(data.data, data.size, copy);
+  }
+}
+
+void replaceTimecode(AVDictionary*& tags, const std::string& timecode, bool add) {
+  if (add || av_dict_get(tags, "timecode", nullptr, 0) != nullptr)
+    av_dict_set(&tags, "timecode", timecode.c_str(), 0);
+}
+
+/// Tags, disposition, shape, side data and times.
+void copyFacts(const AVStream& from, AVStream& to) {
+  to.time_base = from.time_base;
+  to.avg_frame_rate = from.avg_frame_rate;
+  to.r_frame_rate = from.r_frame_rate;
+  to.sample_aspect_ratio = from.sample_aspect_ratio;
+  to.disposition = from.disposition;
+  av_dict_copy(&to.metadata, from.metadata, 0);
+  copySideData(from, to);
+}
+
+/// Moves the packet's times by so many microseconds.
+void moveBy(std::int64_t microseconds, AVPacket& packet, AVRational timeBase) {
+  const std::int64_t ticks = av_rescale_q(microseconds, kMicroseconds, timeBase);
+  if (packet.pts != AV_NOPTS_VALUE)
+    packet.pts += ticks;
+  if (packet.dts != AV_NOPTS_VALUE)
+    packet.dts += ticks;
+}
+
+}  // namespace
+
+bool isSameKind(const AVInputFormat& in, const AVOutputFormat& out) {
+  const std::string_view list = in.name, name = out.name;
+  return list == name || (containerOf(list) != 0 && containerOf(list) == containerOf(name));
+}
+
+std::string describe(const AVStream& stream) {
+  const char* const kind = av_get_media_type_string(stream.codecpar->codec_type);
+  return std::string(kind != nullptr ? kind : "unknown") + ", " +
+         avcodec_get_name(stream.codecpar->codec_id);
+}
+
+std::vector<StreamFate> streamFates(MediaInput& input, const AVOutputFormat& format,
+                                    bool copyTimecode) {
+  std::vector<StreamFate> fates;
+  for (unsigned i = 0; i < input.file().nb_streams; ++i) {
+    const AVStream& stream = *input.file().streams[i];
+    fates.push_back(&stream == &input.video() ? StreamFate::kBurn
+                                              : fateOf(stream, input, format, copyTimecode));
+  }
+  return fates;
+}
+
+void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format) {
+  if (avcodec_parameters_copy(to.codecpar, from.codecpar) < 0)
+    throw std::bad_alloc();
+  to.codecpar->codec_tag = tagFor(*from.codecpar, format);
+}
+
+StreamCopier::StreamCopier(MediaInput& input, MediaOutput& output,
+                           const std::vector<StreamFate>& fates, const TimeWindow& window,
+                           const std::optional<std::string>& timecode)
+    : input_(input), output_(output), window_(window) {
+  for (unsigned i = 0; i < input.file().nb_streams; ++i) {
+    const AVStream& from = *input.file().streams[i];
+    through_.push_back(fates[i] != StreamFate::kCopy ||
+                       from.codecpar->codec_type != AVMEDIA_TYPE_AUDIO);
+    if (fates[i] == StreamFate::kLeaveOut) {
+      target_.push_back(-1);
+      continue;
+    }
+    AVStream& to = output.addStream();
+    target_.push_back(to.index);
+    copyFacts(from, to);
+    if (fates[i] == StreamFate::kCopy)
+      copyCodec(from, to, output.format());
+    else
+      videoIndex_ = to.index;
+  }
+  copyTags(timecode);
+  if (window.isWhole())
+    copyChapters();
+}
+
+void StreamCopier::copyTags(const std::optional<std::string>& timecode) {
+  av_dict_copy(&output_.file().metadata, input_.file().metadata, 0);
+  if (!timecode)
+    return;
+  replaceTimecode(output_.file().metadata, *timecode, false);
+  replaceTimecode(video().metadata, *timecode, true);
+}
+
+void StreamCopier::copyChapters() {
+  AVFormatContext& to = output_.file();
+  const AVFormatContext& from = input_.file();
+  if (from.nb_chapters == 0)
+    return;
+  to.chapters = static_cast<AVChapter**>(av_calloc(from.nb_chapters, sizeof(AVChapter*)));
+  if (to.chapters == nullptr)
+    throw std::bad_alloc();
+  for (; to.nb_chapters < from.nb_chapters; ++to.nb_chapters) {
+    const AVChapter& source = *from.chapters[to.nb_chapters];
+    auto* const chapter = static_cast<AVChapter*>(av_mallocz(sizeof(AVChapter)));
+    if (chapter == nullptr)
+      throw std::bad_alloc();
+    const std::int64_t shift = av_rescale_q(window_.shift, kMicroseconds, source.time_base);
+    chapter->id = source.id;
+    chapter->time_base = source.time_base;
+    chapter->start = std::max<std::int64_t>(source.start - shift, 0);
+    chapter->end = source.end - shift;
+    av_dict_copy(&chapter->metadata, source.metadata, 0);
+    to.chapters[to.nb_chapters] = chapter;
+  }
+}
+
+void StreamCopier::write(AVPacket& packet) {
+  const auto from = static_cast<std::size_t>(packet.stream_index);
+  // Streams that turn up while the file is read have no place.
+  if (from >= target_.size() || target_[from] < 0)
+    return;
+  const AVRational timeBase = input_.file().streams[from]->time_base;
+  const std::int64_t time = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
+  if (!window_.isWhole() && time != AV_NOPTS_VALUE) {
+    if (av_compare_ts(time, timeBase, window_.first, kMicroseconds) < 0)
+      return;
+    if (av_compare_ts(time, timeBase, window_.end, kMicroseconds) >= 0) {
+      through_[from] = true;
+      return;
+    }
+  }
+  moveBy(-window_.shift, packet, timeBase);
+  packet.stream_index = target_[from];
+  output_.write(packet, timeBase);
+}
+
+void StreamCopier::writeVideo(AVPacket& packet) {
+  const AVRational timeBase = input_.video().time_base;
+  if (packet.pts == AV_NOPTS_VALUE)
+    packet.pts = packet.dts;
+  moveBy(-window_.shift, packet, timeBase);
+  packet.stream_index = videoIndex_;
+  output_.write(packet, timeBase);
+}
+
+void StreamCopier::writeEncoded(AVPacket& packet, AVRational timeBase) {
+  av_packet_rescale_ts(&packet, timeBase, video().time_base);
+  moveBy(window_.video - window_.shift, packet, video().time_base);
+  packet.stream_index = videoIndex_;
+  output_.write(packet, video().time_base);
+}
+
+bool StreamCopier::audioIsThrough() const {
+  return std::ranges::find(through_, false) == through_.end();
+}
+
+}  // namespace nkdraw::tool

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Burning closed captions into frames.
+// Burning closed captions into frames. The calls on a burner return 0, and do nothing for a null
+// one.
 #pragma once
 
 #include <nkdraw/platform/records.h>

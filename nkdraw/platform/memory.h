@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-/// A block of `bytes` bytes, aligned for any vector, contents undefined; null when there is none.
+/// A block of `bytes` bytes, aligned to 64 bytes, contents undefined; null when there is none.
 [[nodiscard]] NKDRAW_API void* NKAlloc(std::uint32_t bytes);
 
 /// Frees a block from NKAlloc; null is left alone.

@@ -14,9 +14,9 @@ using nkThreadRoutine = std::uint32_t (*)(void* parameter);
 /// on as it was, and the level is kept and reported all the same.
 inline constexpr int kThreadTimeCritical = 15;
 
-/// Starts a thread at once. `security`, `stackSize` 0 (the default stack), `flags` 0 and `tag`
-/// (a label) ask for nothing; `threadId`, unless null, takes the thread's number.
-/// Null when the thread could not start.
+/// Starts a thread at once, at level 0. `security`, `stackSize` 0 (the default stack), `flags` 0
+/// and `tag` (a label) ask for nothing; `threadId`, unless null, takes a number that no other
+/// thread started here has. Null when the thread could not start.
 [[nodiscard]] NKDRAW_API nkHandle nkOSCreateThread(void* security, std::uint32_t stackSize,
                                                    nkThreadRoutine start, void* parameter,
                                                    std::uint32_t flags, std::uint32_t* threadId,

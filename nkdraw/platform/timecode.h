@@ -6,6 +6,8 @@
 #include <nkdraw/export.h>
 
 #include <cstdint>
+#include <optional>
+#include <string_view>
 
 namespace nkdraw {
 
@@ -24,10 +26,19 @@ enum class TimecodeType : std::uint8_t {
   k59_94 = 9,      ///< counts like k60
 };
 
+/// Frames in 24 hours of timecode.
+[[nodiscard]] NKDRAW_API std::uint32_t framesPerDay(TimecodeType type);
+
+/// The frame, counted from midnight, that `text` names: "HH:MM:SS:FF", two digits each, with ':',
+/// ';' or '.' before the frames, whichever type is asked for. Nothing for any other text, for a
+/// field that is too large, and for a number that the type leaves out.
+[[nodiscard]] NKDRAW_API std::optional<std::uint32_t> parseTimecode(std::string_view text,
+                                                                    TimecodeType type);
+
 }  // namespace nkdraw
 
 /// The type code for a frame rate in frames a second, the nearest of the table's rates; 29.97 and
-/// 59.94 give the dropping types. A rate that is no number, or not above 0, gives k30.
+/// 59.94 give the dropping types. A rate that is not finite, or not above 0, gives k30.
 [[nodiscard]] NKDRAW_API std::uint32_t hzwGetTCType(double frameRate);
 
 /// Writes the text of a timecode, at least 12 bytes with its zero, to `text`: "HH:MM:SS:FF", with

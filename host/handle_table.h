@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Objects behind handles: a number stands for an object until it is closed, and never again.
+#pragma once
+
+#include <nkdraw/platform/sync.h>
+
+#include <atomic>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <utility>
+
+namespace nkdraw {
+
+/// The number of the next handle. All tables share it, so that a handle of one kind is refused,
+/// and not mistaken, where another kind is asked for.
+inline std::atomic<std::uint64_t> nextHandleNumber{1};
+
+/// make_shared that answers a lack of memory with null.
+template <class Object, class... Arguments>
+[[nodiscard]] std::shared_ptr<Object> tryMakeShared(Arguments&&... arguments) noexcept {
+  try {
+    return std::make_shared<Object>(std::forward<Arguments>(arguments)...);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+/// The live objects of one kind. Every member may be called by any thread.
+template <class Object>
+class HandleTable {
+ public:
+  /// Gives `object` a number. 0 when there is no memory, and for no object.
+  [[nodiscard]] std::uint64_t add(std::shared_ptr<Object> object) noexcept {
+    if (!object)
+      return 0;
+    const std::uint64_t number = nextHandleNumber++;
+    const std::scoped_lock lock(mutex);
+    try {
+      objects.emplace(number, std::move(object));
+    } catch (const std::bad_alloc&) {
+      return 0;
+    }
+    return number;
+  }
+
+  /// The object behind `number`, alive for as long as the caller keeps it; null for none.
+  [[nodiscard]] std::shared_ptr<Object> find(std::uint64_t number) noexcept {
+    const std::scoped_lock lock(mutex);
+    const auto found = objects.find(number);
+    return found == objects.end() ? nullptr : found->second;
+  }
+
+  /// Takes `number` out of use; its object ends with its last user. False when it was not in use.
+  bool close(std::uint64_t number) noexcept {
+    std::unique_lock lock(mutex);
+    const auto closed = objects.extract(number);
+    lock.unlock();
+    return !closed.empty();
+  }
+
+ private:
+  std::mutex mutex;
+  std::map<std::uint64_t, std::shared_ptr<Object>> objects;
+};
+
+/// The one table of `Object`. It is never destroyed: static objects and threads that nobody joins
+/// may close their handles when the process is already ending.
+template <class Object>
+HandleTable<Object>& handlesOf() noexcept {
+  alignas(HandleTable<Object>) static std::byte room[sizeof(HandleTable<Object>)];
+  static auto* const table = ::new (room) HandleTable<Object>;
+  return *table;
+}
+
+/// The two spellings of a handle.
+[[nodiscard]] inline nkHandle toHandle(std::uint64_t number) noexcept {
+  return std::bit_cast<nkHandle>(number);
+}
+[[nodiscard]] inline std::uint64_t toNumber(nkHandle handle) noexcept {
+  return std::bit_cast<std::uint64_t>(handle);
+}
+
+}  // namespace nkdraw

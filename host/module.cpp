@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Files, and modules on the system's loader.
+#include <nkdraw/platform/module.h>
+
+#include <dlfcn.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+#include <exception>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "handle_table.h"
+
+namespace {
+
+using nkdraw::handlesOf;
+
+struct CloseLibrary {
+  void operator()(void* library) const { dlclose(library); }
+};
+using Library = std::unique_ptr<void, CloseLibrary>;
+
+struct Module {
+  explicit Module(Library opened) : library(std::move(opened)) {}
+
+  const Library library;
+};
+
+/// `path` up to its last '/', that included; empty without one.
+std::string_view folderOf(std::string_view path) {
+  return path.substr(0, path.rfind('/') + 1);
+}
+
+std::string_view folderOfThisLibrary() {
+  static const char inThisLibrary = 0;
+  Dl_info info{};
+  return dladdr(&inThisLibrary, &info) != 0 ? folderOf(info.dli_fname) : std::string_view();
+}
+
+/// "NAME.dll" is libNAME.so. Empty for what is no plain name: modules are not loaded by path.
+std::string fileNameOf(std::string_view module) {
+  constexpr std::string_view kSuffix = ".dll";
+  if (module.ends_with(kSuffix))
+    module.remove_suffix(kSuffix.size());
+  if (module.empty() || module.find('/') != std::string_view::npos)
+    return {};
+  return "lib" + std::string(module) + ".so";
+}
+
+Library openLibrary(std::string_view module) {
+  const std::string name = fileNameOf(module);
+  if (name.empty())
+    return nullptr;
+  const std::string beside = std::string(folderOfThisLibrary()) + name;
+  const std::string& found = nkOSFileExists(beside.c_str()) ? beside : name;
+  return Library(dlopen(found.c_str(), RTLD_NOW | RTLD_LOCAL));
+}
+
+}  // namespace
+
+std::uint32_t nkOSGetAppDir(char* path, std::uint32_t size) {
+  if (size == 0)
+    return 0;
+  std::array<char, PATH_MAX> program;
+  const ssize_t length = readlink("/proc/self/exe", program.data(), program.size());
+  const std::string_view folder =
+      length > 0 ? folderOf({program.data(), static_cast<std::size_t>(length)}) : "";
+  if (folder.size() >= size) {
+    *path = '\0';
+    return 0;
+  }
+  folder.copy(path, folder.size());
+  path[folder.size()] = '\0';
+  return static_cast<std::uint32_t>(folder.size());
+}
+
+bool nkOSFileExists(const char* path) {
+  struct stat status {};
+  return path != nullptr && stat(path, &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+nkHandle nkOSLoadLibrary(const char* name, std::uint32_t /*flags*/) {
+  if (name == nullptr)
+    return nullptr;
+  try {
+    if (auto library = openLibrary(name))
+      return nkdraw::toHandle(
+          handlesOf<Module>().add(nkdraw::tryMakeShared<Module>(std::move(library))));
+  } catch (const std::exception&) {
+    return nullptr;
+  }
+  return nullptr;
+}
+
+void* nkOSGetProcAddress(nkHandle module, const char* symbol) {
+  const auto found = handlesOf<Module>().find(nkdraw::toNumber(module));
+  return found ? dlsym(found->library.get(), symbol) : nullptr;
+}
+
+std::uint32_t nkOSFreeLibrary(nkHandle module) {
+  return handlesOf<Module>().close(nkdraw::toNumber(module)) ? 1 : 0;
+}

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Running out of memory on purpose.
+#pragma once
+
+namespace nkdraw::test {
+
+/// While one lives, every operator new for a single object fails on this thread, but for the first
+/// `allowed` calls.
+class FailingNew {
+ public:
+  explicit FailingNew(int allowed);
+  FailingNew(const FailingNew&) = delete;
+  FailingNew& operator=(const FailingNew&) = delete;
+  ~FailingNew();
+};
+
+}  // namespace nkdraw::test

@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: BSD-2-Clause
 # Sourced by the scripts: goes to the project's folder and builds presets.
 set -euo pipefail
+# Lets ccache keep what is compiled with a precompiled header.
+export CCACHE_SLOPPINESS=pch_defines,time_macros
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build_preset() {

@@ -21,10 +21,6 @@ void setChannels(double (&colour)[4], double red, double green, double blue, dou
 
 }  // namespace
 
-void nkdraw::noteDefaultFontWanted(NKDraw& surface) {
-  surface.defaultFontWanted = true;
-}
-
 NKDraw::NKDraw(pixelType /*type*/) : labelFont(nkdraw::labelGlyphs) {
   antialias = false;
   spareFlag = false;

@@ -3,20 +3,19 @@
 // NKDraw, the drawing verbs of every surface.
 #pragma once
 
+#include <nkdraw/surface/factory.h>
 #include <nkdraw/surface/pixel.h>
 
 #include <cstdint>
 #include <memory>
 
-class NKDraw;
 struct nkRegion;
 struct tagDRAWTEXTPARAMS;
 
 namespace nkdraw {
 struct MetafileHeader;
+struct OpenFile;
 struct PlaceableHeader;
-/// Sets `defaultFontWanted`, as the factory and its C form do.
-void noteDefaultFontWanted(NKDraw& surface);
 }  // namespace nkdraw
 
 /// Formats of DrawText. They may be combined; other bits are ignored.
@@ -31,7 +30,8 @@ inline constexpr std::uint32_t DT_HIDEPREFIX = 0x100000;
 ///
 /// Coordinates are signed pixels from the first pixel of the canvas, x to the right, y down. No
 /// operation clips; what lies outside is for the surface's PutPixel to refuse. Operations call
-/// each other through the table, so that a class that overrides one changes all that use it. A
+/// each other through the table, so that a class that overrides one changes all that use it;
+/// only LineHoriz on the 32-bit RGB layouts fills memory without asking PutPixel. A
 /// status is 0, or 0xFFFFFFFF for a refused call; what PutPixel returns does not change it. The
 /// operations marked empty return 0 and do nothing whatever they get; those marked as not served
 /// return 0xFFFFFFFF and do nothing.
@@ -101,7 +101,8 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   virtual std::uint32_t CornerGradientRect(int, int, int, int, int);       ///< empty
   virtual std::uint32_t CenterGradientRect(int, int, int, int);            ///< empty
   virtual std::uint32_t RadialGradientFill(int, int, int, int, int, int);  ///< empty
-  virtual std::uint32_t PatternFill(int, int, int, int, int, int, unsigned char* pattern);
+  virtual std::uint32_t PatternFill(int, int, int, int, int, int,
+                                    unsigned char* pattern);                             ///< empty
   virtual std::uint32_t RoundRectButton(int, int, int, int, int, int);                   ///< empty
   virtual std::uint32_t CopyRect(tagRECT* target, const tagRECT* source, NKDraw* from);  ///< empty
 
@@ -167,9 +168,10 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
              int y2);  ///< not served
 
  protected:
-  friend void nkdraw::noteDefaultFontWanted(NKDraw& surface);
+  friend std::uint32_t(::UseDefaultFont)(NKDraw*& surface, bool wanted);
 
-  std::int32_t metaFile = 0;  // descriptor, 0 none, -1 failed
+  std::int32_t metaFile = 0;                        // descriptor, 0 none, -1 failed
+  std::shared_ptr<nkdraw::OpenFile> metaFileOwner;  // closes it with its last user
   std::int64_t spareA = 0;
   std::shared_ptr<nkdraw::MetafileHeader> metaHeader;
   std::shared_ptr<nkdraw::PlaceableHeader> placeableHeader;

@@ -4,6 +4,7 @@
 #include <nkdraw/draw/draw.h>
 
 #include <nkdraw/platform/memory.h>
+#include <nkdraw/surface/address.h>
 #include <nkdraw/surface/byte_order.h>
 #include <nkdraw/surface/resolver.h>
 #include <nkdraw/surface/wrapping.h>
@@ -18,13 +19,20 @@ using nkdraw::magnitude;
 using nkdraw::wrappingAdd;
 using nkdraw::wrappingSubtract;
 
-/// Walks from (x1, y1) along the longer axis, one position at a time; a tie goes to x.
+/// Pixels from `first` to `last`, which is not less, both included.
+constexpr std::uint32_t span(int first, int last) {
+  return static_cast<std::uint32_t>(last) - static_cast<std::uint32_t>(first) + 1;
+}
+
+constexpr int signedMagnitude(int value) {
+  return static_cast<int>(magnitude(value));
+}
+
+/// Walks from (x1, y1) towards (x2, y2) along one axis, one position at a time.
 class Stepper {
  public:
-  Stepper(int x1, int y1, int x2, int y2) {
+  Stepper(int x1, int y1, int x2, int y2, bool alongY) : alongY_(alongY) {
     const int dx = wrappingSubtract(x2, x1), dy = wrappingSubtract(y2, y1);
-    // Signed, so that the lowest integer, whose magnitude is itself, counts as the shorter axis.
-    alongY_ = static_cast<int>(magnitude(dy)) > static_cast<int>(magnitude(dx));
     const int majorDelta = alongY_ ? dy : dx, minorDelta = alongY_ ? dx : dy;
     direction_ = majorDelta > 0 ? 1 : -1;
     count_ = magnitude(majorDelta) + 1;
@@ -121,9 +129,9 @@ std::uint32_t NKDraw::Line(int x1, int y1, int x2, int y2) {
     std::swap(y1, y2);
   }
   const int dx = wrappingSubtract(x2, x1), dy = wrappingSubtract(y2, y1);
-  if (antialias && dx != 0 && dy != 0 && static_cast<int>(magnitude(dx)) != dy)
+  if (antialias && dx != 0 && dy != 0 && signedMagnitude(dx) != dy)
     return kRefused;  // the weighted path is not served; the library never sets the flag
-  Stepper stepper(x1, y1, x2, y2);
+  Stepper stepper(x1, y1, x2, y2, dy > signedMagnitude(dx));
   RunGatherer run(*this, stepper);
   if (stepper.straight()) {
     run.takeStraight(stepper.count());
@@ -143,24 +151,27 @@ std::uint32_t NKDraw::Line(tagPOINT& from, tagPOINT& to) {
 
 std::uint32_t NKDraw::LineVert(int x, int y1, int y2) {
   if (y1 <= y2)
-    nkdraw::RunPlotter(*this).column(x, y1, magnitude(wrappingSubtract(y2, y1)) + 1, 1, true);
+    nkdraw::RunPlotter(*this).column(x, y1, span(y1, y2), 1, true);
   return 0;
 }
 
 std::uint32_t NKDraw::LineHoriz(int x1, int y, int x2) {
-  if (pixelKind >= ptRGBA32 && pixelKind <= ptABGR32) {
-    const std::uint32_t rowOffset = pitch * static_cast<std::uint32_t>(y);
-    char* const first = canvas + (static_cast<std::ptrdiff_t>(rowOffset >> 2) + x1) * 4;
-    SetMemoryFast(first, nkdraw::load32(foregroundPixel),
-                  static_cast<std::uint32_t>(wrappingSubtract(x2, x1)) * 4);
-  } else if (x1 <= x2) {
-    nkdraw::RunPlotter(*this).row(x1, y, magnitude(wrappingSubtract(x2, x1)) + 1, 1, true);
+  if (pixelKind < ptRGBA32 || pixelKind > ptABGR32) {
+    if (x1 <= x2)
+      nkdraw::RunPlotter(*this).row(x1, y, span(x1, x2), 1, true);
+    return 0;
   }
+  // A block fill that leaves x2 out. What is refused here could only write far off the canvas.
+  if (canvas != nullptr && y >= 0 && x1 < x2)
+    SetMemoryFast(nkdraw::wordAddress(canvas, pitch, x1, y), nkdraw::load32(foregroundPixel),
+                  (span(x1, x2) - 1) * 4);
   return 0;
 }
 
 std::uint32_t NKDraw::Dash(int x1, int y1, int x2, int y2, int on, int off) {
-  Stepper stepper(x1, y1, x2, y2);
+  const bool alongY =
+      signedMagnitude(wrappingSubtract(y2, y1)) > signedMagnitude(wrappingSubtract(x2, x1));
+  Stepper stepper(x1, y1, x2, y2, alongY);
   RunGatherer run(*this, stepper);
   int onLeft = on, offLeft = off;
   for (std::uint32_t left = stepper.count(); left > 0; --left) {

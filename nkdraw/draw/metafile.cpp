@@ -12,6 +12,15 @@
 
 namespace nkdraw {
 
+struct OpenFile {
+  explicit OpenFile(int opened) : descriptor(opened) {}
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  ~OpenFile() { close(descriptor); }
+
+  int descriptor;
+};
+
 struct MetafileHeader {
   std::array<std::uint8_t, 18> bytes{};
 };
@@ -46,23 +55,25 @@ namespace {
 constexpr std::uint32_t kRefused = 0xFFFFFFFF;
 constexpr std::uint8_t kPlaceableMark = 0xD7;  // the first byte of the key 0x9AC6CDD7
 
-/// Reads at a place in the file; what the file lacks stays as it was.
+/// Seeks to a place in the file and reads on; what the file lacks stays as it was.
 template <std::size_t size>
 void readAt(int file, off_t at, std::array<std::uint8_t, size>& bytes) {
+  if (lseek(file, at, SEEK_SET) != at)
+    return;
   std::size_t have = 0;
   while (have < size) {
-    const ssize_t got =
-        pread(file, bytes.data() + have, size - have, at + static_cast<off_t>(have));
+    const ssize_t got = read(file, bytes.data() + have, size - have);
     if (got <= 0)
       return;
     have += static_cast<std::size_t>(got);
   }
 }
 
-template <class Header>
-std::shared_ptr<Header> makeHeader() {
+/// Null when there is no memory.
+template <class Object, class... Arguments>
+std::shared_ptr<Object> tryMakeShared(Arguments... arguments) {
   try {
-    return std::make_shared<Header>();
+    return std::make_shared<Object>(arguments...);
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
@@ -75,18 +86,24 @@ std::uint32_t NKDraw::EMFOpen(const char* path) {
   metaFile = open(path, O_RDONLY | O_CLOEXEC);
   if (metaFile == -1)
     return kRefused;
+  metaFileOwner = tryMakeShared<nkdraw::OpenFile>(metaFile);
+  if (metaFileOwner == nullptr) {
+    close(metaFile);
+    metaFile = -1;
+    return kRefused;
+  }
   std::array<std::uint8_t, 1> mark{};
   readAt(metaFile, 0, mark);
   const bool placeable = mark[0] == kPlaceableMark;
   if (placeable) {
-    placeableHeader = makeHeader<nkdraw::PlaceableHeader>();
+    placeableHeader = tryMakeShared<nkdraw::PlaceableHeader>();
     if (placeableHeader == nullptr)
       return kRefused;
     readAt(metaFile, 0, placeableHeader->bytes);
     if (!placeableHeader->checksumFits())
       return kRefused;
   }
-  metaHeader = makeHeader<nkdraw::MetafileHeader>();
+  metaHeader = tryMakeShared<nkdraw::MetafileHeader>();
   if (metaHeader == nullptr)
     return kRefused;
   readAt(metaFile, placeable ? std::ssize(placeableHeader->bytes) : 0, metaHeader->bytes);
@@ -102,8 +119,7 @@ std::uint32_t NKDraw::EMFGetSize(int& sizeX, int& sizeY) {
 }
 
 std::uint32_t NKDraw::EMFClose() {
-  if (metaFile != 0)
-    close(metaFile);
+  metaFileOwner.reset();  // a copy of this object may still use the file
   metaFile = 0;
   return 0;
 }

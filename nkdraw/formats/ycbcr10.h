@@ -9,7 +9,8 @@
 /// pixel plotted wins them. Colours are kept as 10-bit codes. Always plots opaque, never blends or
 /// adds; a negative x or y is refused.
 ///
-/// A row is a multiple of 48 pixels, 128 bytes; SetCanvas raises a smaller pitch, and chooses
+/// A row is a multiple of 48 pixels, 128 bytes; SetCanvas raises a smaller pitch (a negative one
+/// counts as large), and chooses
 /// BT.709 for a width above 720 and BT.601 otherwise, whatever mode was set.
 class NKDRAW_API CDrawYCbCr10 : public virtual NKDraw {
  public:

@@ -104,9 +104,9 @@ class Plotter<CDrawYCbCr10> {
       return;
     char* at = group(x, y);
     for (int m = x % v210::kGroupPixels; count > 0; m = 0, at += v210::kGroupBytes) {
-      const int last = std::min(m + count, v210::kGroupPixels);
-      merge(at, m, last);
-      count -= last - m;
+      const int length = std::min(count, v210::kGroupPixels - m);
+      merge(at, m, m + length);
+      count -= length;
     }
   }
 

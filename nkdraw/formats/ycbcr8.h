@@ -6,10 +6,10 @@
 #include <nkdraw/draw/draw.h>
 
 /// Two pixels in four bytes, with one Cb and Cr. Colours are kept as the four bytes of a pair.
-/// Always plots opaque, never blends or adds. Coordinates wrap around the canvas; the luma that is
-/// plotted goes by the parity of x as given. In the orders that begin with luma (10 and 12) an even
-/// x plots the pair's second luma and an odd x its first; the reads give both pixels the first
-/// luma.
+/// Always plots opaque, never blends or adds. Plotted coordinates wrap around the canvas; the luma
+/// that is plotted goes by the parity of x as given. In the orders that begin with luma (10 and 12)
+/// an even x plots the pair's second luma and an odd x its first; the reads give both pixels the
+/// first luma.
 ///
 /// The smallest pitch is two bytes a pixel. SetCanvas keeps the signs of width and height, and
 /// leaves the mode within BT.709 for a width above 720 and within BT.601 otherwise.

@@ -26,8 +26,8 @@ NKDRAW_API void releaseSurface(NKDraw* surface);
 /// the host's to serialise. Statuses: 0 unless said otherwise; the operations marked as not served
 /// return 0xFFFFFFFF and do nothing. Nothing throws.
 ///
-/// A copy shares surface, texts and caption decoder with its source; what they own goes with the
-/// last of them.
+/// A copy shares surface and texts with its source, and they go with the last of them; it shares
+/// the caption decoder, too, which stays with the host.
 class NKDRAW_API CNkOverlay {
  public:
   CNkOverlay();

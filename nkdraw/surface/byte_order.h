@@ -5,10 +5,14 @@
 
 #include <nkdraw/surface/pixel_type.h>
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
 namespace nkdraw {
+
+static_assert(std::endian::native == std::endian::little,
+              "the words of the YCbCr layouts are little-endian in memory");
 
 /// Byte offsets of the channels in a pixel of `bytes` bytes; without alpha `a` is the unused
 /// fourth byte of a packed colour.

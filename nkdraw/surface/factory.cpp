@@ -51,8 +51,7 @@ std::uint32_t GetDraw(std::uint32_t type, int width, int height, int pitch, char
   if (surface == nullptr)
     return kNoSurface;
   surface->SetCanvas(canvas, height, width, pitch);
-  nkdraw::noteDefaultFontWanted(*surface);
-  return 0;
+  return UseDefaultFont(surface, true);
 }
 
 std::uint32_t GetDraw(BITMAPINFO* info, char* canvas, NKDraw*& surface) {
@@ -90,7 +89,7 @@ std::uint32_t ReleaseDraw(NKDraw*& surface) {
 }
 
 std::uint32_t UseDefaultFont(NKDraw*& surface, bool /*wanted*/) {
-  nkdraw::noteDefaultFontWanted(*surface);
+  surface->defaultFontWanted = true;
   return 0;
 }
 

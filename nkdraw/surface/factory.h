@@ -26,8 +26,9 @@ NKDRAW_API std::uint32_t GetDraw(std::uint32_t type, int width, int height, int 
 
 /// The same for the frame that a header describes, by its `biCompression` (a FOURCC, 0 or 3) and
 /// `biBitCount`; rows are packed, the sign of the height is dropped. Writes `biBitCount`, and
-/// `biSizeImage` where it was 0, back into the header. A header that no surface serves sets
-/// `surface` to null and gives 0xFFFFFFFF.
+/// `biSizeImage` where it was 0, back into the header. A header without a layout or a size sets
+/// `surface` to null and gives 0xFFFFFFFF; one with a layout that no surface draws in goes the way
+/// of its type above, so `surface` must be null or a surface here too.
 NKDRAW_API std::uint32_t GetDraw(BITMAPINFO* info, char* canvas, NKDraw*& surface);
 
 /// Does nothing and returns 0.

@@ -7,6 +7,7 @@
 #include <nkdraw/surface/wrapping.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <iterator>
 #include <thread>
@@ -34,6 +35,12 @@ std::uint32_t minimumBytesPerPixel(pixelType type) {
       std::begin(kMinimumPitches), std::end(kMinimumPitches),
       [type](const MinimumPitch& entry) { return entry.first <= type && type <= entry.last; });
   return row == std::end(kMinimumPitches) ? 0 : row->bytesPerPixel;
+}
+
+/// A field that threads read and write without the lock.
+template <class Field>
+std::atomic_ref<Field> shared(const Field& field) {
+  return std::atomic_ref<Field>(const_cast<Field&>(field));
 }
 
 }  // namespace
@@ -104,17 +111,22 @@ std::uint32_t NKPixel::Unlock() {
 
 std::int32_t NKPixel::AddRef() {
   Lock(kForever);
-  const std::int32_t count = ++refs;
+  const std::int32_t count = nkdraw::wrappingAdd(refs, 1);
+  shared(refs) = count;
   Unlock();
   return count;
 }
 
 std::int32_t NKPixel::Release() {
   Lock(kForever);
-  refs = std::max(refs - 1, 0);
-  const std::int32_t count = refs;
+  const std::int32_t count = refs < 1 ? 0 : refs - 1;
+  shared(refs) = count;
   Unlock();
   return count;
+}
+
+std::int32_t NKPixel::Refs() const {
+  return shared(refs);
 }
 
 void NKPixel::SetChangeEvent() {
@@ -128,8 +140,8 @@ std::uint32_t NKPixel::WaitForChangeEvent(std::uint32_t timeout) {
 
 std::uint32_t NKPixel::LastChange(std::uint32_t value) {
   if (value != 0xFFFFFFFF)
-    lastChange = value;
-  return lastChange;
+    shared(lastChange) = value;
+  return shared(lastChange);
 }
 
 void NKPixel::CopyNKPixel(NKPixel& other) {

@@ -24,9 +24,9 @@ class Plotter;
 /// - Channels are doubles, nominally 0.0 to 1.0. `foreground` chooses one of the two colours: true
 ///   the foreground, false the background.
 /// - Statuses: 0 is success, 0xFFFFFFFF a refused call. Nothing throws.
-/// - Only Lock, TryLock, Unlock, AddRef, Release, SetChangeEvent and WaitForChangeEvent may be
-///   called while another thread uses the object; drawing on a shared surface is bracketed with
-///   Lock and Unlock by its callers.
+/// - Only Lock, TryLock, Unlock, AddRef, Release, Refs, SetChangeEvent, WaitForChangeEvent and
+///   LastChange may be called while another thread uses the object; drawing on a shared surface is
+///   bracketed with Lock and Unlock by its callers.
 class NKDRAW_API NKPixel {
  public:
   /// The matrix between RGB and YCbCr. 0 is the same as 1; 1000 added to a value is the same
@@ -59,7 +59,7 @@ class NKDRAW_API NKPixel {
   virtual int GetPitch();
 
   /// Channels through the matrix of GetYCbCrMode(). `aOut` becomes 0.0. An unknown mode leaves the
-  /// three colours as they were but clamps them all the same. Returns 0.
+  /// three colours as they were, but below 1000 clamps them all the same. Returns 0.
   virtual std::uint32_t YCbCrToRGB(double y, double cb, double cr, double a, double& r, double& g,
                                    double& b, double& aOut);
   /// Not clamped; `aOut` is not written. The BT.2020 modes carry no offsets on this way: studio and
@@ -137,7 +137,7 @@ class NKDRAW_API NKPixel {
   /// Count references; both return the new count. Release stops at 0 and never deletes.
   std::int32_t AddRef();
   std::int32_t Release();
-  [[nodiscard]] std::int32_t Refs() const { return refs; }
+  [[nodiscard]] std::int32_t Refs() const;
   /// Signals the change event.
   void SetChangeEvent();
   /// Waits for it at most `timeout` milliseconds: 0 signalled, 258 timed out.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // NKPixel's own layouts: packing a colour, plotting and reading 8-bit RGB pixels.
+#include <nkdraw/surface/address.h>
 #include <nkdraw/surface/pixel.h>
 #include <nkdraw/surface/rgb_plotter.h>
 
@@ -46,10 +47,8 @@ std::uint32_t NKPixel::GetColorRGBA(double& r, double& g, double& b, double& a, 
 }
 
 void* NKPixel::GetPixel(int x, int y) {
-  const std::uint32_t rowOffset = pitch * static_cast<std::uint32_t>(y);
-  if (nkdraw::isThreeByteType(pixelKind))
-    return canvas + rowOffset + std::ptrdiff_t{3} * x;
-  return canvas + (static_cast<std::ptrdiff_t>(rowOffset >> 2) + x) * 4;
+  return nkdraw::isThreeByteType(pixelKind) ? nkdraw::threeByteAddress(canvas, pitch, x, y)
+                                            : nkdraw::wordAddress(canvas, pitch, x, y);
 }
 
 std::uint32_t NKPixel::PutPixel(int x, int y, bool foreground) {

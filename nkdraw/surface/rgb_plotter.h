@@ -3,6 +3,7 @@
 // How NKPixel plots: packed bytes, blended words and the additive step.
 #pragma once
 
+#include <nkdraw/surface/address.h>
 #include <nkdraw/surface/byte_order.h>
 #include <nkdraw/surface/pixel.h>
 #include <nkdraw/surface/plotter.h>
@@ -73,16 +74,16 @@ class Plotter<NKPixel> {
   [[nodiscard]] bool refused(int y) const { return surface_.canvas == nullptr || y < 0; }
 
   /// Only the plain foreground of a three-byte type goes to the pixel's own three bytes; all else
-  /// works on the four bytes at 4 * (x + (pitch * y >> 2)), in every layout.
+  /// works on four bytes at the word address, in every layout.
   void run(int x, int y, int count) const {
-    const std::uint32_t rowOffset = surface_.pitch * static_cast<std::uint32_t>(y);
-    char* const words = surface_.canvas + (static_cast<std::ptrdiff_t>(rowOffset >> 2) + x) * 4;
+    char* const words = wordAddress(surface_.canvas, surface_.pitch, x, y);
     if (foreground_ && surface_.alphaAdditive)
       each(words, 4, count, AddBytes{colour_});
     else if (surface_.transparencyOn && alpha_ > 0.0)
       each(words, 4, count, BlendWord{load32(colour_), alpha_});
     else if (foreground_ && isThreeByteType(surface_.pixelKind))
-      each(surface_.canvas + rowOffset + std::ptrdiff_t{3} * x, 3, count, StoreThreeBytes{colour_});
+      each(threeByteAddress(surface_.canvas, surface_.pitch, x, y), 3, count,
+           StoreThreeBytes{colour_});
     else
       each(words, 4, count, StoreWord{load32(colour_)});
   }

@@ -75,7 +75,8 @@ std::uint32_t NKDraw::Label(int x, int y, const char* text, bool invert, bool fi
     const int left = nkdraw::wrappingAdd(x, advance * static_cast<std::uint32_t>(i));
     const std::uint8_t* row = labelFont + (std::size_t{code} + 1) * labelFontHeight - 1;
     for (int line = y; line < end; --row) {
-      for (std::uint32_t repeat = 0; repeat < labelFontScale; ++repeat, ++line)
+      for (std::uint32_t repeat = 0; repeat < labelFontScale;
+           ++repeat, line = nkdraw::wrappingAdd(line, 1))
         plotRow(*this, left, line, labelFontScale, *row, clear, set);
     }
   }

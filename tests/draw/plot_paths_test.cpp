@@ -1,0 +1,296 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The ways that a pixel can go. The library plots runs at once on the classes that it knows, and
+// pixel by pixel through the table on any other. Random pictures are drawn on a surface of the
+// library's own class, on a derived class that overrides nothing, on one that overrides PutPixel,
+// and on the plain model by the plain telling of the operations: all four are the same to the bit,
+// and the override sees every pixel in its order.
+#include <tests/support/model.h>
+#include <tests/support/reference_draw.h>
+#include <tests/support/surfaces.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace nkdraw::test;
+
+constexpr std::size_t kSlack = 1 << 17;
+
+/// The surfaces under test, and the model.
+class Bench {
+ public:
+  Bench(pixelType type, int width, int height, int pitch, std::uint32_t seed)
+      : known_(bytes(height, pitch), seed, kSlack),
+        unknown_(bytes(height, pitch), seed, kSlack),
+        watched_(bytes(height, pitch), seed, kSlack),
+        model_(bytes(height, pitch), seed, kSlack),
+        type_(type) {
+    surfaces_[0] = makeSurface(type, width, height, pitch, known_.canvas());
+    surfaces_[1] = makeDerived<Unknown>(type, width, height, pitch, unknown_.canvas());
+    surfaces_[2] = makeDerived<Recording>(type, width, height, pitch, watched_.canvas(), &log_);
+  }
+
+  /// Does the same to each of the surfaces.
+  template <class Work>
+  void each(Work work) {
+    for (const Surface& surface : surfaces_)
+      work(*surface);
+  }
+
+  /// Draws on the surfaces with `work` and on the model with `reference`, and compares.
+  template <class Work, class Reference>
+  void draw(Work work, Reference reference) {
+    ReferenceDraw steps(type_);
+    reference(steps);
+    log_->plots.clear();
+    each(work);
+    Model model;
+    model.take(*surfaces_[0], model_.data());
+    std::vector<Plot> plots;
+    for (const Step& step : steps.steps) {
+      if (step.kind == Step::Kind::kFill) {
+        model.fillRow(step.x, step.y, step.x2);
+      } else {
+        model.put(step.x, step.y, step.foreground);
+        plots.push_back({step.x, step.y, step.foreground});
+      }
+    }
+    ASSERT_TRUE(known_.all() == model_.all()) << "the library's own class";
+    ASSERT_TRUE(unknown_.all() == model_.all()) << "a class that overrides nothing";
+    ASSERT_TRUE(watched_.all() == model_.all()) << "a class that overrides PutPixel";
+    ASSERT_TRUE(log_->plots == plots) << "what the override sees";
+    for (const Surface& surface : surfaces_) {
+      ASSERT_EQ(DrawFields::penXOf(*surface), DrawFields::penXOf(*surfaces_[0]));
+      ASSERT_EQ(DrawFields::penYOf(*surface), DrawFields::penYOf(*surfaces_[0]));
+    }
+  }
+
+  NKDraw& first() { return *surfaces_[0]; }
+
+ private:
+  static std::size_t bytes(int height, int pitch) {
+    return static_cast<std::size_t>(height) * static_cast<std::size_t>(std::max(pitch, 400));
+  }
+
+  Frame known_, unknown_, watched_, model_;
+  pixelType type_;
+  PlotLog* log_ = nullptr;
+  std::array<Surface, 3> surfaces_;
+};
+
+class PlotPaths : public testing::TestWithParam<pixelType> {
+ protected:
+  PlotPaths() : random_(static_cast<std::uint32_t>(GetParam()) * 1000 + 7) {}
+
+  Bench makeBench() {
+    width_ = random_.between(1, 70);
+    height_ = random_.between(1, 40);
+    const int pitch = random_.flag() ? 0 : 281 + random_.between(0, 60);
+    return Bench(GetParam(), width_, height_, pitch, random_.word());
+  }
+
+  void changeState(Bench& bench) {
+    std::array<double, 8> channels{};
+    for (double& channel : channels)
+      channel = random_.real(0.0, 1.0);
+    const bool blends = random_.flag(), adds = random_.between(0, 3) == 0;
+    const double ink = random_.between(0, 3) == 0 ? 0.0 : random_.real(0, 1);
+    const double paper = random_.between(0, 3) == 0 ? 0.0 : random_.real(0, 1);
+    const bool clearText = random_.flag();
+    bench.each([&](NKDraw& surface) {
+      surface.SetColorRGBA(channels[0], channels[1], channels[2], channels[3], true);
+      surface.SetColorRGBA(channels[4], channels[5], channels[6], channels[7], false);
+      surface.SetTransparency(ink, true);
+      surface.SetTransparency(paper, false);
+      surface.SetTransparency(blends);
+      surface.SetAlphaAdditive(adds);
+      surface.SetTextTransparent(clearText);
+    });
+  }
+
+  int x() { return random_.between(-30, width_ + 30); }
+  int y() { return random_.between(-6, height_ + 6); }
+
+  std::string text(int longest, bool anyCode) {
+    std::string letters;
+    for (int length = random_.between(0, longest); length > 0; --length)
+      letters += static_cast<char>(anyCode ? random_.between(1, 255) : random_.between(1, 127));
+    return letters;
+  }
+
+  void drawLines(Bench& bench) {
+    const int x1 = x(), y1 = y(), x2 = x(), y2 = y();
+    switch (random_.between(0, 6)) {
+      case 0:
+        bench.draw([=](NKDraw& d) { ASSERT_EQ(d.Line(x1, y1, x2, y2), 0U); },
+                   [=](ReferenceDraw& r) { r.line(x1, y1, x2, y2); });
+        break;
+      case 1:
+        bench.draw([=](NKDraw& d) { ASSERT_EQ(d.LineVert(x1, y1, y2), 0U); },
+                   [=](ReferenceDraw& r) { r.lineVert(x1, y1, y2); });
+        break;
+      case 2: {  // where a row is filled at once its ends must be in order
+        const bool fills = isFourByteRgb(GetParam());
+        const int left = fills ? std::min(x1, x2) : x1, right = fills ? std::max(x1, x2) : x2;
+        bench.draw([=](NKDraw& d) { ASSERT_EQ(d.LineHoriz(left, std::abs(y1), right), 0U); },
+                   [=](ReferenceDraw& r) { r.lineHoriz(left, std::abs(y1), right); });
+        break;
+      }
+      case 3: {
+        const int on = random_.between(-1, 6), off = random_.between(-1, 6);
+        bench.draw([=](NKDraw& d) { ASSERT_EQ(d.Dash(x1, y1, x2, y2, on, off), 0U); },
+                   [=](ReferenceDraw& r) { r.dash(x1, y1, x2, y2, on, off); });
+        break;
+      }
+      case 4: {
+        std::vector<tagPOINT> points;
+        for (int i = random_.between(2, 6); i >= 0; --i)
+          points.push_back({x(), y()});
+        const auto count = static_cast<std::uint32_t>(points.size() - 1);
+        const std::vector<tagPOINT> drawn(points.begin(), points.end() - 1);
+        bench.draw([&](NKDraw& d) { ASSERT_EQ(d.PolylineTo(points.data(), count), 0U); },
+                   [&](ReferenceDraw& r) { r.polyline(drawn); });
+        ASSERT_EQ(DrawFields::penXOf(bench.first()), points.back().x);
+        break;
+      }
+      case 5: {
+        const int fromX = DrawFields::penXOf(bench.first());
+        const int fromY = DrawFields::penYOf(bench.first());
+        bench.draw([=](NKDraw& d) { ASSERT_EQ(d.LineTo(x1, y1), 0U); },
+                   [=](ReferenceDraw& r) { r.line(fromX, fromY, x1, y1); });
+        ASSERT_EQ(DrawFields::penXOf(bench.first()), x1);
+        ASSERT_EQ(DrawFields::penYOf(bench.first()), y1);
+        break;
+      }
+      default: {
+        const bool ink = random_.flag();
+        bench.draw([=](NKDraw& d) { d.Point(x1, y1, ink); },
+                   [=](ReferenceDraw& r) { r.put(x1, y1, ink); });
+        break;
+      }
+    }
+  }
+
+  void drawLabel(Bench& bench) {
+    const std::string letters = text(6, random_.flag());
+    const int scale = random_.between(0, 5), left = x();
+    // The 32-bit layouts fill rows without a look at y, which must lie on the canvas there.
+    const int top = isFourByteRgb(GetParam()) && scale > 1 ? std::abs(y()) : y();
+    const bool invert = random_.flag(), fill = random_.flag();
+    bench.draw(
+        [&](NKDraw& d) {
+          ASSERT_EQ(d.LabelFont(12U, scale), 0U);
+          ASSERT_EQ(d.Label(left, top, letters.c_str(), invert, fill), 0U);
+        },
+        [&](ReferenceDraw& r) { r.label(left, top, letters.c_str(), invert, fill, scale); });
+  }
+
+  void drawText(Bench& bench) {
+    const std::string letters = text(4, random_.flag());
+    constexpr std::uint32_t kFormats[] = {0x0, 0x1, 0x2, 0x3, 0x8, 0x9, 0xA, 0x10, 0x100000};
+    const std::uint32_t format = kFormats[random_.between(0, 8)] | (random_.flag() ? 0x400U : 0U);
+    const int count = random_.between(0, 6);
+    const int lines = random_.between(0, 23) * 10 + random_.between(0, 9);
+    const int top = y(), left = x();
+    tagRECT rect = {left, top, left + random_.between(0, 400), top + lines};
+    if (random_.between(0, 9) == 0)
+      rect.bottom = 0;
+    if (random_.between(0, 9) == 0)
+      std::swap(rect.top, rect.bottom);
+    const bool clearText = DrawFields::transparentText(bench.first());
+    tagRECT want = rect;
+    bench.draw(
+        [&](NKDraw& d) {
+          tagRECT own = rect;
+          ASSERT_EQ(d.DrawText(letters.c_str(), count, &own, format), 0);
+          tagRECT wanted = rect;
+          ReferenceDraw unused(GetParam());
+          unused.drawText(letters.c_str(), count, wanted, format, clearText);
+          ASSERT_EQ(own.left, wanted.left);
+          ASSERT_EQ(own.top, wanted.top);
+          ASSERT_EQ(own.right, wanted.right);
+          ASSERT_EQ(own.bottom, wanted.bottom);
+        },
+        [&](ReferenceDraw& r) { r.drawText(letters.c_str(), count, want, format, clearText); });
+  }
+
+  Random random_;
+  int width_ = 0, height_ = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(AllLayouts, PlotPaths, testing::ValuesIn(kLayouts),
+                         [](const auto& each) { return layoutName(each.param); });
+
+TEST_P(PlotPaths, LinesAreTheSameOnAll) {
+  for (int picture = 0; picture < 40; ++picture) {
+    Bench bench = makeBench();
+    for (int i = 0; i < 30; ++i) {
+      if (i % 5 == 0)
+        changeState(bench);
+      drawLines(bench);
+      ASSERT_FALSE(HasFatalFailure()) << "picture " << picture << " operation " << i;
+    }
+  }
+}
+
+TEST_P(PlotPaths, LabelsAreTheSameOnAll) {
+  for (int picture = 0; picture < 15; ++picture) {
+    Bench bench = makeBench();
+    for (int i = 0; i < 10; ++i) {
+      changeState(bench);
+      drawLabel(bench);
+      ASSERT_FALSE(HasFatalFailure()) << "picture " << picture << " operation " << i;
+    }
+  }
+}
+
+TEST_P(PlotPaths, TextIsTheSameOnAll) {
+  for (int picture = 0; picture < 12; ++picture) {
+    Bench bench = makeBench();
+    for (int i = 0; i < 8; ++i) {
+      changeState(bench);
+      drawText(bench);
+      ASSERT_FALSE(HasFatalFailure()) << "picture " << picture << " operation " << i;
+    }
+  }
+}
+
+TEST_P(PlotPaths, TextOfEveryMagnificationIsTheSameOnAll) {
+  for (int m = 1; m <= 20; ++m) {
+    Bench bench = makeBench();
+    changeState(bench);
+    const bool clearText = DrawFields::transparentText(bench.first());
+    for (const char* const letters : {"^", "_a", "\xB0\x7F"}) {
+      const tagRECT rect = {3, 2, 400, 2 + 10 * m + 9};
+      bench.draw(
+          [&](NKDraw& d) {
+            tagRECT own = rect;
+            d.DrawText(letters, 2, &own, 0);
+          },
+          [&](ReferenceDraw& r) {
+            tagRECT own = rect;
+            r.drawText(letters, 2, own, 0, clearText);
+          });
+      ASSERT_FALSE(HasFatalFailure()) << "magnification " << m;
+    }
+  }
+}
+
+TEST_P(PlotPaths, ARunSeesTheColourOfItsOwnOperation) {
+  // Colours change between operations of one picture, and rows are cached nowhere.
+  Bench bench = makeBench();
+  for (int i = 0; i < 50; ++i) {
+    bench.each([i](NKDraw& d) { d.SetColorRGBA(i / 50.0, 0.5, 1.0 - i / 50.0, 1.0, true); });
+    bench.draw([](NKDraw& d) { d.Line(0, 0, 20, 0); },
+               [](ReferenceDraw& r) { r.line(0, 0, 20, 0); });
+    ASSERT_FALSE(HasFatalFailure());
+  }
+}
+
+}  // namespace

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Operations that are there and draw nothing: those that are empty for good return success, those
+// that are still to come refuse.
+#include <tests/support/fields.h>
+#include <tests/support/frame.h>
+#include <tests/support/surfaces.h>
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <functional>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace nkdraw::test;
+
+using Operation = std::pair<const char*, std::function<std::uint32_t(NKDraw&)>>;
+
+/// Runs each on each layout, and wants its status and an untouched frame.
+void expectNothingDrawn(const std::vector<Operation>& operations, std::uint32_t status) {
+  for (const pixelType type : kLayouts) {
+    Frame frame(8192);
+    const Surface surface = makeSurface(type, 48, 32, 0, frame.canvas());
+    surface->MoveTo(3, 4);
+    for (const auto& [name, operation] : operations) {
+      SCOPED_TRACE(testing::Message() << name << " on " << layoutName(type));
+      EXPECT_EQ(operation(*surface), status);
+      EXPECT_TRUE(frame.untouched());
+      EXPECT_EQ(DrawFields::penXOf(*surface), 3);
+      EXPECT_EQ(DrawFields::penYOf(*surface), 4);
+    }
+  }
+}
+
+TEST(EmptyOperations, ReturnZeroWhateverTheyGet) {
+  expectNothingDrawn(
+      {
+          {"SetBrush", [](NKDraw& d) { return d.SetBrush(nullptr, -1, INT_MAX); }},
+          {"Fill", [](NKDraw& d) { return d.Fill(1, 1, 0.5); }},
+          {"Fill far out", [](NKDraw& d) { return d.Fill(INT_MIN, INT_MAX, -1e300); }},
+          {"GradientRect", [](NKDraw& d) { return d.GradientRect(0, 0, 20, 20, 1); }},
+          {"SymGradientRect", [](NKDraw& d) { return d.SymGradientRect(0, 0, 20, 20, 1); }},
+          {"CornerGradientRect", [](NKDraw& d) { return d.CornerGradientRect(0, 0, 20, 20, 1); }},
+          {"CenterGradientRect", [](NKDraw& d) { return d.CenterGradientRect(0, 0, 20, 20); }},
+          {"RadialGradientFill", [](NKDraw& d) { return d.RadialGradientFill(0, 0, 9, 9, 1, 2); }},
+          {"PatternFill", [](NKDraw& d) { return d.PatternFill(0, 0, 9, 9, 8, 8, nullptr); }},
+          {"RoundRectButton", [](NKDraw& d) { return d.RoundRectButton(0, 0, 20, 20, 3, 3); }},
+          {"CopyRect", [](NKDraw& d) { return d.CopyRect(nullptr, nullptr, nullptr); }},
+          {"Filter",
+           [](NKDraw& d) { return d.Filter(static_cast<NKDraw::nkFilterType>(77), 0, 0, 9, 9); }},
+          {"Scale",
+           [](NKDraw& d) {
+             return d.Scale(static_cast<NKDraw::nkScaleType>(77), nullptr, nullptr, nullptr,
+                            nullptr);
+           }},
+          {"EMFDraw", [](NKDraw& d) { return d.EMFDraw(0, 0, 20, 20, true); }},
+          {"Arrow", [](NKDraw& d) { return d.Arrow(0, 0, 20, 20, true); }},
+          {"LabelFont by name", [](NKDraw& d) { return d.LabelFont("font", 3U); }},
+          {"LabelFont by no name",
+           [](NKDraw& d) { return d.LabelFont(static_cast<const char*>(nullptr), 0U); }},
+          {"SetFont", [](NKDraw& d) { return d.SetFont("font"); }},
+          {"DrawTextExA",
+           [](NKDraw& d) {
+             tagRECT rect = {1, 1, 20, 20};
+             return static_cast<std::uint32_t>(d.DrawTextExA("text", 4, &rect, 0, nullptr));
+           }},
+          {"DrawTextExA of nothing",
+           [](NKDraw& d) {
+             return static_cast<std::uint32_t>(d.DrawTextExA(nullptr, -1, nullptr, 0, nullptr));
+           }},
+          {"TextOutA",
+           [](NKDraw& d) { return static_cast<std::uint32_t>(d.TextOutA(1, 1, "text", 4)); }},
+      },
+      0);
+}
+
+TEST(OperationsToCome, RefuseAndDrawNothing) {
+  static const tagPOINT kPoints[8] = {};
+  static const tagRECT kRect = {1, 1, 9, 9};
+  expectNothingDrawn(
+      {
+          {"LineWuTo", [](NKDraw& d) { return d.LineWuTo(9, 5); }},
+          {"LineWu", [](NKDraw& d) { return d.LineWu(0, 0, 9, 5); }},
+          {"Circle", [](NKDraw& d) { return d.Circle(9, 9, 5); }},
+          {"Ellipse", [](NKDraw& d) { return d.Ellipse(9, 9, 5, 4); }},
+          {"Arc", [](NKDraw& d) { return d.Arc(0, 0, 9, 9, 1, 1, 2, 2); }},
+          {"ArcTo", [](NKDraw& d) { return d.ArcTo(0, 0, 9, 9, 1, 1, 2, 2); }},
+          {"AngleArc", [](NKDraw& d) { return d.AngleArc(9, 9, 5, 0.0F, 90.0F); }},
+          {"AngleArcTo", [](NKDraw& d) { return d.AngleArcTo(9, 9, 5, 4, 0.0F, 90.0F); }},
+          {"Bezier", [](NKDraw& d) { return d.Bezier(0, 0, 1, 1, 2, 2, 3, 3); }},
+          {"PolyBezier", [](NKDraw& d) { return d.PolyBezier(kPoints, 4); }},
+          {"PolyBezierTo", [](NKDraw& d) { return d.PolyBezierTo(kPoints, 4); }},
+          {"FillRect", [](NKDraw& d) { return d.FillRect(&kRect); }},
+          {"Rectangle", [](NKDraw& d) { return d.Rectangle(1, 1, 9, 9); }},
+          {"RoundRect", [](NKDraw& d) { return d.RoundRect(1, 1, 9, 9, 2, 2); }},
+          {"Pie", [](NKDraw& d) { return d.Pie(0, 0, 9, 9, 1, 1, 2, 2); }},
+          {"EraseCanvas", [](NKDraw& d) { return d.EraseCanvas(true); }},
+          {"UseDefaultFont", [](NKDraw& d) { return d.UseDefaultFont(true); }},
+          {"ExtractBMPData",
+           [](NKDraw& d) { return static_cast<std::uint32_t>(d.ExtractBMPData("x")); }},
+          {"ExtractPNGData",
+           [](NKDraw& d) { return static_cast<std::uint32_t>(d.ExtractPNGData("x")); }},
+          {"LineA",
+           [](NKDraw& d) {
+             d.LineA(nullptr, &kRect, 0, 0, 9, 9);
+             return 0xFFFFFFFF;
+           }},
+      },
+      0xFFFFFFFF);
+}
+
+}  // namespace

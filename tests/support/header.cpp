@@ -1,0 +1,3 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Compiles the header that all test programs share.

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Contact sheets of the label font, for a person to look at: pictures/ under the build folder.
+#include <tests/support/fields.h>
+#include <tests/support/frame.h>
+#include <tests/support/surfaces.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include <png.h>
+
+namespace {
+
+using namespace nkdraw::test;
+
+constexpr int kColumns = 16;
+
+/// A BGRA frame with a surface on it.
+class Sheet {
+ public:
+  Sheet(int width, int height, bool lightOnDark)
+      : width_(width),
+        height_(height),
+        frame_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4) {
+    surface_ = makeSurface(ptBGRA32, width, height, 0, frame_.canvas());
+    const double ink = lightOnDark ? 0.9 : 0.1, paper = 1.0 - ink;
+    surface_->SetColorRGBA(paper, paper, paper, 1.0, true);
+    for (int y = 0; y < height; ++y)
+      surface_->LineHoriz(0, y, width);
+    surface_->SetColorRGBA(ink, ink, ink, 1.0, true);
+    surface_->SetColorRGBA(paper, paper, paper, 1.0, false);
+  }
+
+  NKDraw* operator->() { return surface_.get(); }
+  NKDraw& operator*() { return *surface_; }
+
+  [[nodiscard]] bool inked(int x, int y) {
+    return frame_[4 * (std::ptrdiff_t{y} * width_ + x)] == PixelFields::foreground(*surface_)[0];
+  }
+
+  void write(const std::string& name) {
+    EXPECT_TRUE(frame_.guardsIntact());
+    const std::filesystem::path folder = NKDRAW_TEST_PICTURES;
+    std::filesystem::create_directories(folder);
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = static_cast<png_uint_32>(width_);
+    image.height = static_cast<png_uint_32>(height_);
+    image.format = PNG_FORMAT_BGRA;
+    const std::string path = (folder / (name + ".png")).string();
+    EXPECT_NE(png_image_write_to_file(&image, path.c_str(), 0, frame_.data(), 0, nullptr), 0)
+        << image.message;
+    testing::Test::RecordProperty("picture", path);
+  }
+
+ private:
+  int width_, height_;
+  Frame frame_;
+  Surface surface_;
+};
+
+std::string sheetName(const char* operation, int m, bool lightOnDark) {
+  return std::string("font_") + operation + "_x" + std::to_string(m) +
+         (lightOnDark ? "_light_on_dark" : "_dark_on_light");
+}
+
+class ContactSheets : public testing::TestWithParam<std::tuple<int, bool>> {};
+
+INSTANTIATE_TEST_SUITE_P(Magnified, ContactSheets,
+                         testing::Combine(testing::Values(1, 2, 3), testing::Bool()));
+
+TEST_P(ContactSheets, OfLabelsShowAllCells) {
+  const auto [m, lightOnDark] = GetParam();
+  const int stepX = 8 * m + 4, stepY = 10 * m + 4;
+  Sheet sheet(kColumns * stepX + 4, 16 * stepY + 4, lightOnDark);
+  sheet->LabelFont(0U, m);
+  for (int code = 0; code < 256; ++code) {
+    // A text can't hold code 0 or those above 127: each cell is shown as the first of a font.
+    DrawFields::font(*sheet) = nkdraw::labelGlyphs + 10 * (code - 1);
+    sheet->Label(4 + code % kColumns * stepX, 4 + code / kColumns * stepY, "\x01", false, true);
+  }
+  for (int code = 0; code < 256; ++code) {
+    for (int y = 0; y < 10 * m; ++y) {
+      for (int x = 0; x < 8 * m; ++x) {
+        const bool ink = (nkdraw::labelGlyphs[10 * code + 9 - y / m] & (0x80 >> (x / m))) != 0;
+        ASSERT_EQ(sheet.inked(4 + code % kColumns * stepX + x, 4 + code / kColumns * stepY + y),
+                  ink)
+            << code;
+      }
+    }
+  }
+  sheet.write(sheetName("label", m, lightOnDark));
+}
+
+TEST_P(ContactSheets, OfDrawTextShowTheAsciiLines) {
+  const auto [m, lightOnDark] = GetParam();
+  const int stepY = 12 * m + 2;
+  Sheet sheet(8 * m * kColumns + 8, 8 * stepY + 4, lightOnDark);
+  sheet->SetTextTransparent(false);
+  for (int line = 0; line < 8; ++line) {
+    std::string text;
+    for (int code = line * kColumns; code < (line + 1) * kColumns; ++code)
+      text += static_cast<char>(code == 0 ? ' ' : code);
+    tagRECT rect = {4, 3 + line * stepY, 0, 3 + line * stepY + 10 * m};
+    EXPECT_EQ(sheet->DrawText(text.c_str(), kColumns, &rect, DT_CALCRECT), 0);
+    EXPECT_EQ(rect.right, 4 + 8 * m * kColumns);
+  }
+  sheet.write(sheetName("drawtext", m, lightOnDark));
+}
+
+TEST(Pictures, TextOnAFrameAsAnOverlayPutsIt) {
+  Sheet sheet(640, 200, true);
+  sheet->SetTextTransparent(false);
+  tagRECT rect = {20, 20, 0, 40};
+  sheet->DrawText("01:23:45;12", 11, &rect, DT_CALCRECT);
+  rect = {20, 60, 640, 90};
+  sheet->DrawText("29.97 MOV v210 1920x1080 i", 26, &rect, DT_CALCRECT);
+  rect = {20, 110, 640, 160};
+  sheet->DrawText("gjpqy_|^ Quick", 14, &rect, DT_CALCRECT);
+  sheet.write("font_overlay_lines");
+}
+
+}  // namespace

@@ -50,6 +50,10 @@ __attribute__((noinline)) void* operator new(std::size_t bytes) {
     return block;
   throw std::bad_alloc();
 }
+__attribute__((noinline)) void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+  count();
+  return std::malloc(bytes == 0 ? 1 : bytes);
+}
 __attribute__((noinline)) void operator delete(void* block) noexcept {
   std::free(block);
 }

@@ -211,11 +211,13 @@ TEST_P(Burn, OnlyAFillOfExactlyOneDrawsTheBox) {
 }
 
 TEST_P(Burn, TheSecondColoursAreSetWithTheBoxOnly) {
-  overlay_.FillBackground = 0;
   create();
-  overlay_.BurnIn(&got_.record, nullptr, nullptr, 0);
-  EXPECT_EQ(DrawFields::textColor(*overlay_.surface)[0], 1.0);
-  EXPECT_EQ(DrawFields::bkColor(*overlay_.surface)[0], 0.6);
+  for (const std::uint32_t fill : {0U, 2U}) {
+    overlay_.FillBackground = fill;
+    overlay_.BurnIn(&got_.record, nullptr, nullptr, 0);
+    EXPECT_EQ(DrawFields::textColor(*overlay_.surface)[0], 1.0);
+    EXPECT_EQ(DrawFields::bkColor(*overlay_.surface)[0], 0.6);
+  }
   overlay_.FillBackground = 1;
   overlay_.BurnIn(&got_.record, nullptr, nullptr, 0);
   const double text[] = {0.9, 0.9, 0.9, 1.0};

@@ -89,7 +89,7 @@ TEST_P(Interrupt, LeavesTheOldFileAsItWas) {
   EXPECT_EQ(filesAtWork().size(), 2U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, Interrupt, testing::Values(SIGINT, SIGTERM));
+INSTANTIATE_TEST_SUITE_P(Signals, Interrupt, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST(DryRun, SaysWhatWouldBeDoneAndWritesNothing) {
   makeClip(at("in.mov"));

@@ -31,7 +31,8 @@ constexpr char kExamples[] =
     "  nkdraw burnin --layout v210 --pattern-size 1280x720 bars.mov\n"
     "      A moving test pattern with timecode.\n"
     "\n"
-    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing, 130 and 143 interrupted.";
+    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing, 129, 130 and 143\n"
+    "interrupted.";
 
 [[noreturn]] void badValue(const std::string& option, const std::string& value,
                            const std::string& advice) {

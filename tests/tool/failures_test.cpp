@@ -74,6 +74,8 @@ const BadValue kBadValues[] = {
     {"TextEmpty", {"--text", "10,10,"}, "--text"},
     {"TextNotAscii", {"--text", "10,10,caf\xC3\xA9"}, "ASCII"},
     {"TextWithControlCode", {"--text", "10,10,a\tb"}, "ASCII"},
+    {"RowOnAndOff", {"--ltc", "--no-ltc"}, "exclude"},
+    {"BoxOnAndOff", {"--fill", "--no-fill"}, "exclude"},
     {"NothingToBurn", {"--no-ltc"}, "nothing to burn in"},
     {"TimecodeNoTimecode", {"--start-timecode", "noon"}, "timecode"},
     {"TimecodeFrameTooLarge", {"--start-timecode", "01:00:00:25"}, "timecode"},

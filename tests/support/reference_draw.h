@@ -149,7 +149,8 @@ class ReferenceDraw {
       const auto height =
           static_cast<std::uint32_t>(rect.bottom) - static_cast<std::uint32_t>(rect.top);
       if (height > static_cast<std::uint32_t>(10 * m))
-        rect.top = rect.top + static_cast<int>((height - static_cast<std::uint32_t>(10 * m)) / 2);
+        rect.top =
+            add(rect.top, static_cast<int>((height - static_cast<std::uint32_t>(10 * m)) / 2));
       const int half = length * m * 10 / 2;
       if ((rect.right - rect.left) / 2 > half)
         rect.left = rect.left + (rect.right - rect.left) / 2 - half;
@@ -176,7 +177,7 @@ class ReferenceDraw {
     }
     if ((format & 0x400) != 0) {
       rect.right = rect.left + count * m * 8;
-      rect.bottom = rect.top + 10 * m;
+      rect.bottom = add(rect.top, 10 * m);
     }
   }
 

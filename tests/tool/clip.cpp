@@ -13,6 +13,7 @@ using namespace nkdraw::tool;
 namespace {
 
 InputContext open(const std::string& path) {
+  av_log_set_level(AV_LOG_ERROR);
   AVFormatContext* context = nullptr;
   EXPECT_GE(avformat_open_input(&context, path.c_str(), nullptr, nullptr), 0) << path;
   if (context != nullptr)

@@ -229,6 +229,18 @@ TEST(ConvertingCodecs, EncodesWithWhatIsAskedFor) {
   }
 }
 
+TEST(ConvertingCodecs, EncodesInThePixelFormatThatIsAskedFor) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "3", "-c:v", "v210",
+          at("in.mov")});
+  const Outcome outcome =
+      burnin({at("in.mov"), at("out.mp4"), "--codec", "libx264:crf=18:pix_fmt=yuv420p"});
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(decode(at("out.mp4")).format, AV_PIX_FMT_YUV420P);
+  const Outcome refused = burnin({at("in.mov"), at("no.mp4"), "--codec", "libx264:pix_fmt=rgb24"});
+  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_NE(refused.err.find("pixel format: rgb24"), std::string::npos) << refused.err;
+}
+
 TEST(ConvertingCodecs, V210MadeAgainIsTheSame) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=322x180:rate=25", "-frames:v", "3", "-c:v", "v210",
           at("in.mov")});

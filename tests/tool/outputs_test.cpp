@@ -61,6 +61,13 @@ TEST(Outputs, MayHaveAnyName) {
   }
 }
 
+TEST(Outputs, MayHaveTheLongestName) {
+  makeClip(at("in.mov"));
+  const std::string out = at(std::string(251, 'x') + ".mov");
+  EXPECT_EQ(burnin({at("in.mov"), out}).exitCode, 0);
+  EXPECT_TRUE(exists(out));
+}
+
 TEST(Outputs, GetTheRightsThatNewFilesHave) {
   makeClip(at("in.mov"));
   std::ofstream(at("plain")) << "x";
@@ -72,7 +79,7 @@ class Interrupt : public testing::TestWithParam<int> {};
 
 TEST_P(Interrupt, LeavesNothingBehind) {
   const Outcome outcome = burninUntil(
-      {"--layout", "v210", "--pattern-frames", "100000", at("out.mov")}, ".out", GetParam());
+      {"--layout", "v210", "--pattern-frames", "100000", at("out.mov")}, ".nkdraw-", GetParam());
   EXPECT_EQ(outcome.exitCode, 128 + GetParam());
   EXPECT_TRUE(outcome.err.starts_with("nkdraw: interrupted")) << outcome.err;
   EXPECT_TRUE(filesAtWork().empty());
@@ -83,13 +90,13 @@ TEST_P(Interrupt, LeavesTheOldFileAsItWas) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=1280x720:rate=25", "-frames:v", "250", "-c:v",
           "mpeg4", at("in.mp4")});
   const Outcome outcome =
-      burninUntil({at("in.mp4"), at("out.mkv"), "--overwrite"}, ".out", GetParam());
+      burninUntil({at("in.mp4"), at("out.mkv"), "--overwrite"}, ".nkdraw-", GetParam());
   EXPECT_EQ(outcome.exitCode, 128 + GetParam());
   EXPECT_EQ(fs::file_size(at("out.mkv")), 8U);
   EXPECT_EQ(filesAtWork().size(), 2U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, Interrupt, testing::Values(SIGINT, SIGTERM));
+INSTANTIATE_TEST_SUITE_P(Signals, Interrupt, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST(DryRun, SaysWhatWouldBeDoneAndWritesNothing) {
   makeClip(at("in.mov"));

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <thread>
 
@@ -72,6 +73,28 @@ class Capture {
   std::string out_, err_;
 };
 
+std::string folderOf(const testing::TestInfo& test) {
+  std::string name = std::string(test.test_suite_name()) + "." + test.name();
+  for (char& letter : name) {
+    if (letter == '/')
+      letter = '-';
+  }
+  return (fs::path(NKDRAW_TEST_FOLDER) / name).string();
+}
+
+/// The files of a test stay only if it failed.
+class Sweeper : public testing::EmptyTestEventListener {
+  void OnTestEnd(const testing::TestInfo& test) override {
+    if (test.result()->Passed())
+      fs::remove_all(folderOf(test));
+  }
+};
+
+[[maybe_unused]] const bool sweeps = [] {
+  testing::UnitTest::GetInstance()->listeners().Append(std::make_unique<Sweeper>().release());
+  return true;
+}();
+
 Arguments withBurnin(const Arguments& arguments) {
   Arguments all = {"burnin"};
   all.insert(all.end(), arguments.begin(), arguments.end());
@@ -115,13 +138,8 @@ void ffmpeg(const Arguments& arguments) {
 }
 
 std::string workFolder() {
-  const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-  std::string name = std::string(test->test_suite_name()) + "." + test->name();
-  for (char& letter : name) {
-    if (letter == '/')
-      letter = '-';
-  }
-  const fs::path folder = fs::path(NKDRAW_TEST_FOLDER) / name;
+  const auto& test = *testing::UnitTest::GetInstance()->current_test_info();
+  const fs::path folder = folderOf(test);
   static std::string current;
   if (current != folder.string()) {
     fs::remove_all(folder);

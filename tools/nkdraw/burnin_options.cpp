@@ -13,25 +13,26 @@
 namespace nkdraw::tool {
 namespace {
 
-constexpr char kDescription[] =
-    "Burn timecode, clock, source format and texts into a video.\n"
-    "\n"
+constexpr char kDescription[] = "Burn timecode, clock, source format and texts into a video.";
+
+constexpr char kMore[] =
     "Uncompressed video (v210, UYVY, YUY2, YVYU, 24- and 32-bit RGB) is drawn on in place: pixels\n"
     "outside the texts stay as they are, bit for bit. Other video is decoded, drawn on and\n"
-    "encoded, losslessly unless --codec says otherwise. Sound and all else is copied.";
-
-constexpr char kExamples[] =
+    "encoded, losslessly unless --codec says otherwise. Sound and all else is copied.\n"
+    "\n"
     "Examples:\n"
     "  nkdraw burnin reel.mov burnt.mov\n"
     "      The file's own timecode, at the lower left.\n"
-    "  nkdraw burnin --ltc --clock --text 96,54,\"Reel 7\" reel.mov burnt.mov\n"
+    "  nkdraw burnin --clock --text 96,54,\"Reel 7\" reel.mov burnt.mov\n"
     "      Timecode, wall clock and a text whose upper left corner is at 96,54.\n"
-    "  nkdraw burnin --start-timecode '10:00:00;00' --codec libx264:crf=18 in.mp4 out.mp4\n"
+    "  nkdraw burnin --start-timecode '10:00:00;00' --codec libx264:crf=18 in.mov out.mp4\n"
+    "      A viewing copy that starts at ten o'clock, drop-frame.\n"
     "  nkdraw burnin --still 100 reel.mov frame100.png\n"
     "  nkdraw burnin --layout v210 --pattern-size 1280x720 bars.mov\n"
     "      A moving test pattern with timecode.\n"
     "\n"
-    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing, 130 and 143 interrupted.";
+    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing; 129, 130 and 143\n"
+    "interrupted. More in nkdraw(1).";
 
 [[noreturn]] void badValue(const std::string& option, const std::string& value,
                            const std::string& advice) {
@@ -102,83 +103,95 @@ AVRational exactRate(AVRational rate) {
 
 void BurninArguments::addTo(CLI::App& command) {
   command.description(kDescription);
-  command.footer(kExamples);
-  command.add_option("INPUT", input_, "The clip; left out with --layout");
-  command.add_option("OUTPUT", output_, "The clip to write; its suffix says what kind of file");
-
-  command.add_flag("--ltc,!--no-ltc", ltc_, "Timecode row (on unless switched off)")
-      ->group("What is burnt in");
-  command.add_flag("--vitc", vitc_, "A second row with the timecode, for VITC")
-      ->group("What is burnt in");
-  command.add_flag("--clock", clock_, "A row with the wall clock")->group("What is burnt in");
-  command.add_flag("--format-line", formatLine_, "A line that names the source's format")
-      ->group("What is burnt in");
-  command
-      .add_option("--text", texts_,
-                  "A text and the pixel of its upper left corner; up to ten times. Characters "
-                  "are 24 pixels wide, 31 lines high")
-      ->type_name("X,Y,TEXT")
-      ->allow_extra_args(false)
-      ->group("What is burnt in");
-  command
-      .add_option("--start-timecode", startTimecode_,
-                  "The first frame's timecode, instead of the file's; ';' before the frames "
-                  "counts drop-frame")
-      ->type_name("HH:MM:SS:FF")
-      ->group("What is burnt in");
-
-  command
-      .add_option("--position", position_,
-                  "Upper left corner of the timecode rows (at the lower left)")
-      ->type_name("X,Y")
-      ->group("How it looks");
-  command
-      .add_option("--size", size_,
-                  "Magnification of the 8 by 10 pixel characters of the timecode rows, 1 to 20 "
-                  "(by the frame's height: 4 at 1080 lines)")
-      ->type_name("N")
-      ->check(CLI::Range(1, 20))
-      ->group("How it looks");
-  command.add_flag("--fill,!--no-fill", fill_, "A black box behind the texts (on)")
-      ->group("How it looks");
-
-  command
-      .add_option("--frames", frames_,
-                  "Write these frames only, counted from 0, with the sound that belongs to them")
-      ->type_name("FROM-TO")
-      ->group("What is written");
-  command.add_option("--still", still_, "Write frame N as a picture; OUTPUT ends in .png")
-      ->type_name("N")
-      ->check(CLI::NonNegativeNumber)
-      ->group("What is written");
-  command
-      .add_option("--codec", codec_,
-                  "Encode with this encoder of FFmpeg (lossless, by layout and kind of file)")
-      ->type_name("NAME[:KEY=VALUE...]")
-      ->group("What is written");
-  command.add_flag("--overwrite", overwrite_, "Replace OUTPUT if it exists")
-      ->group("What is written");
-  command.add_flag("--dry-run", dryRun_, "Say what would be done and write nothing")
-      ->group("What is written");
-
-  command
-      .add_option("--layout", layout_,
-                  "Burn into a test pattern in this layout; see --list-layouts")
-      ->type_name("NAME")
-      ->group("Test pattern");
-  command.add_option("--pattern-size", patternSize_, "Its frame size (1920x1080)")
-      ->type_name("WxH")
-      ->group("Test pattern");
-  command.add_option("--pattern-rate", patternRate_, "Its frames a second (25)")
-      ->type_name("RATE")
-      ->group("Test pattern");
-  command.add_option("--pattern-frames", patternFrames_, "How many frames it has (250)")
-      ->type_name("N")
-      ->check(CLI::PositiveNumber)
-      ->group("Test pattern");
-
+  command.footer(kMore);
+  command.add_option("INPUT", input_, "The clip; left out with --layout")->type_name("");
+  command.add_option("OUTPUT", output_, "The clip to write; its suffix says what kind of file")
+      ->type_name("");
+  addOverlayTo(command);
+  addLookTo(command);
+  addWritingTo(command);
+  addPatternTo(command);
   command.add_flag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
   command.add_flag("-v,--verbose", verbose_, "Say more, with FFmpeg's messages");
+}
+
+void BurninArguments::addOverlayTo(CLI::App& command) {
+  constexpr char kGroup[] = "What is burnt in";
+  command.add_flag("--ltc", ltc_, "The row with the timecode (on by default)")->group(kGroup);
+  command.add_flag("--no-ltc", noLtc_, "Leave it out")->group(kGroup);
+  command.add_flag("--vitc", vitc_, "A second row with the timecode, for VITC")->group(kGroup);
+  command.add_flag("--clock", clock_, "A row with the time of day")->group(kGroup);
+  command.add_flag("--format-line", formatLine_, "A line that names the source's format")
+      ->group(kGroup);
+  command
+      .add_option("--text", texts_,
+                  "A text with its upper left corner at that pixel, up to\n"
+                  "ten times; characters are 24 pixels wide, 31 rows high")
+      ->type_name("X,Y,TEXT")
+      ->allow_extra_args(false)
+      ->group(kGroup);
+  command
+      .add_option("--start-timecode", startTimecode_,
+                  "The first frame's timecode, instead of the file's;\n"
+                  "';' before the frames counts drop-frame")
+      ->type_name("HH:MM:SS:FF")
+      ->group(kGroup);
+}
+
+void BurninArguments::addLookTo(CLI::App& command) {
+  constexpr char kGroup[] = "How it looks";
+  command
+      .add_option("--position", position_,
+                  "Upper left corner of the timecode rows (lower left of\nthe frame by default)")
+      ->type_name("X,Y")
+      ->group(kGroup);
+  command
+      .add_option("--size", size_,
+                  "Magnification of the timecode rows' 8 by 10 pixel\n"
+                  "characters, 1 to 20 (by the frame's height: 4 at 1080)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 20).description(""))
+      ->group(kGroup);
+  command.add_flag("--fill", fill_, "A black box behind the texts (on by default)")->group(kGroup);
+  command.add_flag("--no-fill", noFill_, "Leave it out")->group(kGroup);
+}
+
+void BurninArguments::addWritingTo(CLI::App& command) {
+  constexpr char kGroup[] = "What is written";
+  command
+      .add_option("--frames", frames_,
+                  "These frames only, counted from 0, with the sound that\nbelongs to them")
+      ->type_name("FROM-TO")
+      ->group(kGroup);
+  command.add_option("--still", still_, "Frame N as a picture; OUTPUT ends in .png")
+      ->type_name("N")
+      ->check(CLI::NonNegativeNumber.description(""))
+      ->group(kGroup);
+  command
+      .add_option("--codec", codec_,
+                  "Encode with this encoder of FFmpeg (losslessly, by\n"
+                  "layout and kind of file)")
+      ->type_name("NAME[:KEY=VALUE...]")
+      ->group(kGroup);
+  command.add_flag("--overwrite", overwrite_, "Replace OUTPUT if it exists")->group(kGroup);
+  command.add_flag("--dry-run", dryRun_, "Say what would be done and write nothing")->group(kGroup);
+}
+
+void BurninArguments::addPatternTo(CLI::App& command) {
+  constexpr char kGroup[] = "Test pattern";
+  command.add_option("--layout", layout_, "Burn into a test pattern in this layout")
+      ->type_name("NAME")
+      ->group(kGroup);
+  command.add_option("--pattern-size", patternSize_, "Its frame size (1920x1080)")
+      ->type_name("WxH")
+      ->group(kGroup);
+  command.add_option("--pattern-rate", patternRate_, "Its frames a second (25)")
+      ->type_name("RATE")
+      ->group(kGroup);
+  command.add_option("--pattern-frames", patternFrames_, "How many frames it has (250)")
+      ->type_name("N")
+      ->check(CLI::PositiveNumber.description(""))
+      ->group(kGroup);
 }
 
 BurninOptions BurninArguments::read() const {
@@ -218,12 +231,16 @@ void BurninArguments::readFiles(BurninOptions& options) const {
 }
 
 void BurninArguments::readOverlay(OverlayRequest& overlay) const {
-  overlay.ltc = ltc_;
+  overlay.ltc = !noLtc_;
   overlay.vitc = vitc_;
   overlay.clock = clock_;
   overlay.formatLine = formatLine_;
-  overlay.fill = fill_;
+  overlay.fill = !noFill_;
   overlay.size = size_;
+  if ((ltc_ && noLtc_) || (fill_ && noFill_))
+    throw Failure(ExitCode::kUsage, "options that exclude each other",
+                  ltc_ && noLtc_ ? "--ltc and --no-ltc" : "--fill and --no-fill",
+                  "give one of them");
   if (!position_.empty()) {
     std::string_view left = position_;
     overlay.position = takePair(left, ',');
@@ -235,7 +252,7 @@ void BurninArguments::readOverlay(OverlayRequest& overlay) const {
                   "give --text at most ten times");
   for (const std::string& text : texts_)
     overlay.texts.push_back(readText(text));
-  if (!ltc_ && !vitc_ && !clock_ && !formatLine_ && texts_.empty())
+  if (noLtc_ && !vitc_ && !clock_ && !formatLine_ && texts_.empty())
     throw Failure(ExitCode::kUsage, "nothing to burn in", "--no-ltc",
                   "ask for a row, the format line or a text");
 }

@@ -47,6 +47,10 @@ class BurninArguments {
   [[nodiscard]] BurninOptions read() const;
 
  private:
+  void addOverlayTo(CLI::App& group);
+  void addLookTo(CLI::App& group);
+  void addWritingTo(CLI::App& group);
+  void addPatternTo(CLI::App& group);
   void readFiles(BurninOptions& options) const;
   void readOverlay(OverlayRequest& overlay) const;
   void readRange(BurninOptions& options) const;
@@ -57,7 +61,8 @@ class BurninArguments {
   std::string position_, startTimecode_, frames_, codec_, layout_, patternSize_, patternRate_;
   std::optional<std::int64_t> still_, patternFrames_;
   std::optional<unsigned> size_;
-  bool ltc_ = true, vitc_ = false, clock_ = false, formatLine_ = false, fill_ = true;
+  bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, formatLine_ = false;
+  bool fill_ = false, noFill_ = false;
   bool overwrite_ = false, dryRun_ = false, listLayouts_ = false, verbose_ = false;
 };
 

@@ -117,8 +117,7 @@ const CanvasStage::Transfer& CanvasStage::transferFor(pixelType type, Storage st
 
 CanvasStage::CanvasStage(const Layout& layout, Storage storage, int width, int height,
                          std::vector<RowSpan> rows, bool pairsWhole)
-    : frameLayout_(&layout),
-      transfer_(&transferFor(layout.type, storage, pairsWhole)),
+    : transfer_(&transferFor(layout.type, storage, pairsWhole)),
       canvasLayout_(transfer_->to == layout.type ? &layout : &layoutOf(transfer_->to)),
       width_(width),
       height_(height),

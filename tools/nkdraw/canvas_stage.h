@@ -44,8 +44,6 @@ class CanvasStage {
 
   /// What the overlay draws on.
   [[nodiscard]] const Layout& canvasLayout() const { return *canvasLayout_; }
-  /// Whether a frame whose rows are packed is drawn on where it lies.
-  [[nodiscard]] bool drawsInPlace() const { return frameLayout_ == canvasLayout_; }
 
   /// Calls `draw` with a canvas that shows the frame, and brings back to the frame what it drew.
   template <class Draw>
@@ -76,7 +74,6 @@ class CanvasStage {
   void store(const Picture& picture) const;
   void move(MoveRow moveRow, const Picture& picture) const;
 
-  const Layout* frameLayout_;
   const Transfer* transfer_;
   const Layout* canvasLayout_;
   int width_, height_;

@@ -2,6 +2,7 @@
 #include "interrupt.h"
 
 #include <csignal>
+#include <initializer_list>
 
 namespace nkdraw::tool {
 namespace {
@@ -18,8 +19,12 @@ void catchInterrupts() {
   struct sigaction action = {};
   action.sa_handler = noteSignal;
   action.sa_flags = SA_RESTART;
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+    sigaction(signal, &action, nullptr);
+  // A write that can't be done shall fail and not end the process.
+  action.sa_handler = SIG_IGN;
+  for (const int signal : {SIGXFSZ, SIGPIPE})
+    sigaction(signal, &action, nullptr);
 }
 
 int pendingInterrupt() {

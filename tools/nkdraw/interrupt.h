@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Stopping on SIGINT and SIGTERM, at a point where everything can be cleaned up.
+// Stopping on SIGINT, SIGTERM and SIGHUP, at a point where everything can be cleaned up.
 #pragma once
 
 #include <exception>
@@ -18,7 +18,8 @@ class Interrupted : public std::exception {
   int signal_;
 };
 
-/// From now on SIGINT and SIGTERM are noted instead of ending the process.
+/// From now on these signals are noted instead of ending the process, and a write that can't be
+/// done fails instead of sending one.
 void catchInterrupts();
 
 /// The signal that arrived, 0 before one did.

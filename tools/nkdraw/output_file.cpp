@@ -31,13 +31,11 @@ std::string resolved(const std::string& path) {
   return error ? path : target.string();
 }
 
+/// A hidden name of its own length, since the output's may be as long as names can be.
 std::string temporaryName(const std::string& path, int attempt) {
   fs::path name(path);
-  const fs::path suffix = name.extension();
-  fs::path hidden = ".";
-  hidden += name.stem();
-  hidden += ".nkdraw-" + std::to_string(getpid()) + "-" + std::to_string(attempt);
-  hidden += suffix;
+  fs::path hidden = ".nkdraw-" + std::to_string(getpid()) + "-" + std::to_string(attempt);
+  hidden += name.extension();
   return name.replace_filename(hidden).string();
 }
 

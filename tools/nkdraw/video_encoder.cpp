@@ -19,6 +19,7 @@ struct LosslessCodec {
   AVPixelFormat pixelFormat;
   unsigned containers;
 };
+constexpr char kPixelFormatKey[] = "pix_fmt";
 constexpr unsigned kAnyKind = 0;
 constexpr LosslessCodec kLossless[] = {
     {AV_PIX_FMT_YUV422P10, AV_CODEC_ID_V210, AV_PIX_FMT_YUV422P10, kMOV | kAVI | kMKV | kNUT},
@@ -57,6 +58,35 @@ AVPixelFormat rawFormat(AVPixelFormat drawn, const AVOutputFormat& format) {
   return preferred;
 }
 
+void parseOptions(const CodecChoice& choice, Options& options) {
+  if (av_dict_parse_string(options.get(), choice.options.c_str(), "=", ":", 0) < 0)
+    throw Failure(ExitCode::kUsage, "codec options can't be read", choice.options,
+                  "write --codec NAME:KEY=VALUE:KEY=VALUE");
+}
+
+bool takes(const AVCodec& codec, AVPixelFormat format) {
+  for (const AVPixelFormat* each = codec.pix_fmts; each != nullptr && *each != AV_PIX_FMT_NONE;
+       ++each) {
+    if (*each == format)
+      return true;
+  }
+  return false;
+}
+
+/// The pixel format among the options, which FFmpeg's encoders don't know as one of theirs.
+std::optional<AVPixelFormat> askedFormat(const CodecChoice& choice) {
+  Options options;
+  parseOptions(choice, options);
+  const AVDictionaryEntry* const entry = av_dict_get(*options.get(), kPixelFormatKey, nullptr, 0);
+  if (entry == nullptr)
+    return std::nullopt;
+  const AVPixelFormat format = av_get_pix_fmt(entry->value);
+  if (format == AV_PIX_FMT_NONE || !takes(*choice.codec, format))
+    throw Failure(ExitCode::kUsage, "the encoder does not take this pixel format", entry->value,
+                  std::string("see ffmpeg -h encoder=") + choice.codec->name);
+  return format;
+}
+
 CodecChoice namedChoice(const std::string& request, AVPixelFormat drawn,
                         const AVOutputFormat& format) {
   const std::size_t colon = std::min(request.find(':'), request.size());
@@ -72,7 +102,9 @@ CodecChoice namedChoice(const std::string& request, AVPixelFormat drawn,
     throw Failure(ExitCode::kUsage, "the output's kind of file does not hold this codec",
                   std::string(format.name) + ", " + name, "choose another suffix or --codec");
   CodecChoice choice = {codec, drawn, request.substr(std::min(colon + 1, request.size()))};
-  if (codec->id == AV_CODEC_ID_RAWVIDEO)
+  if (const auto asked = askedFormat(choice))
+    choice.pixelFormat = *asked;
+  else if (codec->id == AV_CODEC_ID_RAWVIDEO)
     choice.pixelFormat = rawFormat(drawn, format);
   else if (codec->pix_fmts != nullptr)
     choice.pixelFormat = avcodec_find_best_pix_fmt_of_list(
@@ -121,9 +153,8 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
   encoder_->thread_count = 0;
 
   Options options;
-  if (av_dict_parse_string(options.get(), choice.options.c_str(), "=", ":", 0) < 0)
-    throw Failure(ExitCode::kUsage, "codec options can't be read", choice.options,
-                  "write --codec NAME:KEY=VALUE:KEY=VALUE");
+  parseOptions(choice, options);
+  options.set(kPixelFormatKey, nullptr);
   if (const int error = avcodec_open2(encoder_.get(), choice.codec, options.get()); error < 0)
     throw Failure(ExitCode::kProcessing, "the encoder refuses the video", choice.codec->name,
                   explained(error) + "; choose another --codec");

@@ -20,9 +20,9 @@ struct CodecChoice {
   std::string options;  // "key=value:key=value"
 };
 
-/// The encoder that `request` names ("NAME" or "NAME:KEY=VALUE:..."), else a lossless one: v210 and
-/// uncompressed frames where such files are common, else FFV1. `drawn` is the format that the
-/// frames are drawn on in. Throws Failure.
+/// The encoder that `request` names ("NAME" or "NAME:KEY=VALUE:...", pix_fmt among the keys), else
+/// a lossless one: v210 and uncompressed frames where such files are common, else FFV1. `drawn` is
+/// the format that the frames are drawn on in. Throws Failure.
 [[nodiscard]] CodecChoice chooseCodec(const std::optional<std::string>& request,
                                       AVPixelFormat drawn, const AVOutputFormat& format);
 

@@ -12,6 +12,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -62,7 +63,9 @@ class Capture {
   [[nodiscard]] Outcome wait(pid_t child) const {
     Outcome outcome;
     int status = 0;
-    waitpid(child, &status, 0);
+    struct rusage used = {};
+    wait4(child, &status, 0, &used);
+    outcome.peakKilobytes = used.ru_maxrss;
     outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     outcome.out = contents(out_);
     outcome.err = contents(err_);

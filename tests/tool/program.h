@@ -11,6 +11,7 @@
 struct Outcome {
   int exitCode = -1;  // 128 plus the signal for one that a signal ended
   std::string out, err;
+  long peakKilobytes = 0;  // of memory, the largest at any time
 };
 
 using Arguments = std::vector<std::string>;

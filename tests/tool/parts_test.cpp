@@ -202,6 +202,12 @@ struct GuardedFrame {
   }
 };
 
+TEST(Layouts, AreNamedInSmallAndCapitalLetters) {
+  EXPECT_EQ(layoutNamed("UYVY"), layoutNamed("uyvy"));
+  EXPECT_NE(layoutNamed("V210"), nullptr);
+  EXPECT_EQ(layoutNamed("uyv"), nullptr);
+}
+
 }  // namespace
 
 TEST(Canvas, IsTheFrameItselfWhenRowsArePacked) {

@@ -2,6 +2,7 @@
 #include "layouts.h"
 
 #include <algorithm>
+#include <cctype>
 #include <iterator>
 
 namespace nkdraw::tool {
@@ -87,7 +88,10 @@ std::span<const Layout> layouts() {
 }
 
 const Layout* layoutNamed(std::string_view name) {
-  return findLayout([&](const Layout& layout) { return layout.name == name; });
+  return findLayout([&](const Layout& layout) {
+    return std::ranges::equal(layout.name, name, {}, {},
+                              [](unsigned char letter) { return std::tolower(letter); });
+  });
 }
 
 const Layout* layoutOf(AVCodecID codec, AVPixelFormat pixelFormat) {

@@ -38,7 +38,8 @@ struct Layout {
 
 [[nodiscard]] std::span<const Layout> layouts();
 
-/// The layout with this name, or of these raw frames; null when there is none.
+/// The layout with this name, in small or capital letters, or of these raw frames; null when there
+/// is none.
 [[nodiscard]] const Layout* layoutNamed(std::string_view name);
 [[nodiscard]] const Layout* layoutOf(AVCodecID codec, AVPixelFormat pixelFormat);
 /// The layout of the table that the library draws as `type` and that has no unused byte.

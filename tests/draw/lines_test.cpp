@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -207,6 +208,34 @@ TEST(LineHoriz, OfThe32BitLayoutsSlipsWithThePitchAndTakesNegativeX) {
   EXPECT_EQ(frame.changed().front(), 40 - 8);
   EXPECT_EQ(frame.changed().back(), 40 + 11);
   EXPECT_EQ(frame.changed().size(), 20U);
+}
+
+TEST(LineHoriz, OfThe32BitLayoutsWritesNothingAboveTheCanvasWithoutOneOrBackward) {
+  Frame frame(64 * 16);
+  CDrawRGBA32 surface(ptRGBA32);
+  EXPECT_EQ(surface.LineHoriz(0, 0, 4), 0U);
+  surface.SetCanvas(frame.canvas(), 16, 16, 0);
+  EXPECT_EQ(surface.LineHoriz(0, -1, 4), 0U);
+  EXPECT_EQ(surface.LineHoriz(5, 0, 2), 0U);
+  EXPECT_EQ(surface.LineHoriz(5, 0, 5), 0U);
+  EXPECT_TRUE(frame.untouched());
+}
+
+TEST(LineHoriz, CountsItsPixelsHoweverFarItsEndsLieApart) {
+  Frame far(128 * 2), near(128 * 2);
+  for (const auto& [frame, first] : {std::pair(&far, INT_MIN), std::pair(&near, 0)}) {
+    CDrawYCbCr10 surface(ptV210);  // refuses what lies left of the canvas
+    surface.SetCanvas(frame->canvas(), 2, 48, 0);
+    EXPECT_EQ(surface.LineHoriz(first, 1, 20), 0U);
+  }
+  EXPECT_FALSE(far.untouched());
+  EXPECT_EQ(far.all(), near.all());
+}
+
+TEST(Line, WhoseHeightWrapsIsNoSteepOne) {
+  LineLog log;
+  EXPECT_EQ(log->Line(5, INT_MIN, 5, 100), 0U);
+  EXPECT_EQ(log.take(), (Points{{5, 0}}));
 }
 
 TEST(Dash, PlotsAndSkipsInTurnFromItsFirstEnd) {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -190,6 +191,22 @@ class CloseLog final : public CDrawRGBA32 {
   }
   int closes = 0;
 };
+
+TEST(Metafile, ClosedByACopyTooLeavesOtherFilesAlone) {
+  const File file(placeable(kHeader));
+  CDrawRGBA32 surface(ptRGBA32);
+  ASSERT_EQ(surface.EMFOpen(file.path()), 0U);
+  {
+    CDrawRGBA32 copy(surface);
+    EXPECT_EQ(surface.EMFClose(), 0U);
+    EXPECT_EQ(copy.EMFClose(), 0U);
+    const int other = open(file.path(), O_RDONLY);  // takes the number that is free now
+    EXPECT_EQ(copy.EMFClose(), 0U);
+    EXPECT_EQ(surface.EMFClose(), 0U);
+    EXPECT_NE(fcntl(other, F_GETFD), -1);
+    close(other);
+  }
+}
 
 TEST(Metafile, OpenClosesThroughTheTable) {
   CloseLog surface;

@@ -150,6 +150,27 @@ TEST(ChangeEvent, ANullEventIsNotSetAndIsHandedOnToTheWait) {
   EXPECT_EQ(pixel.WaitForChangeEvent(0), 258U);
 }
 
+TEST(ChangeEvent, StampAndCountMayBeReadWhileOthersWriteThem) {
+  NKPixel surface;
+  std::thread writer([&surface] {
+    for (std::uint32_t stamp = 1; stamp <= 1000; ++stamp) {
+      surface.AddRef();
+      surface.LastChange(stamp);
+      surface.SetChangeEvent();
+    }
+  });
+  std::uint32_t last = 0;
+  while (last < 1000) {
+    surface.WaitForChangeEvent(1);
+    const std::uint32_t stamp = surface.LastChange(0xFFFFFFFF);
+    EXPECT_GE(stamp, last);
+    EXPECT_GE(surface.Refs(), 1);
+    last = stamp;
+  }
+  writer.join();
+  EXPECT_EQ(surface.Refs(), 1001);
+}
+
 TEST(Copy, HasEveryFieldOfItsSourceAndSharesEventAndLock) {
   char byte = 0;
   NKPixel source;

@@ -155,6 +155,20 @@ class Strokes final : public CDrawRGB24 {
   char* cut = nullptr;
 };
 
+TEST(Label, MagnifiedAboveTheCanvasOfA32BitLayoutWritesItsLinesInsideAlone) {
+  Frame frame(64 * 4 * 12), low(64 * 4 * 12);
+  CDrawRGBA32 surface(ptRGBA32), lower(ptRGBA32);
+  surface.SetCanvas(frame.canvas(), 12, 64, 0);
+  lower.SetCanvas(low.canvas() + 64 * 4 * 10, 2, 64, 0);
+  for (NKDraw* each : {static_cast<NKDraw*>(&surface), static_cast<NKDraw*>(&lower)})
+    each->LabelFont(0U, 2);
+  EXPECT_EQ(surface.Label(0, -10, "A", false, false), 0U);
+  EXPECT_TRUE(frame.guardsIntact());
+  EXPECT_FALSE(frame.untouched());
+  EXPECT_EQ(lower.Label(0, -30, "A", false, false), 0U);
+  EXPECT_TRUE(low.untouched());
+}
+
 TEST(Label, IsMadeOfPointsAndRowsThroughTheTable) {
   const int ink = 44, blank = 80 - 44;  // of cell 48
   struct Row {

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// What the processor can run.
+#include "vector_targets.h"
+
+namespace nkdraw {
+
+std::int64_t runnableTargets() {
+#if HWY_ARCH_X86
+  __builtin_cpu_init();
+  std::int64_t targets = 0;
+  if (__builtin_cpu_supports("ssse3"))
+    targets |= HWY_SSSE3;
+  if (__builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("pclmul") &&
+      __builtin_cpu_supports("aes"))
+    targets |= HWY_SSE4;
+  if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") &&
+      __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
+      __builtin_cpu_supports("f16c"))
+    targets |= HWY_AVX2;
+  if ((targets & HWY_AVX2) != 0 && __builtin_cpu_supports("avx512f") &&
+      __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512dq") &&
+      __builtin_cpu_supports("avx512bw"))
+    targets |= HWY_AVX3;
+  return targets;
+#else
+  return 0;  // what every machine of the architecture has is the form that is always there
+#endif
+}
+
+}  // namespace nkdraw

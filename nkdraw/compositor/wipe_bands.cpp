@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The four workers of a wipe, and the bounded wait for them.
+#include "wipe_bands.h"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <new>
+#include <semaphore>
+#include <utility>
+
+namespace nkdraw {
+namespace {
+
+constexpr std::size_t kBands = 4;
+constexpr int kPauses = 50;
+constexpr std::chrono::milliseconds kPause{2};
+constexpr const char* kThreadTag = "gzqk";
+
+/// What the caller and the workers of one call share; it ends with the last of them.
+struct WipeCall {
+  std::uint32_t pending = 0;
+  /// Ends the caller's pause. Raised whenever no started worker is left, at most once by each.
+  std::counting_semaphore<kBands> finished{0};
+  std::shared_ptr<const void> memory;
+
+  struct Worker {
+    WipeBand band;
+    std::shared_ptr<WipeCall> call;  ///< the worker's own share, which it takes as it starts
+  };
+  std::array<Worker, kBands> workers;
+};
+
+/// Null when there is no memory for it.
+std::shared_ptr<WipeCall> newCall() noexcept {
+  try {
+    return std::make_shared<WipeCall>();
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+std::int32_t* counter(std::uint32_t* pending) {
+  return reinterpret_cast<std::int32_t*>(pending);
+}
+
+void setRectangles(const WipeTask& frame, std::array<WipeCall::Worker, kBands>& workers) {
+  const std::uint32_t halfW = frame.width >> 1, halfH = frame.height >> 1;
+  for (std::size_t i = 0; i < kBands; ++i) {
+    WipeBand& band = workers[i].band;
+    static_cast<WipeTask&>(band) = frame;
+    band.left = i % 2 == 0 ? 0 : halfW;
+    band.right = i % 2 == 0 ? halfW : frame.width;
+    band.top = i / 2 == 0 ? 0 : halfH;
+    band.bottom = i / 2 == 0 ? halfH : frame.height;
+  }
+}
+
+/// Counts the worker before its thread is there, so that the count can't fall before it rose.
+void start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call) {
+  WipeBand& band = worker.band;
+  nkOSInterlockedIncrement(counter(band.pending));
+  worker.call = call;
+  band.threadHandle =
+      nkOSCreateThread(nullptr, 0, WipeBandThread, &worker, 0, &band.threadId, kThreadTag);
+  if (band.threadHandle == nullptr)
+    worker.call.reset();
+  nkOSSetThreadPriority(band.threadHandle, kThreadTimeCritical);
+}
+
+void waitFor(WipeCall& call) {
+  while (call.finished.try_acquire()) {  // raised before the last worker was started, or by it
+  }
+  const std::atomic_ref pending(call.pending);
+  for (int pause = 0; pause < kPauses && pending.load(std::memory_order_acquire) != 0; ++pause)
+    static_cast<void>(call.finished.try_acquire_for(kPause));
+}
+
+}  // namespace
+
+std::uint32_t WipeBandThread(void* parameter) {
+  auto* const worker = static_cast<WipeCall::Worker*>(parameter);
+  const std::shared_ptr<WipeCall> call = std::move(worker->call);
+  const WipeBand& band = worker->band;
+  const std::uint32_t result = callKernel(band.kernel, band);
+  if (nkOSInterlockedDecrement(counter(band.pending)) == 0)
+    call->finished.release();
+  return result;
+}
+
+std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel,
+                           std::shared_ptr<const void> memory) {
+  const auto call = newCall();
+  if (!call)
+    return 0;
+  call->memory = std::move(memory);
+  setRectangles(frame, call->workers);
+  for (WipeCall::Worker& worker : call->workers) {
+    worker.band.kernel = kernel;
+    worker.band.pending = &call->pending;
+    start(worker, call);
+  }
+  for (const WipeCall::Worker& worker : call->workers)
+    nkOSCloseThread(worker.band.threadHandle, kThreadTag);
+  waitFor(*call);
+  return 0;
+}
+
+}  // namespace nkdraw

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The wipes that copy whole rows and whole frames.
+#include "wipe_frames.h"
+#include "wipe_kernels.h"
+
+#include <algorithm>
+
+namespace nkdraw {
+namespace {
+
+/// A row is copied with a pitch by its place, whichever input it comes from; that is meant.
+void drawEdgeVert(const WipeTask& task) {
+  if (!pixelParts(task.pixelType).known() || rangeOf(task) == 0 || task.left != 0)
+    return;
+  const std::uint32_t edge = scale(task, task.height);
+  for (std::uint32_t y = task.top; y < task.bottom; ++y) {
+    const WipeRow row = rowOf(task, y);
+    if (y < edge)
+      copyBlock(row.output, row.incoming, task.pitchA);
+    else
+      copyBlock(row.output, row.outgoing, task.pitchB);
+  }
+}
+
+/// Packed frames of a slide; `stride` is a row's bytes in all of them. Products wrap at 32 bits.
+struct Slide {
+  const WipeTask& task;
+  std::uint32_t pixelBytes;
+  std::uint32_t stride;
+
+  void copyRows(const std::uint8_t* source, std::uint32_t fromRow, std::uint32_t toRow,
+                std::uint32_t rows) const {
+    CopyMemoryFast(task.dst + toRow * stride, source + fromRow * stride, rows * stride);
+  }
+  /// The same columns of every row of `srcA`.
+  void copyColumns(std::uint32_t fromColumn, std::uint32_t toColumn, std::uint32_t columns) const {
+    for (std::uint32_t y = 0; y < task.height; ++y)
+      CopyMemoryFast(task.dst + (y * stride + toColumn * pixelBytes),
+                     task.srcA + (y * stride + fromColumn * pixelBytes), columns * pixelBytes);
+  }
+  [[nodiscard]] std::uint32_t rowsPassed() const {
+    return std::min(scale(task, task.height), task.height);
+  }
+  [[nodiscard]] std::uint32_t columnsPassed() const {
+    return std::min(scale(task, task.width), task.width);
+  }
+};
+
+void slideUp(const Slide& slide) {
+  const std::uint32_t passed = slide.rowsPassed(), left = slide.task.height - passed;
+  slide.copyRows(slide.task.srcB, left, left, passed);
+  slide.copyRows(slide.task.srcA, passed, 0, left);
+}
+void slideDown(const Slide& slide) {
+  const std::uint32_t passed = slide.rowsPassed();
+  slide.copyRows(slide.task.srcB, 0, 0, passed);
+  slide.copyRows(slide.task.srcA, 0, passed, slide.task.height - passed);
+}
+void slideLeft(const Slide& slide) {
+  const std::uint32_t passed = slide.columnsPassed();
+  slide.copyRows(slide.task.srcB, 0, 0, slide.task.height);
+  slide.copyColumns(passed, 0, slide.task.width - passed);
+}
+void slideRight(const Slide& slide) {
+  const std::uint32_t passed = slide.columnsPassed();
+  slide.copyRows(slide.task.srcB, 0, 0, slide.task.height);
+  slide.copyColumns(0, passed, slide.task.width - passed);
+}
+
+constexpr std::uint32_t kFirstSlide = 500;
+
+/// By the number from kFirstSlide on. The last four repeat the third, and all other numbers draw
+/// nothing; that is meant.
+constexpr void (*kSlides[])(const Slide&) = {slideUp,   slideLeft, slideDown, slideRight,
+                                             slideDown, slideDown, slideDown, slideDown};
+
+/// The whole word is compared: with swapped inputs a slide draws nothing. Layouts that the wipes
+/// don't know pass for four bytes a pixel.
+void drawSlide(const WipeTask& task) {
+  const std::uint32_t number = task.wipe - kFirstSlide;
+  if (task.left != 0 || task.top != 0 || number >= std::size(kSlides) || rangeOf(task) == 0)
+    return;
+  const PixelParts parts = pixelParts(task.pixelType);
+  const std::uint32_t pixelBytes = parts.known() ? parts.bytes() : 4;
+  kSlides[number]({task, pixelBytes, task.width * pixelBytes});
+}
+
+}  // namespace
+
+constexpr WipeKernel WipeEdgeVert = wipeKernel<drawEdgeVert>;
+constexpr WipeKernel WipeSlide = wipeKernel<drawSlide>;
+
+}  // namespace nkdraw

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// What the kernels share: the parts of a pixel, the rows of the frames, the progress.
+#pragma once
+
+#include "wipe_band.h"
+
+#include <nkdraw/platform/memory.h>
+#include <nkdraw/surface/pixel_type.h>
+
+#include <array>
+#include <cstddef>
+
+namespace nkdraw {
+
+enum class PartKind : std::uint8_t { kNone, kByte, kWord, kFloat };
+
+/// A pixel as the compositor sees it: so many parts of one kind.
+struct PixelParts {
+  PartKind kind = PartKind::kNone;
+  std::uint8_t count = 0;
+
+  [[nodiscard]] constexpr std::uint32_t bytes() const {
+    constexpr std::array<std::uint32_t, 4> kPartBytes = {0, 1, 2, 4};
+    return kPartBytes[static_cast<std::size_t>(kind)] * count;
+  }
+  [[nodiscard]] constexpr bool known() const { return kind != PartKind::kNone; }
+};
+
+inline constexpr auto kPixelParts = [] {
+  std::array<PixelParts, ptYCbCrA64 + 1> parts{};
+  for (const pixelType type : {ptRGBA32, ptARGB32, ptBGRA32, ptABGR32, ptYCbCrA32})
+    parts[type] = {PartKind::kByte, 4};
+  for (const pixelType type : {ptRGB24, ptBGR24, ptYCbCr24})
+    parts[type] = {PartKind::kByte, 3};
+  parts[ptRGBAFloat] = {PartKind::kFloat, 4};
+  parts[ptRGBFloat] = {PartKind::kFloat, 3};
+  parts[ptRGB48] = parts[ptYCbCr48] = {PartKind::kWord, 3};
+  parts[ptARGB64] = parts[ptYCbCrA64] = {PartKind::kWord, 4};
+  return parts;
+}();
+
+/// The parts of a pixel of layout `type`; none of a layout that the wipes don't know.
+[[nodiscard]] constexpr PixelParts pixelParts(std::int32_t type) {
+  const auto index = static_cast<std::uint32_t>(type);
+  return index < kPixelParts.size() ? kPixelParts[index] : PixelParts{};
+}
+
+inline constexpr std::uint32_t kSwapInputs = 0x80000000;
+
+/// One row of the three frames. The output's rows lie as far apart as those of `srcB`, whatever its
+/// own pitch; that is meant. Products wrap at 32 bits.
+struct WipeRow {
+  const std::uint8_t* outgoing;
+  const std::uint8_t* incoming;
+  std::uint8_t* output;
+};
+
+[[nodiscard]] inline WipeRow rowOf(const WipeTask& task, std::uint32_t y) {
+  const std::uint8_t* const rowA = task.srcA + task.pitchA * y;
+  const std::uint8_t* const rowB = task.srcB + task.pitchB * y;
+  const bool swapped = (task.wipe & kSwapInputs) != 0;
+  return {swapped ? rowB : rowA, swapped ? rowA : rowB, task.dst + task.pitchB * y};
+}
+
+[[nodiscard]] constexpr std::uint32_t rangeOf(const WipeTask& task) {
+  return task.rangeEnd - task.rangeStart;
+}
+
+/// So much of `size` as the progress has reached; the product wraps at 32 bits. The range is not
+/// empty.
+[[nodiscard]] constexpr std::uint32_t scale(const WipeTask& task, std::uint32_t size) {
+  return size * task.position / rangeOf(task);
+}
+
+/// A block copy that leaves alone what lies in its place already.
+inline void copyBlock(std::uint8_t* target, const std::uint8_t* source, std::uint32_t bytes) {
+  if (target != source)
+    CopyMemoryFast(target, source, bytes);
+}
+
+}  // namespace nkdraw

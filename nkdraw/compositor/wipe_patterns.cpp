@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The wipes with hard edges. A rule says which rows and which columns are incoming; every row is
+// then copied in at most three runs.
+#include "wipe_frames.h"
+#include "wipe_kernels.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace nkdraw {
+namespace {
+
+/// Rows or columns from `first` up to, not including, `last`; or all but these.
+struct Span {
+  std::int64_t first = 0;
+  std::int64_t last = std::numeric_limits<std::int64_t>::max();
+  bool outside = false;
+
+  [[nodiscard]] constexpr bool contains(std::int64_t place) const {
+    return (first <= place && place < last) != outside;
+  }
+};
+
+constexpr Span kAll{};
+constexpr Span kNone{0, 0};
+
+constexpr Span below(std::int64_t end) {
+  return {0, end};
+}
+constexpr Span from(std::int64_t start) {
+  return {start};
+}
+constexpr Span after(std::int64_t place) {
+  return from(place + 1);
+}
+constexpr Span between(std::int64_t low, std::int64_t high) {  // strictly
+  return {low + 1, high};
+}
+constexpr Span upTo(std::int64_t place) {
+  return {0, place + 1};
+}
+/// At most `depth`, or at least `size` - `depth`, which wraps.
+constexpr Span rim(std::uint32_t depth, std::uint32_t size) {
+  return {std::int64_t{depth} + 1, size - depth, true};
+}
+
+enum class Joined { kAnd, kOr };
+
+/// A pixel is incoming when its row and (or) its column are in their spans.
+struct Pattern {
+  Span rows;
+  Joined joined;
+  Span columns;
+
+  /// The incoming columns of a row.
+  [[nodiscard]] constexpr Span columnsOf(std::uint32_t y) const {
+    if (joined == Joined::kAnd)
+      return rows.contains(y) ? columns : kNone;
+    return rows.contains(y) ? kAll : columns;
+  }
+};
+
+constexpr auto kAnd = Joined::kAnd;
+constexpr auto kOr = Joined::kOr;
+
+/// Copies one row of the rectangle.
+void copyRow(const WipeTask& task, std::uint32_t pixelBytes, const Span& incoming,
+             const WipeRow& row) {
+  const auto clip = [&](std::int64_t column) {
+    return static_cast<std::uint32_t>(
+        std::clamp<std::int64_t>(column, task.left, std::max(task.left, task.right)));
+  };
+  const auto copyRun = [&](const std::uint8_t* source, std::uint32_t start, std::uint32_t end) {
+    const std::size_t offset = std::size_t{start} * pixelBytes;
+    if (start < end)
+      copyBlock(row.output + offset, source + offset, (end - start) * pixelBytes);
+  };
+  const std::uint32_t first = clip(incoming.first);
+  const std::uint32_t last = std::max(first, clip(incoming.last));
+  const std::uint8_t* const inner = incoming.outside ? row.outgoing : row.incoming;
+  const std::uint8_t* const outer = incoming.outside ? row.incoming : row.outgoing;
+  copyRun(outer, task.left, first);
+  copyRun(inner, first, last);
+  copyRun(outer, last, task.right);
+}
+
+template <Pattern (*rule)(const WipeTask&)>
+void drawPattern(const WipeTask& task) {
+  const std::uint32_t pixelBytes = pixelParts(task.pixelType).bytes();
+  if (pixelBytes == 0 || rangeOf(task) == 0)
+    return;
+  const Pattern pattern = rule(task);
+  for (std::uint32_t y = task.top; y < task.bottom; ++y)
+    copyRow(task, pixelBytes, pattern.columnsOf(y), rowOf(task, y));
+}
+
+// The values of the rules. Differences wrap, so that progress beyond the range shows what it shows.
+std::uint32_t across(const WipeTask& task) {
+  return scale(task, task.width);
+}
+std::uint32_t down(const WipeTask& task) {
+  return scale(task, task.height);
+}
+std::uint32_t acrossHalf(const WipeTask& task) {
+  return scale(task, task.width / 2);
+}
+std::uint32_t downHalf(const WipeTask& task) {
+  return scale(task, task.height / 2);
+}
+Span rimOfRows(const WipeTask& task) {
+  return rim(downHalf(task), task.height);
+}
+Span rimOfColumns(const WipeTask& task) {
+  return rim(acrossHalf(task), task.width);
+}
+
+// The rules: incoming rows, and (or) incoming columns. Strict and inclusive tests are mixed, which
+// decides single rows and columns at the ends of the range; that is meant.
+
+Pattern edgeHorz(const WipeTask& t) {
+  return {kAll, kAnd, below(across(t))};
+}
+Pattern cornerTL(const WipeTask& t) {
+  return {below(down(t)), kAnd, below(across(t))};
+}
+Pattern cornerTR(const WipeTask& t) {
+  return {below(down(t)), kAnd, from(std::int64_t{t.width} - across(t))};
+}
+Pattern cornerBR(const WipeTask& t) {
+  return {after(t.height - down(t)), kAnd, after(t.width - across(t))};
+}
+Pattern cornerBL(const WipeTask& t) {
+  return {after(std::int64_t{t.height} - down(t)), kAnd, below(across(t))};
+}
+Pattern fourCorners(const WipeTask& t) {
+  return {rimOfRows(t), kAnd, rimOfColumns(t)};
+}
+Pattern boxIn(const WipeTask& t) {
+  return {rimOfRows(t), kOr, rimOfColumns(t)};
+}
+Pattern barnDoorVert(const WipeTask& t) {
+  return {kAll, kAnd, rimOfColumns(t)};
+}
+Pattern barnDoorHorz(const WipeTask& t) {
+  return {rimOfRows(t), kAnd, kAll};
+}
+Pattern boxTop(const WipeTask& t) {
+  return {from(t.height - down(t)), kOr, rimOfColumns(t)};
+}
+Pattern boxRight(const WipeTask& t) {
+  return {rimOfRows(t), kOr, upTo(across(t))};
+}
+Pattern boxBottom(const WipeTask& t) {
+  return {upTo(down(t)), kOr, rimOfColumns(t)};
+}
+Pattern boxLeft(const WipeTask& t) {
+  return {rimOfRows(t), kOr, from(t.width - across(t))};
+}
+Pattern iris(const WipeTask& t) {
+  const std::uint32_t left = t.width / 2 - acrossHalf(t);
+  const std::uint32_t top = t.height / 2 - downHalf(t);
+  return {between(top, t.height - top), kAnd, {left, std::int64_t{t.width - left} + 1}};
+}
+
+}  // namespace
+
+constexpr WipeKernel WipeEdgeHorz = wipeKernel<drawPattern<edgeHorz>>;
+constexpr WipeKernel WipeCornerTL = wipeKernel<drawPattern<cornerTL>>;
+constexpr WipeKernel WipeCornerTR = wipeKernel<drawPattern<cornerTR>>;
+constexpr WipeKernel WipeCornerBR = wipeKernel<drawPattern<cornerBR>>;
+constexpr WipeKernel WipeCornerBL = wipeKernel<drawPattern<cornerBL>>;
+constexpr WipeKernel WipeFourCorners = wipeKernel<drawPattern<fourCorners>>;
+constexpr WipeKernel WipeBoxIn = wipeKernel<drawPattern<boxIn>>;
+constexpr WipeKernel WipeBarnDoorVert = wipeKernel<drawPattern<barnDoorVert>>;
+constexpr WipeKernel WipeBarnDoorHorz = wipeKernel<drawPattern<barnDoorHorz>>;
+constexpr WipeKernel WipeBoxTop = wipeKernel<drawPattern<boxTop>>;
+constexpr WipeKernel WipeBoxRight = wipeKernel<drawPattern<boxRight>>;
+constexpr WipeKernel WipeBoxBottom = wipeKernel<drawPattern<boxBottom>>;
+constexpr WipeKernel WipeBoxLeft = wipeKernel<drawPattern<boxLeft>>;
+constexpr WipeKernel WipeIris = wipeKernel<drawPattern<iris>>;
+
+}  // namespace nkdraw

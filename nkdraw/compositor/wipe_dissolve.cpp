@@ -36,8 +36,9 @@ std::uint32_t WipeMix(const std::uint8_t* srcA, std::uint32_t pitchA, const std:
     return 0;
   const std::size_t first = std::size_t{left} * parts.bytes();
   const std::size_t count = std::size_t{right - left} * parts.count;
+  // Frames of ptYCbCr24 are 4:2:2 ones, expanded: they are packed again at once.
   const RowMixer mix(parts.kind, position, rangeEnd - rangeStart,
-                     std::uint64_t{count} * (bottom - top));
+                     std::uint64_t{count} * (bottom - top), layout + 1 == ptYCbCr24);
   for (std::uint32_t y = top; y < bottom; ++y) {
     const WipeRow row = rowOf(task, y);
     mix(row.outgoing + first, row.incoming + first, row.output + first, count);

@@ -66,6 +66,8 @@ void findCorrections(ByteMix& mix, std::uint32_t step, std::uint32_t rise) {
 
 /// Rows of a cross-fade of fewer parts than these are done before the preparation is.
 constexpr std::uint64_t kFewParts = 16384;
+/// And of so many leave no room in a core's caches.
+constexpr std::uint64_t kManyParts = 1 << 20;
 
 const MixKernels& kernels() {
   static const MixKernels& best = mixKernels(runnableTargets());
@@ -97,23 +99,28 @@ ByteMix byteMix(std::uint32_t position, std::uint32_t range) {
 WordMix wordMix(std::uint32_t position, std::uint32_t range) {
   const std::uint64_t scaled = std::uint64_t{position} << 32;
   const auto weight = static_cast<std::uint32_t>(scaled / range);
-  return {MixWeights(position, range), weight, scaled % range == 0 && weight % kOne == 0};
+  return {MixWeights(position, range), weight, scaled % range == 0 && weight % kOne == 0, false};
 }
 
-RowMixer::RowMixer(PartKind kind, std::uint32_t position, std::uint32_t range, std::uint64_t parts)
-    : way_(wayOf(kind, position, range, parts)) {}
+RowMixer::RowMixer(PartKind kind, std::uint32_t position, std::uint32_t range, std::uint64_t parts,
+                   bool readSoon)
+    : way_(wayOf(kind, position, range, parts, readSoon)) {}
 
 RowMixer::Way RowMixer::wayOf(PartKind kind, std::uint32_t position, std::uint32_t range,
-                              std::uint64_t parts) {
+                              std::uint64_t parts, bool readSoon) {
   const bool bytes = kind == PartKind::kByte, words = kind == PartKind::kWord;
   const bool inside = position <= range && range != 0;
   if (inside && (bytes || words)) {
     if (position == 0 || position == range)
       return Copy{position != 0, bytes ? std::uint8_t{1} : std::uint8_t{2}};
+    const auto streaming = [&](auto mix) -> Way {
+      mix.streams = parts >= kManyParts && !readSoon;
+      return mix;
+    };
     if (bytes && parts >= kFewParts)
-      return byteMix(position, range);
+      return streaming(byteMix(position, range));
     if (words)
-      return wordMix(position, range);
+      return streaming(wordMix(position, range));
   }
   return Plain{MixWeights(position, range), plainMixRow(kind)};
 }

@@ -71,6 +71,7 @@ struct ByteMix {
   /// Pairs other than equal ones may be whole. These lie within 128 of a multiple of 65536, and no
   /// others do.
   bool rounds = false;
+  bool streams = false;  ///< past the caches
   /// A whole pair that comes out one less has its outgoing part in the first and its incoming one
   /// in the second.
   ByteSet outgoingOneLess{}, incomingOneLess{};
@@ -85,6 +86,7 @@ struct WordMix {
   MixWeights weights;
   std::uint32_t weight = 0;  ///< in 2^-32
   bool exact = false;        ///< the weight is, and so is the result; it has sixteen bits
+  bool streams = false;      ///< past the caches
 };
 inline constexpr std::uint16_t kWordBelow = 3, kWordAbove = 1;
 
@@ -106,8 +108,10 @@ struct MixKernels {
 /// Mixes rows of one cross-fade by the fastest way that there is.
 class RowMixer {
  public:
-  /// `parts` are how many will be mixed in all: few are not worth the preparation.
-  RowMixer(PartKind kind, std::uint32_t position, std::uint32_t range, std::uint64_t parts);
+  /// `parts` are how many will be mixed in all: few are not worth the preparation, many are better
+  /// stored past the caches, unless they are `readSoon`.
+  RowMixer(PartKind kind, std::uint32_t position, std::uint32_t range, std::uint64_t parts,
+           bool readSoon = false);
 
   /// As MixRow.
   void operator()(const std::uint8_t* outgoing, const std::uint8_t* incoming, std::uint8_t* output,
@@ -123,7 +127,8 @@ class RowMixer {
     std::uint8_t partBytes;
   };
   using Way = std::variant<Plain, Copy, ByteMix, WordMix>;
-  static Way wayOf(PartKind kind, std::uint32_t position, std::uint32_t range, std::uint64_t parts);
+  static Way wayOf(PartKind kind, std::uint32_t position, std::uint32_t range, std::uint64_t parts,
+                   bool readSoon);
 
   Way way_;
 };

@@ -5,10 +5,12 @@
 #include "wipe_mix.h"
 
 #include <array>
+#include <bit>
 #include <cstring>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "nkdraw/compositor/wipe_mix_vectors.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -104,17 +106,67 @@ MixedHalf mixHalf(WordVector outgoing, WordVector incoming, WordVector start, Wo
   return {result, result};
 }
 
-/// Mixes again in doubles the pairs whose byte in `doubtful` is not 0.
-void decide(const MixWeights& weights, ByteVector outgoing, ByteVector incoming,
-            ByteVector doubtful, std::uint8_t* output) {
-  HWY_ALIGN std::uint8_t o[hn::MaxLanes(kBytes)], n[hn::MaxLanes(kBytes)], in[hn::MaxLanes(kBytes)];
+/// `result` with the pairs of `doubtful` mixed again, in doubles.
+ByteVector decide(const MixWeights& weights, ByteVector outgoing, ByteVector incoming,
+                  hn::Mask<Bytes> doubtful, ByteVector result) {
+  constexpr std::size_t kCount = hn::MaxLanes(kBytes);
+  HWY_ALIGN std::uint8_t o[kCount], n[kCount], results[kCount], bits[sizeof(std::uint64_t)] = {};
   hn::Store(outgoing, kBytes, o);
   hn::Store(incoming, kBytes, n);
-  hn::Store(doubtful, kBytes, in);
-  for (std::size_t i = 0; i < hn::Lanes(kBytes); ++i) {
-    if (in[i] != 0)
-      output[i] = mixed(weights, o[i], n[i]);
+  hn::Store(result, kBytes, results);
+  hn::StoreMaskBits(kBytes, doubtful, bits);
+  std::uint64_t left;
+  std::memcpy(&left, bits, sizeof left);
+  for (; left != 0; left &= left - 1) {
+    const auto i = static_cast<std::size_t>(std::countr_zero(left));
+    results[i] = mixed(weights, o[i], n[i]);
   }
+  return hn::Load(kBytes, results);
+}
+
+/// Where vectors of a row go: past the caches, for rows that nobody reads soon and that begin at a
+/// vector's boundary.
+class Output {
+ public:
+  Output(std::uint8_t* output, bool streams) : output_(output), streams_(streams) {}
+  void store(std::size_t place, ByteVector vector) const {
+    if (streams_)
+      hn::Stream(vector, kBytes, output_ + place);
+    else
+      hn::StoreU(vector, kBytes, output_ + place);
+  }
+
+ private:
+  std::uint8_t* output_;
+  bool streams_;
+};
+
+/// Whether rows may be streamed: vectors at boundaries hold whole parts, and what is
+/// written twice is not read in between.
+bool mayStream(const std::uint8_t* outgoing, const std::uint8_t* incoming,
+               const std::uint8_t* output, std::size_t partBytes) {
+  return output != outgoing && output != incoming &&
+         reinterpret_cast<std::uintptr_t>(output) % partBytes == 0;
+}
+
+/// Runs `vector(place, output)` for every vector of `bytes` bytes, and gives where the rest begins.
+/// A streamed row begins with a vector that reaches past the first boundary.
+template <class Vector>
+std::size_t forVectors(std::uint8_t* output, std::size_t bytes, bool streams, Vector vector) {
+  constexpr std::size_t kStep = hn::MaxLanes(kBytes);
+  std::size_t i = 0;
+  if (bytes < kStep)
+    return i;
+  if (streams) {
+    vector(i, Output(output, false));
+    i = kStep - reinterpret_cast<std::uintptr_t>(output) % kStep;
+  }
+  const Output target(output, streams);
+  for (; i + kStep <= bytes; i += kStep)
+    vector(i, target);
+  if (streams)
+    hwy::FlushStream();
+  return i;
 }
 
 template <bool rounds, bool corrects>
@@ -123,26 +175,27 @@ void mixBytesSo(const ByteMix& mix, const std::uint8_t* outgoing, const std::uin
   const auto weight = hn::Set(kWords, static_cast<std::uint16_t>(mix.weight));
   const bool late = mix.weight >= 32768;
   const Membership outgoingOneLess(mix.outgoingOneLess), incomingOneLess(mix.incomingOneLess);
-  std::size_t i = 0;
-  for (; i + hn::Lanes(kBytes) <= count; i += hn::Lanes(kBytes)) {
-    const auto o = hn::LoadU(kBytes, outgoing + i), n = hn::LoadU(kBytes, incoming + i);
+  const auto mixVector = [&](std::size_t place, const Output& target) HWY_ATTR {
+    const auto o = hn::LoadU(kBytes, outgoing + place), n = hn::LoadU(kBytes, incoming + place);
     const auto start = late ? n : o;
     const auto even = mixHalf<rounds>(evenBytes(o), evenBytes(n), evenBytes(start), weight);
     const auto odd = mixHalf<rounds>(oddBytes(o), oddBytes(n), oddBytes(start), weight);
-    hn::StoreU(joined(even.result, odd.result), kBytes, output + i);
+    auto result = joined(even.result, odd.result);
     if constexpr (corrects) {
       const auto whole = rounds ? joined(hn::And(even.whole, hn::Set(kWords, 0xFF)), odd.whole)
                                 : hn::VecFromMask(kBytes, hn::Eq(o, n));
-      const auto zero = hn::Zero(kBytes);
-      const auto doubtful = hn::AndNot(
-          hn::VecFromMask(
-              kBytes, hn::Or(hn::Eq(outgoingOneLess(o), zero), hn::Eq(incomingOneLess(n), zero))),
-          whole);
-      if (!hn::AllTrue(kBytes, hn::Eq(doubtful, zero)))
-        decide(mix.weights, o, n, doubtful, output + i);
+      const auto possible = hn::And(hn::Ne(outgoingOneLess(o), hn::Zero(kBytes)),
+                                    hn::Ne(incomingOneLess(n), hn::Zero(kBytes)));
+      const auto doubtful = hn::And(possible, hn::MaskFromVec(whole));
+      if (!hn::AllFalse(kBytes, doubtful))
+        result = decide(mix.weights, o, n, doubtful, result);
     }
-  }
-  plainMixRow(PartKind::kByte)(mix.weights, outgoing + i, incoming + i, output + i, count - i);
+    target.store(place, result);
+  };
+  const bool streams = mix.streams && mayStream(outgoing, incoming, output, 1);
+  const std::size_t done = forVectors(output, count, streams, mixVector);
+  plainMixRow(PartKind::kByte)(mix.weights, outgoing + done, incoming + done, output + done,
+                               count - done);
 }
 
 void mixBytes(const ByteMix& mix, const std::uint8_t* outgoing, const std::uint8_t* incoming,
@@ -165,26 +218,24 @@ Sum add(WordVector a, WordVector b) {
   return {low, hn::VecFromMask(kWords, hn::Lt(low, a))};
 }
 
-/// Mixes a vector of words in doubles.
-void mixInDoubles(const MixWeights& weights, WordVector outgoing, WordVector incoming,
-                  std::uint8_t* output) {
+ByteVector mixInDoubles(const MixWeights& weights, WordVector outgoing, WordVector incoming) {
   constexpr hn::ScalableTag<double> kDoubles;
   constexpr hn::Rebind<std::int32_t, hn::ScalableTag<double> > kIntegers;
   constexpr hn::Rebind<std::uint16_t, hn::ScalableTag<double> > kFewWords;
   constexpr std::size_t kCount = hn::MaxLanes(kWords);
-  HWY_ALIGN std::uint16_t o[kCount], n[kCount], result[kCount];
+  HWY_ALIGN std::uint16_t o[kCount], n[kCount], results[kCount];
   hn::Store(outgoing, kWords, o);
   hn::Store(incoming, kWords, n);
-  const auto beta = hn::Set(kDoubles, weights.outgoing),
-             alpha = hn::Set(kDoubles, weights.incoming);
+  const auto beta = hn::Set(kDoubles, weights.outgoing);
+  const auto alpha = hn::Set(kDoubles, weights.incoming);
   const auto inDoubles = [&](const std::uint16_t* words) HWY_ATTR {
     return hn::PromoteTo(kDoubles, hn::PromoteTo(kIntegers, hn::Load(kFewWords, words)));
   };
   for (std::size_t i = 0; i < kCount; i += hn::Lanes(kDoubles)) {
     const auto sum = hn::Add(hn::Mul(inDoubles(o + i), beta), hn::Mul(inDoubles(n + i), alpha));
-    hn::Store(hn::DemoteTo(kFewWords, hn::DemoteTo(kIntegers, sum)), kFewWords, result + i);
+    hn::Store(hn::DemoteTo(kFewWords, hn::DemoteTo(kIntegers, sum)), kFewWords, results + i);
   }
-  std::memcpy(output, result, sizeof result);
+  return hn::BitCast(kBytes, hn::Load(kWords, results));
 }
 
 template <bool exact>
@@ -196,28 +247,28 @@ void mixWordsSo(const WordMix& mix, const std::uint8_t* outgoing, const std::uin
   const std::uint32_t rest = 0U - mix.weight;
   const auto restHigh = part(rest, 16), restLow = part(rest, 0);
   const auto weightHigh = part(mix.weight, 16), weightLow = part(mix.weight, 0);
-  const std::size_t step = hn::Lanes(kBytes);
-  std::size_t i = 0;
-  for (; i + step <= count * 2; i += step) {
-    const auto o = hn::BitCast(kWords, hn::LoadU(kBytes, outgoing + i));
-    const auto n = hn::BitCast(kWords, hn::LoadU(kBytes, incoming + i));
-    const auto [sum, carry] = add(hn::Mul(o, restHigh), hn::Mul(n, weightHigh));
-    auto result = hn::Sub(hn::Add(hn::MulHigh(o, restHigh), hn::MulHigh(n, weightHigh)), carry);
+  const auto mixVector = [&](std::size_t place, const Output& target) HWY_ATTR {
+    const auto o = hn::BitCast(kWords, hn::LoadU(kBytes, outgoing + place));
+    const auto n = hn::BitCast(kWords, hn::LoadU(kBytes, incoming + place));
+    const Sum high = add(hn::Mul(o, restHigh), hn::Mul(n, weightHigh));
+    auto result =
+        hn::Sub(hn::Add(hn::MulHigh(o, restHigh), hn::MulHigh(n, weightHigh)), high.carry);
     if constexpr (!exact) {
       // The low halves of the weights add up to 65536, so this sum does not run over.
-      const auto lows = hn::Add(hn::MulHigh(o, restLow), hn::MulHigh(n, weightLow));
-      const auto [fraction, lowCarry] = add(sum, lows);
-      result = hn::Sub(result, lowCarry);
-      const auto doubtful = hn::Lt(hn::Add(fraction, hn::Set(kWords, kWordBelow)),
+      const auto low = hn::Add(hn::MulHigh(o, restLow), hn::MulHigh(n, weightLow));
+      const Sum fraction = add(high.low, low);
+      result = hn::Sub(result, fraction.carry);
+      const auto doubtful = hn::Lt(hn::Add(fraction.low, hn::Set(kWords, kWordBelow)),
                                    hn::Set(kWords, kWordBelow + kWordAbove + 1));
-      if (!hn::AllFalse(kWords, doubtful)) {
-        mixInDoubles(mix.weights, o, n, output + i);
-        continue;
-      }
+      if (!hn::AllFalse(kWords, doubtful))
+        return target.store(place, mixInDoubles(mix.weights, o, n));
     }
-    hn::StoreU(hn::BitCast(kBytes, result), kBytes, output + i);
-  }
-  plainMixRow(PartKind::kWord)(mix.weights, outgoing + i, incoming + i, output + i, count - i / 2);
+    target.store(place, hn::BitCast(kBytes, result));
+  };
+  const bool streams = mix.streams && mayStream(outgoing, incoming, output, 2);
+  const std::size_t done = forVectors(output, count * 2, streams, mixVector);
+  plainMixRow(PartKind::kWord)(mix.weights, outgoing + done, incoming + done, output + done,
+                               count - done / 2);
 }
 
 void mixWords(const WordMix& mix, const std::uint8_t* outgoing, const std::uint8_t* incoming,

@@ -150,19 +150,25 @@ void expectTheSameOnEveryRow(PartKind kind, std::size_t partBytes, const MixWeig
 
 TEST_P(Mix, OfBytesServesEveryLengthAndStartAndMayWriteOverAnInput) {
   for (const auto [position, range] : {Progress{1, 5}, {3, 16}, {13, 25}, {777, 1000}}) {
-    expectTheSameOnEveryRow(PartKind::kByte, 1, MixWeights(position, range),
-                            [&, mix = nkdraw::byteMix(position, range)](
-                                const std::uint8_t* o, const std::uint8_t* n, std::uint8_t* to,
-                                std::size_t count) { kernels.bytes(mix, o, n, to, count); });
+    auto mix = nkdraw::byteMix(position, range);
+    for (const bool streams : {false, true}) {
+      mix.streams = streams;
+      expectTheSameOnEveryRow(PartKind::kByte, 1, MixWeights(position, range),
+                              [&](const std::uint8_t* o, const std::uint8_t* n, std::uint8_t* to,
+                                  std::size_t count) { kernels.bytes(mix, o, n, to, count); });
+    }
   }
 }
 
 TEST_P(Mix, OfWordsServesEveryLengthAndStartAndMayWriteOverAnInput) {
   for (const auto [position, range] : {Progress{1, 5}, {3, 16}, {777, 1000}}) {
-    expectTheSameOnEveryRow(PartKind::kWord, 2, MixWeights(position, range),
-                            [&, mix = nkdraw::wordMix(position, range)](
-                                const std::uint8_t* o, const std::uint8_t* n, std::uint8_t* to,
-                                std::size_t count) { kernels.words(mix, o, n, to, count); });
+    auto mix = nkdraw::wordMix(position, range);
+    for (const bool streams : {false, true}) {
+      mix.streams = streams;
+      expectTheSameOnEveryRow(PartKind::kWord, 2, MixWeights(position, range),
+                              [&](const std::uint8_t* o, const std::uint8_t* n, std::uint8_t* to,
+                                  std::size_t count) { kernels.words(mix, o, n, to, count); });
+    }
   }
 }
 

@@ -247,8 +247,8 @@ void drawMirror(const MuxTask& task) {
 
 // Parts of packed frames, with black around them. A row is blackened just before it is drawn.
 
-/// Both at half size beside each other. Of an odd width each half is one column wider than half:
-/// the middle column shows the first's last pixel.
+/// Both at half size beside each other. Of an odd width each is one column wider than half: the
+/// middle column shows the first's last one, and a single column the second's; that is meant.
 void drawQuarterPair(const MuxTask& task) {
   const std::uint32_t top = task.height >> 2, rows = halfRoundedUp(task.height);
   const std::uint32_t bytes = rowBytes(task), middle = (task.width >> 1) * kPixelBytes;
@@ -258,7 +258,8 @@ void drawQuarterPair(const MuxTask& task) {
     std::uint8_t* const output = task.output + (top + y) * bytes;
     SetMemoryFast(output, 0, bytes);
     muxRows().everyOther(task.second + 2 * y * bytes, output + middle, columns);
-    muxRows().everyOther(task.first + 2 * y * bytes, output, columns);
+    if (middle != 0)  // both share a single column, and the second is written last
+      muxRows().everyOther(task.first + 2 * y * bytes, output, columns);
   }
   const std::uint32_t bottom = top + rows;
   SetMemoryFast(task.output + bottom * bytes, 0, (task.height - bottom) * bytes);

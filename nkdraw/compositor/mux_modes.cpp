@@ -234,7 +234,7 @@ void drawSplit(const MuxTask& task) {
 void mirrorColumns(const MuxTask& task) {
   const std::uint32_t half = task.width >> 1;
   const std::size_t middle = std::size_t{half} * kPixelBytes;
-  const PixelWalk take = rowsFor(task).backwards;
+  const PixelWalk take = muxForms().kept.backwards;
   for (std::uint32_t y = 0; y < task.height; ++y) {
     const MuxRowBytes row = rowOf(task, y);
     copyBlock(row.output, row.first, half * kPixelBytes);
@@ -263,7 +263,7 @@ void drawQuarterPair(const MuxTask& task) {
   const std::uint32_t top = task.height >> 2, rows = halfRoundedUp(task.height);
   const std::uint32_t bytes = rowBytes(task), middle = (task.width >> 1) * kPixelBytes;
   const std::uint32_t columns = halfRoundedUp(task.width);
-  const PixelWalk take = rowsFor(task).everyOther;
+  const PixelWalk take = muxForms().kept.everyOther;
   SetMemoryFast(task.output, 0, top * bytes);
   for (std::uint32_t y = 0; y < rows; ++y) {
     std::uint8_t* const output = task.output + (top + y) * bytes;

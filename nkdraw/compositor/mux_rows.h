@@ -49,8 +49,9 @@ inline void setPixel(std::uint8_t* row, std::size_t x, const MuxPixel& pixel) {
 template <class Rule>
 void mixRow(Rule rule, const std::uint8_t* first, const std::uint8_t* second, std::uint8_t* output,
             std::size_t width) {
+  const std::uint8_t* const other = kReadsFirstAlone<Rule> ? first : second;
   for (std::size_t x = 0; x < width; ++x)
-    setPixel(output, x, rule(pixelAt(first, x), pixelAt(second, x)));
+    setPixel(output, x, rule(pixelAt(first, x), pixelAt(other, x)));
 }
 
 inline void alternateRow(const Runs& runs, const std::uint8_t* first, const std::uint8_t* second,

@@ -43,7 +43,6 @@ HWY_INLINE void storePixels(Vector pixels, std::uint8_t* at) {
 struct Kept {
   static constexpr bool kAnywhere = true;
   HWY_INLINE static void store(Vector pixels, std::uint8_t* at) { storePixels(pixels, at); }
-  HWY_INLINE static void finish() {}
 };
 
 /// Stores around the caches, which need not read what is overwritten whole; at aligned addresses.
@@ -52,8 +51,6 @@ struct Streamed {
   HWY_INLINE static void store(Vector pixels, std::uint8_t* at) {
     hn::Stream(pixels, Words(), reinterpret_cast<std::uint32_t*>(at));
   }
-  /// Before another thread may be told of the row.
-  HWY_INLINE static void finish() { hwy::FlushStream(); }
 };
 
 /// The lowest byte of every word in all four bytes of it; the others are 0.
@@ -227,7 +224,6 @@ HWY_INLINE void mixPixels(Mix mix, const std::uint8_t* first, const std::uint8_t
     const std::size_t at = x * kMuxPixelBytes;
     mixPart<firstAlone>(mix, first + at, second + at, output + at, width - x);
   }
-  Store::finish();
 }
 
 template <class Store, class Rule>
@@ -284,7 +280,6 @@ void walk(const std::uint8_t* source, std::uint8_t* output, std::size_t count) {
   for (; count - i > lanes; i += lanes)
     Store::store(order.vectorAt(i), output + i * kMuxPixelBytes);
   order.take(i, output + i * kMuxPixelBytes, count - i);
-  Store::finish();
 }
 
 template <class Store>
@@ -318,6 +313,10 @@ const MuxForms& muxFormsFor(std::int64_t targets) {
 const MuxForms& muxForms() {
   static const MuxForms& best = muxFormsFor(runnableTargets());
   return best;
+}
+
+void finishStreamedRows() {
+  hwy::FlushStream();
 }
 
 }  // namespace nkdraw

@@ -125,9 +125,9 @@ void describe(std::FILE* to, const Job& job) {
   std::fprintf(to, "timecode  %s, %s\n", timecodeText(job.timecode, 0).c_str(),
                job.timecode.origin.c_str());
   for (const TextBox& box : job.plan.boxes)
-    std::fprintf(to, "burn in   %s \"%s\": %d,%d to %d,%d, magnified %u\n", box.what.c_str(),
-                 box.text.c_str(), box.at.x, box.at.y, box.right() - 1, box.bottom() - 1,
-                 box.magnification);
+    std::fprintf(to, "burn in   %s \"%s\": %d,%d to %lld,%lld, magnified %u\n", box.what.c_str(),
+                 box.text.c_str(), box.at.x, box.at.y, static_cast<long long>(box.right() - 1),
+                 static_cast<long long>(box.bottom() - 1), box.magnification);
   std::fprintf(to, "written   %s\n",
                job.range.isWhole() ? "all frames" : ("frames " + rangeText(job.range)).c_str());
 }

@@ -341,6 +341,29 @@ TEST(InPlaceStreams, KeepsTheTimesOfFramesAndSound) {
   }
 }
 
+TEST(InPlaceStreams, KeepThePixelsShape) {
+  for (const char* from : {"mov", "mkv", "avi", "nut"}) {
+    for (const char* to : {"mov", "mkv", "nut"}) {
+      const std::string in = at(std::string("in.") + from), out = at(std::string("out.") + to);
+      Arguments arguments = {"-f",   "lavfi", "-i", "testsrc2=size=720x576:rate=25,setsar=16/15",
+                             "-map", "0"};
+      const bool two = std::string(to) != "mkv";  // which takes v210 from the overlay alone
+      if (two)
+        arguments.insert(arguments.end(), {"-map", "0"});
+      arguments.insert(arguments.end(), {"-frames:v", "1", "-c:v", "v210", in});
+      ffmpeg(arguments);
+      const auto before = pixelShapesOf(in);
+      const Outcome outcome = burnin({in, out, "--overwrite"});
+      ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+      const auto after = pixelShapesOf(out);
+      ASSERT_EQ(after.size(), two ? 2U : 1U);
+      EXPECT_EQ(av_cmp_q(before[0], {16, 15}), 0) << from;
+      for (std::size_t i = 0; i < after.size(); ++i)
+        EXPECT_EQ(av_cmp_q(after[i], before[i]), 0) << from << " to " << to << ", " << i;
+    }
+  }
+}
+
 TEST(InPlaceTexts, DrawsAllTenTextsTheClockAndBothRows) {
   const std::string in = at("in.nut"), out = at("out.nut");
   ffmpeg({"-f", "lavfi", "-i", "color=black:size=640x480:rate=25", "-frames:v", "1", "-c:v", "v210",

@@ -125,6 +125,10 @@ void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format)
   if (avcodec_parameters_copy(to.codecpar, from.codecpar) < 0)
     throw std::bad_alloc();
   to.codecpar->codec_tag = tagFor(*from.codecpar, format);
+  // Readers set the one or the other, and the writer of QuickTime looks at the codec's.
+  const AVRational shape = from.sample_aspect_ratio.num != 0 ? from.sample_aspect_ratio
+                                                             : from.codecpar->sample_aspect_ratio;
+  to.sample_aspect_ratio = to.codecpar->sample_aspect_ratio = shape;
 }
 
 StreamCopier::StreamCopier(MediaInput& input, MediaOutput& output,

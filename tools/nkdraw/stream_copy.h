@@ -46,7 +46,8 @@ struct TimeWindow {
 /// AVI has no tags of streams: there the video's timecode becomes the file's.
 void keepTimecodeTag(MediaOutput& output, const AVStream& video);
 
-/// Gives `to` the codec of `from`, with the tag that the output's kind of file has for it.
+/// Gives `to` the codec and the pixels' shape of `from`, with the tag that the output's kind of
+/// file has for the codec.
 void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format);
 
 /// Takes packets from the input to the output.

@@ -6,6 +6,8 @@
 #include "output_file.h"
 #include "raw_stream.h"
 
+#include <algorithm>
+
 namespace nkdraw::tool {
 namespace {
 
@@ -50,7 +52,10 @@ TimeWindow windowOf(MediaInput& input, const Job& job) {
 
 void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options) {
   const Job& job = plan.job;
-  if (job.timecode.known)
+  const bool counts = countsAllFrames(job.timecode, job.frames.rate);
+  if (!counts)
+    plan.timecodeTag = "";
+  else if (job.timecode.known)
     plan.timecodeTag = timecodeText(job.timecode, job.range.first);
   plan.format = &formatFor(options.output);
   if (!job.inPlace)
@@ -58,6 +63,8 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
   else if (!isSameKind(*input.file().iformat, *plan.format))
     checkKeeps(*plan.format, *job.layout);
   plan.fates = streamFates(input, *plan.format);
+  if (!counts)
+    std::ranges::replace(plan.fates, StreamFate::kTimecode, StreamFate::kLeaveOut);
 }
 
 AVPixelFormat decodedFormat(MediaInput& input) {
@@ -122,8 +129,11 @@ void describe(std::FILE* to, const Job& job) {
                job.frames.interlaced ? "interlaced" : "progressive");
   std::fprintf(to, "layout    %s: %s\n", std::string(job.layout->name).c_str(),
                std::string(job.layout->description).c_str());
-  std::fprintf(to, "timecode  %s, %s\n", timecodeText(job.timecode, 0).c_str(),
-               job.timecode.origin.c_str());
+  std::fprintf(to, "timecode  %s, %s%s\n", timecodeText(job.timecode, 0).c_str(),
+               job.timecode.origin.c_str(),
+               countsAllFrames(job.timecode, job.frames.rate)
+                   ? ""
+                   : "; not written to the file, which would count otherwise at this rate");
   for (const TextBox& box : job.plan.boxes)
     std::fprintf(to, "burn in   %s \"%s\": %d,%d to %lld,%lld, magnified %u\n", box.what.c_str(),
                  box.text.c_str(), box.at.x, box.at.y, static_cast<long long>(box.right() - 1),

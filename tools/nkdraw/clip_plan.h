@@ -24,7 +24,7 @@ struct ClipPlan {
   std::optional<CodecChoice> codec;        // when frames are encoded
   std::vector<StreamFate> fates;
   TimeWindow window;
-  std::optional<std::string> timecodeTag;  // the first written frame's
+  std::optional<std::string> timecodeTag;  // the first written frame's; empty to drop the input's
 };
 
 /// Throws Failure for what can't be done.

@@ -162,9 +162,10 @@ void StreamCopier::copyTags(const std::optional<std::string>& timecode) {
   for (unsigned i = 0; i < input_.file().nb_streams; ++i)
     copyTag(input_.file().streams[i]->metadata, video().metadata, "reel_name");
   if (timecode) {
-    av_dict_set(&video().metadata, kTimecodeKey, timecode->c_str(), 0);
+    const char* const text = timecode->empty() ? nullptr : timecode->c_str();  // null deletes
+    av_dict_set(&video().metadata, kTimecodeKey, text, 0);
     if (av_dict_get(fileTags, kTimecodeKey, nullptr, 0) != nullptr)
-      av_dict_set(&fileTags, kTimecodeKey, timecode->c_str(), 0);
+      av_dict_set(&fileTags, kTimecodeKey, text, 0);
   }
   keepTimecodeTag(output_, video());
 }

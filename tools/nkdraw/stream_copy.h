@@ -54,7 +54,8 @@ void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format)
 class StreamCopier {
  public:
   /// Adds all streams that have a place in the output, in the input's order, copies tags and, for
-  /// the whole clip, chapters. `timecode`, if given, becomes the video's timecode.
+  /// the whole clip, chapters. `timecode`, if given, becomes the video's timecode; an empty one
+  /// takes the input's away.
   StreamCopier(MediaInput& input, MediaOutput& output, const std::vector<StreamFate>& fates,
                const TimeWindow& window, const std::optional<std::string>& timecode);
 

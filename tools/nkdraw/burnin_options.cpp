@@ -276,7 +276,7 @@ void BurninArguments::readRange(BurninOptions& options) const {
   const auto last = take(left, '-') ? takeNumber<std::int64_t>(left) : std::nullopt;
   if (!first || !last || !left.empty() || *first < 0 || *last < *first)
     badValue("--frames", frames_, "write FROM-TO, counted from 0, for example 100-199");
-  options.range = {*first, *last};
+  options.range = {std::min(*first, kMostFrames), std::min(*last, kMostFrames)};
 }
 
 void BurninArguments::readPattern(BurninOptions& options) const {

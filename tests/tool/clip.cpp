@@ -138,6 +138,14 @@ std::vector<AVRational> pixelShapesOf(const std::string& path) {
   return shapes;
 }
 
+int coversIn(const std::string& path) {
+  int covers = 0;
+  const InputContext file = open(path);
+  for (unsigned i = 0; i < file->nb_streams; ++i)
+    covers += (file->streams[i]->disposition & AV_DISPOSITION_ATTACHED_PIC) != 0 ? 1 : 0;
+  return covers;
+}
+
 std::string readText(const Clip& grey, std::size_t frame, int x, int y, int magnification,
                      std::size_t length) {
   constexpr int kRows = static_cast<int>(nkdraw::kGlyphHeight);

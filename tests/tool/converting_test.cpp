@@ -212,6 +212,23 @@ TEST(ConvertingStreams, CopiesSoundAndKeepsItInStep) {
   }
 }
 
+TEST(ConvertingStreams, KeepsACoverPictureWhereADryRunSaysSo) {
+  ffmpeg({"-f", "lavfi", "-i", "color=red:size=64x64", "-frames:v", "1", at("cover.png")});
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-i", at("cover.png"), "-map", "0",
+          "-map", "1", "-frames:v", "5", "-c:v:0", "mpeg4", "-c:v:1", "copy", "-disposition:v:1",
+          "attached_pic", at("in.mp4")});
+  ASSERT_EQ(coversIn(at("in.mp4")), 1);
+  const std::pair<const char*, int> kKept[] = {{"out.mp4", 1}, {"out.mov", 0}, {"out.mkv", 0}};
+  for (const auto& [out, covers] : kKept) {
+    const Arguments arguments = {at("in.mp4"), at(out), "--codec", "mpeg4", "--frames", "1-3"};
+    Arguments dry = arguments;
+    dry.emplace_back("--dry-run");
+    EXPECT_EQ(burnin(dry).out.find("png: copied") != std::string::npos, covers == 1) << out;
+    ASSERT_EQ(burnin(arguments).exitCode, 0);
+    EXPECT_EQ(coversIn(at(out)), covers) << out;
+  }
+}
+
 TEST(ConvertingCodecs, EncodesWithWhatIsAskedFor) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "3", "-c:v", "v210",
           at("in.mov")});

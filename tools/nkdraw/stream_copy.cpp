@@ -19,6 +19,12 @@ bool mayHold(const AVOutputFormat& format, AVCodecID codec) {
   return avformat_query_codec(&format, codec, FF_COMPLIANCE_NORMAL) != 0;
 }
 
+/// MP4 and its kin; FFmpeg's writer of QuickTime takes cover pictures and drops them.
+bool keepsCovers(const AVOutputFormat& format) {
+  const std::string_view name = format.name;
+  return name == "mp4" || name == "ipod";
+}
+
 StreamFate dataFate(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
   const AVCodecParameters& codec = *stream.codecpar;
   if (codec.codec_tag == kTimecodeTag)
@@ -36,7 +42,7 @@ StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputForma
     case AVMEDIA_TYPE_SUBTITLE:
     case AVMEDIA_TYPE_VIDEO:
       if ((stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0)
-        return containerOf(format.name) == kMOV ? StreamFate::kCopy : StreamFate::kLeaveOut;
+        return keepsCovers(format) ? StreamFate::kCopy : StreamFate::kLeaveOut;
       if (mayHold(format, codec.codec_id))
         return StreamFate::kCopy;
       throw Failure(ExitCode::kUsage, "the output's kind of file does not hold a stream",

@@ -261,6 +261,48 @@ TEST(CutFiles, QuickTimeWithTheIndexInFront) {
   expectFailure({in, at("out.mov")}, kInput, "may be incomplete");
 }
 
+namespace {
+
+/// A compressed clip with sound, its index in front where it has one.
+std::string compressedClip(const std::string& name) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25:duration=1", "-f", "lavfi", "-i",
+          "sine=duration=1", "-c:v", "libx264", "-pix_fmt", "yuv420p", "-c:a", "aac", "-movflags",
+          "+faststart", at(name)});
+  return at(name);
+}
+
+}  // namespace
+
+TEST(CutFiles, QuickTimeThatLostTheEndOfItsSound) {
+  const std::string in = at("front.mov");
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25:duration=2", "-f", "lavfi", "-i",
+          "sine=duration=2", "-c:v", "v210", "-c:a", "pcm_s16le", "-movflags", "+faststart", in});
+  fs::resize_file(in, fs::file_size(in) - 1000);
+  expectFailure({in, at("out.mov")}, kInput, "may be incomplete");
+}
+
+TEST(CutFiles, MP4WithTheIndexInFront) {
+  for (const double share : {0.6, 0.99}) {
+    const std::string in = compressedClip("front.mp4");
+    cut(in, share);
+    expectFailure({in, at("out.mov")}, kInput, "may be incomplete");
+  }
+}
+
+TEST(CutFiles, OfWhichOnlyTheHeadIsLeft) {
+  for (const char* name : {"head.mp4", "head.mkv", "head.ts"}) {
+    const std::string in = compressedClip(name);
+    fs::resize_file(in, 6000);
+    expectFailure({in, at("out.mov")}, kInput, "may be incomplete");
+  }
+}
+
+TEST(CutFiles, ARangeBeforeTheCutIsWritten) {
+  const std::string in = compressedClip("front.mp4");
+  cut(in, 0.99);
+  EXPECT_EQ(burnin({in, at("out.mov"), "--frames", "0-3"}).exitCode, 0);
+}
+
 TEST(CutFiles, UncompressedInAVI) {
   const std::string in = at("cut.avi");
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "5", "-c:v",

@@ -10,8 +10,12 @@
 namespace nkdraw::tool {
 namespace {
 
+/// What the readers of Matroska and of QuickTime say.
+constexpr const char* kCutMessages[] = {"ended prematurely", "partial file"};
+
 std::mutex lastErrorLock;  // FFmpeg's threads report too
 std::string lastError;
+bool sawCut = false;
 bool shown = false;
 
 void keepErrors(void* reporter, int level, const char* format, va_list arguments) {
@@ -35,6 +39,8 @@ void keepErrors(void* reporter, int level, const char* format, va_list arguments
     return;
   const std::lock_guard hold(lastErrorLock);
   lastError = line;
+  for (const char* const words : kCutMessages)
+    sawCut = sawCut || line.find(words) != std::string::npos;
 }
 
 }  // namespace
@@ -48,6 +54,11 @@ void showLibavMessages(bool show) {
 std::string lastLibavError() {
   const std::lock_guard hold(lastErrorLock);
   return lastError;
+}
+
+bool libavSawCut() {
+  const std::lock_guard hold(lastErrorLock);
+  return sawCut;
 }
 
 std::string explained(int error) {

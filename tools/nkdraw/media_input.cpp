@@ -18,8 +18,6 @@
 namespace nkdraw::tool {
 namespace {
 
-constexpr char kCutMessage[] = "ended prematurely";
-
 int stopWhenInterrupted(void* /*context*/) {
   return pendingInterrupt() != 0 ? 1 : 0;
 }
@@ -51,6 +49,12 @@ void checkIsFile(const std::string& path) {
                   std::string(std::strerror(errno)) + "; check the name");
   if (S_ISDIR(facts.st_mode))
     throw Failure(ExitCode::kInput, "the input is a folder", path, "name a media file");
+}
+
+/// A packet that a file's end cut short. In transport streams the flag also means lost packets, as
+/// recordings have them.
+bool isCut(const AVPacket& packet, const AVInputFormat& format) {
+  return (packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && std::string_view(format.name) != "mpegts";
 }
 
 }  // namespace
@@ -118,12 +122,9 @@ bool MediaInput::read(AVPacket& packet) {
   throwIfInterrupted();
   const int error = av_read_frame(file_.get(), &packet);
   throwIfInterrupted();
-  // The reader of Matroska says only in its messages that a file was cut.
-  const bool wasCut =
-      error == AVERROR_EOF && lastLibavError().find(kCutMessage) != std::string::npos;
-  if (wasCut || (error < 0 && error != AVERROR_EOF))
+  if (error == AVERROR_EOF ? libavSawCut() : error < 0 || isCut(packet, *file_->iformat))
     throw Failure(ExitCode::kInput, "the file breaks off", path_,
-                  explained(error) + "; the input may be incomplete");
+                  explained(error < 0 ? error : AVERROR_EOF) + "; the input may be incomplete");
   return error >= 0;
 }
 

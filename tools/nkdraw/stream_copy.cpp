@@ -39,6 +39,11 @@ StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputForma
   const AVCodecParameters& codec = *stream.codecpar;
   switch (codec.codec_type) {
     case AVMEDIA_TYPE_AUDIO:
+      if (codec.sample_rate <= 0)
+        throw Failure(ExitCode::kInput, "no sound was found in a stream", input.path(),
+                      "stream " + std::to_string(stream.index) + " (" + describe(stream) +
+                          "); the input may be incomplete");
+      [[fallthrough]];
     case AVMEDIA_TYPE_SUBTITLE:
     case AVMEDIA_TYPE_VIDEO:
       if ((stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0)

@@ -171,6 +171,11 @@ TEST(BadFiles, InputWithoutVideo) {
   ffmpeg({"-f", "lavfi", "-i", "sine=duration=0.2", at("sound.wav")});
   expectFailure({at("sound.wav"), at("out.mov")}, kInput, "no video");
 }
+TEST(BadFiles, InputWhoseOnlyPictureIsACover) {
+  ffmpeg({"-f", "lavfi", "-i", "sine=duration=0.2", "-f", "lavfi", "-i", "color=red:size=320x180",
+          "-frames:v", "1", "-c:v", "png", "-disposition:v", "attached_pic", at("sound.m4a")});
+  expectFailure({at("sound.m4a"), at("out.mov")}, kInput, "no video");
+}
 TEST(BadFiles, InputWithoutFrames) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "0", "-c:v", "v210",
           at("none.avi")});

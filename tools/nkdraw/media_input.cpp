@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstring>
 #include <iterator>
+#include <span>
 #include <string_view>
 
 #include <sys/stat.h>
@@ -51,6 +52,21 @@ void checkIsFile(const std::string& path) {
     throw Failure(ExitCode::kInput, "the input is a folder", path, "name a media file");
 }
 
+/// To FFmpeg a cover picture is a video stream, too.
+bool isVideo(const AVStream& stream) {
+  return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO &&
+         (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) == 0;
+}
+
+int findVideo(AVFormatContext& file) {
+  const int best = av_find_best_stream(&file, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+  if (best < 0 || isVideo(*file.streams[best]))
+    return best;
+  const std::span streams(file.streams, file.nb_streams);
+  const auto found = std::ranges::find_if(streams, [](AVStream* each) { return isVideo(*each); });
+  return found != streams.end() ? (*found)->index : -1;
+}
+
 /// A packet that a file's end cut short. In transport streams the flag also means lost packets, as
 /// recordings have them.
 bool isCut(const AVPacket& packet, const AVInputFormat& format) {
@@ -78,7 +94,7 @@ MediaInput::MediaInput(const std::string& path) : path_(path) {
     throw Failure(ExitCode::kInput, "the file's streams can't be read", path,
                   explained(error) + "; check it with ffprobe");
   }
-  videoIndex_ = av_find_best_stream(file_.get(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+  videoIndex_ = findVideo(*file_);
   if (videoIndex_ < 0)
     throw Failure(ExitCode::kInput, "no video in the file", path, "give a file with video");
   const AVCodecParameters& codec = *video().codecpar;

@@ -11,6 +11,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -77,6 +78,13 @@ TEST(Outputs, GetTheRightsThatNewFilesHave) {
 
 class Interrupt : public testing::TestWithParam<int> {};
 
+/// A clip for a pipe.
+std::string clipBytes() {
+  makeClip(at("in.nut"));
+  std::ifstream file(at("in.nut"), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 TEST_P(Interrupt, LeavesNothingBehind) {
   const Outcome outcome = burninUntil(
       {"--layout", "v210", "--pattern-frames", "100000", at("out.mov")}, ".nkdraw-", GetParam());
@@ -94,6 +102,26 @@ TEST_P(Interrupt, LeavesTheOldFileAsItWas) {
   EXPECT_EQ(outcome.exitCode, 128 + GetParam());
   EXPECT_EQ(fs::file_size(at("out.mkv")), 8U);
   EXPECT_EQ(filesAtWork().size(), 2U);
+}
+
+TEST_P(Interrupt, EndsAWaitForTheInput) {
+  const std::string clip = clipBytes();
+  const auto [outcome, stopped] = burninFed(
+      {"", at("pipe.nut"), clip.substr(0, clip.size() / 2), "", GetParam()}, at("out.nut"));
+  EXPECT_TRUE(stopped);
+  EXPECT_EQ(outcome.exitCode, 128 + GetParam());
+  EXPECT_TRUE(outcome.err.starts_with("nkdraw: interrupted")) << outcome.err;
+}
+
+TEST_P(Interrupt, ThatTheProcessIgnoresIsIgnored) {
+  const std::string clip = clipBytes();
+  const std::string shell = "trap '' " + std::to_string(GetParam()) + "; ";
+  const auto [outcome, stopped] = burninFed({shell, at("pipe.nut"), clip.substr(0, clip.size() / 2),
+                                             clip.substr(clip.size() / 2), GetParam()},
+                                            at("out.nut"));
+  EXPECT_FALSE(stopped);
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(decode(at("out.nut")).frames.size(), 5U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, Interrupt, testing::Values(SIGINT, SIGTERM, SIGHUP));

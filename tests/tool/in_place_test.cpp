@@ -396,6 +396,14 @@ TEST(InPlaceTexts, NamesTheSourceFormat) {
   EXPECT_EQ(readText(grey, 0, 64, 36, 3, line.size()), line);
 }
 
+TEST(InPlaceTexts, TakesNumbersForDecimalOnes) {
+  const std::string in = at("in.nut"), out = at("out.nut");
+  ffmpeg({"-f", "lavfi", "-i", "color=black:size=1280x720:rate=25", "-frames:v", "1", "-c:v",
+          "v210", in});
+  const Outcome dry = burnin({in, out, "--size", "010", "--dry-run"});
+  EXPECT_NE(dry.out.find("magnified 10"), std::string::npos) << dry.out << dry.err;
+}
+
 TEST(InPlaceInterlaced, StartsEveryTextOnAnEvenLine) {
   const std::string in = at("in.mov"), out = at("out.mov");
   ffmpeg({"-f", "lavfi", "-i", "color=black:size=720x576:rate=25", "-frames:v", "1", "-vf",

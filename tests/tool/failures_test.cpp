@@ -195,6 +195,17 @@ TEST(BadFiles, RangeBehindTheEnd) {
   expectFailure({clip(), at("out.mov"), "--frames", "5-9"}, kInput, "ends before");
   expectFailure({clip(), at("out.png"), "--still", "5"}, kInput, "ends before");
 }
+TEST(BadFiles, RangeInAGapOfTheVideo) {
+  // Frames 0, 1, 4, 5.
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-vf",
+          "select='not(between(n,2,3))'", "-vsync", "passthrough", "-frames:v", "4", "-c:v", "v210",
+          at("gap.mkv")});
+  expectFailure({at("gap.mkv"), at("out.png"), "--still", "2"}, kInput,
+                "no frame has the number 2:");
+  expectFailure({at("gap.mkv"), at("out.mkv"), "--frames", "2-3", "--codec", "ffv1"}, kInput,
+                "no frame has the number 2 to 3:");
+  expectFailure({at("gap.mkv"), at("out.mkv"), "--frames", "6-9"}, kInput, "ends before");
+}
 TEST(BadFiles, OutputIsTheInput) {
   const std::string before = read(clip());
   expectFailure({clip(), clip(), "--overwrite"}, kUsage, "the output is the input");

@@ -133,8 +133,8 @@ TEST(DryRun, SaysWhatWouldBeDoneAndWritesNothing) {
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_EQ(outcome.err, "");
   for (const char* words :
-       {"in place", "uyvy", "320x180", "25 frames/s", "progressive", "10:00:00:00, the video's tag",
-        "LTC row \"10:00:00:00\": 16,150 to 103,160, magnified 1",
+       {"in place", "rawvideo, 5 frames", "uyvy", "320x180", "25 frames/s", "progressive",
+        "10:00:00:00, the video's tag", "LTC row \"10:00:00:00\": 16,150 to 103,160, magnified 1",
         "text 1 \"Reel 7\": 20,20 to 163,50, magnified 3", "frames 1 to 3", "unchanged",
         "out.mov: mov"})
     EXPECT_NE(outcome.out.find(words), std::string::npos) << words << "\n" << outcome.out;

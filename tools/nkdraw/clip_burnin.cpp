@@ -24,12 +24,17 @@ std::int64_t expectedFrames(MediaInput& input, const FrameRange& range) {
   return std::max<std::int64_t>(last - range.first + 1, 0);
 }
 
-void checkWritten(std::int64_t written, MediaInput& input, const FrameRange& range) {
+/// `pastRange`: whether the video goes on behind the range.
+void checkWritten(std::int64_t written, bool pastRange, MediaInput& input,
+                  const FrameRange& range) {
   if (written > 0)
     return;
   if (range.isWhole())
     throw Failure(ExitCode::kInput, "no frames in the video", input.path(),
                   "check it with ffprobe");
+  if (pastRange)
+    throw Failure(ExitCode::kInput, "no frame has the number " + rangeText(range), input.path(),
+                  "frames are numbered by their time, and the video has a gap there");
   throw Failure(ExitCode::kInput, "the video ends before the frames asked for", input.path(),
                 "frames count from 0; see nkdraw burnin --dry-run");
 }
@@ -66,17 +71,14 @@ class ClipWriter {
         progress_(expectedFrames(input, plan.job.range)) {}
 
   void write() {
-    if (plan_.job.inPlace)
-      writeInPlace();
-    else
-      writeConverted();
-    checkWritten(written_, input_, plan_.job.range);
+    const bool pastRange = plan_.job.inPlace ? writeInPlace() : writeConverted();
+    checkWritten(written_, pastRange, input_, plan_.job.range);
     output_.finish();
     file_.commit();
   }
 
  private:
-  void writeInPlace() {
+  bool writeInPlace() {
     NativeRoad road(input_, plan_.job);
     AVStream& video = copier_.video();
     if (isSameKind(*input_.file().iformat, *plan_.format)) {
@@ -87,7 +89,7 @@ class ClipWriter {
       describeRaw(video, *plan_.job.layout, plan_.job.frames, *plan_.format);
     }
     output_.begin();
-    road.run(
+    return road.run(
         [this](AVPacket& packet) {
           copier_.writeVideo(packet);
           noteFrame();
@@ -96,7 +98,7 @@ class ClipWriter {
         [this] { return copier_.audioIsThrough(); });
   }
 
-  void writeConverted() {
+  bool writeConverted() {
     const Frame example = exampleOf(input_, plan_.drawn);
     VideoEncoder encoder(*plan_.codec, *example, plan_.job.frames, *plan_.format);
     encoder.describeTo(copier_.video());
@@ -104,7 +106,7 @@ class ClipWriter {
     const auto take = [&](AVPacket& packet) { copier_.writeEncoded(packet, encoder.timeBase()); };
     ConvertingRoad road(input_, plan_.job, plan_.drawn);
     std::int64_t next = 0;
-    road.run(
+    const bool pastRange = road.run(
         [&](AVFrame& picture, std::int64_t index) {
           // Two frames at one time are written one after the other.
           const std::int64_t place = std::max(index - plan_.job.range.first, next);
@@ -115,6 +117,7 @@ class ClipWriter {
         [this](AVPacket& packet) { copier_.write(packet); },
         [this] { return copier_.audioIsThrough(); });
     encoder.encode(nullptr, 0, take);
+    return pastRange;
   }
 
   void noteFrame() {
@@ -139,17 +142,18 @@ void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions
       writeStill(picture, file.temporary(), options.output);
   };
   const auto done = [] { return true; };
+  bool pastRange = false;
   if (plan.job.inPlace) {
     AVStream& video = input.video();
     VideoDecoder decoder(*video.codecpar, video.time_base, input.path());
-    NativeRoad(input, plan.job)
-        .run([&](AVPacket& packet) { decoder.decode(&packet, take); }, noOther, done);
+    pastRange = NativeRoad(input, plan.job)
+                    .run([&](AVPacket& packet) { decoder.decode(&packet, take); }, noOther, done);
     decoder.decode(nullptr, take);
   } else {
-    ConvertingRoad(input, plan.job, plan.drawn)
-        .run([&](AVFrame& picture, std::int64_t) { take(picture); }, noOther, done);
+    pastRange = ConvertingRoad(input, plan.job, plan.drawn)
+                    .run([&](AVFrame& picture, std::int64_t) { take(picture); }, noOther, done);
   }
-  checkWritten(written, input, plan.job.range);
+  checkWritten(written, pastRange, input, plan.job.range);
   file.commit();
 }
 

@@ -96,14 +96,6 @@ const char* fateText(StreamFate fate) {
   }
 }
 
-std::string rangeText(FrameRange range) {
-  if (range.isWhole())
-    return "all";
-  return std::to_string(range.first) + (range.isBounded() && range.last != range.first
-                                            ? " to " + std::to_string(range.last)
-                                            : "");
-}
-
 }  // namespace
 
 ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
@@ -123,6 +115,14 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   if (!options.still)
     planOutput(plan, input, options);
   return plan;
+}
+
+std::string rangeText(FrameRange range) {
+  if (range.isWhole())
+    return "all";
+  return std::to_string(range.first) + (range.isBounded() && range.last != range.first
+                                            ? " to " + std::to_string(range.last)
+                                            : "");
 }
 
 void describe(std::FILE* to, const Job& job) {
@@ -146,8 +146,10 @@ void describe(std::FILE* to, const Job& job) {
 
 void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
               const BurninOptions& options) {
-  std::fprintf(to, "input     %s: %s, %s\n", input.path().c_str(), input.file().iformat->name,
-               avcodec_get_name(input.video().codecpar->codec_id));
+  const std::int64_t frames = input.video().nb_frames;  // 0 where the file doesn't say
+  std::fprintf(to, "input     %s: %s, %s%s\n", input.path().c_str(), input.file().iformat->name,
+               avcodec_get_name(input.video().codecpar->codec_id),
+               frames > 0 ? (", " + std::to_string(frames) + " frames").c_str() : "");
   std::fprintf(to, "road      %s\n",
                plan.job.inPlace ? "in place: the file's own frames are drawn on"
                                 : "converting: frames are decoded and converted");

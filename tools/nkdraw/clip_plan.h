@@ -30,6 +30,9 @@ struct ClipPlan {
 /// Throws Failure for what can't be done.
 [[nodiscard]] ClipPlan planClip(MediaInput& input, const BurninOptions& options);
 
+/// "all", "5" or "5 to 9"
+[[nodiscard]] std::string rangeText(FrameRange range);
+
 /// Tells a person, a line for each fact.
 void describe(std::FILE* to, const Job& job);
 void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan, const BurninOptions& options);

@@ -21,8 +21,9 @@ class NativeRoad {
   using TakePacket = std::function<void(AVPacket& packet)>;
   /// Reads to the end of the job's range. `takeVideo` gets every burnt packet of the range,
   /// `takeOther` the packets of the other streams; past the range reading goes on until `done`.
-  /// Throws Failure for a frame that is cut short.
-  void run(const TakePacket& takeVideo, const TakePacket& takeOther,
+  /// Returns whether the video had a frame past the range. Throws Failure for a frame that is cut
+  /// short.
+  bool run(const TakePacket& takeVideo, const TakePacket& takeOther,
            const std::function<bool()>& done);
 
  private:

@@ -258,6 +258,25 @@ TEST(ConvertingCodecs, EncodesInThePixelFormatThatIsAskedFor) {
   EXPECT_NE(refused.err.find("pixel format: rgb24"), std::string::npos) << refused.err;
 }
 
+TEST(ConvertingCodecs, WritesRawFramesInTheFormatsThatTheFileKeeps) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "2", "-c:v", "v210",
+          at("in.mov")});
+  struct {
+    const char *format, *output;
+    int exitCode;
+  } const kAsked[] = {{"uyvy422", "out.mov", 0}, {"yuyv422", "out.avi", 0},
+                      {"yvyu422", "out.mov", 1}, {"yuv420p", "out.nut", 0},
+                      {"yuv420p", "out.mov", 1}, {"nosuch", "out.nut", 1}};
+  for (const auto& each : kAsked) {
+    const Outcome outcome = burnin({at("in.mov"), at(each.output), "--overwrite", "--codec",
+                                    std::string("rawvideo:pix_fmt=") + each.format});
+    ASSERT_EQ(outcome.exitCode, each.exitCode) << each.format << " " << outcome.err;
+    if (each.exitCode == 0) {
+      EXPECT_EQ(decode(at(each.output)).format, av_get_pix_fmt(each.format));
+    }
+  }
+}
+
 TEST(ConvertingCodecs, V210MadeAgainIsTheSame) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=322x180:rate=25", "-frames:v", "3", "-c:v", "v210",
           at("in.mov")});

@@ -232,6 +232,12 @@ TEST(BadFiles, OutputIsADevice) {
   fs::create_symlink("/dev/null", at("null.mov"));
   expectFailure({clip(), at("null.mov"), "--overwrite"}, kOutput, "no ordinary file");
 }
+TEST(BadFiles, OutputIsALinkThatLeadsNowhere) {
+  fs::create_symlink("round.mov", at("round.mov"));
+  expectFailure({clip(), at("round.mov"), "--overwrite"}, kOutput, "cannot write the output");
+  fs::create_symlink("none/out.mov", at("link.mov"));
+  expectFailure({clip(), at("link.mov"), "--overwrite", "--dry-run"}, kOutput, "No such file");
+}
 TEST(BadFiles, OutputFolderIsMissing) {
   expectFailure({clip(), at("none/out.mov")}, kOutput, "No such file");
 }

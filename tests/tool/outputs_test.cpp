@@ -76,6 +76,36 @@ TEST(Outputs, GetTheRightsThatNewFilesHave) {
   EXPECT_EQ(fs::status(at("out.mov")).permissions(), fs::status(at("plain")).permissions());
 }
 
+TEST(Outputs, KeepTheRightsOfTheFileThatTheyReplace) {
+  makeClip(at("in.mov"));
+  for (const char* out : {"out.mov", "out.png"}) {
+    for (const auto rights : {fs::perms::owner_read | fs::perms::owner_write,
+                              fs::perms::owner_read | fs::perms::group_read, fs::perms::all}) {
+      std::ofstream(at(out)) << "old";
+      fs::permissions(at(out), rights);
+      Arguments arguments = {at("in.mov"), at(out), "--overwrite"};
+      if (at(out).ends_with(".png"))
+        arguments.insert(arguments.end(), {"--still", "0"});
+      ASSERT_EQ(burnin(arguments).exitCode, 0);
+      EXPECT_EQ(fs::status(at(out)).permissions(), rights) << out;
+      fs::remove(at(out));
+    }
+  }
+}
+
+TEST(Outputs, MayBeALinkToAFileThatDoesNotExist) {
+  makeClip(at("in.mov"));
+  fs::create_directory(at("there"));
+  fs::create_symlink("there/new.mov", at("out.mov"));
+  const Outcome refused = burnin({at("in.mov"), at("out.mov"), "--dry-run"});
+  EXPECT_EQ(refused.exitCode, 3);
+  EXPECT_NE(refused.err.find("the output exists"), std::string::npos) << refused.err;
+  const Outcome outcome = burnin({at("in.mov"), at("out.mov"), "--overwrite"});
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_TRUE(fs::is_symlink(at("out.mov")));
+  EXPECT_EQ(decode(at("there/new.mov")).frames.size(), 5U);
+}
+
 class Interrupt : public testing::TestWithParam<int> {};
 
 /// A clip for a pipe.

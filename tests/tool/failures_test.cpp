@@ -272,7 +272,11 @@ TEST(BadFiles, FileThatDoesNotKeepTheLayout) {
 TEST(BadFiles, FileThatDoesNotHoldTheSound) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",
           "-frames:v", "5", "-shortest", "-c:v", "v210", "-c:a", "libopus", at("opus.mkv")});
-  expectFailure({at("opus.mkv"), at("out.avi")}, kUsage, "opus");
+  expectFailure({at("opus.mkv"), at("out.avi")}, kUsage, "opus); write ");
+}
+TEST(BadFiles, FileThatDoesNotHoldUncompressedSound) {
+  expectFailure({clip(), at("out.mp4"), "--codec", "libx264"}, kUsage,
+                "pcm_s16le); write .mov, .avi, .mkv or .nut\n");
 }
 TEST(BadFiles, HeadThatTheWriterRefuses) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",

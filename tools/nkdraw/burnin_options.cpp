@@ -25,7 +25,7 @@ constexpr char kMore[] =
     "      The file's own timecode, at the lower left.\n"
     "  nkdraw burnin --clock --text 96,54,\"Reel 7\" reel.mov burnt.mov\n"
     "      Timecode, wall clock and a text whose upper left corner is at 96,54.\n"
-    "  nkdraw burnin --start-timecode '10:00:00;00' --codec libx264:crf=18 in.mov out.mp4\n"
+    "  nkdraw burnin --start-timecode '10:00:00;00' --codec libx264:crf=18 in.mov out.mov\n"
     "      A viewing copy that starts at ten o'clock, drop-frame.\n"
     "  nkdraw burnin --still 100 reel.mov frame100.png\n"
     "  nkdraw burnin --layout v210 --pattern-size 1280x720 bars.mov\n"

@@ -35,6 +35,17 @@ StreamFate dataFate(const AVStream& stream, MediaInput& input, const AVOutputFor
              : StreamFate::kLeaveOut;
 }
 
+/// Advice: the kinds of files that hold the codec.
+std::string keepingKinds(AVCodecID codec) {
+  unsigned kinds = 0;
+  for (const char* const name : {"mov", "avi", "matroska", "nut"}) {
+    const AVOutputFormat* const format = av_guess_format(name, nullptr, nullptr);
+    if (format != nullptr && mayHold(*format, codec))
+      kinds |= containerOf(name);
+  }
+  return kinds != 0 ? "write " + containerNames(kinds) : "take the stream out of the input first";
+}
+
 StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
   const AVCodecParameters& codec = *stream.codecpar;
   switch (codec.codec_type) {
@@ -52,7 +63,7 @@ StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputForma
         return StreamFate::kCopy;
       throw Failure(ExitCode::kUsage, "the output's kind of file does not hold a stream",
                     "stream " + std::to_string(stream.index) + " (" + describe(stream) + ")",
-                    "choose the input's kind, or .mov, .mkv or .nut");
+                    keepingKinds(codec.codec_id));
     case AVMEDIA_TYPE_ATTACHMENT:
       return isSameKind(*input.file().iformat, format) ? StreamFate::kCopy : StreamFate::kLeaveOut;
     default:

@@ -138,6 +138,11 @@ std::vector<AVRational> pixelShapesOf(const std::string& path) {
   return shapes;
 }
 
+AVFieldOrder fieldOrderOf(const std::string& path) {
+  const InputContext file = open(path);
+  return file->streams[videoOf(*file)]->codecpar->field_order;
+}
+
 int coversIn(const std::string& path) {
   int covers = 0;
   const InputContext file = open(path);

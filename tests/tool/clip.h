@@ -39,6 +39,9 @@ std::string codecOf(const std::string& path);
 /// The shape of the pixels of each video stream, as the file tells it.
 std::vector<AVRational> pixelShapesOf(const std::string& path);
 
+/// How the video's fields lie, as the file tells it.
+AVFieldOrder fieldOrderOf(const std::string& path);
+
 /// How many cover pictures the file has.
 int coversIn(const std::string& path);
 

@@ -296,6 +296,16 @@ TEST(ConvertingSizes, TakesOddOnes) {
   EXPECT_EQ(readText(grey, 1, 17, 41, 2, 11), "00:00:00:01");
 }
 
+TEST(ConvertingProgressive, StaysProgressive) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "2", "-c:v",
+          "prores_ks", at("in.mov")});
+  ASSERT_EQ(fieldOrderOf(at("in.mov")), AV_FIELD_PROGRESSIVE);
+  for (const char* out : {"out.mov", "out.mkv"}) {
+    ASSERT_EQ(burnin({at("in.mov"), at(out)}).exitCode, 0);
+    EXPECT_EQ(fieldOrderOf(at(out)), AV_FIELD_PROGRESSIVE) << out;
+  }
+}
+
 TEST(ConvertingInterlaced, KeepsTheFieldsOfChromaApart) {
   // One field red, the other blue: chroma that mixed the fields would turn purple.
   ffmpeg({"-f",

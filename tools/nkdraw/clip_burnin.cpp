@@ -102,6 +102,8 @@ class ClipWriter {
     const Frame example = exampleOf(input_, plan_.drawn);
     VideoEncoder encoder(*plan_.codec, *example, plan_.job.frames, *plan_.format);
     encoder.describeTo(copier_.video());
+    if (!plan_.job.frames.interlaced)  // progressive, or the file doesn't say
+      copier_.video().codecpar->field_order = input_.video().codecpar->field_order;
     output_.begin();
     const auto take = [&](AVPacket& packet) { copier_.writeEncoded(packet, encoder.timeBase()); };
     ConvertingRoad road(input_, plan_.job, plan_.drawn);

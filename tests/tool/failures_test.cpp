@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kUsage = 1, kInput = 2, kOutput = 3;
+constexpr int kUsage = 1, kInput = 2, kOutput = 3, kProcessing = 4;
 
 std::string clip() {
   const std::string path = at("in.mov");
@@ -97,6 +97,8 @@ const BadValue kBadValues[] = {
     {"CodecUnknown", {"--codec", "nosuch"}, "no such video encoder"},
     {"CodecOfSound", {"--codec", "aac"}, "no such video encoder"},
     {"CodecOptionUnknown", {"--codec", "mpeg4:nosuch=1"}, "nosuch"},
+    {"CodecOptionNoNumber", {"--codec", "libx264:crf=abc"}, "'abc'"},
+    {"CodecOptionTooLarge", {"--codec", "prores_ks:profile=99"}, "out of range"},
     {"CodecNotInThisFile", {"--codec", "theora"}, "theora"},
     {"LayoutWithInput", {"--layout", "v210"}, "test pattern"},
     {"UnknownOption", {"--colour", "red"}, "--colour"},
@@ -255,6 +257,9 @@ TEST(BadFiles, OutputThatFindsNoRoom) {
   EXPECT_EQ(outcome.exitCode, kOutput) << outcome.err;
   EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
   EXPECT_EQ(filesAtWork().size(), 1U);
+}
+TEST(BadFiles, CodecThatRefusesTheVideo) {
+  expectFailure({clip(), at("out.mov"), "--codec", "dvvideo"}, kProcessing, "Found no DV profile");
 }
 TEST(BadFiles, SuffixThatNamesNoVideoFile) {
   expectFailure({clip(), at("out")}, kUsage, "suffix");

@@ -14,7 +14,7 @@ namespace {
 constexpr const char* kCutMessages[] = {"ended prematurely", "partial file"};
 
 std::mutex lastErrorLock;  // FFmpeg's threads report too
-std::string lastError;
+std::string firstError, lastError;
 bool sawCut = false;
 bool shown = false;
 
@@ -39,6 +39,8 @@ void keepErrors(void* reporter, int level, const char* format, va_list arguments
     return;
   const std::lock_guard hold(lastErrorLock);
   lastError = line;
+  if (firstError.empty())
+    firstError = line;
   for (const char* const words : kCutMessages)
     sawCut = sawCut || line.find(words) != std::string::npos;
 }
@@ -51,6 +53,16 @@ void showLibavMessages(bool show) {
   av_log_set_callback(keepErrors);
 }
 
+std::string firstLibavError() {
+  const std::lock_guard hold(lastErrorLock);
+  return firstError;
+}
+
+void forgetLibavErrors() {
+  const std::lock_guard hold(lastErrorLock);
+  firstError.clear();
+}
+
 std::string lastLibavError() {
   const std::lock_guard hold(lastErrorLock);
   return lastError;
@@ -61,8 +73,7 @@ bool libavSawCut() {
   return sawCut;
 }
 
-std::string explained(int error) {
-  const std::string reported = lastLibavError();
+std::string explained(int error, const std::string& reported) {
   return reported.empty() ? errorText(error) : errorText(error) + " (" + reported + ")";
 }
 

@@ -158,9 +158,15 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
   Options options;
   parseOptions(choice, options);
   options.set(kPixelFormatKey, nullptr);
+  forgetLibavErrors();
+  if (const int error = av_opt_set_dict2(encoder_.get(), options.get(), AV_OPT_SEARCH_CHILDREN);
+      error < 0)
+    throw Failure(
+        ExitCode::kUsage, "the encoder does not take an option's value", choice.codec->name,
+        explained(error, firstLibavError()) + "; see ffmpeg -h encoder=" + choice.codec->name);
   if (const int error = avcodec_open2(encoder_.get(), choice.codec, options.get()); error < 0)
     throw Failure(ExitCode::kProcessing, "the encoder refuses the video", choice.codec->name,
-                  explained(error) + "; choose another --codec");
+                  explained(error, firstLibavError()) + "; choose another --codec");
   if (const char* const unknown = options.unused())
     throw Failure(ExitCode::kUsage, "the encoder has no such option", unknown,
                   std::string("see ffmpeg -h encoder=") + choice.codec->name);

@@ -53,6 +53,10 @@ void showLibavMessages(bool show) {
   av_log_set_callback(keepErrors);
 }
 
+bool showsLibavMessages() {
+  return shown;
+}
+
 std::string firstLibavError() {
   const std::lock_guard hold(lastErrorLock);
   return firstError;

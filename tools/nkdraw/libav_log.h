@@ -9,6 +9,7 @@ namespace nkdraw::tool {
 
 /// Shows them from now on, or not.
 void showLibavMessages(bool show);
+[[nodiscard]] bool showsLibavMessages();
 
 /// The first error that FFmpeg reported since the last call of forgetLibavErrors: encoders say what
 /// is wrong before the layers above them say that something is. Empty when there was none.

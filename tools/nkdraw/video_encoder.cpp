@@ -6,7 +6,9 @@
 #include "media_output.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
+#include <string_view>
 
 namespace nkdraw::tool {
 namespace {
@@ -61,6 +63,17 @@ void parseOptions(const CodecChoice& choice, Options& options) {
   if (av_dict_parse_string(options.get(), choice.options.c_str(), "=", ":", 0) < 0)
     throw Failure(ExitCode::kUsage, "codec options can't be read", choice.options,
                   "write --codec NAME:KEY=VALUE:KEY=VALUE");
+}
+
+/// Some encoders write to standard error past FFmpeg's messages; each is silenced in its own way.
+void silence(const AVCodec& codec, Options& options) {
+  constexpr char kX265[] = "x265-params";
+  if (std::string_view(codec.name) == "libx265") {
+    const AVDictionaryEntry* const asked = av_dict_get(*options.get(), kX265, nullptr, 0);
+    const std::string more = asked != nullptr ? std::string(":") + asked->value : "";
+    options.set(kX265, ("log-level=none" + more).c_str());
+  }
+  setenv("SVT_LOG", "0", 0);
 }
 
 /// An encoder without a list takes every format.
@@ -158,6 +171,8 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
   Options options;
   parseOptions(choice, options);
   options.set(kPixelFormatKey, nullptr);
+  if (!showsLibavMessages())
+    silence(*choice.codec, options);
   forgetLibavErrors();
   if (const int error = av_opt_set_dict2(encoder_.get(), options.get(), AV_OPT_SEARCH_CHILDREN);
       error < 0)

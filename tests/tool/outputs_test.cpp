@@ -245,6 +245,24 @@ TEST(Help, ListsTheLayouts) {
   EXPECT_NE(outcome.out.find(".mov, .avi, .mkv or .nut"), std::string::npos);
 }
 
+TEST(Help, ThatCannotBePrintedIsAFailure) {
+  makeClip(at("in.mov"));
+  const std::string dry = "burnin " + at("in.mov") + " " + at("out.mov") + " --dry-run";
+  for (const std::string& arguments :
+       {std::string("--help"), std::string("--version"), std::string("burnin --help"),
+        std::string("burnin --list-layouts"), dry}) {
+    const Outcome outcome = runProgram(
+        "bash", {"-c", std::string("'") + NKDRAW_TOOL + "' " + arguments + " > /dev/full"});
+    EXPECT_EQ(outcome.exitCode, 3) << arguments;
+    EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
+  }
+}
+
+TEST(Help, NamesAnUnknownCommand) {
+  const Outcome outcome = runProgram(NKDRAW_TOOL, {"paint"});
+  EXPECT_NE(outcome.err.find("no such command: paint"), std::string::npos) << outcome.err;
+}
+
 TEST(Help, TellsOfAMissingOrUnknownCommandInOneLine) {
   for (const Arguments& arguments : {Arguments{}, Arguments{"paint"}}) {
     const Outcome outcome = runProgram(NKDRAW_TOOL, arguments);

@@ -180,6 +180,13 @@ TEST(DryRun, NamesTheCodecOfTheConvertingRoad) {
   EXPECT_NE(outcome.out.find("ffv1, yuv422p"), std::string::npos) << outcome.out;
 }
 
+TEST(DryRun, TellsMP4BySuffixesInCapitalLetters) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=1280x720:rate=25", "-frames:v", "1", "-c:v", "mpeg4",
+          at("IN.MP4")});
+  const Outcome outcome = burnin({at("IN.MP4"), at("out.mkv"), "--dry-run", "--format-line"});
+  EXPECT_NE(outcome.out.find("25.00 MP4"), std::string::npos) << outcome.out;
+}
+
 TEST(Still, IsTheFrameWithItsOverlay) {
   makeClip(at("in.mov"));
   const Arguments look = {"--position", "10,10", "--size", "2"};
@@ -215,6 +222,13 @@ TEST(Still, ComesFromCompressedClipsToo) {
           .exitCode,
       0);
   EXPECT_EQ(readText(decodeAs(at("out.png"), AV_PIX_FMT_GRAY8), 0, 0, 0, 2, 11), "00:00:00:17");
+}
+
+TEST(Still, MayHaveItsSuffixInCapitalLetters) {
+  makeClip(at("in.mov"));
+  EXPECT_EQ(burnin({at("in.mov"), at("OUT.PNG"), "--still", "0"}).exitCode, 0);
+  EXPECT_EQ(decode(at("OUT.PNG")).width, 320);
+  EXPECT_EQ(burnin({at("in.mov"), at("NO.PNG")}).exitCode, 1);
 }
 
 TEST(Still, OverwritesOnlyWhenAsked) {

@@ -277,7 +277,7 @@ void BurninArguments::readRange(BurninOptions& options) const {
                                           "write the number of a frame, counted from 0");
     options.range = {frame, frame};
   }
-  const bool isPicture = options.output.ends_with(".png");
+  const bool isPicture = av_match_ext(options.output.c_str(), "png") != 0;
   if (options.still != isPicture)
     throw Failure(
         ExitCode::kUsage, isPicture ? "a picture needs a frame" : "a still is written as PNG",

@@ -37,11 +37,11 @@ constexpr FileTypeName kFileTypes[] = {
 };
 
 struct Extension {
-  std::string_view suffix;
+  const char* suffix;  // in any case
   hzwFileType type;
 };
 /// Formats that share a reader are told apart by the file's name.
-constexpr Extension kExtensions[] = {{".mp4", hzwFileMP4}, {".webm", hzwFileWebM}};
+constexpr Extension kExtensions[] = {{"mp4", hzwFileMP4}, {"webm", hzwFileWebM}};
 
 void checkIsFile(const std::string& path) {
   struct stat facts = {};
@@ -125,7 +125,7 @@ std::int64_t MediaInput::frameCount() {
 
 std::uint32_t MediaInput::fileType() const {
   for (const Extension& extension : kExtensions) {
-    if (path_.ends_with(extension.suffix))
+    if (av_match_ext(path_.c_str(), extension.suffix) != 0)
       return extension.type;
   }
   const std::string_view format = file_->iformat->name;

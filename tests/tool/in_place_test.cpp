@@ -364,6 +364,35 @@ TEST(InPlaceStreams, KeepThePixelsShape) {
   }
 }
 
+TEST(InPlaceStreams, GetExactTimesWhereTheInputHasRoundedOnes) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=352x160:rate=30000/1001:duration=1", "-c:v", "v210",
+          at("in.mkv")});
+  for (const int first : {0, 7}) {
+    for (const char* out : {"out.mov", "out.nut"}) {
+      const Outcome outcome =
+          burnin({at("in.mkv"), at(out), "--overwrite", "--frames", std::to_string(first) + "-99"});
+      ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+      const auto packets = packetsOf(at(out), AVMEDIA_TYPE_VIDEO);
+      ASSERT_EQ(packets.size(), 30U - static_cast<std::size_t>(first));
+      for (std::size_t i = 0; i < packets.size(); ++i)
+        EXPECT_NEAR(packets[i].time, static_cast<double>(i) * 1001 / 30000, 1e-5) << out;
+    }
+  }
+}
+
+TEST(InPlaceStreams, KeepUnevenTimes) {
+  // Frames 0, 1, 4, 5, and then one between two numbers.
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=352x160:rate=25", "-vf",
+          "select='not(between(n,2,3))',setpts='if(eq(N,4),0.31/TB,PTS)'", "-vsync", "passthrough",
+          "-frames:v", "5", "-enc_time_base", "0.01", "-c:v", "v210", at("in.mkv")});
+  ASSERT_EQ(burnin({at("in.mkv"), at("out.nut")}).exitCode, 0);
+  const auto before = packetsOf(at("in.mkv"), AVMEDIA_TYPE_VIDEO);
+  const auto after = packetsOf(at("out.nut"), AVMEDIA_TYPE_VIDEO);
+  ASSERT_EQ(after.size(), before.size());
+  for (std::size_t i = 0; i < after.size(); ++i)
+    EXPECT_NEAR(after[i].time, before[i].time, 0.0011) << i;
+}
+
 TEST(InPlaceTexts, DrawsAllTenTextsTheClockAndBothRows) {
   const std::string in = at("in.nut"), out = at("out.nut");
   ffmpeg({"-f", "lavfi", "-i", "color=black:size=640x480:rate=25", "-frames:v", "1", "-c:v", "v210",

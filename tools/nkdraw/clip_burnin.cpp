@@ -11,6 +11,7 @@
 #include "still.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace nkdraw::tool {
 namespace {
@@ -81,7 +82,8 @@ class ClipWriter {
   bool writeInPlace() {
     NativeRoad road(input_, plan_.job);
     AVStream& video = copier_.video();
-    if (isSameKind(*input_.file().iformat, *plan_.format)) {
+    const bool sameKind = isSameKind(*input_.file().iformat, *plan_.format);
+    if (sameKind) {
       copyCodec(input_.video(), video, *plan_.format);
     } else {
       road.makePlain();
@@ -90,12 +92,34 @@ class ClipWriter {
     }
     output_.begin();
     return road.run(
-        [this](AVPacket& packet) {
-          copier_.writeVideo(packet);
+        [&](AVPacket& packet, std::int64_t index) {
+          if (!sameKind && isOnTheGrid(packet, index))
+            writeByNumber(packet, index);
+          else
+            copier_.writeVideo(packet);
           noteFrame();
         },
         [this](AVPacket& packet) { copier_.write(packet); },
         [this] { return copier_.audioIsThrough(); });
+  }
+
+  /// Whether the packet's time is that of its number, as closely as the input's clock can tell, and
+  /// no packet before has it.
+  bool isOnTheGrid(const AVPacket& packet, std::int64_t index) const {
+    const AVStream& video = input_.video();
+    if (packet.pts == AV_NOPTS_VALUE || video.start_time == AV_NOPTS_VALUE || index < next_)
+      return false;
+    const std::int64_t exact =
+        video.start_time + av_rescale_q(index, av_inv_q(plan_.job.frames.rate), video.time_base);
+    return std::abs(packet.pts - exact) <= 1;
+  }
+
+  /// Gives the packet the exact time, which the milliseconds of Matroska don't have.
+  void writeByNumber(AVPacket& packet, std::int64_t index) {
+    next_ = index + 1;
+    packet.pts = packet.dts = index - plan_.job.range.first;
+    packet.duration = 1;
+    copier_.writeEncoded(packet, av_inv_q(plan_.job.frames.rate));
   }
 
   bool writeConverted() {
@@ -134,6 +158,7 @@ class ClipWriter {
   StreamCopier copier_;
   Progress progress_;
   std::int64_t written_ = 0;
+  std::int64_t next_ = 0;  // the least number that no frame has yet
 };
 
 void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
@@ -149,7 +174,8 @@ void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions
     AVStream& video = input.video();
     VideoDecoder decoder(*video.codecpar, video.time_base, input.path());
     pastRange = NativeRoad(input, plan.job)
-                    .run([&](AVPacket& packet) { decoder.decode(&packet, take); }, noOther, done);
+                    .run([&](AVPacket& packet, std::int64_t) { decoder.decode(&packet, take); },
+                         noOther, done);
     decoder.decode(nullptr, take);
   } else {
     pastRange = ConvertingRoad(input, plan.job, plan.drawn)

@@ -69,8 +69,13 @@ void start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call,
   nkOSInterlockedIncrement(counter(band.pending));
   worker.call = call;
   worker.memory = memory;
-  band.threadHandle =
-      nkOSCreateThread(nullptr, 0, WipeBandThread, &worker, 0, &band.threadId, kThreadTag);
+  try {
+    band.threadHandle =
+        nkOSCreateThread(nullptr, 0, WipeBandThread, &worker, 0, &band.threadId, kThreadTag);
+  } catch (...) {
+    worker.giveSharesBack();
+    throw;
+  }
   if (band.threadHandle == nullptr)
     worker.giveSharesBack();
   nkOSSetThreadPriority(band.threadHandle, kThreadTimeCritical);

@@ -218,4 +218,22 @@ INSTANTIATE_TEST_SUITE_P(Entries, PackedWipeServices,
                                          PackedEntry{"V210", NKDraw_DisplayWipeV210}),
                          [](const auto& entry) { return std::string(entry.param.name); });
 
+class YCbCrWipeServices : public PackedWipeServices {};
+
+TEST_P(YCbCrWipeServices, SayWhenAServiceThrowsAndGiveEverythingBack) {
+  for (int thread = 0; thread < 4; ++thread) {
+    resetHost();
+    host->throwingThread = thread;
+    EXPECT_EQ(run(), 0U);
+    EXPECT_EQ(host->count("log Exception Error NKDraw_DisplayWipeYCbCr"), 1);
+    EXPECT_EQ(host->count("free"), 1);
+    EXPECT_EQ(level(), 3);
+    EXPECT_TRUE(frames.dst.untouched());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Entry, YCbCrWipeServices,
+                         testing::Values(PackedEntry{"YCbCr", NKDraw_DisplayWipeYCbCr}),
+                         [](const auto& entry) { return std::string(entry.param.name); });
+
 }  // namespace

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
+//
+// The services. One block of memory is there at a time, and four threads a call.
 #include "own_services.h"
 
 #include <nkdraw/platform/log.h>
@@ -71,6 +73,7 @@ struct {
 
 int self = 0;
 thread_local int selfLevel = 0;
+thread_local bool stopsWhenCounted = false;
 char threadHandles[4];
 
 std::string nameOf(nkHandle thread) {
@@ -134,9 +137,12 @@ nkHandle nkOSCreateThread(void* security, std::uint32_t stackSize, nkThreadRouti
   if (host->holdsThreads)
     host->held.push_back({start, parameter});
   else if (host->stopsLastThread && number == 3)
-    host->last = std::thread([=] { start(parameter); });
+    host->last = std::thread([=] {
+      stopsWhenCounted = true;
+      start(parameter);
+    });
   else
-    start(parameter);
+    host->result = start(parameter);
   return &threadHandles[number % 4];
 }
 
@@ -148,12 +154,14 @@ std::uint32_t nkOSCloseThread(nkHandle thread, const char* tag) {
 }
 
 std::int32_t nkOSInterlockedIncrement(std::int32_t* value) {
+  host->note("count in");
   return ++std::atomic_ref(*value);
 }
 
 std::int32_t nkOSInterlockedDecrement(std::int32_t* value) {
+  host->note("count out");
   const std::int32_t left = --std::atomic_ref(*value);
-  if (host->last.joinable() && std::this_thread::get_id() == host->last.get_id()) {
+  if (stopsWhenCounted) {
     host->counted.count_down();
     host->mayEnd.wait();
   }

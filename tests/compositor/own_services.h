@@ -32,6 +32,7 @@ struct OwnHost {
   // What they were asked for.
   std::vector<std::string> calls;
   int threads = 0;
+  std::uint32_t result = 0;              ///< of the last thread that ran at once
   std::vector<std::uint8_t> freedBlock;  ///< contents of the last block as it was freed
   struct Start {
     nkThreadRoutine routine;

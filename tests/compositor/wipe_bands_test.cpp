@@ -9,8 +9,10 @@
 #include <atomic>
 #include <chrono>
 #include <latch>
+#include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -205,6 +207,31 @@ TEST(WipeBands, AreLeftAloneByACallThatCanWaitNoLonger) {
     lifetime.wait();
     EXPECT_EQ(drawn, 4);
   }
+}
+
+void drawSlowly(const WipeTask& task) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  Notes& notes = Notes::of(task.dst);
+  const std::scoped_lock lock(notes.mutex);
+  notes.tasks.push_back(task);
+}
+
+TEST(WipeBands, AreWaitedForWhenTheyTakeAWhile) {
+  std::size_t drawn = 0;
+  // A busy machine may delay threads beyond the whole wait, but not again and again.
+  for (int i = 0; i < 20 && drawn != 4; ++i) {
+    Notes notes;
+    Lifetime lifetime;
+    WipeTask task{};
+    task.dst = notes.asFrame();
+    EXPECT_EQ(RunWipeBands(task, nkdraw::wipeKernel<drawSlowly>, lifetime.share()), 0U);
+    {
+      const std::scoped_lock lock(notes.mutex);
+      drawn = notes.tasks.size();
+    }
+    lifetime.wait();
+  }
+  EXPECT_EQ(drawn, 4U);
 }
 
 TEST(WipeBands, OfCallsAtTheSameTimeDrawTheirOwnFrames) {

@@ -7,6 +7,9 @@
 #include <nkdraw/compositor/wipe_bands.h>
 #include <nkdraw/nkdraw_c.h>
 
+#include <algorithm>
+#include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -27,9 +30,12 @@ void displayWipe(const WipeTask& task) {
   EXPECT_EQ(call(NKDraw_DisplayWipe, task), 0U);
 }
 
-const Calls kFourThreads = {"create 0 gzqk", "priority 0 15", "create 1 gzqk", "priority 1 15",
-                            "create 2 gzqk", "priority 2 15", "create 3 gzqk", "priority 3 15",
-                            "close 0 gzqk",  "close 1 gzqk",  "close 2 gzqk",  "close 3 gzqk"};
+/// This host runs threads at once.
+const Calls kFourThreads = {"count in",     "create 0 gzqk", "count out",    "priority 0 15",
+                            "count in",     "create 1 gzqk", "count out",    "priority 1 15",
+                            "count in",     "create 2 gzqk", "count out",    "priority 2 15",
+                            "count in",     "create 3 gzqk", "count out",    "priority 3 15",
+                            "close 0 gzqk", "close 1 gzqk",  "close 2 gzqk", "close 3 gzqk"};
 
 Calls joined(const std::vector<Calls>& parts) {
   Calls all;
@@ -62,7 +68,7 @@ TEST_F(WipeServices, DisplayWipeFollowsTheRulesForEveryNumberLayoutAndPitch) {
   }
 }
 
-TEST_F(WipeServices, AWipeStartsFourThreadsRaisesEachAndClosesThemBeforeItWaits) {
+TEST_F(WipeServices, AWipeCountsStartsAndRaisesFourThreadsAndThenClosesThem) {
   NoiseFrames frames(4, 4, 16, 16, 1);
   frames.task.pixelType = ptBGRA32;
   frames.task.wipe = 1;
@@ -96,6 +102,12 @@ TEST_F(WipeServices, AQuarterWhoseThreadCannotStartStaysAsItWas) {
     EXPECT_EQ(host->count("priority null 15"), 1);
     EXPECT_EQ(host->count("close null gzqk"), 1);
   }
+}
+
+TEST_F(WipeServices, AThreadEndsWithTheResultOfItsKernel) {
+  const nkdraw::WipeKernel kernel = [](auto...) { return 7U; };
+  EXPECT_EQ(nkdraw::RunWipeBands({}, kernel), 0U);
+  EXPECT_EQ(host->result, 7U);
 }
 
 TEST_F(WipeServices, AThreadThatCannotStartKeepsNoShareOfTheMemory) {

@@ -73,16 +73,19 @@ NKDRAW_API uint32_t qtSetFont(NKDraw* surface, char* name);
 
 /* Combines two frames of one layout by a numbered wipe, on four threads that live for the call.
  *
- * `wipe` is the number, and in bit 31 that the inputs change places (a slide, 500 to 507, then
- * draws nothing). A number without a pattern of its own cross-fades. `pixelType` is one of ptRGBA32
- * to ptBGR24 and ptRGBAFloat to ptYCbCrA64; of another, nothing is drawn (a slide takes it for four
- * bytes a pixel). Rows of `dst` lie `pitchB` bytes apart: `pitchDst` and the five spares are not
- * read. `dst` may be an input, of the same pitch, but for the slides, which take all three frames
- * as packed, without pitches.
+ * `wipe` is the number, and in bit 31 that the inputs change places. A number without a pattern of
+ * its own cross-fades, but 508 to 515, and the slides, 500 to 507, with their inputs swapped, draw
+ * nothing. `pixelType` is one of ptRGBA32 to ptBGR24 and ptRGBAFloat to ptYCbCrA64; of another,
+ * nothing is drawn (a slide takes it for four bytes a pixel). Rows of `dst` lie `pitchB` bytes
+ * apart: `pitchDst` and the five spares are not read. `dst` may be an input, of the same pitch, but
+ * for the slides, which take all three frames as packed, without pitches. Number 2 copies rows with
+ * what lies behind their pixels, `pitchA` bytes above the edge and `pitchB` below it, from either
+ * input.
  *
- * The progress is position / (rangeEnd - rangeStart): 0 shows `srcA`, 1 shows `srcB`; position is
- * not counted from rangeStart. The range must not be empty: only a cross-fade draws then, zeros in
- * integer layouts, not-a-number in floats. width * position wraps at 32 bits.
+ * The progress is position / (rangeEnd - rangeStart): 0 shows `srcA`, 1 shows `srcB`, but that some
+ * patterns have the first row or column of the other one; position is not counted from rangeStart.
+ * The range must not be empty: only a cross-fade draws then, zeros in integer layouts, not-a-number
+ * in floats. width * position wraps at 32 bits. A cross-fade counts incoming floats as integers.
  *
  * Returns 0 always, after at most some 100 milliseconds; a worker that is still busy then goes on
  * drawing into `dst`, which must outlive it. */

@@ -23,11 +23,16 @@ struct WipeCall {
   std::uint32_t pending = 0;
   /// Ends the caller's pause. Raised whenever no started worker is left, at most once by each.
   std::counting_semaphore<kBands> finished{0};
-  std::shared_ptr<const void> memory;
 
   struct Worker {
     WipeBand band;
-    std::shared_ptr<WipeCall> call;  ///< the worker's own share, which it takes as it starts
+    std::shared_ptr<WipeCall> call;      ///< the worker's own share, which it takes as it starts
+    std::shared_ptr<const void> memory;  ///< its share of that, until its kernel is through
+
+    void giveSharesBack() {
+      memory.reset();
+      call.reset();
+    }
   };
   std::array<Worker, kBands> workers;
 };
@@ -58,14 +63,21 @@ void setRectangles(const WipeTask& frame, std::array<WipeCall::Worker, kBands>& 
 }
 
 /// Counts the worker before its thread is there, so that the count can't fall before it rose.
-void start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call) {
+void start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call,
+           const std::shared_ptr<const void>& memory) {
   WipeBand& band = worker.band;
   nkOSInterlockedIncrement(counter(band.pending));
   worker.call = call;
-  band.threadHandle =
-      nkOSCreateThread(nullptr, 0, WipeBandThread, &worker, 0, &band.threadId, kThreadTag);
+  worker.memory = memory;
+  try {
+    band.threadHandle =
+        nkOSCreateThread(nullptr, 0, WipeBandThread, &worker, 0, &band.threadId, kThreadTag);
+  } catch (...) {
+    worker.giveSharesBack();
+    throw;
+  }
   if (band.threadHandle == nullptr)
-    worker.call.reset();
+    worker.giveSharesBack();
   nkOSSetThreadPriority(band.threadHandle, kThreadTimeCritical);
 }
 
@@ -84,22 +96,22 @@ std::uint32_t WipeBandThread(void* parameter) {
   const std::shared_ptr<WipeCall> call = std::move(worker->call);
   const WipeBand& band = worker->band;
   const std::uint32_t result = callKernel(band.kernel, band);
+  worker->memory.reset();  // the caller, who sees the count, is then the last to hold it
   if (nkOSInterlockedDecrement(counter(band.pending)) == 0)
     call->finished.release();
   return result;
 }
 
 std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel,
-                           std::shared_ptr<const void> memory) {
+                           const std::shared_ptr<const void>& memory) {
   const auto call = newCall();
   if (!call)
     return 0;
-  call->memory = std::move(memory);
   setRectangles(frame, call->workers);
   for (WipeCall::Worker& worker : call->workers) {
     worker.band.kernel = kernel;
     worker.band.pending = &call->pending;
-    start(worker, call);
+    start(worker, call, memory);
   }
   for (const WipeCall::Worker& worker : call->workers)
     nkOSCloseThread(worker.band.threadHandle, kThreadTag);

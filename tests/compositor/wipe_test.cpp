@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The numbered wipes.
+// The numbered wipes, on threads and memory of the default host.
 #include <nkdraw/nkdraw_c.h>
 
 #include <gtest/gtest.h>
@@ -20,6 +20,29 @@ TEST(Wipe, ShowsTheIncomingFrameLeftOfTheEdge) {
       0U);
   for (std::size_t i = 0; i < output.size(); ++i)
     ASSERT_EQ(output[i], i / 4 % kWidth < 3 ? 2 : 1) << i;
+}
+
+TEST(Wipe, ShowsTheIncomingFrameInPairsOfYCbCr) {
+  constexpr std::uint32_t kWidth = 8, kHeight = 4, kPitch = kWidth * 2;
+  const std::vector<std::uint8_t> outgoing(kPitch * kHeight, 1), incoming(kPitch * kHeight, 2);
+  std::vector<std::uint8_t> output(kPitch * kHeight);
+  EXPECT_EQ(NKDraw_DisplayWipeYCbCr(outgoing.data(), kPitch, incoming.data(), kPitch, output.data(),
+                                    kPitch, 1, 0, kWidth, kHeight, 0, 0, 0, 0, 0, 0, 4, 2),
+            0U);
+  for (std::size_t i = 0; i < output.size(); ++i)
+    ASSERT_EQ(output[i], i % kPitch < kPitch / 2 ? 2 : 1) << i;
+}
+
+TEST(Wipe, ShowsTheIncomingFrameInGroupsOfV210) {
+  constexpr std::uint32_t kWidth = 48, kHeight = 4, kPitch = 128;
+  const std::vector<std::uint8_t> outgoing(kPitch * kHeight, 0), incoming(kPitch * kHeight, 0x3F);
+  std::vector<std::uint8_t> output(kPitch * kHeight, 0x55);
+  EXPECT_EQ(NKDraw_DisplayWipeV210(outgoing.data(), kPitch, incoming.data(), kPitch, output.data(),
+                                   kPitch, 2, 0, kWidth, kHeight, 0, 0, 0, 0, 0, 0, 4, 3),
+            0U);
+  constexpr std::uint8_t kShown[] = {0x3C, 0x33, 0x0F, 0x3F};
+  for (std::size_t i = 0; i < output.size(); ++i)
+    ASSERT_EQ(output[i], i < std::size_t{3} * kPitch ? kShown[i % 4] : 0) << i;
 }
 
 }  // namespace

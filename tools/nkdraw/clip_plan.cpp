@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "clip_plan.h"
 
+#include "clip_facts.h"
 #include "converting_road.h"
 #include "failure.h"
 #include "output_file.h"
@@ -8,28 +9,6 @@
 
 namespace nkdraw::tool {
 namespace {
-
-/// The layout of the file's own frames, null when they have to be decoded.
-const Layout* ownLayout(MediaInput& input) {
-  const AVCodecParameters& codec = *input.video().codecpar;
-  return layoutOf(codec.codec_id, static_cast<AVPixelFormat>(codec.format));
-}
-
-std::uint32_t sourceCode(MediaInput& input, const Layout* layout) {
-  if (layout != nullptr)
-    return layout->compression;
-  const AVCodecParameters& codec = *input.video().codecpar;
-  if (codec.codec_tag != 0)
-    return codec.codec_tag;
-  const AVCodecTag* const lists[] = {avformat_get_riff_video_tags(), nullptr};
-  return av_codec_get_tag(lists, codec.codec_id);
-}
-
-FrameKind framesOf(MediaInput& input, const Layout* layout) {
-  const AVCodecParameters& codec = *input.video().codecpar;
-  return {codec.width,        codec.height,     input.frameRate(),
-          input.interlaced(), input.fileType(), sourceCode(input, layout)};
-}
 
 TimeWindow windowOf(MediaInput& input, const Job& job) {
   constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
@@ -58,22 +37,6 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
   else if (!isSameKind(*input.file().iformat, *plan.format))
     checkKeeps(*plan.format, *job.layout);
   plan.fates = streamFates(input, *plan.format);
-}
-
-AVPixelFormat decodedFormat(MediaInput& input) {
-  const auto format = static_cast<AVPixelFormat>(input.video().codecpar->format);
-  if (format == AV_PIX_FMT_NONE)
-    throw Failure(ExitCode::kInput, "the video can't be decoded", input.path(),
-                  std::string("its codec is ") +
-                      avcodec_get_name(input.video().codecpar->codec_id) +
-                      "; convert the clip first");
-  return format;
-}
-
-std::string rateText(AVRational rate) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%.6g frames/s", av_q2d(rate));
-  return text;
 }
 
 const char* fateText(StreamFate fate) {

@@ -68,17 +68,6 @@ void copySideData(const AVStream& from, AVStream& to) {
   }
 }
 
-/// Tags, disposition, shape, side data and times.
-void copyFacts(const AVStream& from, AVStream& to) {
-  to.time_base = from.time_base;
-  to.avg_frame_rate = from.avg_frame_rate;
-  to.r_frame_rate = from.r_frame_rate;
-  to.sample_aspect_ratio = from.sample_aspect_ratio;
-  to.disposition = from.disposition;
-  av_dict_copy(&to.metadata, from.metadata, 0);
-  copySideData(from, to);
-}
-
 void copyTag(const AVDictionary* from, AVDictionary*& to, const char* key) {
   if (const AVDictionaryEntry* const tag = av_dict_get(from, key, nullptr, 0))
     av_dict_set(&to, key, tag->value, 0);
@@ -119,6 +108,16 @@ void keepTimecodeTag(MediaOutput& output, const AVStream& video) {
   const AVDictionaryEntry* const tag = av_dict_get(video.metadata, kTimecodeKey, nullptr, 0);
   if (tag != nullptr && containerOf(output.format().name) == kAVI)
     av_dict_set(&output.file().metadata, kTimecodeKey, tag->value, 0);
+}
+
+void copyFacts(const AVStream& from, AVStream& to) {
+  to.time_base = from.time_base;
+  to.avg_frame_rate = from.avg_frame_rate;
+  to.r_frame_rate = from.r_frame_rate;
+  to.sample_aspect_ratio = from.sample_aspect_ratio;
+  to.disposition = from.disposition;
+  av_dict_copy(&to.metadata, from.metadata, 0);
+  copySideData(from, to);
 }
 
 void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format) {

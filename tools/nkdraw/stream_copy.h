@@ -46,6 +46,9 @@ struct TimeWindow {
 /// AVI has no tags of streams: there the video's timecode becomes the file's.
 void keepTimecodeTag(MediaOutput& output, const AVStream& video);
 
+/// Gives `to` the tags, disposition, shape, side data and times of `from`.
+void copyFacts(const AVStream& from, AVStream& to);
+
 /// Gives `to` the codec of `from`, with the tag that the output's kind of file has for it.
 void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format);
 

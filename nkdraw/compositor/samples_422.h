@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Packed 4:2:2 and its expanded form, three bytes a pixel, a row at a time. A pair is two pixels:
+// four bytes packed, six expanded.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace nkdraw {
+
+/// Where the bytes of a pair come from. Both chroma samples belong to both pixels; packing takes
+/// them from the first.
+struct PairOrder {
+  std::array<std::uint8_t, 6> expanded;  ///< the packed byte that each expanded one is
+  std::array<std::uint8_t, 4> packed;    ///< the expanded byte that each packed one is
+};
+
+/// The first and the last byte are shared, the second is the first pixel's own, the third the
+/// second pixel's.
+inline constexpr PairOrder kOuterShared = {{1, 0, 3, 2, 0, 3}, {1, 0, 3, 2}};
+
+/// Cb, Y, Cr, Y: an expanded pixel is Y, Cb, Cr.
+inline constexpr PairOrder kChromaFirst = {{1, 0, 2, 3, 0, 2}, {1, 0, 2, 3}};
+
+inline constexpr std::size_t kPackedPair = 4, kExpandedPair = 6;
+
+// A v210 group: twelve samples in four little-endian words, in the order of kChromaFirst; a
+// sample's top eight bits are kept.
+//
+// Bits   29..22  19..12   9..2
+// word 0   Cr0     Y0     Cb0
+// word 1   Y2      Cb1    Y1
+// word 2   Cb2     Y3     Cr1
+// word 3   Y5      Cr2    Y4
+inline constexpr std::size_t kGroupBytes = 16, kGroupPixels = 6, kGroupSamples = 12;
+
+/// The fewest bytes of a row of `width` pixels: 128 for every 48 pixels begun.
+[[nodiscard]] constexpr std::uint32_t leastV210Pitch(std::uint32_t width) {
+  const std::uint32_t beyond = width % 48;
+  return (beyond == 0 ? width : width - beyond + 48) * 8 / 3;
+}
+
+/// Bytes behind the samples of a row that the two v210 functions may read or write.
+inline constexpr std::size_t kSampleSlack = 64;
+
+/// Functions on a run of pairs or groups; source and target don't overlap, and are touched in
+/// those pairs and groups alone, but for the slack of `samples`.
+struct Kernels422 {
+  using Convert = void (*)(const std::uint8_t* source, std::uint8_t* target, std::size_t count);
+
+  Convert expandOuterShared;  ///< pairs
+  Convert expandChromaFirst;
+  Convert packOuterShared;
+  Convert packChromaFirst;
+  Convert samplesOfV210;  ///< groups to twelve bytes each
+  Convert v210OfSamples;
+};
+
+extern const Kernels422 kPlain422;
+
+/// The fastest of `targets`, Highway's bits.
+[[nodiscard]] const Kernels422& kernels422(std::int64_t targets);
+
+}  // namespace nkdraw

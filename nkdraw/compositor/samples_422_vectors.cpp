@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Packed 4:2:2 and its expanded form, in vectors. Bytes change places within blocks of sixteen,
+// after whole words were brought into the block that needs them.
+#include "samples_422.h"
+#include "vector_targets.h"
+
+#include <algorithm>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "nkdraw/compositor/samples_422_vectors.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace nkdraw::HWY_NAMESPACE {
+namespace {
+
+#if HWY_TARGET == HWY_SCALAR
+
+const Kernels422& kKernels = kPlain422;
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Bytes = hn::ScalableTag<std::uint8_t>;
+using Words = hn::ScalableTag<std::uint32_t>;
+using Block = hn::Full128<std::uint8_t>;
+
+constexpr std::size_t kVectorBytes = hn::MaxLanes(Bytes());
+constexpr std::size_t kVectorWords = kVectorBytes / 4;
+constexpr std::size_t kBlockBytes = 16, kBlockWords = 4;
+
+/// A vector of the output: the words of the input that each of its blocks needs, and from where in
+/// these each byte comes.
+struct Gather {
+  std::size_t offset = 0;  ///< of the input to load, in bytes
+  HWY_ALIGN std::array<std::int32_t, kVectorWords> words{};
+  HWY_ALIGN std::array<std::uint8_t, kVectorBytes> bytes{};
+};
+
+// --- pairs -----------------------------------------------------------------------------------
+
+/// Three vectors of expanded bytes come from two of packed ones.
+constexpr std::size_t kExpandSteps = 3;
+
+/// Sixteen expanded bytes touch at most four pairs, which are four words.
+constexpr std::array<Gather, kExpandSteps> expansion(const PairOrder& order) {
+  std::array<Gather, kExpandSteps> steps{};
+  for (std::size_t step = 0; step < kExpandSteps; ++step) {
+    Gather& gather = steps[step];
+    const std::size_t start = step * kVectorBytes;
+    const std::size_t firstPair = std::min(start / kExpandedPair, kVectorWords);
+    gather.offset = firstPair * kPackedPair;
+    for (std::size_t block = 0; block < kVectorBytes / kBlockBytes; ++block) {
+      const std::size_t blockPair = (start + block * kBlockBytes) / kExpandedPair;
+      // The last words of a block may lie past the vector when no byte needs them.
+      const std::size_t base = std::min(blockPair - firstPair, kVectorWords - kBlockWords);
+      for (std::size_t word = 0; word < kBlockWords; ++word)
+        gather.words[block * kBlockWords + word] = static_cast<std::int32_t>(base + word);
+      for (std::size_t i = 0; i < kBlockBytes; ++i) {
+        const std::size_t place = start + block * kBlockBytes + i;
+        const std::size_t pair = place / kExpandedPair - firstPair - base;
+        gather.bytes[block * kBlockBytes + i] =
+            static_cast<std::uint8_t>(pair * kPackedPair + order.expanded[place % kExpandedPair]);
+      }
+    }
+  }
+  return steps;
+}
+
+template <const PairOrder& order>
+constexpr auto kExpansion = expansion(order);
+
+template <const PairOrder& order, Kernels422::Convert Kernels422::*plain>
+void expand(const std::uint8_t* packed, std::uint8_t* expanded, std::size_t pairs) {
+  constexpr std::size_t kPairs = 2 * kVectorBytes / kPackedPair;
+  const Bytes bytes;
+  const Words words;
+  const auto gather = [&](const Gather& from, std::size_t step) HWY_ATTR {
+    const auto loaded = hn::BitCast(words, hn::LoadU(bytes, packed + from.offset));
+    const auto placed = hn::TableLookupLanes(loaded, hn::SetTableIndices(words, from.words.data()));
+    hn::StoreU(hn::TableLookupBytes(hn::BitCast(bytes, placed), hn::Load(bytes, from.bytes.data())),
+               bytes, expanded + step * kVectorBytes);
+  };
+  for (; pairs >= kPairs; pairs -= kPairs) {
+    gather(kExpansion<order>[0], 0);
+    gather(kExpansion<order>[1], 1);
+    gather(kExpansion<order>[2], 2);
+    packed += kPairs * kPackedPair;
+    expanded += kPairs * kExpandedPair;
+  }
+  (kPlain422.*plain)(packed, expanded, pairs);
+}
+
+/// Four pairs of a block, of which the first two or the last two are there, from their first byte.
+constexpr std::array<std::uint8_t, kBlockBytes> packing(const PairOrder& order, std::size_t half) {
+  constexpr std::uint8_t kNothing = 0x80;
+  std::array<std::uint8_t, kBlockBytes> places{};
+  for (std::size_t i = 0; i < kBlockBytes; ++i) {
+    const std::size_t pair = i / kPackedPair;
+    places[i] =
+        pair / 2 == half
+            ? static_cast<std::uint8_t>(pair % 2 * kExpandedPair + order.packed[i % kPackedPair])
+            : kNothing;
+  }
+  return places;
+}
+
+template <const PairOrder& order>
+HWY_ALIGN constexpr auto kFirstHalf = packing(order, 0);
+template <const PairOrder& order>
+HWY_ALIGN constexpr auto kSecondHalf = packing(order, 1);
+
+template <const PairOrder& order, Kernels422::Convert Kernels422::*plain>
+void pack(const std::uint8_t* expanded, std::uint8_t* packed, std::size_t pairs) {
+  constexpr std::size_t kPairs = kBlockBytes / kPackedPair;
+  const Block block;
+  const auto first = hn::Load(block, kFirstHalf<order>.data());
+  const auto second = hn::Load(block, kSecondHalf<order>.data());
+  // The second load reaches into the pair behind.
+  for (; pairs > kPairs; pairs -= kPairs) {
+    const auto low = hn::LoadU(block, expanded);
+    const auto high = hn::LoadU(block, expanded + 2 * kExpandedPair);
+    hn::StoreU(hn::Or(hn::TableLookupBytesOr0(low, first), hn::TableLookupBytesOr0(high, second)),
+               block, packed);
+    expanded += kPairs * kExpandedPair;
+    packed += kPairs * kPackedPair;
+  }
+  (kPlain422.*plain)(expanded, packed, pairs);
+}
+
+// --- v210 ------------------------------------------------------------------------------------
+
+/// Three bytes of every word, one after the other, in the first twelve bytes of a block.
+HWY_ALIGN constexpr std::array<std::uint8_t, kBlockBytes> kThreeOfFour = {
+    0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 0x80, 0x80, 0x80, 0x80};
+/// And back.
+HWY_ALIGN constexpr std::array<std::uint8_t, kBlockBytes> kFourOfThree = {
+    0, 1, 2, 0x80, 3, 4, 5, 0x80, 6, 7, 8, 0x80, 9, 10, 11, 0x80};
+
+/// The first three words of every block, without gaps.
+HWY_ALIGN constexpr auto kCloseGaps = [] {
+  std::array<std::int32_t, kVectorWords> words{};
+  for (std::size_t i = 0; i < kVectorWords * 3 / 4; ++i)
+    words[i] = static_cast<std::int32_t>(i / 3 * 4 + i % 3);
+  return words;
+}();
+/// And back.
+HWY_ALIGN constexpr auto kOpenGaps = [] {
+  std::array<std::int32_t, kVectorWords> words{};
+  for (std::size_t i = 0; i < kVectorWords; ++i)
+    words[i] = static_cast<std::int32_t>(i % 4 == 3 ? 0 : i / 4 * 3 + i % 4);
+  return words;
+}();
+
+constexpr std::size_t kVectorGroups = kVectorBytes / kGroupBytes;
+
+void samplesOfV210(const std::uint8_t* group, std::uint8_t* samples, std::size_t groups) {
+  const Bytes bytes;
+  const Words words;
+  const auto inBlock = hn::LoadDup128(bytes, kThreeOfFour.data());
+  const auto closed = hn::SetTableIndices(words, kCloseGaps.data());
+  const auto byte0 = hn::Set(words, 0xFF), byte1 = hn::Set(words, 0xFF00),
+             byte2 = hn::Set(words, 0xFF0000);
+  for (; groups >= kVectorGroups; groups -= kVectorGroups) {
+    const auto word = hn::BitCast(words, hn::LoadU(bytes, group));
+    const auto tops = hn::Or(
+        hn::Or(hn::And(hn::ShiftRight<2>(word), byte0), hn::And(hn::ShiftRight<4>(word), byte1)),
+        hn::And(hn::ShiftRight<6>(word), byte2));
+    const auto compact = hn::TableLookupBytesOr0(hn::BitCast(bytes, tops), inBlock);
+    const auto all = hn::TableLookupLanes(hn::BitCast(words, compact), closed);
+    hn::StoreU(hn::BitCast(bytes, all), bytes, samples);
+    group += kVectorBytes;
+    samples += kVectorGroups * kGroupSamples;
+  }
+  kPlain422.samplesOfV210(group, samples, groups);
+}
+
+void v210OfSamples(const std::uint8_t* samples, std::uint8_t* group, std::size_t groups) {
+  const Bytes bytes;
+  const Words words;
+  const auto inBlock = hn::LoadDup128(bytes, kFourOfThree.data());
+  const auto opened = hn::SetTableIndices(words, kOpenGaps.data());
+  const auto byte0 = hn::Set(words, 0xFF), byte1 = hn::Set(words, 0xFF00),
+             byte2 = hn::Set(words, 0xFF0000);
+  for (; groups >= kVectorGroups; groups -= kVectorGroups) {
+    const auto compact = hn::BitCast(words, hn::LoadU(bytes, samples));
+    const auto apart = hn::BitCast(bytes, hn::TableLookupLanes(compact, opened));
+    const auto tops = hn::BitCast(words, hn::TableLookupBytesOr0(apart, inBlock));
+    const auto word = hn::Or(
+        hn::Or(hn::ShiftLeft<2>(hn::And(tops, byte0)), hn::ShiftLeft<4>(hn::And(tops, byte1))),
+        hn::ShiftLeft<6>(hn::And(tops, byte2)));
+    hn::StoreU(hn::BitCast(bytes, word), bytes, group);
+    samples += kVectorGroups * kGroupSamples;
+    group += kVectorBytes;
+  }
+  kPlain422.v210OfSamples(samples, group, groups);
+}
+
+constexpr Kernels422 kKernels = {
+    expand<kOuterShared, &Kernels422::expandOuterShared>,
+    expand<kChromaFirst, &Kernels422::expandChromaFirst>,
+    pack<kOuterShared, &Kernels422::packOuterShared>,
+    pack<kChromaFirst, &Kernels422::packChromaFirst>,
+    samplesOfV210,
+    v210OfSamples,
+};
+
+#endif
+
+}  // namespace
+
+}  // namespace nkdraw::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace nkdraw {
+namespace {
+
+constexpr ByTarget<Kernels422> kByTarget = {HWY_CHOOSE_TARGET_LIST(kKernels),
+                                            HWY_CHOOSE_FALLBACK(kKernels)};
+
+}  // namespace
+
+const Kernels422& kernels422(std::int64_t targets) {
+  return bestKernels(kByTarget, targets);
+}
+
+}  // namespace nkdraw
+#endif

@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The wipes of packed 4:2:2 frames: both inputs are expanded to three bytes a pixel, wiped, and
+// packed again.
+#include "samples_422.h"
+#include "vector_targets.h"
+#include "wipe_bands.h"
+#include "wipe_kernels.h"
+
+#include <nkdraw/nkdraw_c.h>
+#include <nkdraw/platform/log.h>
+#include <nkdraw/platform/memory.h>
+#include <nkdraw/surface/pixel_type.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <limits>
+#include <memory>
+
+namespace nkdraw {
+namespace {
+
+constexpr std::uint32_t kNoMemory = 0xFFFFFFFF;
+constexpr std::size_t kBufferAlignment = 512;
+constexpr std::uint32_t kExpandedBytes = 3;
+
+constexpr std::size_t roundUp(std::size_t bytes) {
+  return (bytes + kBufferAlignment - 1) / kBufferAlignment * kBufferAlignment;
+}
+
+/// The calling thread at the time-critical priority, for as long as the guard is there, unless the
+/// guard is told to leave it at that.
+class PriorityGuard {
+ public:
+  PriorityGuard() : kept_(nkOSGetThreadPriority(nkOSGetCurrentThread())) {
+    nkOSSetThreadPriority(nkOSGetCurrentThread(), kThreadTimeCritical);
+  }
+  PriorityGuard(const PriorityGuard&) = delete;
+  PriorityGuard& operator=(const PriorityGuard&) = delete;
+  ~PriorityGuard() {
+    if (restores_)
+      nkOSSetThreadPriority(nkOSGetCurrentThread(), kept_);
+  }
+  void leaveRaised() { restores_ = false; }
+
+ private:
+  int kept_;
+  bool restores_ = true;
+};
+
+/// The three expanded frames, in one block that ends with its last user.
+struct ExpandedFrames {
+  std::shared_ptr<void> block;
+  std::uint8_t* a = nullptr;
+  std::uint8_t* b = nullptr;
+  std::uint8_t* result = nullptr;
+
+  ExpandedFrames() = default;
+  ExpandedFrames(std::uint32_t width, std::uint32_t height) {
+    const std::uint64_t pixels = std::uint64_t{width} * height;
+    const std::uint64_t bytes = pixels + (pixels + 384) * 8;
+    if (bytes > std::numeric_limits<std::uint32_t>::max())
+      return;
+    void* const memory = NKAlloc(static_cast<std::uint32_t>(bytes));
+    if (memory == nullptr)
+      return;
+    block = std::shared_ptr<void>(memory, NKFree);
+    auto* const first = static_cast<std::uint8_t*>(memory);
+    const auto address = std::bit_cast<std::uintptr_t>(first);
+    const std::size_t frame = roundUp(pixels * kExpandedBytes);
+    a = first + (roundUp(address) - address);
+    b = a + frame;
+    result = b + frame;
+  }
+};
+
+/// A packed layout: its rows to expanded ones and back, in whole groups.
+struct PackedLayout {
+  using ConvertRow = void (*)(const std::uint8_t* source, std::uint8_t* target,
+                              std::uint32_t width);
+  ConvertRow expand;
+  ConvertRow pack;
+};
+
+const Kernels422& kernels() {
+  static const Kernels422& best = kernels422(runnableTargets());
+  return best;
+}
+
+constexpr std::size_t ceilDivide(std::size_t value, std::size_t divisor) {
+  return (value + divisor - 1) / divisor;
+}
+
+/// Four pixels in, two out: the last ones may lie beyond the width.
+constexpr PackedLayout kYCbCr = {
+    [](const std::uint8_t* packed, std::uint8_t* expanded, std::uint32_t width) {
+      kernels().expandOuterShared(packed, expanded, ceilDivide(width, 4) * 2);
+    },
+    [](const std::uint8_t* expanded, std::uint8_t* packed, std::uint32_t width) {
+      kernels().packOuterShared(expanded, packed, ceilDivide(width, 2));
+    }};
+
+/// So many groups go through the samples' row at a time.
+constexpr std::size_t kChunkGroups = 160;
+using SampleRow = std::array<std::uint8_t, kChunkGroups * kGroupSamples + kSampleSlack>;
+constexpr std::size_t kGroupPairs = kGroupPixels / 2;
+constexpr std::size_t kGroupExpanded = kGroupPairs * kExpandedPair;
+
+template <class Convert>
+void inChunks(std::uint32_t width, Convert convert) {
+  const std::size_t groups = ceilDivide(width, kGroupPixels);
+  for (std::size_t done = 0; done < groups; done += kChunkGroups)
+    convert(done, std::min(kChunkGroups, groups - done));
+}
+
+constexpr PackedLayout kV210 = {
+    [](const std::uint8_t* packed, std::uint8_t* expanded, std::uint32_t width) {
+      SampleRow samples;
+      inChunks(width, [&](std::size_t first, std::size_t groups) {
+        kernels().samplesOfV210(packed + first * kGroupBytes, samples.data(), groups);
+        kernels().expandChromaFirst(samples.data(), expanded + first * kGroupExpanded,
+                                    groups * kGroupPairs);
+      });
+    },
+    [](const std::uint8_t* expanded, std::uint8_t* packed, std::uint32_t width) {
+      SampleRow samples;
+      inChunks(width, [&](std::size_t first, std::size_t groups) {
+        kernels().packChromaFirst(expanded + first * kGroupExpanded, samples.data(),
+                                  groups * kGroupPairs);
+        kernels().v210OfSamples(samples.data(), packed + first * kGroupBytes, groups);
+      });
+    }};
+
+/// One wipe of packed frames: `frame` as the caller gave it, and its expanded frames.
+struct PackedWipe {
+  WipeTask frame;
+  PackedLayout layout;
+  ExpandedFrames expanded{};
+
+  [[nodiscard]] std::size_t expandedRow(std::uint32_t y) const {
+    return std::size_t{y} * frame.width * kExpandedBytes;
+  }
+  void expandRowA(std::uint32_t y) const {
+    layout.expand(frame.srcA + frame.pitchA * y, expanded.a + expandedRow(y), frame.width);
+  }
+  void expandRowB(std::uint32_t y) const {
+    layout.expand(frame.srcB + frame.pitchB * y, expanded.b + expandedRow(y), frame.width);
+  }
+  void pack() const {
+    for (std::uint32_t y = 0; y < frame.height; ++y)
+      layout.pack(expanded.result + expandedRow(y), frame.dst + frame.pitchDst * y, frame.width);
+  }
+  [[nodiscard]] std::uint32_t wipe() const {
+    WipeTask task = frame;
+    task.srcA = expanded.a;
+    task.srcB = expanded.b;
+    task.dst = expanded.result;
+    task.pitchA = task.pitchB = task.pitchDst = kExpandedBytes * frame.width;
+    task.pixelType = ptYCbCr24;
+    return RunWipeBands(task, kernelOfWipe(task.wipe), expanded.block);
+  }
+};
+
+/// Makes the expanded frames, or says why there are none. A service that throws leaves the thread
+/// at its priority without a word; that is meant.
+bool allocate(PackedWipe& wipe, PriorityGuard& priority) {
+  try {
+    wipe.expanded = ExpandedFrames(wipe.frame.width, wipe.frame.height);
+  } catch (...) {
+    priority.leaveRaised();
+    return false;
+  }
+  if (wipe.expanded.a == nullptr)
+    ErrOut("No Memory NKDraw_DisplayWipeYCbCr");
+  return wipe.expanded.a != nullptr;
+}
+
+std::uint32_t wipeYCbCr(const WipeTask& frame) {
+  PriorityGuard priority;
+  PackedWipe wipe{frame, kYCbCr};
+  if (!allocate(wipe, priority))
+    return kNoMemory;
+  try {
+    // Row by row in turn: what the last group of the first frame leaves behind its end may lie in
+    // the second frame's first row, and stays there.
+    for (std::uint32_t y = 0; y < frame.height; ++y) {
+      wipe.expandRowA(y);
+      wipe.expandRowB(y);
+    }
+    const std::uint32_t result = wipe.wipe();
+    wipe.pack();
+    return result;
+  } catch (...) {
+    ErrOut("Exception Error NKDraw_DisplayWipeYCbCr");
+    return 0;
+  }
+}
+
+/// Runs a stretch whose failure goes without a word.
+template <class Stretch>
+void silently(Stretch stretch) {
+  try {
+    stretch();
+  } catch (...) {  // goes on with what there is
+  }
+}
+
+std::uint32_t wipeV210(const WipeTask& frame) {
+  PriorityGuard priority;
+  PackedWipe wipe{frame, kV210};
+  if (!allocate(wipe, priority))
+    return kNoMemory;
+  const std::uint32_t leastPitch = leastV210Pitch(frame.width);
+  for (std::uint32_t* const pitch : {&wipe.frame.pitchDst, &wipe.frame.pitchA, &wipe.frame.pitchB})
+    *pitch = std::max(*pitch, leastPitch);
+  silently([&] {
+    for (std::uint32_t y = 0; y < frame.height; ++y)
+      wipe.expandRowA(y);
+    for (std::uint32_t y = 0; y < frame.height; ++y)
+      wipe.expandRowB(y);
+  });
+  const std::uint32_t result = wipe.wipe();
+  silently([&] { wipe.pack(); });
+  return result;
+}
+
+}  // namespace
+}  // namespace nkdraw
+
+std::uint32_t NKDraw_DisplayWipeYCbCr(
+    const std::uint8_t* srcA, std::uint32_t pitchA, const std::uint8_t* srcB, std::uint32_t pitchB,
+    std::uint8_t* dst, std::uint32_t pitchDst, std::uint32_t wipe, std::int32_t pixelType,
+    std::uint32_t width, std::uint32_t height, std::uint32_t spare1, std::uint32_t spare2,
+    std::uint32_t spare3, std::uint32_t spare4, std::uint32_t spare5, std::uint32_t rangeStart,
+    std::uint32_t rangeEnd, std::uint32_t position) {
+  return nkdraw::wipeYCbCr({srcA,   pitchA,    srcB,   pitchB,     dst,      pitchDst,
+                            wipe,   pixelType, width,  height,     spare1,   spare2,
+                            spare3, spare4,    spare5, rangeStart, rangeEnd, position,
+                            0,      0,         0,      0});
+}
+
+std::uint32_t NKDraw_DisplayWipeV210(
+    const std::uint8_t* srcA, std::uint32_t pitchA, const std::uint8_t* srcB, std::uint32_t pitchB,
+    std::uint8_t* dst, std::uint32_t pitchDst, std::uint32_t wipe, std::int32_t pixelType,
+    std::uint32_t width, std::uint32_t height, std::uint32_t spare1, std::uint32_t spare2,
+    std::uint32_t spare3, std::uint32_t spare4, std::uint32_t spare5, std::uint32_t rangeStart,
+    std::uint32_t rangeEnd, std::uint32_t position) {
+  return nkdraw::wipeV210({srcA,     pitchA,   srcB,   pitchB, dst,    pitchDst, wipe,   pixelType,
+                           width,    height,   spare1, spare2, spare3, spare4,   spare5, rangeStart,
+                           rangeEnd, position, 0,      0,      0,      0});
+}

@@ -6,6 +6,7 @@
 #include "command.h"
 #include "interrupt.h"
 #include "libav_log.h"
+#include "wipe.h"
 
 #include <CLI/CLI.hpp>
 
@@ -22,7 +23,7 @@ namespace {
 constexpr int kSignalBase = 128;
 
 /// Each adds its sub-command to the command line.
-constexpr std::unique_ptr<Command> (*kCommands[])(CLI::App&) = {addBurnin};
+constexpr std::unique_ptr<Command> (*kCommands[])(CLI::App&) = {addBurnin, addWipe};
 
 int report(ExitCode code, std::string line) {
   std::ranges::replace(line, '\n', ' ');

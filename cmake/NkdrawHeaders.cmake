@@ -13,6 +13,7 @@ set(NKDRAW_PUBLIC_HEADERS
   nkdraw/overlay/overlay.h
   nkdraw/overlay/shared_pointer.h
   nkdraw/platform/captions.h
+  nkdraw/platform/flip.h
   nkdraw/platform/host.h
   nkdraw/platform/log.h
   nkdraw/platform/media_names.h

@@ -3,9 +3,9 @@
 // What the kernels share: the parts of a pixel, the rows of the frames, the progress.
 #pragma once
 
+#include "copy_block.h"
 #include "wipe_band.h"
 
-#include <nkdraw/platform/memory.h>
 #include <nkdraw/surface/pixel_type.h>
 
 #include <array>
@@ -71,12 +71,6 @@ struct WipeRow {
 /// empty.
 [[nodiscard]] constexpr std::uint32_t scale(const WipeTask& task, std::uint32_t size) {
   return size * task.position / rangeOf(task);
-}
-
-/// A block copy that leaves alone what lies in its place already.
-inline void copyBlock(std::uint8_t* target, const std::uint8_t* source, std::uint32_t bytes) {
-  if (target != source)
-    CopyMemoryFast(target, source, bytes);
 }
 
 }  // namespace nkdraw

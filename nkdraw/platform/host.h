@@ -5,6 +5,7 @@
 #pragma once
 
 #include <nkdraw/platform/captions.h>
+#include <nkdraw/platform/flip.h>
 #include <nkdraw/platform/log.h>
 #include <nkdraw/platform/media_names.h>
 #include <nkdraw/platform/memory.h>

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The multiplexed display: what is done to the inputs before a mode runs, and the grid after it.
+#include "mux_modes.h"
+
+#include <nkdraw/nkdraw_c.h>
+#include <nkdraw/platform/flip.h>
+#include <nkdraw/platform/memory.h>
+
+#include <cstring>
+#include <utility>
+
+namespace nkdraw {
+namespace {
+
+/// The grid's settings as the caller gives them, and the frame that it lies on.
+struct Grid {
+  std::uint32_t type, x, y;
+  std::uint8_t* output;
+  std::uint32_t width, height, pitch;
+};
+
+struct GridSteps {
+  std::uint32_t columns, rows;
+};
+
+constexpr std::uint32_t kPercentGrid = 1;
+constexpr std::uint32_t kGridWord = 0xBFBFBFBF;
+
+/// Steps of 0 where a division by zero would be asked for.
+GridSteps gridSteps(const Grid& grid) {
+  if (grid.type != kPercentGrid)
+    return {grid.x, grid.y};
+  const std::uint32_t cells = grid.x == 0 ? 0 : 100 / grid.x;
+  if (cells == 0)
+    return {0, 0};
+  return {grid.width / cells, grid.height / cells};
+}
+
+void drawColumnsOfGrid(std::uint8_t* row, std::uint32_t width, std::uint32_t step) {
+  for (std::size_t x = 0; x < width; x += step) {
+    std::memcpy(row + x * sizeof kGridWord, &kGridWord, sizeof kGridWord);
+    if (step == 0)
+      break;
+  }
+}
+
+/// A line's row is filled to the pitch. Without a step down there is no grid, without one across
+/// only its first column.
+void drawGrid(const Grid& grid) {
+  const GridSteps steps = gridSteps(grid);
+  if (steps.rows == 0)
+    return;
+  for (std::uint32_t y = 0; y < grid.height; ++y) {
+    std::uint8_t* const row = grid.output + grid.pitch * y;
+    if (y % steps.rows == 0)
+      SetMemoryFast(row, kGridWord, grid.pitch);
+    else
+      drawColumnsOfGrid(row, grid.width, steps.columns);
+  }
+}
+
+struct Size {
+  std::uint32_t width, height, pitch;
+};
+
+void mirrorVert(std::uint8_t* frame, const Size& size) {
+  pxcv_flip_vert(frame, frame, size.width, size.height, size.pitch);
+}
+void mirrorHorz(std::uint8_t* frame, const Size& size) {
+  pxcv_flip_horz(frame, frame, size.width, size.height, size.pitch, 0xFFFFFFFF);
+}
+
+/// In the caller's own buffers, which stay mirrored; that is meant.
+void mirrorInputs(std::uint8_t* first, std::uint8_t* second, std::uint32_t mode, const Size& size) {
+  if ((mode & kMuxMirrorSecondVert) != 0)
+    mirrorVert(second, size);
+  if ((mode & kMuxMirrorFirstVert) != 0)
+    mirrorVert(first, size);
+  if ((mode & kMuxMirrorSecondHorz) != 0)
+    mirrorHorz(second, size);
+  if ((mode & kMuxMirrorFirstHorz) != 0)
+    mirrorHorz(first, size);
+}
+
+}  // namespace
+}  // namespace nkdraw
+
+std::uint32_t NKDraw_DisplayMuxRGBA(std::uint8_t* srcA, std::uint32_t sizeA, std::uint8_t* srcB,
+                                    std::uint32_t sizeB, std::uint8_t* dst, std::uint32_t /*spare*/,
+                                    std::uint32_t mode, std::uint32_t wipe, std::uint32_t amount,
+                                    std::uint32_t threshold, std::uint32_t splitX,
+                                    std::uint32_t splitY, std::uint32_t gridType,
+                                    std::uint32_t gridX, std::uint32_t gridY, std::uint32_t width,
+                                    std::uint32_t height, std::uint32_t pitch) {
+  using namespace nkdraw;
+  if ((mode & kMuxSwapInputs) != 0)
+    std::swap(srcA, srcB);  // their sizes stay with the argument; that is meant
+  mirrorInputs(srcA, srcB, mode, {width, height, pitch});
+  modeOf(mode & kMuxValueBits)({srcA, srcB, dst, sizeA, sizeB, mode, wipe, amount, threshold,
+                                splitX, splitY, width, height, pitch});
+  if (gridType != 0)
+    drawGrid({gridType, gridX, gridY, dst, width, height, pitch});
+  else if ((mode & kMuxGrid) != 0)
+    drawGrid({kPercentGrid, gridX, gridY, dst, width, height, pitch});
+  return 0;
+}

@@ -1,0 +1,334 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The modes of the multiplexed display, and the table of their values.
+#include "mux_modes.h"
+
+#include "copy_block.h"
+#include "mux_rows.h"
+
+#include <nkdraw/nkdraw_c.h>
+
+namespace nkdraw {
+namespace {
+
+constexpr std::uint32_t kPixelBytes = kMuxPixelBytes;
+
+// Offsets of rows and sizes of blocks wrap at 32 bits.
+
+/// One row of the three frames.
+struct MuxRowBytes {
+  const std::uint8_t* first;
+  const std::uint8_t* second;
+  std::uint8_t* output;
+};
+
+MuxRowBytes rowOf(const MuxTask& task, std::uint32_t y) {
+  const std::uint32_t offset = task.pitch * y;
+  return {task.first + offset, task.second + offset, task.output + offset};
+}
+
+std::uint32_t rowBytes(const MuxTask& task) {
+  return task.width * kPixelBytes;
+}
+
+constexpr std::uint32_t halfRoundedUp(std::uint32_t size) {
+  return (size >> 1) + (size & 1);
+}
+
+/// Whether output rows share bytes with the rows of `input` without being the same.
+bool liesAcross(const MuxTask& task, const std::uint8_t* input) {
+  const auto distance =
+      reinterpret_cast<std::uintptr_t>(task.output) - reinterpret_cast<std::uintptr_t>(input);
+  const std::size_t bytes = std::size_t{task.width} * kPixelBytes;
+  return distance != 0 && (distance < bytes || 0 - distance < bytes);
+}
+
+const MuxRows& rowsFor(const MuxTask& task) {
+  return liesAcross(task, task.first) || liesAcross(task, task.second) ? kPlainMuxRows : muxRows();
+}
+
+template <class Rule>
+void drawByRule(const MuxTask& task, MuxRow<Rule> MuxRows::*form, Rule rule) {
+  const MuxRow<Rule> drawRow = rowsFor(task).*form;
+  for (std::uint32_t y = 0; y < task.height; ++y) {
+    const MuxRowBytes row = rowOf(task, y);
+    drawRow(rule, row.first, row.second, row.output, task.width);
+  }
+}
+
+// Whole frames.
+
+void drawFirst(const MuxTask& task) {
+  copyBlock(task.output, task.first, task.sizeA);
+}
+
+void drawSecond(const MuxTask& task) {
+  copyBlock(task.output, task.second, task.sizeB);
+}
+
+void drawWipe(const MuxTask& task) {
+  constexpr std::uint32_t kWholeRange = 65536;
+  NKDraw_DisplayWipe(task.first, task.pitch, task.second, task.pitch, task.output, task.pitch,
+                     task.wipe, ptRGBA32, task.width, task.height, 1, 1, 0, 0, 0, 0, kWholeRange,
+                     task.amount);
+}
+
+// Pixel by pixel.
+
+template <std::uint32_t first, std::uint32_t second>
+void drawChannels(const MuxTask& task) {
+  static_assert((first & second) == 0);
+  drawByRule(task, &MuxRows::channels, ChannelMix{first, second});
+}
+
+void drawAverage(const MuxTask& task) {
+  drawByRule(task, &MuxRows::average, Average{});
+}
+
+void drawDifference(const MuxTask& task) {
+  const bool amplified = task.threshold >= 2 && task.threshold <= 255;
+  const auto gain = static_cast<std::int16_t>(amplified ? task.threshold : 1);
+  drawByRule(task, &MuxRows::difference, Difference{gain});
+}
+
+void drawCompare(const MuxTask& task) {
+  const std::uint8_t other = task.has(kMuxSwapInputs) ? 0xFF : 0;
+  drawByRule(task, &MuxRows::compare, Compare{task.threshold, other});
+}
+
+void drawFade(const MuxTask& task) {
+  const std::uint32_t first = task.amount >> 8;
+  drawByRule(task, &MuxRows::fade, Fade{first, 256 - first});
+}
+
+void drawGrey(const MuxTask& task) {
+  for (std::uint8_t place = 0; place < kPixelBytes; ++place) {
+    if (task.threshold == 0xFFU << (8 * place))
+      return drawByRule(task, &MuxRows::greyByte, GreyByte{place});
+  }
+  drawByRule(task, &MuxRows::greyMean, GreyMean{});
+}
+
+// Interleaves.
+
+/// A last pair reaches one row past an odd height; that is meant.
+void interleaveRows(const MuxTask& task) {
+  const std::uint32_t pairs = halfRoundedUp(task.height);
+  for (std::uint32_t pair = 0; pair < pairs; ++pair) {
+    const MuxRowBytes even = rowOf(task, 2 * pair), odd = rowOf(task, 2 * pair + 1);
+    copyBlock(even.output, even.first, task.pitch);
+    copyBlock(odd.output, odd.second, task.pitch);
+  }
+}
+
+/// The last column of an odd width stays as it was; that is meant.
+void interleaveColumns(const MuxTask& task) {
+  const MuxRow<Runs> drawRow = rowsFor(task).runs;
+  for (std::uint32_t y = 0; y < task.height; ++y) {
+    const MuxRowBytes row = rowOf(task, y);
+    drawRow({1}, row.first, row.second, row.output, task.width & ~1U);
+  }
+}
+
+void drawInterleave(const MuxTask& task) {
+  task.has(kMuxOtherWay) ? interleaveColumns(task) : interleaveRows(task);
+}
+
+/// One row of the checker, whose even columns come from `even`. A last pair reaches one pixel past
+/// an odd width; that is meant.
+void checkRow(MuxRow<Runs> drawRow, const std::uint8_t* even, const std::uint8_t* odd,
+              std::uint8_t* output, std::uint32_t width) {
+  drawRow({1}, even, odd, output, width);
+  if (width % 2 != 0)
+    plain::setPixel(output, width, plain::pixelAt(odd, width));
+}
+
+/// A last pair of rows reaches one row past an odd height; that is meant.
+void drawChecker(const MuxTask& task) {
+  const MuxRow<Runs> drawRow = rowsFor(task).runs;
+  const std::uint32_t pairs = halfRoundedUp(task.height);
+  for (std::uint32_t pair = 0; pair < pairs; ++pair) {
+    const MuxRowBytes even = rowOf(task, 2 * pair), odd = rowOf(task, 2 * pair + 1);
+    checkRow(drawRow, even.first, even.second, even.output, task.width);
+    checkRow(drawRow, odd.second, odd.first, odd.output, task.width);
+  }
+}
+
+void drawBlocks(const MuxTask& task) {
+  const Runs runs{std::clamp(task.amount >> 8, 1U, Runs::kLongest)};
+  const MuxRow<Runs> drawRow = rowsFor(task).runs;
+  for (std::uint32_t y = 0; y < task.height; ++y) {
+    const MuxRowBytes row = rowOf(task, y);
+    const bool even = y / runs.run % 2 == 0;
+    drawRow(runs, even ? row.first : row.second, even ? row.second : row.first, row.output,
+            task.width);
+  }
+}
+
+// Halves.
+
+/// The last row of an odd height stays as it was; that is meant.
+void drawOverAndUnder(const MuxTask& task) {
+  const std::uint32_t half = task.height >> 1;
+  for (std::uint32_t y = 0; y < half; ++y) {
+    const MuxRowBytes source = rowOf(task, 2 * y);
+    copyBlock(rowOf(task, y).output, source.first, task.pitch);
+    copyBlock(rowOf(task, half + y).output, source.second, task.pitch);
+  }
+}
+
+/// Every other pixel of a packed frame into the left half of the packed frame at `output`.
+void squeeze(const MuxTask& task, const std::uint8_t* frame, std::uint8_t* output) {
+  for (std::uint32_t y = 0; y < task.height; ++y) {
+    const std::uint32_t offset = rowBytes(task) * y;
+    muxRows().everyOther(frame + offset, output + offset, task.width >> 1);
+  }
+}
+
+/// The right half begins in the middle of a pixel when the width is odd; that is meant.
+void drawSideBySide(const MuxTask& task) {
+  squeeze(task, task.first, task.output);
+  squeeze(task, task.second, task.output + 2 * task.width);
+}
+
+constexpr std::uint32_t kSplitGrey = 0x80808080;
+constexpr MuxPixel kSplitPixel = {0x80, 0x80, 0x80, 0x80};
+
+/// The marked column may be the one behind the row's last pixel; that is meant.
+void splitColumns(const MuxTask& task) {
+  const std::uint32_t split = task.splitX > task.width ? task.width >> 1 : task.splitX;
+  const std::uint32_t left = split * kPixelBytes;
+  for (std::uint32_t y = 0; y < task.height; ++y) {
+    const MuxRowBytes row = rowOf(task, y);
+    copyBlock(row.output, row.first, left);
+    copyBlock(row.output + left, row.second + left, rowBytes(task) - left);
+    if (task.has(kMuxMarkSplit))
+      plain::setPixel(row.output, split, kSplitPixel);
+  }
+}
+
+void splitRows(const MuxTask& task) {
+  const std::uint32_t split = task.splitY > task.height ? task.height >> 1 : task.splitY;
+  for (std::uint32_t y = 0; y < task.height; ++y) {
+    const MuxRowBytes row = rowOf(task, y);
+    if (y == split && task.has(kMuxMarkSplit))
+      SetMemoryFast(row.output, kSplitGrey, task.pitch);
+    else
+      copyBlock(row.output, y < split ? row.first : row.second, task.pitch);
+  }
+}
+
+void drawSplit(const MuxTask& task) {
+  task.has(kMuxOtherWay) ? splitRows(task) : splitColumns(task);
+}
+
+void mirrorColumns(const MuxTask& task) {
+  const std::uint32_t half = task.width >> 1;
+  const std::size_t middle = std::size_t{half} * kPixelBytes;
+  for (std::uint32_t y = 0; y < task.height; ++y) {
+    const MuxRowBytes row = rowOf(task, y);
+    copyBlock(row.output, row.first, half * kPixelBytes);
+    muxRows().backwards(row.second + middle, row.output + middle, task.width - half);
+  }
+}
+
+void mirrorRows(const MuxTask& task) {
+  const std::uint32_t half = task.height >> 1;
+  for (std::uint32_t y = 0; y < task.height; ++y) {
+    const std::uint8_t* const source =
+        y < half ? rowOf(task, y).first : rowOf(task, 2 * half - y).second;
+    copyBlock(rowOf(task, y).output, source, rowBytes(task));
+  }
+}
+
+void drawMirror(const MuxTask& task) {
+  task.has(kMuxOtherWay) ? mirrorRows(task) : mirrorColumns(task);
+}
+
+// Parts of packed frames, with black around them. A row is blackened just before it is drawn.
+
+/// Both at half size beside each other. Of an odd width each is one column wider than half: the
+/// middle column shows the first's last one, and a single column the second's; that is meant.
+void drawQuarterPair(const MuxTask& task) {
+  const std::uint32_t top = task.height >> 2, rows = halfRoundedUp(task.height);
+  const std::uint32_t bytes = rowBytes(task), middle = (task.width >> 1) * kPixelBytes;
+  const std::uint32_t columns = halfRoundedUp(task.width);
+  SetMemoryFast(task.output, 0, top * bytes);
+  for (std::uint32_t y = 0; y < rows; ++y) {
+    std::uint8_t* const output = task.output + (top + y) * bytes;
+    SetMemoryFast(output, 0, bytes);
+    muxRows().everyOther(task.second + 2 * y * bytes, output + middle, columns);
+    if (middle != 0)  // both share a single column, and the second is written last
+      muxRows().everyOther(task.first + 2 * y * bytes, output, columns);
+  }
+  const std::uint32_t bottom = top + rows;
+  SetMemoryFast(task.output + bottom * bytes, 0, (task.height - bottom) * bytes);
+}
+
+void cropColumns(const MuxTask& task) {
+  const std::uint32_t half = task.width >> 1, bytes = rowBytes(task);
+  const std::uint32_t from = std::min(task.splitX, half) * kPixelBytes;
+  const std::uint32_t halfBytes = half * kPixelBytes;
+  for (std::uint32_t y = 0; y < task.height; ++y) {
+    std::uint8_t* const output = task.output + y * bytes;
+    SetMemoryFast(output, 0, bytes);
+    CopyMemoryFast(output, task.first + y * bytes + from, halfBytes);
+    CopyMemoryFast(output + halfBytes, task.second + y * bytes + from, halfBytes);
+  }
+}
+
+/// The second's rows begin in the middle of a row when the height is odd; that is meant.
+void cropRows(const MuxTask& task) {
+  const std::uint32_t half = task.height >> 1, bytes = rowBytes(task);
+  const std::uint32_t from = std::min(task.splitY, half) * bytes, halfBytes = half * bytes;
+  const std::uint32_t middle = (task.width * task.height >> 1) * kPixelBytes;
+  CopyMemoryFast(task.output, task.first + from, halfBytes);
+  SetMemoryFast(task.output + halfBytes, 0, middle - halfBytes);
+  CopyMemoryFast(task.output + middle, task.second + from, halfBytes);
+  const std::uint32_t end = middle + halfBytes;
+  SetMemoryFast(task.output + end, 0, task.height * bytes - end);
+}
+
+void drawCropPair(const MuxTask& task) {
+  task.has(kMuxOtherWay) ? cropRows(task) : cropColumns(task);
+}
+
+struct MuxEntry {
+  std::uint32_t value;
+  MuxMode draw;
+};
+
+constexpr MuxEntry kModes[] = {
+    {2, drawSecond},
+    {4, drawChannels<0x00FF0000, 0x000000FF>},
+    {8, drawChannels<0xFFFF0000, 0x0000FFFF>},
+    {16, drawChannels<0xFFFFFF00, 0x000000FF>},
+    {32, drawChannels<0xFF00FF00, 0x00FF00FF>},
+    {64, drawInterleave},
+    {128, drawAverage},
+    {256, drawDifference},
+    {512, drawOverAndUnder},
+    {1024, drawSideBySide},
+    {2048, drawSplit},
+    {4096, drawMirror},
+    {8192, drawMirror},
+    {16384, drawCompare},
+    {32768, drawFade},
+    {65536, drawWipe},
+    {262144, drawChecker},
+    {524288, drawBlocks},
+    {1048576, drawQuarterPair},
+    {2097152, drawCropPair},
+    {8388608, drawGrey},
+};
+
+}  // namespace
+
+MuxMode modeOf(std::uint32_t value) {
+  const auto* const entry =
+      std::find_if(std::begin(kModes), std::end(kModes),
+                   [value](const MuxEntry& mode) { return mode.value == value; });
+  return entry == std::end(kModes) ? drawFirst : entry->draw;
+}
+
+}  // namespace nkdraw

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// How one pixel of the display comes from one pixel of each frame. Each rule states its result
+// here, plainly; the fast rows give the same.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace nkdraw {
+
+/// The four bytes of a pixel, in memory order.
+using MuxPixel = std::array<std::uint8_t, 4>;
+
+/// Some bytes of the first, some of the second, the others 0. Masks of the pixel as a word, whose
+/// lowest byte is byte 0; no bit is in both.
+struct ChannelMix {
+  std::uint32_t first;
+  std::uint32_t second;
+
+  [[nodiscard]] constexpr MuxPixel operator()(const MuxPixel& f, const MuxPixel& s) const {
+    MuxPixel mix{};
+    for (std::size_t i = 0; i < mix.size(); ++i)
+      mix[i] =
+          static_cast<std::uint8_t>((f[i] & (first >> (8 * i))) | (s[i] & (second >> (8 * i))));
+    return mix;
+  }
+};
+
+/// Both are halved before they are added, so that two odd bytes come out one lower.
+struct Average {
+  [[nodiscard]] constexpr MuxPixel operator()(const MuxPixel& f, const MuxPixel& s) const {
+    MuxPixel mean{};
+    for (std::size_t i = 0; i < mean.size(); ++i)
+      mean[i] = static_cast<std::uint8_t>((f[i] >> 1) + (s[i] >> 1));
+    return mean;
+  }
+};
+
+/// The largest signed difference of bytes 0 to 2, halved towards the lower number, amplified,
+/// limited to 127 either way and shown around 128; byte 3 is 0.
+struct Difference {
+  std::int16_t gain;  ///< 1 to 255: the product fits 16 bits, as a difference is -128 to 127
+
+  [[nodiscard]] constexpr MuxPixel operator()(const MuxPixel& f, const MuxPixel& s) const {
+    const int largest = std::max({(f[0] - s[0]) >> 1, (f[1] - s[1]) >> 1, (f[2] - s[2]) >> 1});
+    const auto grey = static_cast<std::uint8_t>(128 + std::clamp(largest * gain, -127, 127));
+    return {grey, grey, grey, 0};
+  }
+};
+
+/// The second, where no byte is further than `threshold` from the first's; else the byte `other`,
+/// four times.
+struct Compare {
+  std::uint32_t threshold;
+  std::uint8_t other;
+
+  [[nodiscard]] constexpr MuxPixel operator()(const MuxPixel& f, const MuxPixel& s) const {
+    for (std::size_t i = 0; i < f.size(); ++i) {
+      const int distance = f[i] < s[i] ? s[i] - f[i] : f[i] - s[i];
+      if (static_cast<std::uint32_t>(distance) > threshold)
+        return {other, other, other, other};
+    }
+    return s;
+  }
+};
+
+/// Mixes bytes by weights that add up to 256, both modulo 2^32: (s * second + f * first) >> 8, its
+/// low byte. That byte holds bits 8 to 15 of the sum, which the low 16 bits of the weights decide.
+struct Fade {
+  std::uint32_t first;
+  std::uint32_t second;
+
+  [[nodiscard]] constexpr MuxPixel operator()(const MuxPixel& f, const MuxPixel& s) const {
+    MuxPixel mix{};
+    for (std::size_t i = 0; i < mix.size(); ++i)
+      mix[i] = static_cast<std::uint8_t>((s[i] * second + f[i] * first) >> 8);
+    return mix;
+  }
+};
+
+/// One byte of the first, four times.
+struct GreyByte {
+  std::uint8_t place;  ///< 0 to 3
+
+  [[nodiscard]] constexpr MuxPixel operator()(const MuxPixel& f, const MuxPixel& /*s*/) const {
+    return {f[place], f[place], f[place], f[place]};
+  }
+};
+
+/// The mean of bytes 0 to 2 of the first, four times.
+struct GreyMean {
+  [[nodiscard]] constexpr MuxPixel operator()(const MuxPixel& f, const MuxPixel& /*s*/) const {
+    const auto mean = static_cast<std::uint8_t>((f[0] + f[1] + f[2]) / 3);
+    return {mean, mean, mean, mean};
+  }
+};
+
+/// The rules that never read the second frame.
+template <class Rule>
+inline constexpr bool kReadsFirstAlone = false;
+template <>
+inline constexpr bool kReadsFirstAlone<GreyByte> = true;
+template <>
+inline constexpr bool kReadsFirstAlone<GreyMean> = true;
+
+/// Runs of `run` pixels alternate, from the first, then from the second, from the row's start on.
+struct Runs {
+  std::uint32_t run;  ///< 1 to kLongest
+
+  static constexpr std::uint32_t kLongest = 100;
+};
+
+}  // namespace nkdraw

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Mirroring frames of four-byte pixels.
+#pragma once
+
+#include <nkdraw/export.h>
+
+#include <cstdint>
+
+// A frame is `height` rows of `width` pixels, `pitch` bytes from row to row. `destination` is
+// `source` itself or a frame apart from it. Bytes behind a row's pixels are neither read nor
+// written.
+
+/// Mirrors a frame top to bottom.
+NKDRAW_API void pxcv_flip_vert(const std::uint8_t* source, std::uint8_t* destination,
+                               std::uint32_t width, std::uint32_t height, std::uint32_t pitch);
+
+/// Mirrors a frame left to right. `mask` is 0xFFFFFFFF; the default implementation does not read
+/// it.
+NKDRAW_API void pxcv_flip_horz(const std::uint8_t* source, std::uint8_t* destination,
+                               std::uint32_t width, std::uint32_t height, std::uint32_t pitch,
+                               std::uint32_t mask);

@@ -15,8 +15,8 @@ struct SheetPictures {
   BgraCanvas first, second;
 };
 
-/// The first frames of two clips, brought to `tileWidth`, and to the height that gives the first
-/// its shape; for a clip that is not named a picture of the program's own. Throws Failure.
+/// The first frames of two clips, brought to `tileWidth`, and to an even height that gives the
+/// first its shape; for a clip that is not named a picture of the program's own. Throws Failure.
 [[nodiscard]] SheetPictures sheetPictures(const std::optional<std::string>& first,
                                           const std::optional<std::string>& second, int tileWidth);
 

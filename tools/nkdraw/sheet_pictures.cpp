@@ -79,12 +79,15 @@ SheetPictures sheetPictures(const std::optional<std::string>& first,
   // The first clip that is named gives the shape.
   const AVFrame* const shape = a != nullptr ? a.get() : b.get();
   constexpr int kUsualWidth = 16, kUsualHeight = 9;
-  const int height = std::max(
-      shape != nullptr ? static_cast<int>(av_rescale(tileWidth, shape->height, shape->width))
-                       : tileWidth * kUsualHeight / kUsualWidth,
-      1);
-  return {a != nullptr ? scaled(*a, tileWidth, height) : drawOwn(kFirstLook, tileWidth, height),
-          b != nullptr ? scaled(*b, tileWidth, height) : drawOwn(kSecondLook, tileWidth, height)};
+  const std::int64_t height = shape != nullptr
+                                  ? av_rescale(tileWidth, shape->height, shape->width)
+                                  : std::int64_t{tileWidth} * kUsualHeight / kUsualWidth;
+  // Even, since some modes halve it.
+  const int tileHeight = static_cast<int>(std::max<std::int64_t>(height + height % 2, 2));
+  return {
+      a != nullptr ? scaled(*a, tileWidth, tileHeight) : drawOwn(kFirstLook, tileWidth, tileHeight),
+      b != nullptr ? scaled(*b, tileWidth, tileHeight)
+                   : drawOwn(kSecondLook, tileWidth, tileHeight)};
 }
 
 }  // namespace nkdraw::tool

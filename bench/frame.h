@@ -39,34 +39,69 @@ inline constexpr Layout kLayouts[] = {
     {"BGRA", ptBGRA32, 0, kWidth * 4 * kHeight},
 };
 
-/// Seconds of the median memcpy of `bytes` bytes, measured now.
-inline double copySeconds(std::uint32_t bytes) {
-  std::vector<char> from(bytes, 1), to(bytes, 2);
-  std::vector<double> seconds(31);
-  for (double& second : seconds) {
-    const auto start = std::chrono::steady_clock::now();
-    std::memcpy(to.data(), from.data(), bytes);
-    benchmark::DoNotOptimize(to.data());
-    benchmark::ClobberMemory();
-    second = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  }
-  std::nth_element(seconds.begin(), seconds.begin() + 15, seconds.end());
-  return seconds[15];
+using Clock = std::chrono::steady_clock;
+
+inline double secondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-/// Runs `draw` and reports its time also as a ratio to the copy of a frame, taken in the same run.
+inline double medianOf(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+/// Times copies of a frame.
+class FrameCopy {
+ public:
+  explicit FrameCopy(std::uint32_t bytes) : from_(bytes, 1), to_(bytes, 2) {}
+
+  void run(int times) {
+    for (int i = 0; i < times; ++i) {
+      const auto start = Clock::now();
+      std::memcpy(to_.data(), from_.data(), from_.size());
+      benchmark::DoNotOptimize(to_.data());
+      benchmark::ClobberMemory();
+      seconds_.push_back(secondsSince(start));
+    }
+  }
+  [[nodiscard]] double median() const { return medianOf(seconds_); }
+
+ private:
+  std::vector<char> from_, to_;
+  std::vector<double> seconds_;
+};
+
+/// Runs `draw` and reports the median of its times also as a ratio to that of copies of a frame,
+/// half of them taken before and half after. Short work is timed in batches.
 template <class Draw>
 void measure(benchmark::State& state, std::uint32_t frameBytes, Draw draw) {
-  const double copy = copySeconds(frameBytes);
-  const auto start = std::chrono::steady_clock::now();
-  for (auto _ : state)
+  constexpr double kLeastBatch = 20e-6;
+  FrameCopy copy(frameBytes);
+  copy.run(20);
+  draw();
+  auto start = Clock::now();
+  draw();
+  const int batch =
+      std::max(1, static_cast<int>(kLeastBatch / std::max(secondsSince(start), 1e-9)));
+
+  std::vector<double> seconds;
+  int done = 0;
+  start = Clock::now();
+  for (auto _ : state) {
     draw();
-  const double spent =
-      std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  const double each = spent / static_cast<double>(state.iterations());
-  state.counters["ms"] = each * 1e3;
-  state.counters["memcpy_ms"] = copy * 1e3;
-  state.counters["of_memcpy"] = each / copy;
+    if (++done < batch)
+      continue;
+    seconds.push_back(secondsSince(start) / batch);
+    done = 0;
+    start = Clock::now();
+  }
+  if (seconds.empty())
+    seconds.push_back(secondsSince(start) / std::max(done, 1));
+  copy.run(20);
+  state.counters["ms"] = medianOf(seconds) * 1e3;
+  state.counters["memcpy_ms"] = copy.median() * 1e3;
+  state.counters["of_memcpy"] = medianOf(seconds) / copy.median();
 }
 
 struct ReleaseSurface {

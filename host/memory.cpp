@@ -1,24 +1,92 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Blocks of memory, and copies of them.
+// Blocks of memory, and copies of them. Frames come and go by the same sizes: a few large blocks
+// are kept, since the system would clear each of their pages again.
 #include <nkdraw/platform/memory.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
+#include <memory>
+#include <mutex>
 #include <new>
+#include <utility>
 
 namespace {
 
 /// The widest vector there is, and a cache line.
-constexpr std::align_val_t kBlockAlignment{64};
+constexpr std::size_t kAlignment = 64;
+
+/// In front of every block, which it keeps at its alignment.
+struct alignas(kAlignment) Header {
+  std::size_t bytes;  ///< behind the header
+};
+
+struct Release {
+  void operator()(Header* header) const {
+    ::operator delete (header, std::align_val_t{kAlignment});
+  }
+};
+using Block = std::unique_ptr<Header, Release>;
+
+Block newBlock(std::size_t bytes) {
+  void* const memory =
+      ::operator new (sizeof(Header) + bytes, std::align_val_t{kAlignment}, std::nothrow);
+  return Block(memory == nullptr ? nullptr : new (memory) Header{bytes});
+}
+
+/// Large blocks that were given back.
+class KeptBlocks {
+ public:
+  static constexpr std::size_t kLarge = 4 << 20;
+
+  /// One that is not much larger than asked for, or null.
+  Block take(std::size_t bytes) {
+    const std::scoped_lock lock(mutex_);
+    const auto fits = [&](const Block& block) {
+      return block && block->bytes >= bytes && block->bytes / 2 <= bytes;
+    };
+    const auto found = std::ranges::find_if(blocks_, fits);
+    return found == std::end(blocks_) ? nullptr : std::move(*found);
+  }
+
+  /// Keeps the block in the place of the oldest one; that, or a block that is too large, ends.
+  void give(Block block) {
+    if (block->bytes > kLargest)
+      return;
+    const std::scoped_lock lock(mutex_);
+    std::swap(blocks_[next_], block);
+    next_ = (next_ + 1) % std::size(blocks_);
+  }
+
+ private:
+  static constexpr std::size_t kLargest = 96 << 20;  // a wipe of 3840x2160 needs 75
+
+  std::mutex mutex_;
+  Block blocks_[2];
+  std::size_t next_ = 0;
+};
+
+KeptBlocks& keptBlocks() {
+  static KeptBlocks& kept = *new KeptBlocks;  // outlives every thread that may give a block back
+  return kept;
+}
 
 }  // namespace
 
 void* NKAlloc(std::uint32_t bytes) {
-  return ::operator new(bytes, kBlockAlignment, std::nothrow);
+  Block block = bytes >= KeptBlocks::kLarge ? keptBlocks().take(bytes) : nullptr;
+  if (!block)
+    block = newBlock(bytes);
+  return block ? block.release() + 1 : nullptr;
 }
 
-void NKFree(void* block) {
-  ::operator delete(block, kBlockAlignment);
+void NKFree(void* memory) {
+  if (memory == nullptr)
+    return;
+  Block block(static_cast<Header*>(memory) - 1);
+  if (block->bytes >= KeptBlocks::kLarge)
+    keptBlocks().give(std::move(block));
 }
 
 void CopyMemoryFast(void* target, const void* source, std::uint32_t bytes) {

@@ -8,9 +8,7 @@ namespace nkdraw {
 std::int64_t runnableTargets() {
 #if HWY_ARCH_X86
   __builtin_cpu_init();
-  std::int64_t targets = 0;
-  if (__builtin_cpu_supports("ssse3"))
-    targets |= HWY_SSSE3;
+  std::int64_t targets = 0;  // HWY_SSSE3 is not compiled
   if (__builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("pclmul") &&
       __builtin_cpu_supports("aes"))
     targets |= HWY_SSE4;

@@ -32,15 +32,16 @@ std::uint32_t WipeMix(const std::uint8_t* srcA, std::uint32_t pitchA, const std:
   task.dst = dst;
   task.wipe = wipe;
   const PixelParts parts = pixelParts(layout + 1);
-  const MixRow mix = plainMixRow(parts.kind);
-  if (mix == nullptr || left >= right)
+  if (!parts.known() || left >= right || top >= bottom)
     return 0;
-  const MixWeights weights(position, rangeEnd - rangeStart);
   const std::size_t first = std::size_t{left} * parts.bytes();
   const std::size_t count = std::size_t{right - left} * parts.count;
+  // Frames of ptYCbCr24 are 4:2:2 ones, expanded: they are packed again at once.
+  const RowMixer mix(parts.kind, position, rangeEnd - rangeStart,
+                     std::uint64_t{count} * (bottom - top), layout + 1 == ptYCbCr24);
   for (std::uint32_t y = top; y < bottom; ++y) {
     const WipeRow row = rowOf(task, y);
-    mix(weights, row.outgoing + first, row.incoming + first, row.output + first, count);
+    mix(row.outgoing + first, row.incoming + first, row.output + first, count);
   }
   return 0;
 }

@@ -1,26 +1,17 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The cross-fade in its plain form: one part after the other, in doubles.
+// The cross-fade in its plain form, one part after the other in doubles, and the choice of a faster
+// one.
 #include "wipe_mix.h"
-
-#include <nkdraw/surface/truncate.h>
+#include "vector_targets.h"
 
 #include <cstring>
-#include <type_traits>
+#include <numeric>
 
 namespace nkdraw {
 namespace {
 
-/// Truncated, not rounded and not clamped: equal parts may come out one lower, and progress beyond
-/// the range wraps.
-template <class Part>
-Part mixed(const MixWeights& weights, Part outgoing, Part incoming) {
-  return static_cast<Part>(
-      truncateToInt32(outgoing * weights.outgoing + incoming * weights.incoming));
-}
-
 /// The incoming part counts as an integer, so that values below 1.0 add nothing; that is meant.
-template <>
 float mixed(const MixWeights& weights, float outgoing, float incoming) {
   const auto whole = static_cast<double>(truncateToInt32(static_cast<double>(incoming)));
   return static_cast<float>(whole * weights.incoming +
@@ -43,10 +34,120 @@ void mixRow(const MixWeights& weights, const std::uint8_t* outgoing, const std::
 constexpr MixRow kPlainRows[] = {nullptr, mixRow<std::uint8_t>, mixRow<std::uint16_t>,
                                  mixRow<float>};
 
+constexpr std::uint32_t kOne = 65536;
+/// Divisors beyond this make a fraction of a difference of bytes whole for a difference of 0 alone.
+constexpr std::uint32_t kLargestDifference = 255;
+
+/// Whether `weight` / 65536 has the floors of position / range, and no whole number, for every
+/// difference of bytes but 0.
+bool hasTheFloors(std::uint32_t weight, std::uint64_t position, std::uint32_t range) {
+  for (std::uint32_t d = 1; d <= kLargestDifference; ++d) {
+    const std::uint32_t product = d * weight;
+    if (product / kOne != d * position / range || product % kOne == 0)
+      return false;
+  }
+  return true;
+}
+
+/// Looks at every whole pair. Differences of these are multiples of `step`, of which each adds
+/// `rise` to the result.
+void findCorrections(ByteMix& mix, std::uint32_t step, std::uint32_t rise) {
+  for (std::uint32_t o = 0; o <= kLargestDifference; ++o) {
+    std::uint32_t whole = o - o / step * rise;
+    for (std::uint32_t n = o % step; n <= kLargestDifference; n += step, whole += rise) {
+      const auto outgoing = static_cast<std::uint8_t>(o), incoming = static_cast<std::uint8_t>(n);
+      if (mixed(mix.weights, outgoing, incoming) == whole)
+        continue;
+      mix.outgoingOneLess.insert(outgoing);
+      mix.incomingOneLess.insert(incoming);
+    }
+  }
+}
+
+/// Rows of a cross-fade of fewer parts than these are done before the preparation is.
+constexpr std::uint64_t kFewParts = 16384;
+/// And of so many leave no room in a core's caches.
+constexpr std::uint64_t kManyParts = 1 << 20;
+
+const MixKernels& kernels() {
+  static const MixKernels& best = mixKernels(runnableTargets());
+  return best;
+}
+
 }  // namespace
 
 MixRow plainMixRow(PartKind kind) {
   return kPlainRows[static_cast<std::size_t>(kind)];
+}
+
+ByteMix byteMix(std::uint32_t position, std::uint32_t range) {
+  ByteMix mix{MixWeights(position, range)};
+  const std::uint64_t scaled = std::uint64_t{position} * kOne;
+  mix.weight = static_cast<std::uint32_t>(scaled / range);
+  if (scaled % range == 0)  // and doubles are exact, too
+    return mix;
+  const std::uint32_t common = std::gcd(position, range), step = range / common;
+  mix.rounds = step <= kLargestDifference;
+  if (mix.rounds)
+    mix.weight = static_cast<std::uint32_t>((scaled + range / 2) / range);
+  else if (!hasTheFloors(mix.weight, position, range))
+    ++mix.weight;
+  findCorrections(mix, step, position / common);
+  return mix;
+}
+
+WordMix wordMix(std::uint32_t position, std::uint32_t range) {
+  const std::uint64_t scaled = std::uint64_t{position} << 32;
+  const auto weight = static_cast<std::uint32_t>(scaled / range);
+  return {MixWeights(position, range), weight, scaled % range == 0 && weight % kOne == 0, false};
+}
+
+RowMixer::RowMixer(PartKind kind, std::uint32_t position, std::uint32_t range, std::uint64_t parts,
+                   bool readSoon)
+    : way_(wayOf(kind, position, range, parts, readSoon)) {}
+
+RowMixer::Way RowMixer::wayOf(PartKind kind, std::uint32_t position, std::uint32_t range,
+                              std::uint64_t parts, bool readSoon) {
+  const bool bytes = kind == PartKind::kByte, words = kind == PartKind::kWord;
+  const bool inside = position <= range && range != 0;
+  if (inside && (bytes || words)) {
+    if (position == 0 || position == range)
+      return Copy{position != 0, bytes ? std::uint8_t{1} : std::uint8_t{2}};
+    const auto streaming = [&](auto mix) -> Way {
+      mix.streams = parts >= kManyParts && !readSoon;
+      return mix;
+    };
+    if (bytes && parts >= kFewParts)
+      return streaming(byteMix(position, range));
+    if (words)
+      return streaming(wordMix(position, range));
+  }
+  return Plain{MixWeights(position, range), plainMixRow(kind)};
+}
+
+void RowMixer::operator()(const std::uint8_t* outgoing, const std::uint8_t* incoming,
+                          std::uint8_t* output, std::size_t count) const {
+  struct Mix {
+    const std::uint8_t* outgoing;
+    const std::uint8_t* incoming;
+    std::uint8_t* output;
+    std::size_t count;
+
+    void operator()(const Plain& way) const {
+      way.row(way.weights, outgoing, incoming, output, count);
+    }
+    void operator()(const Copy& way) const {
+      copyBlock(output, way.incoming ? incoming : outgoing,
+                static_cast<std::uint32_t>(count * way.partBytes));
+    }
+    void operator()(const ByteMix& way) const {
+      kernels().bytes(way, outgoing, incoming, output, count);
+    }
+    void operator()(const WordMix& way) const {
+      kernels().words(way, outgoing, incoming, output, count);
+    }
+  };
+  std::visit(Mix{outgoing, incoming, output, count}, way_);
 }
 
 }  // namespace nkdraw

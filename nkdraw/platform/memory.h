@@ -7,10 +7,12 @@
 
 #include <cstdint>
 
-/// A block of `bytes` bytes, aligned to 64 bytes, contents undefined; null when there is none.
+/// A block of `bytes` bytes, aligned to 64 bytes, contents undefined; null when there is none. Any
+/// thread may call, here and below.
 [[nodiscard]] NKDRAW_API void* NKAlloc(std::uint32_t bytes);
 
-/// Frees a block from NKAlloc; null is left alone.
+/// Frees a block from NKAlloc; null is left alone. Up to two blocks of 4 to 96 MiB, a frame's size,
+/// are kept for the next that asks for one.
 NKDRAW_API void NKFree(void* block);
 
 /// Copies `bytes` bytes between blocks that do not overlap.

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <numeric>
 #include <random>
+#include <thread>
 #include <vector>
 
 #include "failing_new.h"
@@ -98,6 +99,50 @@ TEST(NKAlloc, GivesBlocksOfTheirOwnAlignedTo64Bytes) {
 TEST(NKAlloc, GivesNullWithoutMemory) {
   const nkdraw::test::FailingNew failing(0);
   EXPECT_EQ(NKAlloc(16), nullptr);
+}
+
+constexpr std::uint32_t kFrame = 5 << 20;
+
+TEST(NKAlloc, GivesAKeptFrameOnceAndToNoOther) {
+  NKFree(NKAlloc(kFrame));
+  NKFree(NKAlloc(kFrame + 1));
+  std::vector<void*> blocks;
+  for (int i = 0; i < 4; ++i) {
+    void* const block = NKAlloc(kFrame);
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(std::count(blocks.begin(), blocks.end(), block), 0);
+    std::memset(block, kGuard, kFrame);
+    blocks.push_back(block);
+  }
+  std::for_each(blocks.begin(), blocks.end(), NKFree);
+}
+
+TEST(NKAlloc, GivesALargerBlockThanTheOnesKept) {
+  NKFree(NKAlloc(kFrame));
+  NKFree(NKAlloc(kFrame));
+  void* const block = NKAlloc(3 * kFrame);
+  ASSERT_NE(block, nullptr);
+  std::memset(block, kGuard, std::size_t{3} * kFrame);
+  NKFree(block);
+}
+
+TEST(NKAlloc, ServesSeveralThreadsWithFrames) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([i] {
+      for (int frame = 0; frame < 20; ++frame) {
+        auto* const block = static_cast<unsigned char*>(NKAlloc(kFrame));
+        ASSERT_NE(block, nullptr);
+        block[0] = block[kFrame - 1] = static_cast<unsigned char>(i);
+        std::this_thread::yield();
+        EXPECT_EQ(block[0], i);
+        EXPECT_EQ(block[kFrame - 1], i);
+        NKFree(block);
+      }
+    });
+  }
+  for (std::thread& thread : threads)
+    thread.join();
 }
 
 TEST(NKFree, LeavesNullAlone) {

@@ -133,18 +133,26 @@ NKDRAW_API uint32_t NKDraw_DisplayWipeV210(const uint8_t* srcA, uint32_t pitchA,
  *   bit 29  mirror the first frame left to right first    bit 30  top to bottom
  *   bit 31  the inputs change places; white, not black, for what differs in mode 16384
  *
- * Mirroring changes the input buffers themselves. `sizeA` and `sizeB` are the bytes that modes 1
- * and 2 copy, and stay with their argument when the inputs change places. `wipe` is the word of
+ * A value that is no mode, a sum of modes included, copies the first frame in one block of `sizeA`
+ * bytes, mode 2 the second in one of `sizeB`; the sizes stay with their argument when the inputs
+ * change places. Mirroring changes the input buffers themselves. `wipe` is the word of
  * NKDraw_DisplayWipe for mode 65536. `amount` is the weight of the first frame in a fade, the
- * position of a wipe, or 256 times the size of blocks: from 0 to 65536. `threshold` is the largest
- * difference that counts as equal (mode 16384), the gain from 2 to 255 of a difference (256), or
- * the mask of the byte to show (8388608). `splitX`, `splitY` are a column and a row. `gridType`: 0
- * none, 1 every gridX percent, else every gridX columns and gridY rows. `pitch` serves all three
- * buffers; modes 1024, 1048576 and 2097152 take rows as packed. `spare` is not read.
+ * position of a wipe, or 256 times the size of blocks: from 0 to 65536; beyond that the weights of
+ * a fade wrap, and blocks never exceed 100 pixels. `threshold` is the largest difference that
+ * counts as equal (mode 16384), the gain from 2 to 255 of a difference (256), or the mask of the
+ * byte to show (8388608). `splitX`, `splitY` are a column and a row. `gridType`: 0 none, 1 every
+ * gridX percent of the width and of the height, else every gridX columns and gridY rows; a line's
+ * row is filled to the pitch. `pitch` serves all three buffers; modes 1024, 1048576 and 2097152
+ * take rows as packed. `spare` is not read.
+ *
+ * `dst` may be an input in the modes that leave every pixel in its place: all but 512, 1024, 4096,
+ * 8192, 1048576 and 2097152, and those wipes that need a third buffer.
  *
  * Nothing is checked. A grid needs gridX from 1 to 100 and no more cells than rows and columns (in
- * percent), gridX and gridY of at least 1 (in pixels). Modes 64 and 262144 reach one row past an
- * odd height, 262144 one pixel past an odd width. Returns 0. */
+ * percent), gridX and gridY of at least 1 (in pixels); without rows to step by it is not drawn,
+ * without columns only its first. Modes 64 (by rows) and 262144 read and write one row past an odd
+ * height, 262144 one pixel past an odd width, and a marked split at `width` (mode 2048) writes one
+ * pixel past the row. Returns 0. */
 NKDRAW_API uint32_t NKDraw_DisplayMuxRGBA(uint8_t* srcA, uint32_t sizeA, uint8_t* srcB,
                                           uint32_t sizeB, uint8_t* dst, uint32_t spare,
                                           uint32_t mode, uint32_t wipe, uint32_t amount,

@@ -2,6 +2,7 @@
 //
 // The multiplexed display: what is done to the inputs before a mode runs, and the grid after it.
 #include "mux_modes.h"
+#include "mux_rows.h"
 
 #include <nkdraw/nkdraw_c.h>
 #include <nkdraw/platform/flip.h>
@@ -99,6 +100,7 @@ std::uint32_t NKDraw_DisplayMuxRGBA(std::uint8_t* srcA, std::uint32_t sizeA, std
   mirrorInputs(srcA, srcB, mode, {width, height, pitch});
   modeOf(mode & kMuxValueBits)({srcA, srcB, dst, sizeA, sizeB, mode, wipe, amount, threshold,
                                 splitX, splitY, width, height, pitch});
+  finishStreamedRows();
   if (gridType != 0)
     drawGrid({gridType, gridX, gridY, dst, width, height, pitch});
   else if ((mode & kMuxGrid) != 0)

@@ -43,8 +43,14 @@ bool liesAcross(const MuxTask& task, const std::uint8_t* input) {
   return distance != 0 && (distance < bytes || 0 - distance < bytes);
 }
 
+/// A display of this size is out of a core's own caches before it is read again.
+constexpr std::size_t kStreamedBytes = std::size_t{4} << 20;
+
 const MuxRows& rowsFor(const MuxTask& task) {
-  return liesAcross(task, task.first) || liesAcross(task, task.second) ? kPlainMuxRows : muxRows();
+  if (liesAcross(task, task.first) || liesAcross(task, task.second))
+    return kPlainMuxRows;
+  const bool large = std::size_t{task.pitch} * task.height >= kStreamedBytes;
+  return large ? muxForms().streamed : muxForms().kept;
 }
 
 template <class Rule>
@@ -111,6 +117,8 @@ void drawGrey(const MuxTask& task) {
 
 // Interleaves.
 
+constexpr Runs kSinglePixels(1);
+
 /// A last pair reaches one row past an odd height; that is meant.
 void interleaveRows(const MuxTask& task) {
   const std::uint32_t pairs = halfRoundedUp(task.height);
@@ -123,10 +131,10 @@ void interleaveRows(const MuxTask& task) {
 
 /// The last column of an odd width stays as it was; that is meant.
 void interleaveColumns(const MuxTask& task) {
-  const MuxRow<Runs> drawRow = rowsFor(task).runs;
+  const MuxRow<const Runs&> drawRow = rowsFor(task).runs;
   for (std::uint32_t y = 0; y < task.height; ++y) {
     const MuxRowBytes row = rowOf(task, y);
-    drawRow({1}, row.first, row.second, row.output, task.width & ~1U);
+    drawRow(kSinglePixels, row.first, row.second, row.output, task.width & ~1U);
   }
 }
 
@@ -136,16 +144,16 @@ void drawInterleave(const MuxTask& task) {
 
 /// One row of the checker, whose even columns come from `even`. A last pair reaches one pixel past
 /// an odd width; that is meant.
-void checkRow(MuxRow<Runs> drawRow, const std::uint8_t* even, const std::uint8_t* odd,
+void checkRow(MuxRow<const Runs&> drawRow, const std::uint8_t* even, const std::uint8_t* odd,
               std::uint8_t* output, std::uint32_t width) {
-  drawRow({1}, even, odd, output, width);
+  drawRow(kSinglePixels, even, odd, output, width);
   if (width % 2 != 0)
     plain::setPixel(output, width, plain::pixelAt(odd, width));
 }
 
 /// A last pair of rows reaches one row past an odd height; that is meant.
 void drawChecker(const MuxTask& task) {
-  const MuxRow<Runs> drawRow = rowsFor(task).runs;
+  const MuxRow<const Runs&> drawRow = rowsFor(task).runs;
   const std::uint32_t pairs = halfRoundedUp(task.height);
   for (std::uint32_t pair = 0; pair < pairs; ++pair) {
     const MuxRowBytes even = rowOf(task, 2 * pair), odd = rowOf(task, 2 * pair + 1);
@@ -155,8 +163,8 @@ void drawChecker(const MuxTask& task) {
 }
 
 void drawBlocks(const MuxTask& task) {
-  const Runs runs{std::clamp(task.amount >> 8, 1U, Runs::kLongest)};
-  const MuxRow<Runs> drawRow = rowsFor(task).runs;
+  const Runs runs(std::clamp(task.amount >> 8, 1U, Runs::kLongest));
+  const MuxRow<const Runs&> drawRow = rowsFor(task).runs;
   for (std::uint32_t y = 0; y < task.height; ++y) {
     const MuxRowBytes row = rowOf(task, y);
     const bool even = y / runs.run % 2 == 0;
@@ -179,9 +187,10 @@ void drawOverAndUnder(const MuxTask& task) {
 
 /// Every other pixel of a packed frame into the left half of the packed frame at `output`.
 void squeeze(const MuxTask& task, const std::uint8_t* frame, std::uint8_t* output) {
+  const PixelWalk take = rowsFor(task).everyOther;
   for (std::uint32_t y = 0; y < task.height; ++y) {
     const std::uint32_t offset = rowBytes(task) * y;
-    muxRows().everyOther(frame + offset, output + offset, task.width >> 1);
+    take(frame + offset, output + offset, task.width >> 1);
   }
 }
 
@@ -225,10 +234,11 @@ void drawSplit(const MuxTask& task) {
 void mirrorColumns(const MuxTask& task) {
   const std::uint32_t half = task.width >> 1;
   const std::size_t middle = std::size_t{half} * kPixelBytes;
+  const PixelWalk take = muxForms().kept.backwards;
   for (std::uint32_t y = 0; y < task.height; ++y) {
     const MuxRowBytes row = rowOf(task, y);
     copyBlock(row.output, row.first, half * kPixelBytes);
-    muxRows().backwards(row.second + middle, row.output + middle, task.width - half);
+    take(row.second + middle, row.output + middle, task.width - half);
   }
 }
 
@@ -253,13 +263,14 @@ void drawQuarterPair(const MuxTask& task) {
   const std::uint32_t top = task.height >> 2, rows = halfRoundedUp(task.height);
   const std::uint32_t bytes = rowBytes(task), middle = (task.width >> 1) * kPixelBytes;
   const std::uint32_t columns = halfRoundedUp(task.width);
+  const PixelWalk take = muxForms().kept.everyOther;
   SetMemoryFast(task.output, 0, top * bytes);
   for (std::uint32_t y = 0; y < rows; ++y) {
     std::uint8_t* const output = task.output + (top + y) * bytes;
     SetMemoryFast(output, 0, bytes);
-    muxRows().everyOther(task.second + 2 * y * bytes, output + middle, columns);
+    take(task.second + 2 * y * bytes, output + middle, columns);
     if (middle != 0)  // both share a single column, and the second is written last
-      muxRows().everyOther(task.first + 2 * y * bytes, output, columns);
+      take(task.first + 2 * y * bytes, output, columns);
   }
   const std::uint32_t bottom = top + rows;
   SetMemoryFast(task.output + bottom * bytes, 0, (task.height - bottom) * bytes);

@@ -5,6 +5,8 @@
 #include "mux_rows.h"
 #include "vector_targets.h"
 
+#include <hwy/cache_control.h>
+
 #include <cstddef>
 
 #undef HWY_TARGET_INCLUDE
@@ -17,14 +19,14 @@ namespace nkdraw::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
 
-constexpr MuxRows kKernels = kPlainMuxRows;
+constexpr MuxForms kKernels = {kPlainMuxRows, kPlainMuxRows};
 
 #else
 
 namespace hn = hwy::HWY_NAMESPACE;
 
 /// Pixels as words.
-using Words = hn::CappedTag<std::uint32_t, 16>;
+using Words = hn::CappedTag<std::uint32_t, Runs::kPixelsAtOnce>;
 using Halves = hn::Repartition<std::uint16_t, Words>;
 using SignedHalves = hn::Repartition<std::int16_t, Words>;
 using Bytes = hn::Repartition<std::uint8_t, Words>;
@@ -36,6 +38,20 @@ HWY_INLINE Vector loadPixels(const std::uint8_t* at) {
 HWY_INLINE void storePixels(Vector pixels, std::uint8_t* at) {
   hn::StoreU(hn::BitCast(Bytes(), pixels), Bytes(), at);
 }
+
+/// Stores of whole vectors through the caches, at any address.
+struct Kept {
+  static constexpr bool kAnywhere = true;
+  HWY_INLINE static void store(Vector pixels, std::uint8_t* at) { storePixels(pixels, at); }
+};
+
+/// Stores around the caches, which need not read what is overwritten whole; at aligned addresses.
+struct Streamed {
+  static constexpr bool kAnywhere = false;
+  HWY_INLINE static void store(Vector pixels, std::uint8_t* at) {
+    hn::Stream(pixels, Words(), reinterpret_cast<std::uint32_t*>(at));
+  }
+};
 
 /// The lowest byte of every word in all four bytes of it; the others are 0.
 HWY_INLINE Vector inAllBytes(Vector low) {
@@ -135,24 +151,32 @@ struct Everywhere {
   [[nodiscard]] HWY_INLINE Vector operator()(Vector first, Vector second) const {
     return mixed(rule, first, second);
   }
-  HWY_INLINE void pass(std::size_t /*pixels*/) {}
+  HWY_INLINE void begin(std::size_t /*pixels*/) {}
+  HWY_INLINE void pass() {}
 };
 
-/// Which frame each pixel of a period shows, with as many pixels of the next as a vector may reach.
-class RunPattern {
+/// Follows the runs from the row's start on.
+class Alternate {
  public:
-  HWY_INLINE explicit RunPattern(Runs runs) : period_(2 * runs.run) {
-    for (std::size_t i = 0; i < period_ + hn::Lanes(Words()); ++i)
-      fromFirst_[i] = i / runs.run % 2 == 0 ? ~0U : 0;
-  }
+  HWY_INLINE explicit Alternate(const Runs& runs)
+      : fromFirst_(runs.fromFirst.data()),
+        period_(runs.period()),
+        step_(hn::Lanes(Words()) % period_) {}
+
   [[nodiscard]] HWY_INLINE Vector operator()(Vector first, Vector second) const {
-    return hn::IfVecThenElse(hn::LoadU(Words(), fromFirst_.data() + at_), first, second);
+    return hn::IfVecThenElse(hn::LoadU(Words(), fromFirst_ + at_), first, second);
   }
-  HWY_INLINE void pass(std::size_t pixels) { at_ = (at_ + pixels) % period_; }
+  HWY_INLINE void begin(std::size_t pixels) { at_ = pixels % period_; }
+  HWY_INLINE void pass() {
+    at_ += step_;
+    if (at_ >= period_)
+      at_ -= period_;
+  }
 
  private:
-  std::array<std::uint32_t, 2 * Runs::kLongest + hn::MaxLanes(Words())> fromFirst_;
+  const std::uint32_t* fromFirst_;
   std::size_t period_;
+  std::size_t step_;  ///< of a vector, less whole periods
   std::size_t at_ = 0;
 };
 
@@ -169,27 +193,32 @@ HWY_INLINE void mixPart(const Mix& mix, const std::uint8_t* first, const std::ui
   std::memcpy(output, f.data(), bytes);
 }
 
-/// Pixels before the first output address that a vector is aligned at; 0 where there is none.
-HWY_INLINE std::size_t pixelsToAligned(const std::uint8_t* output, std::size_t vectorBytes) {
-  const std::size_t bytes = (0 - reinterpret_cast<std::uintptr_t>(output)) % vectorBytes;
-  return bytes % kMuxPixelBytes == 0 ? bytes / kMuxPixelBytes : 0;
+/// Whether some pixel of a row lies at the address of an aligned vector.
+HWY_INLINE bool canAlign(const std::uint8_t* row) {
+  return reinterpret_cast<std::uintptr_t>(row) % kMuxPixelBytes == 0;
 }
 
-template <bool firstAlone, class Mix>
+/// Pixels before the first address that a vector is aligned at, or any few where there is none.
+HWY_INLINE std::size_t pixelsToAligned(const std::uint8_t* row) {
+  const std::size_t vectorBytes = hn::Lanes(Words()) * kMuxPixelBytes;
+  return (0 - reinterpret_cast<std::uintptr_t>(row)) % vectorBytes / kMuxPixelBytes;
+}
+
+template <class Store, bool firstAlone, class Mix>
 HWY_INLINE void mixPixels(Mix mix, const std::uint8_t* first, const std::uint8_t* second,
                           std::uint8_t* output, std::size_t width) {
   const std::size_t lanes = hn::Lanes(Words());
-  const std::size_t head = std::min(width, pixelsToAligned(output, lanes * kMuxPixelBytes));
+  const std::size_t head = std::min(width, pixelsToAligned(output));
   if (head != 0) {
     mixPart<firstAlone>(mix, first, second, output, head);
-    mix.pass(head);
+    mix.begin(head);
   }
   std::size_t x = head;
   for (; width - x >= lanes; x += lanes) {
     const std::size_t at = x * kMuxPixelBytes;
     const Vector f = loadPixels(first + at);
-    storePixels(mix(f, firstAlone ? f : loadPixels(second + at)), output + at);
-    mix.pass(lanes);
+    Store::store(mix(f, firstAlone ? f : loadPixels(second + at)), output + at);
+    mix.pass();
   }
   if (x < width) {
     const std::size_t at = x * kMuxPixelBytes;
@@ -197,42 +226,71 @@ HWY_INLINE void mixPixels(Mix mix, const std::uint8_t* first, const std::uint8_t
   }
 }
 
-template <class Rule>
+template <class Store, class Rule>
 void mixRow(Rule rule, const std::uint8_t* first, const std::uint8_t* second, std::uint8_t* output,
             std::size_t width) {
-  mixPixels<kReadsFirstAlone<Rule> >(Everywhere<Rule>{rule}, first, second, output, width);
+  if (!Store::kAnywhere && !canAlign(output))
+    return mixRow<Kept>(rule, first, second, output, width);
+  mixPixels<Store, kReadsFirstAlone<Rule> >(Everywhere<Rule>{rule}, first, second, output, width);
 }
 
-void alternateRow(Runs runs, const std::uint8_t* first, const std::uint8_t* second,
+template <class Store>
+void alternateRow(const Runs& runs, const std::uint8_t* first, const std::uint8_t* second,
                   std::uint8_t* output, std::size_t width) {
-  mixPixels<false>(RunPattern(runs), first, second, output, width);
+  if (!Store::kAnywhere && !canAlign(output))
+    return alternateRow<Kept>(runs, first, second, output, width);
+  mixPixels<Store, false>(Alternate(runs), first, second, output, width);
 }
 
-/// The source's last pixel is the last one taken: a vector is read only where two more are left.
-void takeEveryOther(const std::uint8_t* source, std::uint8_t* output, std::size_t count) {
-  const std::size_t lanes = hn::Lanes(Words()), bytes = lanes * kMuxPixelBytes;
-  std::size_t i = 0;
-  for (; count - i > lanes; i += lanes) {
+/// Orders of a source's pixels: the vector of those from the i-th on, which needs one more to
+/// follow it, and the plain form.
+struct EveryOther {
+  const std::uint8_t* source;
+
+  [[nodiscard]] HWY_INLINE Vector vectorAt(std::size_t i) const {
     const std::uint8_t* const from = source + 2 * i * kMuxPixelBytes;
-    storePixels(hn::ConcatEven(Words(), loadPixels(from + bytes), loadPixels(from)),
-                output + i * kMuxPixelBytes);
+    const std::size_t bytes = hn::Lanes(Words()) * kMuxPixelBytes;
+    return hn::ConcatEven(Words(), loadPixels(from + bytes), loadPixels(from));
   }
-  plain::takeEveryOther(source + 2 * i * kMuxPixelBytes, output + i * kMuxPixelBytes, count - i);
-}
-
-void takeBackwards(const std::uint8_t* source, std::uint8_t* output, std::size_t count) {
-  const std::size_t lanes = hn::Lanes(Words());
-  std::size_t i = 0;
-  for (; count - i >= lanes; i += lanes)
-    storePixels(hn::Reverse(Words(), loadPixels(source - (i + lanes - 1) * kMuxPixelBytes)),
-                output + i * kMuxPixelBytes);
-  plain::takeBackwards(source - i * kMuxPixelBytes, output + i * kMuxPixelBytes, count - i);
-}
-
-constexpr MuxRows kKernels = {
-    mixRow<ChannelMix>, mixRow<Average>,  mixRow<Difference>, mixRow<Compare>, mixRow<Fade>,
-    mixRow<GreyByte>,   mixRow<GreyMean>, alternateRow,       takeEveryOther,  takeBackwards,
+  void take(std::size_t i, std::uint8_t* output, std::size_t count) const {
+    plain::takeEveryOther(source + 2 * i * kMuxPixelBytes, output, count);
+  }
 };
+
+struct Backwards {
+  const std::uint8_t* source;
+
+  [[nodiscard]] HWY_INLINE Vector vectorAt(std::size_t i) const {
+    const std::size_t last = i + hn::Lanes(Words()) - 1;
+    return hn::Reverse(Words(), loadPixels(source - last * kMuxPixelBytes));
+  }
+  void take(std::size_t i, std::uint8_t* output, std::size_t count) const {
+    plain::takeBackwards(source - i * kMuxPixelBytes, output, count);
+  }
+};
+
+template <class Store, class Order>
+void walk(const std::uint8_t* source, std::uint8_t* output, std::size_t count) {
+  if (!Store::kAnywhere && !canAlign(output))
+    return walk<Kept, Order>(source, output, count);
+  const Order order{source};
+  const std::size_t lanes = hn::Lanes(Words());
+  std::size_t i = std::min(count, pixelsToAligned(output));
+  order.take(0, output, i);
+  for (; count - i > lanes; i += lanes)
+    Store::store(order.vectorAt(i), output + i * kMuxPixelBytes);
+  order.take(i, output + i * kMuxPixelBytes, count - i);
+}
+
+template <class Store>
+constexpr MuxRows kRows = {
+    mixRow<Store, ChannelMix>, mixRow<Store, Average>, mixRow<Store, Difference>,
+    mixRow<Store, Compare>,    mixRow<Store, Fade>,    mixRow<Store, GreyByte>,
+    mixRow<Store, GreyMean>,   alternateRow<Store>,    walk<Store, EveryOther>,
+    walk<Store, Backwards>,
+};
+
+constexpr MuxForms kKernels = {kRows<Kept>, kRows<Streamed>};
 
 #endif
 
@@ -243,18 +301,22 @@ HWY_AFTER_NAMESPACE();
 namespace nkdraw {
 namespace {
 
-constexpr ByTarget<MuxRows> kByTarget = {HWY_CHOOSE_TARGET_LIST(kKernels),
-                                         HWY_CHOOSE_FALLBACK(kKernels)};
+constexpr ByTarget<MuxForms> kByTarget = {HWY_CHOOSE_TARGET_LIST(kKernels),
+                                          HWY_CHOOSE_FALLBACK(kKernels)};
 
 }  // namespace
 
-const MuxRows& muxRowsFor(std::int64_t targets) {
+const MuxForms& muxFormsFor(std::int64_t targets) {
   return bestKernels(kByTarget, targets);
 }
 
-const MuxRows& muxRows() {
-  static const MuxRows& best = muxRowsFor(runnableTargets());
+const MuxForms& muxForms() {
+  static const MuxForms& best = muxFormsFor(runnableTargets());
   return best;
+}
+
+void finishStreamedRows() {
+  hwy::FlushStream();
 }
 
 }  // namespace nkdraw

@@ -27,7 +27,7 @@ struct MuxRows {
   MuxRow<Fade> fade;
   MuxRow<GreyByte> greyByte;
   MuxRow<GreyMean> greyMean;
-  MuxRow<Runs> runs;
+  MuxRow<const Runs&> runs;
   PixelWalk everyOther;  ///< pixels 0, 2, 4 and so on; the rows do not overlap
   PixelWalk backwards;   ///< `source`, then the pixels before it; the row may start at `source`
 };
@@ -49,11 +49,12 @@ inline void setPixel(std::uint8_t* row, std::size_t x, const MuxPixel& pixel) {
 template <class Rule>
 void mixRow(Rule rule, const std::uint8_t* first, const std::uint8_t* second, std::uint8_t* output,
             std::size_t width) {
+  const std::uint8_t* const other = kReadsFirstAlone<Rule> ? first : second;
   for (std::size_t x = 0; x < width; ++x)
-    setPixel(output, x, rule(pixelAt(first, x), pixelAt(second, x)));
+    setPixel(output, x, rule(pixelAt(first, x), pixelAt(other, x)));
 }
 
-inline void alternateRow(Runs runs, const std::uint8_t* first, const std::uint8_t* second,
+inline void alternateRow(const Runs& runs, const std::uint8_t* first, const std::uint8_t* second,
                          std::uint8_t* output, std::size_t width) {
   for (std::size_t x = 0; x < width; ++x)
     setPixel(output, x, pixelAt(x / runs.run % 2 == 0 ? first : second, x));
@@ -80,10 +81,19 @@ inline constexpr MuxRows kPlainMuxRows = {
     plain::takeBackwards,
 };
 
-/// The fastest form among `targets`, Highway's bits; for 0, the one that runs everywhere.
-[[nodiscard]] const MuxRows& muxRowsFor(std::int64_t targets);
+/// The fastest rows of a set of instructions.
+struct MuxForms {
+  MuxRows kept;      ///< through the caches
+  MuxRows streamed;  ///< around them, where that can be: for displays that they can't hold
+};
 
-/// The fastest form on this machine.
-[[nodiscard]] const MuxRows& muxRows();
+/// Those of the best among `targets`, Highway's bits; for 0, of what runs everywhere.
+[[nodiscard]] const MuxForms& muxFormsFor(std::int64_t targets);
+
+/// Those of this machine.
+[[nodiscard]] const MuxForms& muxForms();
+
+/// To be called after streamed rows, before another thread is told of them.
+void finishStreamedRows();
 
 }  // namespace nkdraw

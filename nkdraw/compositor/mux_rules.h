@@ -107,10 +107,23 @@ template <>
 inline constexpr bool kReadsFirstAlone<GreyMean> = true;
 
 /// Runs of `run` pixels alternate, from the first, then from the second, from the row's start on.
+/// Made once for all rows of a frame.
 struct Runs {
-  std::uint32_t run;  ///< 1 to kLongest
-
   static constexpr std::uint32_t kLongest = 100;
+  static constexpr std::size_t kPixelsAtOnce = 16;
+
+  /// `length` is 1 to kLongest.
+  explicit constexpr Runs(std::uint32_t length) : run(length) {
+    for (std::size_t i = 0; i < period() + kPixelsAtOnce; ++i)
+      fromFirst[i] = i / run % 2 == 0 ? ~0U : 0;
+  }
+
+  [[nodiscard]] constexpr std::size_t period() const { return std::size_t{2} * run; }
+
+  std::uint32_t run;
+  /// All bits set where the first shows, for a period and so many pixels more as may be written at
+  /// once.
+  std::array<std::uint32_t, 2 * kLongest + kPixelsAtOnce> fromFirst{};
 };
 
 }  // namespace nkdraw

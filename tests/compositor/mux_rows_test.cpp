@@ -19,24 +19,36 @@ namespace {
 using nkdraw::MuxRows;
 namespace reference = nkdraw::test::reference;
 
+enum class Kind { kPlain, kKept, kStreamed };
+
 /// A form of the rows, and the instructions that it needs; none for those that run everywhere.
 struct Form {
   const char* name;
   std::int64_t target;
-  bool plain;
+  Kind kind;
 };
 
 constexpr Form kForms[] = {
-    {"plain", 0, true},        {"everywhere", 0, false},  {"SSE4", HWY_SSE4, false},
-    {"AVX2", HWY_AVX2, false}, {"AVX3", HWY_AVX3, false},
+    {"Plain", 0, Kind::kPlain},
+    {"Everywhere", 0, Kind::kKept},
+    {"EverywhereStreamed", 0, Kind::kStreamed},
+    {"SSE4", HWY_SSE4, Kind::kKept},
+    {"SSE4Streamed", HWY_SSE4, Kind::kStreamed},
+    {"AVX2", HWY_AVX2, Kind::kKept},
+    {"AVX2Streamed", HWY_AVX2, Kind::kStreamed},
+    {"AVX3", HWY_AVX3, Kind::kKept},
+    {"AVX3Streamed", HWY_AVX3, Kind::kStreamed},
 };
 
 class MuxRowForm : public testing::TestWithParam<Form> {
  protected:
   void SetUp() override {
-    if ((nkdraw::runnableTargets() & GetParam().target) != GetParam().target)
-      GTEST_SKIP() << "this machine has no " << GetParam().name;
-    rows = GetParam().plain ? &nkdraw::kPlainMuxRows : &nkdraw::muxRowsFor(GetParam().target);
+    const auto& [name, target, kind] = GetParam();
+    if ((nkdraw::runnableTargets() & target) != target)
+      GTEST_SKIP() << "this machine has no " << name;
+    const nkdraw::MuxForms& forms = nkdraw::muxFormsFor(target);
+    const MuxRows* const rowsByKind[] = {&nkdraw::kPlainMuxRows, &forms.kept, &forms.streamed};
+    rows = rowsByKind[static_cast<std::size_t>(kind)];
   }
 
   const MuxRows* rows = nullptr;
@@ -187,8 +199,8 @@ struct RowCase {
   std::function<std::uint32_t(std::uint32_t f, std::uint32_t s, std::size_t x)> pixel;
 };
 
-template <class Rule>
-RowCase rowCase(const char* name, nkdraw::MuxRow<Rule> MuxRows::*form, Rule rule,
+template <class Argument, class Rule>
+RowCase rowCase(const char* name, nkdraw::MuxRow<Argument> MuxRows::*form, const Rule& rule,
                 std::function<std::uint32_t(std::uint32_t, std::uint32_t, std::size_t)> pixel) {
   return {name,
           [form, rule](const MuxRows& rows, const std::uint8_t* f, const std::uint8_t* s,
@@ -215,9 +227,9 @@ std::vector<RowCase> allRowCases() {
       rowCase("grey mean", &MuxRows::greyMean, nkdraw::GreyMean{},
               [](Word f, Word, std::size_t) { return reference::grey(f, 0); })};
   for (std::uint32_t run = 1; run <= nkdraw::Runs::kLongest; ++run)
-    cases.push_back(
-        rowCase("runs", &MuxRows::runs, nkdraw::Runs{run},
-                [run](Word f, Word s, std::size_t x) { return x / run % 2 == 0 ? f : s; }));
+    cases.push_back(rowCase<const nkdraw::Runs&>(
+        "runs", &MuxRows::runs, nkdraw::Runs(run),
+        [run](Word f, Word s, std::size_t x) { return x / run % 2 == 0 ? f : s; }));
   return cases;
 }
 
@@ -286,7 +298,7 @@ TEST_P(MuxRowForm, TakesPixelsBackwardsDownToTheFirstOneOnly) {
 }
 
 TEST(MuxRows, OfThisMachineAreTheBestThatItRuns) {
-  EXPECT_EQ(&nkdraw::muxRows(), &nkdraw::muxRowsFor(nkdraw::runnableTargets()));
+  EXPECT_EQ(&nkdraw::muxForms(), &nkdraw::muxFormsFor(nkdraw::runnableTargets()));
 }
 
 }  // namespace

@@ -212,6 +212,17 @@ TEST(MuxGrey, PicksTheByteByTheThreshold) {
   }
 }
 
+TEST(MuxGrey, NeedsNoSecondFrame) {
+  for (const std::uint32_t threshold : {0xFF000000U, 0U}) {
+    MuxCall call = flatCall(8388608);
+    call.threshold = threshold;
+    MuxBuffers buffers(call);
+    fillWords(buffers.a, 0x11111111);
+    EXPECT_EQ(display(call, buffers.a.data(), nullptr, buffers.dst.data()), 0U);
+    EXPECT_EQ(wordAt(buffers.dst.data()), 0x11111111U);
+  }
+}
+
 TEST(MuxInterleave, TakesRowsOrColumnsInTurn) {
   EXPECT_EQ(rows(flatCall(64, 3, 4)), (Picture{"AAA", "bbb", "CCC", "ddd"}));
   EXPECT_EQ(columns(flatCall(64 | kOtherWay, 4, 2)), (Picture{"AbCd", "AbCd"}));

@@ -4,70 +4,16 @@
 #include "converting_road.h"
 #include "failure.h"
 #include "frame_cursor.h"
-#include "media_output.h"
+#include "join_writer.h"
 #include "output_file.h"
 #include "packet_rows.h"
-#include "progress.h"
 #include "raw_stream.h"
 #include "stream_copy.h"
 #include "video_feed.h"
 #include "wipe_plan.h"
 
-#include <algorithm>
-
 namespace nkdraw::tool {
 namespace {
-
-/// Takes the frames of the output to its file, with the sound that belongs to them.
-class JoinWriter {
- public:
-  JoinWriter(ClipPair& clips, const WipePlan& plan, const WipeOptions& options)
-      : file_(options.output, options.overwrite),
-        output_(file_.temporary(), *plan.format, options.output),
-        video_(output_.addStream()),
-        sound_(clips, plan.audio, options.audio, {plan.at, plan.at + plan.duration}, output_),
-        progress_(countOf(clips.b).frames > 0 ? plan.at + countOf(clips.b).frames : 0) {
-    copyFacts(clips.a.video(), video_);
-    av_dict_copy(&output_.file().metadata, clips.a.file().metadata, 0);
-    if (plan.timecodeTag)
-      av_dict_set(&video_.metadata, "timecode", plan.timecodeTag->c_str(), 0);
-    keepTimecodeTag(output_, video_);
-  }
-
-  [[nodiscard]] AVStream& video() { return video_; }
-  void begin() { output_.begin(); }
-
-  /// The place in the output for frame `index`; two frames at one time go one after the other.
-  [[nodiscard]] std::int64_t placeOf(std::int64_t index) {
-    const std::int64_t place = std::max(index, next_);
-    next_ = place + 1;
-    progress_.advance();
-    return place;
-  }
-
-  /// Times are in `timeBase`, which is the time of a frame.
-  void write(AVPacket& packet, AVRational timeBase) {
-    packet.stream_index = video_.index;
-    const std::int64_t end = packet.dts + 1;
-    output_.write(packet, timeBase);
-    sound_.advanceTo(end);
-  }
-
-  void finish() {
-    sound_.advanceTo(next_);
-    sound_.finish();
-    output_.finish();
-    file_.commit();
-  }
-
- private:
-  OutputFile file_;
-  MediaOutput output_;
-  AVStream& video_;
-  AudioJoin sound_;
-  Progress progress_;
-  std::int64_t next_ = 0;
-};
 
 /// The road of one output frame after the other. `pass` gets those of one clip alone, `mix` those
 /// of the transition.

@@ -127,6 +127,30 @@ std::string codecOf(const std::string& path) {
   return avcodec_get_name(file->streams[videoOf(*file)]->codecpar->codec_id);
 }
 
+std::vector<AVRational> pixelShapesOf(const std::string& path) {
+  std::vector<AVRational> shapes;
+  const InputContext file = open(path);
+  for (unsigned i = 0; i < file->nb_streams; ++i) {
+    AVStream* const stream = file->streams[i];
+    if (stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO)
+      shapes.push_back(av_guess_sample_aspect_ratio(file.get(), stream, nullptr));
+  }
+  return shapes;
+}
+
+AVFieldOrder fieldOrderOf(const std::string& path) {
+  const InputContext file = open(path);
+  return file->streams[videoOf(*file)]->codecpar->field_order;
+}
+
+int coversIn(const std::string& path) {
+  int covers = 0;
+  const InputContext file = open(path);
+  for (unsigned i = 0; i < file->nb_streams; ++i)
+    covers += (file->streams[i]->disposition & AV_DISPOSITION_ATTACHED_PIC) != 0 ? 1 : 0;
+  return covers;
+}
+
 std::string readText(const Clip& grey, std::size_t frame, int x, int y, int magnification,
                      std::size_t length) {
   constexpr int kRows = static_cast<int>(nkdraw::kGlyphHeight);

@@ -36,6 +36,15 @@ std::vector<RawPacket> packetsOf(const std::string& path, AVMediaType kind);
 /// The name of the video's codec.
 std::string codecOf(const std::string& path);
 
+/// The shape of the pixels of each video stream, as the file tells it.
+std::vector<AVRational> pixelShapesOf(const std::string& path);
+
+/// How the video's fields lie, as the file tells it.
+AVFieldOrder fieldOrderOf(const std::string& path);
+
+/// How many cover pictures the file has.
+int coversIn(const std::string& path);
+
 /// Reads the text at (x, y), drawn with this magnification, by the glyph table: white on black.
 std::string readText(const Clip& grey, std::size_t frame, int x, int y, int magnification,
                      std::size_t length);

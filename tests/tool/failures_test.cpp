@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kUsage = 1, kInput = 2, kOutput = 3;
+constexpr int kUsage = 1, kInput = 2, kOutput = 3, kProcessing = 4;
 
 std::string clip() {
   const std::string path = at("in.mov");
@@ -55,6 +55,7 @@ class BadValues : public testing::TestWithParam<BadValue> {};
 const BadValue kBadValues[] = {
     {"SizeZero", {"--size", "0"}, "--size"},
     {"SizeTooLarge", {"--size", "21"}, "--size"},
+    {"SizeWithMoreBehind", {"--size", "2x"}, "--size"},
     {"SizeNoNumber", {"--size", "big"}, "--size"},
     {"PositionOneNumber", {"--position", "10"}, "--position"},
     {"PositionThreeNumbers", {"--position", "1,2,3"}, "--position"},
@@ -72,10 +73,21 @@ const BadValue kBadValues[] = {
     {"FramesBackwards", {"--frames", "5-2"}, "--frames"},
     {"FramesNoRange", {"--frames", "all"}, "--frames"},
     {"StillIntoVideo", {"--still", "1"}, ".png"},
-    {"StillNegative", {"--still", "-1"}, "--still"},
+    {"StillNegative", {"--still", "-1"}, "not a value of --still: -1"},
+    {"StillNoNumber", {"--still", "abc"}, "not a value of --still: abc"},
+    {"StillHuge", {"--still", "99999999999999999999"}, "not a value of --still: 9999"},
+    {"EmptyPosition", {"--position", ""}, "--position: (empty)"},
+    {"EmptySize", {"--size", ""}, "--size: (empty)"},
+    {"EmptyTimecode", {"--start-timecode", ""}, "--start-timecode: (empty)"},
+    {"EmptyFrames", {"--frames", ""}, "--frames: (empty)"},
+    {"EmptyStill", {"--still", ""}, "--still: (empty)"},
+    {"EmptyCodec", {"--codec", ""}, "--codec: (empty)"},
+    {"EmptyLayout", {"--layout", ""}, "test pattern"},
     {"CodecUnknown", {"--codec", "nosuch"}, "no such video encoder"},
     {"CodecOfSound", {"--codec", "aac"}, "no such video encoder"},
     {"CodecOptionUnknown", {"--codec", "mpeg4:nosuch=1"}, "nosuch"},
+    {"CodecOptionNoNumber", {"--codec", "libx264:crf=abc"}, "'abc'"},
+    {"CodecOptionTooLarge", {"--codec", "prores_ks:profile=99"}, "out of range"},
     {"CodecNotInThisFile", {"--codec", "theora"}, "theora"},
     {"LayoutWithInput", {"--layout", "v210"}, "test pattern"},
     {"UnknownOption", {"--colour", "red"}, "--colour"},
@@ -86,6 +98,17 @@ const BadValue kBadValues[] = {
     {"TextLeavesAtTheRight", {"--text", "297,10,A"}, "text 1 leaves the frame at the right"},
     {"TextLeavesAtTheBottom", {"--text", "10,150,A"}, "text 1 leaves the frame at the lower"},
     {"SecondTextLeaves", {"--text", "0,0,A", "--text", "0,-1,B"}, "text 2 leaves"},
+    {"FarBeyondTheRight",
+     {"--position", "2147483647,2147483647"},
+     "LTC row leaves the frame at the right"},
+    {"FarBelow", {"--vitc", "--position", "0,2147483640"}, "LTC row leaves the frame at the lower"},
+    {"FarAbove",
+     {"--vitc", "--position", "0,-2147483648"},
+     "LTC row leaves the frame at the upper"},
+    {"TextFarBeyondTheRight",
+     {"--text", "2147483647,2147483647,Hi"},
+     "text 1 leaves the frame at the right"},
+    {"TextFarBelow", {"--text", "0,2147483640,Hi"}, "text 1 leaves the frame at the lower"},
     {"FormatLineTooWide", {"--format-line"}, "format line leaves the frame"},
     {"SizeTooLargeForTheFrame", {"--size", "4"}, "LTC row leaves"},
 };
@@ -149,6 +172,11 @@ TEST(BadFiles, InputWithoutVideo) {
   ffmpeg({"-f", "lavfi", "-i", "sine=duration=0.2", at("sound.wav")});
   expectFailure({at("sound.wav"), at("out.mov")}, kInput, "no video");
 }
+TEST(BadFiles, InputWhoseOnlyPictureIsACover) {
+  ffmpeg({"-f", "lavfi", "-i", "sine=duration=0.2", "-f", "lavfi", "-i", "color=red:size=320x180",
+          "-frames:v", "1", "-c:v", "png", "-disposition:v", "attached_pic", at("sound.m4a")});
+  expectFailure({at("sound.m4a"), at("out.mov")}, kInput, "no video");
+}
 TEST(BadFiles, InputWithoutFrames) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "0", "-c:v", "v210",
           at("none.avi")});
@@ -157,6 +185,17 @@ TEST(BadFiles, InputWithoutFrames) {
 TEST(BadFiles, RangeBehindTheEnd) {
   expectFailure({clip(), at("out.mov"), "--frames", "5-9"}, kInput, "ends before");
   expectFailure({clip(), at("out.png"), "--still", "5"}, kInput, "ends before");
+}
+TEST(BadFiles, RangeInAGapOfTheVideo) {
+  // Frames 0, 1, 4, 5.
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-vf",
+          "select='not(between(n,2,3))'", "-vsync", "passthrough", "-frames:v", "4", "-c:v", "v210",
+          at("gap.mkv")});
+  expectFailure({at("gap.mkv"), at("out.png"), "--still", "2"}, kInput,
+                "no frame has the number 2:");
+  expectFailure({at("gap.mkv"), at("out.mkv"), "--frames", "2-3", "--codec", "ffv1"}, kInput,
+                "no frame has the number 2 to 3:");
+  expectFailure({at("gap.mkv"), at("out.mkv"), "--frames", "6-9"}, kInput, "ends before");
 }
 TEST(BadFiles, OutputIsTheInput) {
   const std::string before = read(clip());
@@ -184,6 +223,12 @@ TEST(BadFiles, OutputIsADevice) {
   fs::create_symlink("/dev/null", at("null.mov"));
   expectFailure({clip(), at("null.mov"), "--overwrite"}, kOutput, "no ordinary file");
 }
+TEST(BadFiles, OutputIsALinkThatLeadsNowhere) {
+  fs::create_symlink("round.mov", at("round.mov"));
+  expectFailure({clip(), at("round.mov"), "--overwrite"}, kOutput, "cannot write the output");
+  fs::create_symlink("none/out.mov", at("link.mov"));
+  expectFailure({clip(), at("link.mov"), "--overwrite", "--dry-run"}, kOutput, "No such file");
+}
 TEST(BadFiles, OutputFolderIsMissing) {
   expectFailure({clip(), at("none/out.mov")}, kOutput, "No such file");
 }
@@ -202,6 +247,9 @@ TEST(BadFiles, OutputThatFindsNoRoom) {
   EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
   EXPECT_EQ(filesAtWork().size(), 1U);
 }
+TEST(BadFiles, CodecThatRefusesTheVideo) {
+  expectFailure({clip(), at("out.mov"), "--codec", "dvvideo"}, kProcessing, "Found no DV profile");
+}
 TEST(BadFiles, SuffixThatNamesNoVideoFile) {
   expectFailure({clip(), at("out")}, kUsage, "suffix");
   expectFailure({clip(), at("out.txt")}, kUsage, "suffix");
@@ -218,7 +266,11 @@ TEST(BadFiles, FileThatDoesNotKeepTheLayout) {
 TEST(BadFiles, FileThatDoesNotHoldTheSound) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",
           "-frames:v", "5", "-shortest", "-c:v", "v210", "-c:a", "libopus", at("opus.mkv")});
-  expectFailure({at("opus.mkv"), at("out.avi")}, kUsage, "opus");
+  expectFailure({at("opus.mkv"), at("out.avi")}, kUsage, "opus); write ");
+}
+TEST(BadFiles, FileThatDoesNotHoldUncompressedSound) {
+  expectFailure({clip(), at("out.mp4"), "--codec", "libx264"}, kUsage,
+                "pcm_s16le); write .mov, .avi, .mkv or .nut\n");
 }
 TEST(BadFiles, HeadThatTheWriterRefuses) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",
@@ -237,6 +289,48 @@ TEST(CutFiles, QuickTimeWithTheIndexInFront) {
   ffmpeg({"-i", clip(), "-c", "copy", "-movflags", "+faststart", in});
   cut(in, 0.7);
   expectFailure({in, at("out.mov")}, kInput, "may be incomplete");
+}
+
+namespace {
+
+/// A compressed clip with sound, its index in front where it has one.
+std::string compressedClip(const std::string& name) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25:duration=1", "-f", "lavfi", "-i",
+          "sine=duration=1", "-c:v", "libx264", "-pix_fmt", "yuv420p", "-c:a", "aac", "-movflags",
+          "+faststart", at(name)});
+  return at(name);
+}
+
+}  // namespace
+
+TEST(CutFiles, QuickTimeThatLostTheEndOfItsSound) {
+  const std::string in = at("front.mov");
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25:duration=2", "-f", "lavfi", "-i",
+          "sine=duration=2", "-c:v", "v210", "-c:a", "pcm_s16le", "-movflags", "+faststart", in});
+  fs::resize_file(in, fs::file_size(in) - 1000);
+  expectFailure({in, at("out.mov")}, kInput, "may be incomplete");
+}
+
+TEST(CutFiles, MP4WithTheIndexInFront) {
+  for (const double share : {0.6, 0.99}) {
+    const std::string in = compressedClip("front.mp4");
+    cut(in, share);
+    expectFailure({in, at("out.mov")}, kInput, "may be incomplete");
+  }
+}
+
+TEST(CutFiles, OfWhichOnlyTheHeadIsLeft) {
+  for (const char* name : {"head.mp4", "head.mkv", "head.ts"}) {
+    const std::string in = compressedClip(name);
+    fs::resize_file(in, 6000);
+    expectFailure({in, at("out.mov")}, kInput, "may be incomplete");
+  }
+}
+
+TEST(CutFiles, ARangeBeforeTheCutIsWritten) {
+  const std::string in = compressedClip("front.mp4");
+  cut(in, 0.99);
+  EXPECT_EQ(burnin({in, at("out.mov"), "--frames", "0-3"}).exitCode, 0);
 }
 
 TEST(CutFiles, UncompressedInAVI) {

@@ -341,6 +341,58 @@ TEST(InPlaceStreams, KeepsTheTimesOfFramesAndSound) {
   }
 }
 
+TEST(InPlaceStreams, KeepThePixelsShape) {
+  for (const char* from : {"mov", "mkv", "avi", "nut"}) {
+    for (const char* to : {"mov", "mkv", "nut"}) {
+      const std::string in = at(std::string("in.") + from), out = at(std::string("out.") + to);
+      Arguments arguments = {"-f",   "lavfi", "-i", "testsrc2=size=720x576:rate=25,setsar=16/15",
+                             "-map", "0"};
+      const bool two = std::string(to) != "mkv";  // which takes v210 from the overlay alone
+      if (two)
+        arguments.insert(arguments.end(), {"-map", "0"});
+      arguments.insert(arguments.end(), {"-frames:v", "1", "-c:v", "v210", in});
+      ffmpeg(arguments);
+      const auto before = pixelShapesOf(in);
+      const Outcome outcome = burnin({in, out, "--overwrite"});
+      ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+      const auto after = pixelShapesOf(out);
+      ASSERT_EQ(after.size(), two ? 2U : 1U);
+      EXPECT_EQ(av_cmp_q(before[0], {16, 15}), 0) << from;
+      for (std::size_t i = 0; i < after.size(); ++i)
+        EXPECT_EQ(av_cmp_q(after[i], before[i]), 0) << from << " to " << to << ", " << i;
+    }
+  }
+}
+
+TEST(InPlaceStreams, GetExactTimesWhereTheInputHasRoundedOnes) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=352x160:rate=30000/1001:duration=1", "-c:v", "v210",
+          at("in.mkv")});
+  for (const int first : {0, 7}) {
+    for (const char* out : {"out.mov", "out.nut"}) {
+      const Outcome outcome =
+          burnin({at("in.mkv"), at(out), "--overwrite", "--frames", std::to_string(first) + "-99"});
+      ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+      const auto packets = packetsOf(at(out), AVMEDIA_TYPE_VIDEO);
+      ASSERT_EQ(packets.size(), 30U - static_cast<std::size_t>(first));
+      for (std::size_t i = 0; i < packets.size(); ++i)
+        EXPECT_NEAR(packets[i].time, static_cast<double>(i) * 1001 / 30000, 1e-5) << out;
+    }
+  }
+}
+
+TEST(InPlaceStreams, KeepUnevenTimes) {
+  // Frames 0, 1, 4, 5, and then one between two numbers.
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=352x160:rate=25", "-vf",
+          "select='not(between(n,2,3))',setpts='if(eq(N,4),0.31/TB,PTS)'", "-vsync", "passthrough",
+          "-frames:v", "5", "-enc_time_base", "0.01", "-c:v", "v210", at("in.mkv")});
+  ASSERT_EQ(burnin({at("in.mkv"), at("out.nut")}).exitCode, 0);
+  const auto before = packetsOf(at("in.mkv"), AVMEDIA_TYPE_VIDEO);
+  const auto after = packetsOf(at("out.nut"), AVMEDIA_TYPE_VIDEO);
+  ASSERT_EQ(after.size(), before.size());
+  for (std::size_t i = 0; i < after.size(); ++i)
+    EXPECT_NEAR(after[i].time, before[i].time, 0.0011) << i;
+}
+
 TEST(InPlaceTexts, DrawsAllTenTextsTheClockAndBothRows) {
   const std::string in = at("in.nut"), out = at("out.nut");
   ffmpeg({"-f", "lavfi", "-i", "color=black:size=640x480:rate=25", "-frames:v", "1", "-c:v", "v210",
@@ -371,6 +423,14 @@ TEST(InPlaceTexts, NamesTheSourceFormat) {
   ASSERT_EQ(burnin({in, out, "--format-line"}).exitCode, 0);
   const Clip grey = decodeAs(out, AV_PIX_FMT_GRAY8);
   EXPECT_EQ(readText(grey, 0, 64, 36, 3, line.size()), line);
+}
+
+TEST(InPlaceTexts, TakesNumbersForDecimalOnes) {
+  const std::string in = at("in.nut"), out = at("out.nut");
+  ffmpeg({"-f", "lavfi", "-i", "color=black:size=1280x720:rate=25", "-frames:v", "1", "-c:v",
+          "v210", in});
+  const Outcome dry = burnin({in, out, "--size", "010", "--dry-run"});
+  EXPECT_NE(dry.out.find("magnified 10"), std::string::npos) << dry.out << dry.err;
 }
 
 TEST(InPlaceInterlaced, StartsEveryTextOnAnEvenLine) {

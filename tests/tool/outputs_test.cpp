@@ -11,6 +11,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -75,7 +76,44 @@ TEST(Outputs, GetTheRightsThatNewFilesHave) {
   EXPECT_EQ(fs::status(at("out.mov")).permissions(), fs::status(at("plain")).permissions());
 }
 
+TEST(Outputs, KeepTheRightsOfTheFileThatTheyReplace) {
+  makeClip(at("in.mov"));
+  for (const char* out : {"out.mov", "out.png"}) {
+    for (const auto rights : {fs::perms::owner_read | fs::perms::owner_write,
+                              fs::perms::owner_read | fs::perms::group_read, fs::perms::all}) {
+      std::ofstream(at(out)) << "old";
+      fs::permissions(at(out), rights);
+      Arguments arguments = {at("in.mov"), at(out), "--overwrite"};
+      if (at(out).ends_with(".png"))
+        arguments.insert(arguments.end(), {"--still", "0"});
+      ASSERT_EQ(burnin(arguments).exitCode, 0);
+      EXPECT_EQ(fs::status(at(out)).permissions(), rights) << out;
+      fs::remove(at(out));
+    }
+  }
+}
+
+TEST(Outputs, MayBeALinkToAFileThatDoesNotExist) {
+  makeClip(at("in.mov"));
+  fs::create_directory(at("there"));
+  fs::create_symlink("there/new.mov", at("out.mov"));
+  const Outcome refused = burnin({at("in.mov"), at("out.mov"), "--dry-run"});
+  EXPECT_EQ(refused.exitCode, 3);
+  EXPECT_NE(refused.err.find("the output exists"), std::string::npos) << refused.err;
+  const Outcome outcome = burnin({at("in.mov"), at("out.mov"), "--overwrite"});
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_TRUE(fs::is_symlink(at("out.mov")));
+  EXPECT_EQ(decode(at("there/new.mov")).frames.size(), 5U);
+}
+
 class Interrupt : public testing::TestWithParam<int> {};
+
+/// A clip for a pipe.
+std::string clipBytes() {
+  makeClip(at("in.nut"));
+  std::ifstream file(at("in.nut"), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
 
 TEST_P(Interrupt, LeavesNothingBehind) {
   const Outcome outcome = burninUntil(
@@ -96,6 +134,26 @@ TEST_P(Interrupt, LeavesTheOldFileAsItWas) {
   EXPECT_EQ(filesAtWork().size(), 2U);
 }
 
+TEST_P(Interrupt, EndsAWaitForTheInput) {
+  const std::string clip = clipBytes();
+  const auto [outcome, stopped] = burninFed(
+      {"", at("pipe.nut"), clip.substr(0, clip.size() / 2), "", GetParam()}, at("out.nut"));
+  EXPECT_TRUE(stopped);
+  EXPECT_EQ(outcome.exitCode, 128 + GetParam());
+  EXPECT_TRUE(outcome.err.starts_with("nkdraw: interrupted")) << outcome.err;
+}
+
+TEST_P(Interrupt, ThatTheProcessIgnoresIsIgnored) {
+  const std::string clip = clipBytes();
+  const std::string shell = "trap '' " + std::to_string(GetParam()) + "; ";
+  const auto [outcome, stopped] = burninFed({shell, at("pipe.nut"), clip.substr(0, clip.size() / 2),
+                                             clip.substr(clip.size() / 2), GetParam()},
+                                            at("out.nut"));
+  EXPECT_FALSE(stopped);
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(decode(at("out.nut")).frames.size(), 5U);
+}
+
 INSTANTIATE_TEST_SUITE_P(Signals, Interrupt, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST(DryRun, SaysWhatWouldBeDoneAndWritesNothing) {
@@ -105,8 +163,8 @@ TEST(DryRun, SaysWhatWouldBeDoneAndWritesNothing) {
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_EQ(outcome.err, "");
   for (const char* words :
-       {"in place", "uyvy", "320x180", "25 frames/s", "progressive", "10:00:00:00, the video's tag",
-        "LTC row \"10:00:00:00\": 16,150 to 103,160, magnified 1",
+       {"in place", "rawvideo, 5 frames", "uyvy", "320x180", "25 frames/s", "progressive",
+        "10:00:00:00, the video's tag", "LTC row \"10:00:00:00\": 16,150 to 103,160, magnified 1",
         "text 1 \"Reel 7\": 20,20 to 163,50, magnified 3", "frames 1 to 3", "unchanged",
         "out.mov: mov"})
     EXPECT_NE(outcome.out.find(words), std::string::npos) << words << "\n" << outcome.out;
@@ -120,6 +178,13 @@ TEST(DryRun, NamesTheCodecOfTheConvertingRoad) {
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_NE(outcome.out.find("converting"), std::string::npos);
   EXPECT_NE(outcome.out.find("ffv1, yuv422p"), std::string::npos) << outcome.out;
+}
+
+TEST(DryRun, TellsMP4BySuffixesInCapitalLetters) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=1280x720:rate=25", "-frames:v", "1", "-c:v", "mpeg4",
+          at("IN.MP4")});
+  const Outcome outcome = burnin({at("IN.MP4"), at("out.mkv"), "--dry-run", "--format-line"});
+  EXPECT_NE(outcome.out.find("25.00 MP4"), std::string::npos) << outcome.out;
 }
 
 TEST(Still, IsTheFrameWithItsOverlay) {
@@ -159,6 +224,13 @@ TEST(Still, ComesFromCompressedClipsToo) {
   EXPECT_EQ(readText(decodeAs(at("out.png"), AV_PIX_FMT_GRAY8), 0, 0, 0, 2, 11), "00:00:00:17");
 }
 
+TEST(Still, MayHaveItsSuffixInCapitalLetters) {
+  makeClip(at("in.mov"));
+  EXPECT_EQ(burnin({at("in.mov"), at("OUT.PNG"), "--still", "0"}).exitCode, 0);
+  EXPECT_EQ(decode(at("OUT.PNG")).width, 320);
+  EXPECT_EQ(burnin({at("in.mov"), at("NO.PNG")}).exitCode, 1);
+}
+
 TEST(Still, OverwritesOnlyWhenAsked) {
   makeClip(at("in.mov"));
   std::ofstream(at("out.png")) << "precious";
@@ -185,6 +257,24 @@ TEST(Help, ListsTheLayouts) {
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_NE(outcome.out.find("v210"), std::string::npos);
   EXPECT_NE(outcome.out.find(".mov, .avi, .mkv or .nut"), std::string::npos);
+}
+
+TEST(Help, ThatCannotBePrintedIsAFailure) {
+  makeClip(at("in.mov"));
+  const std::string dry = "burnin " + at("in.mov") + " " + at("out.mov") + " --dry-run";
+  for (const std::string& arguments :
+       {std::string("--help"), std::string("--version"), std::string("burnin --help"),
+        std::string("burnin --list-layouts"), dry}) {
+    const Outcome outcome = runProgram(
+        "bash", {"-c", std::string("'") + NKDRAW_TOOL + "' " + arguments + " > /dev/full"});
+    EXPECT_EQ(outcome.exitCode, 3) << arguments;
+    EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
+  }
+}
+
+TEST(Help, NamesAnUnknownCommand) {
+  const Outcome outcome = runProgram(NKDRAW_TOOL, {"paint"});
+  EXPECT_NE(outcome.err.find("no such command: paint"), std::string::npos) << outcome.err;
 }
 
 TEST(Help, TellsOfAMissingOrUnknownCommandInOneLine) {

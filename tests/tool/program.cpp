@@ -5,15 +5,19 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <sstream>
 #include <thread>
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -105,6 +109,36 @@ Arguments withBurnin(const Arguments& arguments) {
   return all;
 }
 
+/// Looks again and again, at most that often.
+bool comesTrue(int looks, const std::function<bool()>& condition) {
+  for (int i = 0; i < looks && !condition(); ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  return condition();
+}
+
+/// As ps(1) shows it: S waits, Z has ended.
+char stateOf(pid_t process) {
+  const std::string facts = contents("/proc/" + std::to_string(process) + "/stat");
+  return facts.substr(facts.rfind(')')).at(2);
+}
+
+int bytesIn(int pipe) {
+  int bytes = -1;
+  ioctl(pipe, FIONREAD, &bytes);
+  return bytes;
+}
+
+bool writeAll(int file, const std::string& bytes) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t written = write(file, bytes.data() + done, bytes.size() - done);
+    if (written <= 0)
+      return false;
+    done += static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
 }  // namespace
 
 Outcome runProgram(const std::string& program, const Arguments& arguments) {
@@ -152,6 +186,23 @@ Outcome burninUntil(const Arguments& arguments, const std::string& prefix, int s
   EXPECT_TRUE(begun()) << "the run was over before it could be stopped";
   kill(child, signal);
   return capture.wait(child);
+}
+
+Fed burninFed(const Feed& feed, const std::string& output) {
+  mkfifo(feed.pipe.c_str(), 0600);
+  signal(SIGPIPE, SIG_IGN);
+  const Capture capture;
+  const pid_t child = capture.start(
+      "bash", {"-c", feed.shell + "exec \"$@\"", "bash", NKDRAW_TOOL, "burnin", feed.pipe, output});
+  const int pipe = open(feed.pipe.c_str(), O_WRONLY | O_CLOEXEC);  // waits for the reader
+  EXPECT_TRUE(writeAll(pipe, feed.head));
+  EXPECT_TRUE(comesTrue(10000, [&] { return bytesIn(pipe) == 0 && stateOf(child) == 'S'; }))
+      << "the run does not wait for its input";
+  kill(child, feed.signal);
+  const bool stopped = comesTrue(2000, [&] { return stateOf(child) == 'Z'; });
+  EXPECT_TRUE(stopped || writeAll(pipe, feed.tail));
+  close(pipe);
+  return {capture.wait(child), stopped};
 }
 
 void ffmpeg(const Arguments& arguments) {

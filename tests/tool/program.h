@@ -32,6 +32,18 @@ Outcome burnin(const Arguments& arguments);
 /// The same, but sends `signal` once a file whose name begins with `prefix` is being written.
 Outcome burninUntil(const Arguments& arguments, const std::string& prefix, int signal);
 
+/// `nkdraw burnin` behind `shell` in a shell, its input the FIFO `pipe`: gets `head`, the signal
+/// while it waits for more, and `tail` if it runs on all the same.
+struct Feed {
+  std::string shell, pipe, head, tail;
+  int signal;
+};
+struct Fed {
+  Outcome outcome;
+  bool stopped = false;  // by the signal, and not by the end of the input
+};
+Fed burninFed(const Feed& feed, const std::string& output);
+
 /// Makes a clip with the ffmpeg command, whose output is the last argument. Fails the test if that
 /// does not work.
 void ffmpeg(const Arguments& arguments);

@@ -109,6 +109,37 @@ TEST(TimecodeStart, IsMidnightForAClipWithout) {
   EXPECT_EQ(grey.timecode, "") << "none is made up for the file";
 }
 
+TEST(TimecodeAtOtherRates, IsBurntInAndLeftOutOfTheFile) {
+  for (const char* rate : {"12", "15", "48", "48000/1001"}) {
+    ffmpeg({"-f", "lavfi", "-i", std::string("testsrc2=size=192x108:rate=") + rate, "-frames:v",
+            "2", "-c:v", "v210", "-timecode", "00:00:01:00", at("in.mov")});
+    ASSERT_EQ(decode(at("in.mov")).timecode, "00:00:01:00");
+    for (const char* out : {"out.mov", "out.mkv", "out.avi"}) {
+      const Arguments arguments = with({at("in.mov"), at(out), "--overwrite"}, kLook);
+      const Outcome dry = burnin(with(arguments, {"--dry-run"}));
+      EXPECT_NE(dry.out.find("not written to the file"), std::string::npos) << dry.out;
+      EXPECT_EQ(dry.out.find("kept as"), std::string::npos) << dry.out;
+      ASSERT_EQ(burnin(arguments).exitCode, 0);
+      const Clip grey = decodeAs(at(out), AV_PIX_FMT_GRAY8);
+      EXPECT_EQ(readText(grey, 1, 8, 20, 2, 11), "00:00:01:01");
+      EXPECT_EQ(grey.timecode, "") << rate << " in " << out;
+    }
+    ASSERT_EQ(burnin({"--layout", "v210", "--pattern-size", "192x108", "--pattern-frames", "1",
+                      "--pattern-rate", rate, "--overwrite", at("pattern.mov")})
+                  .exitCode,
+              0);
+    EXPECT_EQ(decode(at("pattern.mov")).timecode, "") << rate;
+  }
+}
+
+TEST(TimecodeAtOtherRates, DoesNotKeepAClipFromBeingWritten) {
+  const Outcome outcome =
+      burnin({"--layout", "v210", "--pattern-size", "192x108", "--pattern-frames", "2",
+              "--pattern-rate", "1000000", at("out.mov")});
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(decode(at("out.mov")).frames.size(), 2U);
+}
+
 TEST(TimecodeGaps, AreKeptWhereFramesAreMissing) {
   // Frames 0, 1, 4, 5.
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=192x108:rate=25", "-vf",
@@ -122,6 +153,16 @@ TEST(TimecodeGaps, AreKeptWhereFramesAreMissing) {
     EXPECT_EQ(readText(grey, 1, 8, 20, 2, 11), "00:00:00:01");
     EXPECT_EQ(readText(grey, 2, 8, 20, 2, 11), "00:00:00:04");
     EXPECT_EQ(readText(grey, 3, 8, 20, 2, 11), "00:00:00:05");
+  }
+}
+
+TEST(TimecodeRange, ThatEndsFarBehindTheClipKeepsAllThatFollows) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=192x108:rate=25:duration=1", "-f", "lavfi", "-i",
+          "sine=duration=1", "-c:v", "v210", "-c:a", "pcm_s16le", at("in.mov")});
+  for (const char* range : {"5-99", "5-999999999999999", "5-9223372036854775807"}) {
+    ASSERT_EQ(burnin({at("in.mov"), at("out.mov"), "--overwrite", "--frames", range}).exitCode, 0);
+    EXPECT_EQ(decode(at("out.mov")).frames.size(), 20U) << range;
+    EXPECT_FALSE(packetsOf(at("out.mov"), AVMEDIA_TYPE_AUDIO).empty()) << range;
   }
 }
 

@@ -7,6 +7,7 @@
 #include <layouts.h>
 #include <wipe_names.h>
 
+#include <nkdraw/compositor/wipe_bands.h>
 #include <nkdraw/nkdraw_c.h>
 
 #include <gtest/gtest.h>
@@ -244,6 +245,7 @@ namespace {
 Bytes drawn(const Clip& a, const Clip& b, std::size_t step, std::uint32_t word,
             std::uint32_t position) {
   Bytes frame(a.frames[0].size());
+  const nkdraw::PatientWipes wait;
   NKDraw_DisplayWipe(a.frames[kAt + step].data(), kWidth * 4, b.frames[step].data(), kWidth * 4,
                      frame.data(), kWidth * 4, word, ptBGRA32, kWidth, kHeight, 0, 0, 0, 0, 0, 0,
                      kDuration + 1, position);

@@ -25,7 +25,7 @@ constexpr char kMore[] =
     "      The file's own timecode, at the lower left.\n"
     "  nkdraw burnin --clock --text 96,54,\"Reel 7\" reel.mov burnt.mov\n"
     "      Timecode, wall clock and a text whose upper left corner is at 96,54.\n"
-    "  nkdraw burnin --start-timecode '10:00:00;00' --codec libx264:crf=18 in.mov out.mp4\n"
+    "  nkdraw burnin --start-timecode '10:00:00;00' --codec libx264:crf=18 in.mov out.mov\n"
     "      A viewing copy that starts at ten o'clock, drop-frame.\n"
     "  nkdraw burnin --still 100 reel.mov frame100.png\n"
     "  nkdraw burnin --layout v210 --pattern-size 1280x720 bars.mov\n"
@@ -114,7 +114,6 @@ void BurninArguments::addLookTo(CLI::App& command) {
                   "Magnification of the timecode rows' 8 by 10 pixel\n"
                   "characters, 1 to 20 (by the frame's height: 4 at 1080)")
       ->type_name("N")
-      ->check(CLI::Range(1, 20).description(""))
       ->group(kGroup);
   command.add_flag("--fill", fill_, "A black box behind the texts (on by default)")->group(kGroup);
   command.add_flag("--no-fill", noFill_, "Leave it out")->group(kGroup);
@@ -129,7 +128,6 @@ void BurninArguments::addWritingTo(CLI::App& command) {
       ->group(kGroup);
   command.add_option("--still", still_, "Frame N as a picture; OUTPUT ends in .png")
       ->type_name("N")
-      ->check(CLI::NonNegativeNumber.description(""))
       ->group(kGroup);
   command
       .add_option("--codec", codec_,
@@ -154,7 +152,6 @@ void BurninArguments::addPatternTo(CLI::App& command) {
       ->group(kGroup);
   command.add_option("--pattern-frames", patternFrames_, "How many frames it has (250)")
       ->type_name("N")
-      ->check(CLI::PositiveNumber.description(""))
       ->group(kGroup);
 }
 
@@ -170,12 +167,14 @@ BurninOptions BurninArguments::read() const {
   readOverlay(options.overlay);
   readRange(options);
   readPattern(options);
-  if (!startTimecode_.empty())
-    options.startTimecode = startTimecode_;
-  if (!codec_.empty())
-    options.codec = codec_;
+  if (startTimecode_ && startTimecode_->empty())
+    badValue("--start-timecode", "", "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
+  options.startTimecode = startTimecode_;
+  if (codec_ && codec_->empty())
+    badValue("--codec", "", "see ffmpeg -encoders");
+  options.codec = codec_;
   if (options.still && options.codec)
-    badValue("--codec", codec_, "leave it out: a still is always PNG");
+    badValue("--codec", *codec_, "leave it out: a still is always PNG");
   return options;
 }
 
@@ -183,7 +182,7 @@ void BurninArguments::readFiles(BurninOptions& options) const {
   if (!input_)
     throw Failure(ExitCode::kUsage, "no files named", "nkdraw burnin",
                   "give INPUT and OUTPUT; see nkdraw burnin --help");
-  if (!output_ && layout_.empty())
+  if (!output_ && !layout_)
     throw Failure(ExitCode::kUsage, "only one file named", *input_,
                   "give INPUT and OUTPUT, or --layout for a test pattern");
   if (output_)
@@ -200,16 +199,18 @@ void BurninArguments::readOverlay(OverlayRequest& overlay) const {
   overlay.clock = clock_;
   overlay.formatLine = formatLine_;
   overlay.fill = !noFill_;
-  overlay.size = size_;
+  if (size_)
+    overlay.size = static_cast<unsigned>(
+        readNumber("--size", *size_, 1, 20, "write a whole number from 1 to 20"));
   if ((ltc_ && noLtc_) || (fill_ && noFill_))
     throw Failure(ExitCode::kUsage, "options that exclude each other",
                   ltc_ && noLtc_ ? "--ltc and --no-ltc" : "--fill and --no-fill",
                   "give one of them");
-  if (!position_.empty()) {
-    std::string_view left = position_;
+  if (position_) {
+    std::string_view left = *position_;
     overlay.position = takePair(left, ',');
     if (!overlay.position || !left.empty())
-      badValue("--position", position_, "write X,Y in pixels");
+      badValue("--position", *position_, "write X,Y in pixels");
   }
   if (texts_.size() > kMostTexts)
     throw Failure(ExitCode::kUsage, "too many texts", std::to_string(texts_.size()),
@@ -223,55 +224,58 @@ void BurninArguments::readOverlay(OverlayRequest& overlay) const {
 
 void BurninArguments::readRange(BurninOptions& options) const {
   if (still_) {
-    if (!frames_.empty())
-      badValue("--frames", frames_, "leave it out: --still names the frame");
+    if (frames_)
+      badValue("--frames", *frames_, "leave it out: --still names the frame");
     options.still = true;
-    options.range = {*still_, *still_};
+    const std::int64_t frame = readNumber("--still", *still_, 0, kMostFrames,
+                                          "write the number of a frame, counted from 0");
+    options.range = {frame, frame};
   }
-  const bool isPicture = options.output.ends_with(".png");
+  const bool isPicture = av_match_ext(options.output.c_str(), "png") != 0;
   if (options.still != isPicture)
     throw Failure(
         ExitCode::kUsage, isPicture ? "a picture needs a frame" : "a still is written as PNG",
         options.output, isPicture ? "give --still N" : "name an output that ends in .png");
-  if (frames_.empty())
+  if (!frames_)
     return;
-  std::string_view left = frames_;
+  std::string_view left = *frames_;
   const auto first = takeNumber<std::int64_t>(left);
   const auto last = take(left, '-') ? takeNumber<std::int64_t>(left) : std::nullopt;
   if (!first || !last || !left.empty() || *first < 0 || *last < *first)
-    badValue("--frames", frames_, "write FROM-TO, counted from 0, for example 100-199");
-  options.range = {*first, *last};
+    badValue("--frames", *frames_, "write FROM-TO, counted from 0, for example 100-199");
+  options.range = {std::min(*first, kMostFrames), std::min(*last, kMostFrames)};
 }
 
 void BurninArguments::readPattern(BurninOptions& options) const {
-  const bool any = !layout_.empty() || !patternSize_.empty() || !patternRate_.empty() ||
-                   patternFrames_.has_value();
+  const bool any = layout_ || patternSize_ || patternRate_ || patternFrames_;
   if (any && options.input)
     throw Failure(ExitCode::kUsage, "the test pattern's options don't go with an input",
                   *options.input, "leave out --layout and --pattern-...");
-  if (!layout_.empty()) {
-    options.layout = layoutNamed(layout_);
+  if (layout_) {
+    options.layout = layoutNamed(*layout_);
     if (options.layout == nullptr)
-      badValue("--layout", layout_, "see nkdraw burnin --list-layouts");
+      badValue("--layout", *layout_, "see nkdraw burnin --list-layouts");
   }
-  if (!patternSize_.empty()) {
-    std::string_view left = patternSize_;
+  if (patternSize_) {
+    std::string_view left = *patternSize_;
     const auto size = takePair(left, 'x');
     constexpr int kSmallest = 32, kLargest = 16384;
     if (!size || !left.empty() || std::min(size->x, size->y) < kSmallest ||
         std::max(size->x, size->y) > kLargest)
-      badValue("--pattern-size", patternSize_, "write WxH, 32x32 to 16384x16384");
+      badValue("--pattern-size", *patternSize_, "write WxH, 32x32 to 16384x16384");
     options.pattern.width = size->x;
     options.pattern.height = size->y;
   }
-  if (!patternRate_.empty()) {
+  if (patternRate_) {
     AVRational rate = {};
-    if (av_parse_ratio(&rate, patternRate_.c_str(), 1001000, AV_LOG_QUIET, nullptr) < 0 ||
+    if (av_parse_ratio(&rate, patternRate_->c_str(), 1001000, AV_LOG_QUIET, nullptr) < 0 ||
         rate.num <= 0 || rate.den <= 0)
-      badValue("--pattern-rate", patternRate_, "write frames a second: 25, 29.97, 30000/1001");
+      badValue("--pattern-rate", *patternRate_, "write frames a second: 25, 29.97, 30000/1001");
     options.pattern.rate = exactRate(rate);
   }
-  options.pattern.frames = patternFrames_.value_or(options.pattern.frames);
+  if (patternFrames_)
+    options.pattern.frames = readNumber("--pattern-frames", *patternFrames_, 1, kMostFrames,
+                                        "write how many frames, 1 or more");
 }
 
 }  // namespace nkdraw::tool

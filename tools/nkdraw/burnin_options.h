@@ -58,9 +58,8 @@ class BurninArguments {
 
   std::optional<std::string> input_, output_;  // one alone is the output
   std::vector<std::string> texts_;
-  std::string position_, startTimecode_, frames_, codec_, layout_, patternSize_, patternRate_;
-  std::optional<std::int64_t> still_, patternFrames_;
-  std::optional<unsigned> size_;
+  std::optional<std::string> position_, size_, startTimecode_, frames_, still_, codec_;
+  std::optional<std::string> layout_, patternSize_, patternRate_, patternFrames_;
   bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, formatLine_ = false;
   bool fill_ = false, noFill_ = false;
   bool overwrite_ = false, dryRun_ = false, listLayouts_ = false, verbose_ = false;

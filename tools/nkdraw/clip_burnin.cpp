@@ -12,6 +12,7 @@
 #include "still.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace nkdraw::tool {
 namespace {
@@ -25,12 +26,17 @@ std::int64_t expectedFrames(MediaInput& input, const FrameRange& range) {
   return std::max<std::int64_t>(last - range.first + 1, 0);
 }
 
-void checkWritten(std::int64_t written, MediaInput& input, const FrameRange& range) {
+/// `pastRange`: whether the video goes on behind the range.
+void checkWritten(std::int64_t written, bool pastRange, MediaInput& input,
+                  const FrameRange& range) {
   if (written > 0)
     return;
   if (range.isWhole())
     throw Failure(ExitCode::kInput, "no frames in the video", input.path(),
                   "check it with ffprobe");
+  if (pastRange)
+    throw Failure(ExitCode::kInput, "no frame has the number " + rangeText(range), input.path(),
+                  "frames are numbered by their time, and the video has a gap there");
   throw Failure(ExitCode::kInput, "the video ends before the frames asked for", input.path(),
                 "frames count from 0; see nkdraw burnin --dry-run");
 }
@@ -48,20 +54,18 @@ class ClipWriter {
         progress_(expectedFrames(input, plan.job.range)) {}
 
   void write() {
-    if (plan_.job.inPlace)
-      writeInPlace();
-    else
-      writeConverted();
-    checkWritten(written_, input_, plan_.job.range);
+    const bool pastRange = plan_.job.inPlace ? writeInPlace() : writeConverted();
+    checkWritten(written_, pastRange, input_, plan_.job.range);
     output_.finish();
     file_.commit();
   }
 
  private:
-  void writeInPlace() {
+  bool writeInPlace() {
     NativeRoad road(input_, plan_.job);
     AVStream& video = copier_.video();
-    if (isSameKind(*input_.file().iformat, *plan_.format)) {
+    const bool sameKind = isSameKind(*input_.file().iformat, *plan_.format);
+    if (sameKind) {
       copyCodec(input_.video(), video, *plan_.format);
     } else {
       road.makePlain();
@@ -69,24 +73,48 @@ class ClipWriter {
       describeRaw(video, *plan_.job.layout, plan_.job.frames, *plan_.format);
     }
     output_.begin();
-    road.run(
-        [this](AVPacket& packet) {
-          copier_.writeVideo(packet);
+    return road.run(
+        [&](AVPacket& packet, std::int64_t index) {
+          if (!sameKind && isOnTheGrid(packet, index))
+            writeByNumber(packet, index);
+          else
+            copier_.writeVideo(packet);
           noteFrame();
         },
         [this](AVPacket& packet) { copier_.write(packet); },
         [this] { return copier_.audioIsThrough(); });
   }
 
-  void writeConverted() {
+  /// Whether the packet's time is that of its number, as closely as the input's clock can tell, and
+  /// no packet before has it.
+  bool isOnTheGrid(const AVPacket& packet, std::int64_t index) const {
+    const AVStream& video = input_.video();
+    if (packet.pts == AV_NOPTS_VALUE || video.start_time == AV_NOPTS_VALUE || index < next_)
+      return false;
+    const std::int64_t exact =
+        video.start_time + av_rescale_q(index, av_inv_q(plan_.job.frames.rate), video.time_base);
+    return std::abs(packet.pts - exact) <= 1;
+  }
+
+  /// Gives the packet the exact time, which the milliseconds of Matroska don't have.
+  void writeByNumber(AVPacket& packet, std::int64_t index) {
+    next_ = index + 1;
+    packet.pts = packet.dts = index - plan_.job.range.first;
+    packet.duration = 1;
+    copier_.writeEncoded(packet, av_inv_q(plan_.job.frames.rate));
+  }
+
+  bool writeConverted() {
     const Frame example = exampleOf(input_, plan_.drawn);
     VideoEncoder encoder(*plan_.codec, *example, plan_.job.frames, *plan_.format);
     encoder.describeTo(copier_.video());
+    if (!plan_.job.frames.interlaced)  // progressive, or the file doesn't say
+      copier_.video().codecpar->field_order = input_.video().codecpar->field_order;
     output_.begin();
     const auto take = [&](AVPacket& packet) { copier_.writeEncoded(packet, encoder.timeBase()); };
     ConvertingRoad road(input_, plan_.job, plan_.drawn);
     std::int64_t next = 0;
-    road.run(
+    const bool pastRange = road.run(
         [&](AVFrame& picture, std::int64_t index) {
           // Two frames at one time are written one after the other.
           const std::int64_t place = std::max(index - plan_.job.range.first, next);
@@ -97,6 +125,7 @@ class ClipWriter {
         [this](AVPacket& packet) { copier_.write(packet); },
         [this] { return copier_.audioIsThrough(); });
     encoder.encode(nullptr, 0, take);
+    return pastRange;
   }
 
   void noteFrame() {
@@ -111,6 +140,7 @@ class ClipWriter {
   StreamCopier copier_;
   Progress progress_;
   std::int64_t written_ = 0;
+  std::int64_t next_ = 0;  // the least number that no frame has yet
 };
 
 void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
@@ -121,17 +151,19 @@ void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions
       writeStill(picture, file.temporary(), options.output);
   };
   const auto done = [] { return true; };
+  bool pastRange = false;
   if (plan.job.inPlace) {
     AVStream& video = input.video();
     VideoDecoder decoder(*video.codecpar, video.time_base, input.path());
-    NativeRoad(input, plan.job)
-        .run([&](AVPacket& packet) { decoder.decode(&packet, take); }, noOther, done);
+    pastRange = NativeRoad(input, plan.job)
+                    .run([&](AVPacket& packet, std::int64_t) { decoder.decode(&packet, take); },
+                         noOther, done);
     decoder.decode(nullptr, take);
   } else {
-    ConvertingRoad(input, plan.job, plan.drawn)
-        .run([&](AVFrame& picture, std::int64_t) { take(picture); }, noOther, done);
+    pastRange = ConvertingRoad(input, plan.job, plan.drawn)
+                    .run([&](AVFrame& picture, std::int64_t) { take(picture); }, noOther, done);
   }
-  checkWritten(written, input, plan.job.range);
+  checkWritten(written, pastRange, input, plan.job.range);
   file.commit();
 }
 

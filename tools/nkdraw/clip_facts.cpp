@@ -32,12 +32,14 @@ FrameKind framesOf(MediaInput& input, const Layout* layout) {
 }
 
 AVPixelFormat decodedFormat(MediaInput& input) {
-  const auto format = static_cast<AVPixelFormat>(input.video().codecpar->format);
+  const AVCodecParameters& codec = *input.video().codecpar;
+  const auto format = static_cast<AVPixelFormat>(codec.format);
   if (format == AV_PIX_FMT_NONE)
     throw Failure(ExitCode::kInput, "the video can't be decoded", input.path(),
-                  std::string("its codec is ") +
-                      avcodec_get_name(input.video().codecpar->codec_id) +
-                      "; convert the clip first");
+                  avcodec_find_decoder(codec.codec_id) != nullptr
+                      ? "no frame was found in it; the input may be incomplete"
+                      : std::string("its codec is ") + avcodec_get_name(codec.codec_id) +
+                            "; convert the clip first");
   return format;
 }
 

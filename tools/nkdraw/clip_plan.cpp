@@ -7,6 +7,8 @@
 #include "output_file.h"
 #include "raw_stream.h"
 
+#include <algorithm>
+
 namespace nkdraw::tool {
 namespace {
 
@@ -29,7 +31,10 @@ TimeWindow windowOf(MediaInput& input, const Job& job) {
 
 void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options) {
   const Job& job = plan.job;
-  if (job.timecode.known)
+  const bool counts = countsAllFrames(job.timecode, job.frames.rate);
+  if (!counts)
+    plan.timecodeTag = "";
+  else if (job.timecode.known)
     plan.timecodeTag = timecodeText(job.timecode, job.range.first);
   plan.format = &formatFor(options.output);
   if (!job.inPlace)
@@ -37,6 +42,8 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
   else if (!isSameKind(*input.file().iformat, *plan.format))
     checkKeeps(*plan.format, *job.layout);
   plan.fates = streamFates(input, *plan.format);
+  if (!counts)
+    std::ranges::replace(plan.fates, StreamFate::kTimecode, StreamFate::kLeaveOut);
 }
 
 const char* fateText(StreamFate fate) {
@@ -48,14 +55,6 @@ const char* fateText(StreamFate fate) {
     default:
       return "left out";
   }
-}
-
-std::string rangeText(FrameRange range) {
-  if (range.isWhole())
-    return "all";
-  return std::to_string(range.first) + (range.isBounded() && range.last != range.first
-                                            ? " to " + std::to_string(range.last)
-                                            : "");
 }
 
 }  // namespace
@@ -79,26 +78,39 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   return plan;
 }
 
+std::string rangeText(FrameRange range) {
+  if (range.isWhole())
+    return "all";
+  return std::to_string(range.first) + (range.isBounded() && range.last != range.first
+                                            ? " to " + std::to_string(range.last)
+                                            : "");
+}
+
 void describe(std::FILE* to, const Job& job) {
   std::fprintf(to, "frames    %dx%d, %s, %s\n", job.frames.width, job.frames.height,
                rateText(job.frames.rate).c_str(),
                job.frames.interlaced ? "interlaced" : "progressive");
   std::fprintf(to, "layout    %s: %s\n", std::string(job.layout->name).c_str(),
                std::string(job.layout->description).c_str());
-  std::fprintf(to, "timecode  %s, %s\n", timecodeText(job.timecode, 0).c_str(),
-               job.timecode.origin.c_str());
+  std::fprintf(to, "timecode  %s, %s%s\n", timecodeText(job.timecode, 0).c_str(),
+               job.timecode.origin.c_str(),
+               countsAllFrames(job.timecode, job.frames.rate)
+                   ? ""
+                   : "; not written to the file, which would count otherwise at this rate");
   for (const TextBox& box : job.plan.boxes)
-    std::fprintf(to, "burn in   %s \"%s\": %d,%d to %d,%d, magnified %u\n", box.what.c_str(),
-                 box.text.c_str(), box.at.x, box.at.y, box.right() - 1, box.bottom() - 1,
-                 box.magnification);
+    std::fprintf(to, "burn in   %s \"%s\": %d,%d to %lld,%lld, magnified %u\n", box.what.c_str(),
+                 box.text.c_str(), box.at.x, box.at.y, static_cast<long long>(box.right() - 1),
+                 static_cast<long long>(box.bottom() - 1), box.magnification);
   std::fprintf(to, "written   %s\n",
                job.range.isWhole() ? "all frames" : ("frames " + rangeText(job.range)).c_str());
 }
 
 void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
               const BurninOptions& options) {
-  std::fprintf(to, "input     %s: %s, %s\n", input.path().c_str(), input.file().iformat->name,
-               avcodec_get_name(input.video().codecpar->codec_id));
+  const std::int64_t frames = input.video().nb_frames;  // 0 where the file doesn't say
+  std::fprintf(to, "input     %s: %s, %s%s\n", input.path().c_str(), input.file().iformat->name,
+               avcodec_get_name(input.video().codecpar->codec_id),
+               frames > 0 ? (", " + std::to_string(frames) + " frames").c_str() : "");
   std::fprintf(to, "road      %s\n",
                plan.job.inPlace ? "in place: the file's own frames are drawn on"
                                 : "converting: frames are decoded and converted");

@@ -24,11 +24,14 @@ struct ClipPlan {
   std::optional<CodecChoice> codec;        // when frames are encoded
   std::vector<StreamFate> fates;
   TimeWindow window;
-  std::optional<std::string> timecodeTag;  // the first written frame's
+  std::optional<std::string> timecodeTag;  // the first written frame's; empty to drop the input's
 };
 
 /// Throws Failure for what can't be done.
 [[nodiscard]] ClipPlan planClip(MediaInput& input, const BurninOptions& options);
+
+/// "all", "5" or "5 to 9"
+[[nodiscard]] std::string rangeText(FrameRange range);
 
 /// Tells a person, a line for each fact.
 void describe(std::FILE* to, const Job& job);

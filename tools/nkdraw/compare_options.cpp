@@ -68,8 +68,22 @@ Flip readFlip(const std::string& option, const std::string& text) {
   return {text.find('h') != std::string::npos, text.find('v') != std::string::npos};
 }
 
-CLI::Validator between(int low, int high) {
-  return CLI::Range(low, high).description("");
+/// A number from `least` to `most`, if the option was given.
+template <class Number>
+std::optional<Number> readGiven(const std::string& option, const std::optional<std::string>& text,
+                                std::int64_t least, std::int64_t most) {
+  if (!text)
+    return std::nullopt;
+  return static_cast<Number>(readNumber(
+      option, *text, least, most, "give " + std::to_string(least) + " to " + std::to_string(most)));
+}
+
+/// A column or row; whether it lies in the frame shows when that is known.
+std::optional<int> readPlace(const std::string& option, const std::optional<std::string>& text) {
+  const auto place = text ? wholeNumber<int>(*text) : std::nullopt;
+  if (text && !place)
+    badValue(option, *text, "give a number of pixels");
+  return place;
 }
 
 }  // namespace
@@ -103,12 +117,8 @@ void CompareArguments::addModeTo(CLI::App& command) {
       ->group(kGroup);
   command.add_option("--threshold", threshold_, "compare: the largest difference that is none (0)")
       ->type_name("N")
-      ->check(between(0, 255))
       ->group(kGroup);
-  command.add_option("--gain", gain_, "difference: multiply it (1)")
-      ->type_name("N")
-      ->check(between(1, 255))
-      ->group(kGroup);
+  command.add_option("--gain", gain_, "difference: multiply it (1)")->type_name("N")->group(kGroup);
   command
       .add_option("--amount", amount_,
                   "fade: the first's share; wipe: how far it has come;\n"
@@ -117,7 +127,6 @@ void CompareArguments::addModeTo(CLI::App& command) {
       ->group(kGroup);
   command.add_option("--block", block_, "blocks: their size in pixels, 1 to 100 (16)")
       ->type_name("N")
-      ->check(between(1, 100))
       ->group(kGroup);
   command
       .add_option("--channel", channel_,
@@ -207,12 +216,12 @@ void CompareArguments::readDisplay(MuxRequest& display) const {
   display.swap = swap_;
   display.first = readFlip("--flip-first", flipFirst_);
   display.second = readFlip("--flip-second", flipSecond_);
-  display.splitX = splitX_;
-  display.splitY = splitY_;
-  display.threshold = threshold_;
-  display.gain = gain_;
-  display.block = block_;
-  display.gridPercent = grid_;
+  display.splitX = readPlace("--split-x", splitX_);
+  display.splitY = readPlace("--split-y", splitY_);
+  display.threshold = readGiven<std::uint32_t>("--threshold", threshold_, 0, 255);
+  display.gain = readGiven<std::uint32_t>("--gain", gain_, 1, 255);
+  display.block = readGiven<std::uint32_t>("--block", block_, 1, 100);
+  display.gridPercent = readGiven<int>("--grid", grid_, 1, 100);
   if (!amount_.empty())
     display.amount = readAmount(amount_);
   if (!channel_.empty())

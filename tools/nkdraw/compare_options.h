@@ -41,8 +41,7 @@ class CompareArguments {
 
   std::string a_, b_, output_, report_, codec_;
   std::string mode_ = "difference", amount_, channel_, wipe_, flipFirst_, flipSecond_, gridPixels_;
-  std::optional<int> splitX_, splitY_, grid_;
-  std::optional<std::uint32_t> threshold_, gain_, block_;
+  std::optional<std::string> splitX_, splitY_, grid_, threshold_, gain_, block_;
   bool horizontal_ = false, vertical_ = false, markSplit_ = false, swap_ = false;
   bool overwrite_ = false, dryRun_ = false, list_ = false, verbose_ = false;
 };

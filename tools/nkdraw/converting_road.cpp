@@ -40,7 +40,7 @@ ConvertingRoad::ConvertingRoad(MediaInput& input, const Job& job, AVPixelFormat 
       burner_(job, drawn == AV_PIX_FMT_YUV422P10 ? Storage::kPlanes10 : Storage::kPacked),
       clock_(input.video().time_base, job.frames.rate, input.video().start_time) {}
 
-void ConvertingRoad::run(const TakePicture& takeVideo, const TakePacket& takeOther,
+bool ConvertingRoad::run(const TakePicture& takeVideo, const TakePacket& takeOther,
                          const std::function<bool()>& done) {
   const auto take = [&](AVFrame& decoded) { burn(decoded, takeVideo); };
   const Packet packet = makePacket();
@@ -53,6 +53,7 @@ void ConvertingRoad::run(const TakePicture& takeVideo, const TakePacket& takeOth
   }
   if (!pastRange_)
     decoder_.decode(nullptr, take);
+  return pastRange_;
 }
 
 void ConvertingRoad::burn(AVFrame& decoded, const TakePicture& take) {

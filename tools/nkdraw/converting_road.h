@@ -28,7 +28,8 @@ class ConvertingRoad {
   using TakePacket = std::function<void(AVPacket& packet)>;
   /// Reads to the end of the job's range. `takeVideo` gets every burnt picture of the range,
   /// `takeOther` the packets of the other streams; past the range reading goes on until `done`.
-  void run(const TakePicture& takeVideo, const TakePacket& takeOther,
+  /// Returns whether the video had a frame past the range.
+  bool run(const TakePicture& takeVideo, const TakePacket& takeOther,
            const std::function<bool()>& done);
 
  private:

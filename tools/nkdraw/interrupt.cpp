@@ -13,14 +13,22 @@ extern "C" void noteSignal(int signal) {
   arrived = signal;
 }
 
+/// As nohup and shells that run a command in the background leave it.
+bool isIgnored(int signal) {
+  struct sigaction inherited = {};
+  return sigaction(signal, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_IGN;
+}
+
 }  // namespace
 
 void catchInterrupts() {
   struct sigaction action = {};
   action.sa_handler = noteSignal;
-  action.sa_flags = SA_RESTART;
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-    sigaction(signal, &action, nullptr);
+  // Without SA_RESTART: a read that waits for a pipe ends, and sees that it was interrupted.
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    if (!isIgnored(signal))
+      sigaction(signal, &action, nullptr);
+  }
   // A write that can't be done shall fail and not end the process.
   action.sa_handler = SIG_IGN;
   for (const int signal : {SIGXFSZ, SIGPIPE})

@@ -18,7 +18,8 @@ class Interrupted : public std::exception {
   int signal_;
 };
 
-/// From now on these signals are noted instead of ending the process, and a write that can't be
+/// From now on those of these signals that the process doesn't ignore are noted instead of ending
+/// it, and a write that can't be
 /// done fails instead of sending one.
 void catchInterrupts();
 

@@ -12,6 +12,9 @@
 
 namespace nkdraw::tool {
 
+/// No clip has more frames, and the times of so many can be reckoned in 64 bits.
+inline constexpr std::int64_t kMostFrames = std::int64_t{1} << 36;
+
 /// Frame numbers from 0, both ends included.
 struct FrameRange {
   std::int64_t first = 0;

@@ -16,7 +16,7 @@ JoinWriter::JoinWriter(ClipPair& clips, const WipePlan& plan, const WipeOptions&
   copyFacts(clips.a.video(), video_);
   av_dict_copy(&output_.file().metadata, clips.a.file().metadata, 0);
   if (plan.timecodeTag)
-    av_dict_set(&video_.metadata, "timecode", plan.timecodeTag->c_str(), 0);
+    setTimecodeTag(output_, video_, *plan.timecodeTag);
   keepTimecodeTag(output_, video_);
 }
 

@@ -10,8 +10,12 @@
 namespace nkdraw::tool {
 namespace {
 
+/// What the readers of Matroska and of QuickTime say.
+constexpr const char* kCutMessages[] = {"ended prematurely", "partial file"};
+
 std::mutex lastErrorLock;  // FFmpeg's threads report too
-std::string lastError;
+std::string firstError, lastError;
+bool sawCut = false;
 bool shown = false;
 
 void keepErrors(void* reporter, int level, const char* format, va_list arguments) {
@@ -35,6 +39,10 @@ void keepErrors(void* reporter, int level, const char* format, va_list arguments
     return;
   const std::lock_guard hold(lastErrorLock);
   lastError = line;
+  if (firstError.empty())
+    firstError = line;
+  for (const char* const words : kCutMessages)
+    sawCut = sawCut || line.find(words) != std::string::npos;
 }
 
 }  // namespace
@@ -45,13 +53,31 @@ void showLibavMessages(bool show) {
   av_log_set_callback(keepErrors);
 }
 
+bool showsLibavMessages() {
+  return shown;
+}
+
+std::string firstLibavError() {
+  const std::lock_guard hold(lastErrorLock);
+  return firstError;
+}
+
+void forgetLibavErrors() {
+  const std::lock_guard hold(lastErrorLock);
+  firstError.clear();
+}
+
 std::string lastLibavError() {
   const std::lock_guard hold(lastErrorLock);
   return lastError;
 }
 
-std::string explained(int error) {
-  const std::string reported = lastLibavError();
+bool libavSawCut() {
+  const std::lock_guard hold(lastErrorLock);
+  return sawCut;
+}
+
+std::string explained(int error, const std::string& reported) {
   return reported.empty() ? errorText(error) : errorText(error) + " (" + reported + ")";
 }
 

@@ -9,11 +9,20 @@ namespace nkdraw::tool {
 
 /// Shows them from now on, or not.
 void showLibavMessages(bool show);
+[[nodiscard]] bool showsLibavMessages();
+
+/// The first error that FFmpeg reported since the last call of forgetLibavErrors: encoders say what
+/// is wrong before the layers above them say that something is. Empty when there was none.
+[[nodiscard]] std::string firstLibavError();
+void forgetLibavErrors();
 
 /// The last error that FFmpeg reported, without its line end; empty when there was none.
 [[nodiscard]] std::string lastLibavError();
 
-/// The text of an error code, with the last reported error behind it.
-[[nodiscard]] std::string explained(int error);
+/// Whether FFmpeg said, as its readers do in their messages alone, that a file was cut.
+[[nodiscard]] bool libavSawCut();
+
+/// The text of an error code, with a reported error behind it, by default the last.
+[[nodiscard]] std::string explained(int error, const std::string& reported = lastLibavError());
 
 }  // namespace nkdraw::tool

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iostream>
 #include <memory>
 #include <new>
 #include <string>
@@ -33,6 +34,8 @@ int report(ExitCode code, std::string line) {
 int usage(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
     return app.exit(error);  // help or version
+  if (const auto unknown = app.remaining(); !unknown.empty() && app.get_subcommands().empty())
+    return report(ExitCode::kUsage, "no such command: " + unknown.front() + "; see nkdraw --help");
   return report(ExitCode::kUsage, std::string("bad arguments: ") + error.what() +
                                       "; see nkdraw --help or nkdraw COMMAND --help");
 }
@@ -69,9 +72,18 @@ int run(int argc, char** argv) {
   }
 }
 
+/// What was printed must have arrived, too.
+int finish(int code) {
+  std::cout.flush();
+  const bool arrived = std::fflush(stdout) == 0 && std::ferror(stdout) == 0 && std::cout.good();
+  if (arrived || code != static_cast<int>(ExitCode::kOk))
+    return code;
+  return report(ExitCode::kOutput, "cannot write: standard output; is the disk full?");
+}
+
 }  // namespace
 }  // namespace nkdraw::tool
 
 int main(int argc, char** argv) {
-  return nkdraw::tool::run(argc, argv);
+  return nkdraw::tool::finish(nkdraw::tool::run(argc, argv));
 }

@@ -11,14 +11,13 @@
 #include <cerrno>
 #include <cstring>
 #include <iterator>
+#include <span>
 #include <string_view>
 
 #include <sys/stat.h>
 
 namespace nkdraw::tool {
 namespace {
-
-constexpr char kCutMessage[] = "ended prematurely";
 
 int stopWhenInterrupted(void* /*context*/) {
   return pendingInterrupt() != 0 ? 1 : 0;
@@ -38,11 +37,11 @@ constexpr FileTypeName kFileTypes[] = {
 };
 
 struct Extension {
-  std::string_view suffix;
+  const char* suffix;  // in any case
   hzwFileType type;
 };
 /// Formats that share a reader are told apart by the file's name.
-constexpr Extension kExtensions[] = {{".mp4", hzwFileMP4}, {".webm", hzwFileWebM}};
+constexpr Extension kExtensions[] = {{"mp4", hzwFileMP4}, {"webm", hzwFileWebM}};
 
 void checkIsFile(const std::string& path) {
   struct stat facts = {};
@@ -51,6 +50,27 @@ void checkIsFile(const std::string& path) {
                   std::string(std::strerror(errno)) + "; check the name");
   if (S_ISDIR(facts.st_mode))
     throw Failure(ExitCode::kInput, "the input is a folder", path, "name a media file");
+}
+
+/// To FFmpeg a cover picture is a video stream, too.
+bool isVideo(const AVStream& stream) {
+  return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO &&
+         (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) == 0;
+}
+
+int findVideo(AVFormatContext& file) {
+  const int best = av_find_best_stream(&file, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+  if (best < 0 || isVideo(*file.streams[best]))
+    return best;
+  const std::span streams(file.streams, file.nb_streams);
+  const auto found = std::ranges::find_if(streams, [](AVStream* each) { return isVideo(*each); });
+  return found != streams.end() ? (*found)->index : -1;
+}
+
+/// A packet that a file's end cut short. In transport streams the flag also means lost packets, as
+/// recordings have them.
+bool isCut(const AVPacket& packet, const AVInputFormat& format) {
+  return (packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && std::string_view(format.name) != "mpegts";
 }
 
 }  // namespace
@@ -74,7 +94,7 @@ MediaInput::MediaInput(const std::string& path) : path_(path) {
     throw Failure(ExitCode::kInput, "the file's streams can't be read", path,
                   explained(error) + "; check it with ffprobe");
   }
-  videoIndex_ = av_find_best_stream(file_.get(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+  videoIndex_ = findVideo(*file_);
   if (videoIndex_ < 0)
     throw Failure(ExitCode::kInput, "no video in the file", path, "give a file with video");
   const AVCodecParameters& codec = *video().codecpar;
@@ -110,7 +130,7 @@ std::int64_t MediaInput::frameCount() {
 
 std::uint32_t MediaInput::fileType() const {
   for (const Extension& extension : kExtensions) {
-    if (path_.ends_with(extension.suffix))
+    if (av_match_ext(path_.c_str(), extension.suffix) != 0)
       return extension.type;
   }
   const std::string_view format = file_->iformat->name;
@@ -123,12 +143,9 @@ bool MediaInput::read(AVPacket& packet) {
   throwIfInterrupted();
   const int error = av_read_frame(file_.get(), &packet);
   throwIfInterrupted();
-  // The reader of Matroska says only in its messages that a file was cut.
-  const bool wasCut =
-      error == AVERROR_EOF && lastLibavError().find(kCutMessage) != std::string::npos;
-  if (wasCut || (error < 0 && error != AVERROR_EOF))
+  if (error == AVERROR_EOF ? libavSawCut() : error < 0 || isCut(packet, *file_->iformat))
     throw Failure(ExitCode::kInput, "the file breaks off", path_,
-                  explained(error) + "; the input may be incomplete");
+                  explained(error < 0 ? error : AVERROR_EOF) + "; the input may be incomplete");
   return error >= 0;
 }
 

@@ -110,8 +110,6 @@ void planGrid(MuxCall& call, const MuxRequest& request, int width, int height) {
                   "give one of them");
   if (request.gridPercent) {
     const int percent = *request.gridPercent;
-    if (percent < 1 || percent > 100)
-      badValue("--grid", std::to_string(percent), "give 1 to 100");
     if (100 / percent > std::min(width, height))
       throw Failure(ExitCode::kUsage, "the grid has more cells than the frame has pixels",
                     "--grid " + std::to_string(percent),

@@ -30,7 +30,7 @@ struct MuxRequest {
   std::optional<std::uint32_t> block;      // 1 to 100 pixels
   std::optional<std::uint32_t> channel;    // the mask of a byte of the pixel, 0 for the mean
   std::optional<std::uint32_t> wipe;
-  std::optional<int> gridPercent;
+  std::optional<int> gridPercent;  // 1 to 100
   std::optional<Point> gridPixels;
 };
 

@@ -11,7 +11,7 @@ NativeRoad::NativeRoad(MediaInput& input, const Job& job)
       rows_(*input.video().codecpar, *job.layout),
       burner_(job, rows_.storage()) {}
 
-void NativeRoad::run(const TakePacket& takeVideo, const TakePacket& takeOther,
+bool NativeRoad::run(const TakeVideo& takeVideo, const TakePacket& takeOther,
                      const std::function<bool()>& done) {
   const AVStream& video = input_.video();
   FrameClock clock(video.time_base, job_.frames.rate, video.start_time);
@@ -26,11 +26,12 @@ void NativeRoad::run(const TakePacket& takeVideo, const TakePacket& takeOther,
       pastRange = index > job_.range.last;
       if (job_.range.contains(index)) {
         burn(*packet, index);
-        takeVideo(*packet);
+        takeVideo(*packet, index);
       }
     }
     av_packet_unref(packet.get());
   }
+  return pastRange;
 }
 
 void NativeRoad::burn(AVPacket& packet, std::int64_t index) {

@@ -7,6 +7,7 @@
 #include "media_input.h"
 #include "packet_rows.h"
 
+#include <cstdint>
 #include <functional>
 
 namespace nkdraw::tool {
@@ -18,11 +19,14 @@ class NativeRoad {
   /// Makes the frames plain as well, for an output of another kind than the input.
   void makePlain() { plain_ = true; }
 
+  /// Gets a burnt packet and its number.
+  using TakeVideo = std::function<void(AVPacket& packet, std::int64_t index)>;
   using TakePacket = std::function<void(AVPacket& packet)>;
   /// Reads to the end of the job's range. `takeVideo` gets every burnt packet of the range,
   /// `takeOther` the packets of the other streams; past the range reading goes on until `done`.
-  /// Throws Failure for a frame that is cut short.
-  void run(const TakePacket& takeVideo, const TakePacket& takeOther,
+  /// Returns whether the video had a frame past the range. Throws Failure for a frame that is cut
+  /// short.
+  bool run(const TakeVideo& takeVideo, const TakePacket& takeOther,
            const std::function<bool()>& done);
 
  private:

@@ -13,6 +13,14 @@ void badValue(const std::string& option, const std::string& value, const std::st
                 advice);
 }
 
+std::int64_t readNumber(const std::string& option, const std::string& text, std::int64_t least,
+                        std::int64_t most, const std::string& advice) {
+  const auto number = wholeNumber<std::int64_t>(text);
+  if (!number || *number < least || *number > most)
+    badValue(option, text, advice);
+  return *number;
+}
+
 bool take(std::string_view& text, char character) {
   if (!text.starts_with(character))
     return false;

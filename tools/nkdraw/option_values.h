@@ -6,6 +6,7 @@
 #include "overlay_plan.h"
 
 #include <charconv>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +34,12 @@ std::optional<Number> wholeNumber(std::string_view text) {
   const auto number = takeNumber<Number>(text);
   return text.empty() ? number : std::nullopt;
 }
+
+/// The decimal number that is all of `text`, which is an option's value. Throws the Failure of
+/// badValue for one that is not from `least` to `most`.
+[[nodiscard]] std::int64_t readNumber(const std::string& option, const std::string& text,
+                                      std::int64_t least, std::int64_t most,
+                                      const std::string& advice);
 
 /// Takes one character off the front of `text`, if it is that one.
 bool take(std::string_view& text, char character);

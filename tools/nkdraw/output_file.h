@@ -3,7 +3,10 @@
 // An output that appears under its name when it is complete, and not before.
 #pragma once
 
+#include <optional>
 #include <string>
+
+#include <sys/types.h>
 
 namespace nkdraw::tool {
 
@@ -21,13 +24,15 @@ class OutputFile {
   /// The file to write into; it exists and is empty.
   [[nodiscard]] const std::string& temporary() const { return temporary_; }
 
-  /// Gives the file its name. Throws Failure, also when another file took the name meanwhile.
+  /// Gives the file its name, and the rights of a file that it replaces. Throws Failure, also when
+  /// another file took the name meanwhile.
   void commit();
 
  private:
   std::string path_;
   bool overwrite_;
   std::string temporary_;
+  std::optional<mode_t> oldRights_;  // of the file that is replaced
   bool committed_ = false;
 };
 

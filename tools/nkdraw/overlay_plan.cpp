@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 namespace nkdraw::tool {
 namespace {
@@ -91,18 +92,18 @@ void checkInside(const TextBox& box, const FrameKind& frames) {
 
 }  // namespace
 
-int TextBox::right() const {
-  return at.x + static_cast<int>(text.size()) * kCellWidth * static_cast<int>(magnification);
+std::int64_t TextBox::right() const {
+  return std::int64_t{at.x} + std::ssize(text) * kCellWidth * magnification;
 }
 
-int TextBox::bottom() const {
-  return at.y + kCellHeight * static_cast<int>(magnification) + 1;
+std::int64_t TextBox::bottom() const {
+  return std::int64_t{at.y} + std::int64_t{kCellHeight} * magnification + 1;
 }
 
 std::vector<RowSpan> OverlayPlan::rows() const {
   std::vector<RowSpan> spans;
   for (const TextBox& box : boxes)
-    spans.push_back({box.at.y, box.bottom()});
+    spans.push_back({box.at.y, static_cast<int>(box.bottom())});
   std::ranges::sort(spans, {}, &RowSpan::first);
   std::vector<RowSpan> joined;
   for (const RowSpan span : spans) {
@@ -124,6 +125,10 @@ OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
   OverlayPlan plan;
   plan.request = request;
   const auto row = [&](int y) { return frames.interlaced ? even(y) : y; };
+  const auto add = [&](const TextBox& box) {
+    checkInside(box, frames);
+    plan.boxes.push_back(box);
+  };
 
   std::vector<TextBox> block = timecodeRows(request, timecode);
   plan.timecodeSize = request.size.value_or(defaultSize(block, frames));
@@ -145,24 +150,21 @@ OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
     line.at = {plan.timecodeAt.x,
                plan.timecodeAt.y + static_cast<int>(plan.boxes.size()) * lineHeight};
     line.magnification = plan.timecodeSize;
-    plan.boxes.push_back(line);
+    add(line);
   }
 
   if (request.formatLine) {
     TextBox box = {"format line", formatLine(frames), {}, kTextMagnification};
-    plan.formatAt = {margin(frames.width, box.right()), margin(frames.height, box.bottom())};
+    plan.formatAt = {margin(frames.width, static_cast<int>(box.right())),
+                     margin(frames.height, static_cast<int>(box.bottom()))};
     box.at = plan.formatAt;
-    plan.boxes.push_back(box);
+    add(box);
   }
   for (PlacedText& placed : plan.request.texts) {
     placed.at.y = row(placed.at.y);
     const auto number = static_cast<std::size_t>(&placed - plan.request.texts.data()) + 1;
-    plan.boxes.push_back(
-        {"text " + std::to_string(number), placed.text, placed.at, kTextMagnification});
+    add({"text " + std::to_string(number), placed.text, placed.at, kTextMagnification});
   }
-
-  for (const TextBox& box : plan.boxes)
-    checkInside(box, frames);
   return plan;
 }
 

@@ -49,8 +49,9 @@ struct TextBox {
   Point at;
   unsigned magnification;
 
-  [[nodiscard]] int right() const;   // first column beyond
-  [[nodiscard]] int bottom() const;  // first row beyond
+  // The first column and the first row beyond, also of a box that no frame could hold.
+  [[nodiscard]] std::int64_t right() const;
+  [[nodiscard]] std::int64_t bottom() const;
 };
 
 struct OverlayPlan {

@@ -147,7 +147,9 @@ void writePatternClip(const Job& job, const BurninOptions& options, const AVOutp
   OutputFile file(options.output, options.overwrite);
   MediaOutput output(file.temporary(), format, options.output);
   AVStream& stream = output.addStream();
-  av_dict_set(&stream.metadata, "timecode", timecodeText(job.timecode, job.range.first).c_str(), 0);
+  if (countsAllFrames(job.timecode, job.frames.rate))
+    av_dict_set(&stream.metadata, "timecode", timecodeText(job.timecode, job.range.first).c_str(),
+                0);
   keepTimecodeTag(output, stream);
   if (choice)
     writeEncoded(job, *choice, output, stream);

@@ -19,6 +19,12 @@ bool mayHold(const AVOutputFormat& format, AVCodecID codec) {
   return avformat_query_codec(&format, codec, FF_COMPLIANCE_NORMAL) != 0;
 }
 
+/// MP4 and its kin; FFmpeg's writer of QuickTime takes cover pictures and drops them.
+bool keepsCovers(const AVOutputFormat& format) {
+  const std::string_view name = format.name;
+  return name == "mp4" || name == "ipod";
+}
+
 StreamFate dataFate(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
   const AVCodecParameters& codec = *stream.codecpar;
   if (codec.codec_tag == kTimecodeTag)
@@ -29,19 +35,35 @@ StreamFate dataFate(const AVStream& stream, MediaInput& input, const AVOutputFor
              : StreamFate::kLeaveOut;
 }
 
+/// Advice: the kinds of files that hold the codec.
+std::string keepingKinds(AVCodecID codec) {
+  unsigned kinds = 0;
+  for (const char* const name : {"mov", "avi", "matroska", "nut"}) {
+    const AVOutputFormat* const format = av_guess_format(name, nullptr, nullptr);
+    if (format != nullptr && mayHold(*format, codec))
+      kinds |= containerOf(name);
+  }
+  return kinds != 0 ? "write " + containerNames(kinds) : "take the stream out of the input first";
+}
+
 StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
   const AVCodecParameters& codec = *stream.codecpar;
   switch (codec.codec_type) {
     case AVMEDIA_TYPE_AUDIO:
+      if (codec.sample_rate <= 0)
+        throw Failure(ExitCode::kInput, "no sound was found in a stream", input.path(),
+                      "stream " + std::to_string(stream.index) + " (" + describe(stream) +
+                          "); the input may be incomplete");
+      [[fallthrough]];
     case AVMEDIA_TYPE_SUBTITLE:
     case AVMEDIA_TYPE_VIDEO:
       if ((stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0)
-        return containerOf(format.name) == kMOV ? StreamFate::kCopy : StreamFate::kLeaveOut;
+        return keepsCovers(format) ? StreamFate::kCopy : StreamFate::kLeaveOut;
       if (mayHold(format, codec.codec_id))
         return StreamFate::kCopy;
       throw Failure(ExitCode::kUsage, "the output's kind of file does not hold a stream",
                     "stream " + std::to_string(stream.index) + " (" + describe(stream) + ")",
-                    "choose the input's kind, or .mov, .mkv or .nut");
+                    keepingKinds(codec.codec_id));
     case AVMEDIA_TYPE_ATTACHMENT:
       return isSameKind(*input.file().iformat, format) ? StreamFate::kCopy : StreamFate::kLeaveOut;
     default:
@@ -104,6 +126,14 @@ std::vector<StreamFate> streamFates(MediaInput& input, const AVOutputFormat& for
   return fates;
 }
 
+void setTimecodeTag(MediaOutput& output, AVStream& video, const std::string& timecode) {
+  const char* const text = timecode.empty() ? nullptr : timecode.c_str();  // null deletes
+  av_dict_set(&video.metadata, kTimecodeKey, text, 0);
+  AVDictionary*& fileTags = output.file().metadata;
+  if (av_dict_get(fileTags, kTimecodeKey, nullptr, 0) != nullptr)
+    av_dict_set(&fileTags, kTimecodeKey, text, 0);
+}
+
 void keepTimecodeTag(MediaOutput& output, const AVStream& video) {
   const AVDictionaryEntry* const tag = av_dict_get(video.metadata, kTimecodeKey, nullptr, 0);
   if (tag != nullptr && containerOf(output.format().name) == kAVI)
@@ -124,6 +154,10 @@ void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format)
   if (avcodec_parameters_copy(to.codecpar, from.codecpar) < 0)
     throw std::bad_alloc();
   to.codecpar->codec_tag = tagFor(*from.codecpar, format);
+  // Readers set the one or the other, and the writer of QuickTime looks at the codec's.
+  const AVRational shape = from.sample_aspect_ratio.num != 0 ? from.sample_aspect_ratio
+                                                             : from.codecpar->sample_aspect_ratio;
+  to.sample_aspect_ratio = to.codecpar->sample_aspect_ratio = shape;
 }
 
 StreamCopier::StreamCopier(MediaInput& input, MediaOutput& output,
@@ -156,11 +190,8 @@ void StreamCopier::copyTags(const std::optional<std::string>& timecode) {
   av_dict_copy(&fileTags, input_.file().metadata, 0);
   for (unsigned i = 0; i < input_.file().nb_streams; ++i)
     copyTag(input_.file().streams[i]->metadata, video().metadata, "reel_name");
-  if (timecode) {
-    av_dict_set(&video().metadata, kTimecodeKey, timecode->c_str(), 0);
-    if (av_dict_get(fileTags, kTimecodeKey, nullptr, 0) != nullptr)
-      av_dict_set(&fileTags, kTimecodeKey, timecode->c_str(), 0);
-  }
+  if (timecode)
+    setTimecodeTag(output_, video(), *timecode);
   keepTimecodeTag(output_, video());
 }
 

@@ -4,6 +4,7 @@
 #include "failure.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 namespace nkdraw::tool {
@@ -79,6 +80,11 @@ TimecodeStart timecodeOf(const AVFormatContext& file, const AVStream& video, AVR
 
 TimecodeStart midnight(AVRational rate) {
   return {usualType(rate), 0, "none in the file: from midnight", false};
+}
+
+bool countsAllFrames(const TimecodeStart& start, AVRational rate) {
+  constexpr double kSecondsPerDay = 86400.0;
+  return std::lround(framesPerDay(start.type) / kSecondsPerDay) == std::lround(av_q2d(rate));
 }
 
 std::string timecodeText(const TimecodeStart& start, std::int64_t index) {

@@ -31,6 +31,10 @@ struct TimecodeStart {
 /// Midnight, counted as the rate usually is.
 [[nodiscard]] TimecodeStart midnight(AVRational rate);
 
+/// Whether a second of the count has as many numbers as the clip has frames, rounded. Timecodes in
+/// files count so at every rate, and would not say what is burnt in elsewhere.
+[[nodiscard]] bool countsAllFrames(const TimecodeStart& start, AVRational rate);
+
 /// The text of the frame `index` frames after the start.
 [[nodiscard]] std::string timecodeText(const TimecodeStart& start, std::int64_t index);
 

@@ -6,7 +6,9 @@
 #include "media_output.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
+#include <string_view>
 
 namespace nkdraw::tool {
 namespace {
@@ -50,16 +52,15 @@ CodecChoice losslessChoice(AVPixelFormat drawn, const AVOutputFormat& format) {
                 "choose one with --codec, or write .mov, .avi, .mkv or .nut");
 }
 
-/// FFmpeg's raw encoder takes all formats, but not every kind of file keeps them apart.
-AVPixelFormat rawFormat(AVPixelFormat drawn, const AVOutputFormat& format) {
-  const unsigned container = containerOf(format.name);
-  const AVPixelFormat preferred = drawn == AV_PIX_FMT_BGR0 ? AV_PIX_FMT_BGR24 : drawn;
-  const Layout* const layout = wipeLayoutOf(AV_CODEC_ID_RAWVIDEO, preferred);
-  if (layout == nullptr || (layout->containers & container) == 0)
+/// FFmpeg's raw encoder takes all formats, but only NUT keeps all of them apart.
+AVPixelFormat rawFormat(AVPixelFormat wanted, const AVOutputFormat& format) {
+  const Layout* const layout = wipeLayoutOf(AV_CODEC_ID_RAWVIDEO, wanted);
+  const unsigned containers = layout != nullptr ? layout->containers : unsigned{kNUT};
+  if ((containers & containerOf(format.name)) == 0)
     throw Failure(ExitCode::kUsage, "this kind of file does not keep such raw frames",
-                  std::string(format.name) + ", " + av_get_pix_fmt_name(preferred),
-                  "choose another --codec, or write .mov, .avi or .nut");
-  return preferred;
+                  std::string(format.name) + ", " + av_get_pix_fmt_name(wanted),
+                  "choose another --codec, or write " + containerNames(containers));
+  return wanted;
 }
 
 void parseOptions(const CodecChoice& choice, Options& options) {
@@ -68,9 +69,22 @@ void parseOptions(const CodecChoice& choice, Options& options) {
                   "write --codec NAME:KEY=VALUE:KEY=VALUE");
 }
 
+/// Some encoders write to standard error past FFmpeg's messages; each is silenced in its own way.
+void silence(const AVCodec& codec, Options& options) {
+  constexpr char kX265[] = "x265-params";
+  if (std::string_view(codec.name) == "libx265") {
+    const AVDictionaryEntry* const asked = av_dict_get(*options.get(), kX265, nullptr, 0);
+    const std::string more = asked != nullptr ? std::string(":") + asked->value : "";
+    options.set(kX265, ("log-level=none" + more).c_str());
+  }
+  setenv("SVT_LOG", "0", 0);
+}
+
+/// An encoder without a list takes every format.
 bool takes(const AVCodec& codec, AVPixelFormat format) {
-  for (const AVPixelFormat* each = codec.pix_fmts; each != nullptr && *each != AV_PIX_FMT_NONE;
-       ++each) {
+  if (codec.pix_fmts == nullptr)
+    return true;
+  for (const AVPixelFormat* each = codec.pix_fmts; *each != AV_PIX_FMT_NONE; ++each) {
     if (*each == format)
       return true;
   }
@@ -110,10 +124,12 @@ CodecChoice namedChoice(const std::string& request, AVPixelFormat drawn,
     throw Failure(ExitCode::kUsage, "the output's kind of file does not hold this codec",
                   std::string(format.name) + ", " + name, "choose another suffix or --codec");
   CodecChoice choice = {codec, drawn, request.substr(std::min(colon + 1, request.size()))};
-  if (const auto asked = askedFormat(choice))
+  const auto asked = askedFormat(choice);
+  const AVPixelFormat usual = drawn == AV_PIX_FMT_BGR0 ? AV_PIX_FMT_BGR24 : drawn;
+  if (codec->id == AV_CODEC_ID_RAWVIDEO)
+    choice.pixelFormat = rawFormat(asked.value_or(usual), format);
+  else if (asked)
     choice.pixelFormat = *asked;
-  else if (codec->id == AV_CODEC_ID_RAWVIDEO)
-    choice.pixelFormat = rawFormat(drawn, format);
   else if (codec->pix_fmts != nullptr)
     choice.pixelFormat =
         avcodec_find_best_pix_fmt_of_list(codec->pix_fmts, drawn, hasAlpha(drawn) ? 1 : 0, nullptr);
@@ -163,9 +179,17 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
   Options options;
   parseOptions(choice, options);
   options.set(kPixelFormatKey, nullptr);
+  if (!showsLibavMessages())
+    silence(*choice.codec, options);
+  forgetLibavErrors();
+  if (const int error = av_opt_set_dict2(encoder_.get(), options.get(), AV_OPT_SEARCH_CHILDREN);
+      error < 0)
+    throw Failure(
+        ExitCode::kUsage, "the encoder does not take an option's value", choice.codec->name,
+        explained(error, firstLibavError()) + "; see ffmpeg -h encoder=" + choice.codec->name);
   if (const int error = avcodec_open2(encoder_.get(), choice.codec, options.get()); error < 0)
     throw Failure(ExitCode::kProcessing, "the encoder refuses the video", choice.codec->name,
-                  explained(error) + "; choose another --codec");
+                  explained(error, firstLibavError()) + "; choose another --codec");
   if (const char* const unknown = options.unused())
     throw Failure(ExitCode::kUsage, "the encoder has no such option", unknown,
                   std::string("see ffmpeg -h encoder=") + choice.codec->name);

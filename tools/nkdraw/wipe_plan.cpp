@@ -138,7 +138,9 @@ WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
   planRoad(plan, clips, options);
   plan.audio = planAudio(clips, options.audio, options.audioCodec, *plan.format);
   const TimecodeStart timecode = timecodeOf(clips.a.file(), clips.a.video(), clips.frames.rate);
-  if (timecode.known)
+  if (!countsAllFrames(timecode, clips.frames.rate))
+    plan.timecodeTag = "";
+  else if (timecode.known)
     plan.timecodeTag = timecodeText(timecode, 0);
   return plan;
 }

@@ -29,7 +29,7 @@ struct WipePlan {
   const AVOutputFormat* format = nullptr;
   std::optional<CodecChoice> codec;  // when frames are encoded
   std::vector<AudioTrackPlan> audio;
-  std::optional<std::string> timecodeTag;
+  std::optional<std::string> timecodeTag;  // empty to drop the first clip's
 
   [[nodiscard]] bool isNative() const { return drawn == AV_PIX_FMT_NONE; }
   /// Of frame `index` of the transition.

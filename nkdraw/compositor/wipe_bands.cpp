@@ -18,6 +18,8 @@ constexpr int kPauses = 50;
 constexpr std::chrono::milliseconds kPause{2};
 constexpr const char* kThreadTag = "gzqk";
 
+thread_local int patience = 0;  ///< how many PatientWipes live on this thread
+
 /// What the caller and the workers of one call share; it ends with the last of them.
 struct WipeCall {
   std::uint32_t pending = 0;
@@ -76,7 +78,9 @@ void start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call,
     worker.giveSharesBack();
     throw;
   }
-  if (band.threadHandle == nullptr)
+  if (band.threadHandle == nullptr && patience > 0)
+    WipeBandThread(&worker);
+  else if (band.threadHandle == nullptr)
     worker.giveSharesBack();
   nkOSSetThreadPriority(band.threadHandle, kThreadTimeCritical);
 }
@@ -85,11 +89,30 @@ void waitFor(WipeCall& call) {
   while (call.finished.try_acquire()) {  // raised before the last worker was started, or by it
   }
   const std::atomic_ref pending(call.pending);
-  for (int pause = 0; pause < kPauses && pending.load(std::memory_order_acquire) != 0; ++pause)
+  for (int left = kPauses; pending.load(std::memory_order_acquire) != 0;) {
+    if (patience == 0 && left-- == 0)
+      return;
     static_cast<void>(call.finished.try_acquire_for(kPause));
+  }
+}
+
+/// Without a worker.
+void drawWhole(WipeTask frame, WipeKernel kernel) {
+  frame.left = frame.top = 0;
+  frame.right = frame.width;
+  frame.bottom = frame.height;
+  callKernel(kernel, frame);
 }
 
 }  // namespace
+
+PatientWipes::PatientWipes() {
+  ++patience;
+}
+
+PatientWipes::~PatientWipes() {
+  --patience;
+}
 
 std::uint32_t WipeBandThread(void* parameter) {
   auto* const worker = static_cast<WipeCall::Worker*>(parameter);
@@ -105,8 +128,11 @@ std::uint32_t WipeBandThread(void* parameter) {
 std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel,
                            const std::shared_ptr<const void>& memory) {
   const auto call = newCall();
-  if (!call)
+  if (!call) {
+    if (patience > 0)
+      drawWhole(frame, kernel);
     return 0;
+  }
   setRectangles(frame, call->workers);
   for (WipeCall::Worker& worker : call->workers) {
     worker.band.kernel = kernel;

@@ -5,6 +5,8 @@
 
 #include "wipe_band.h"
 
+#include <nkdraw/export.h>
+
 #include <memory>
 
 namespace nkdraw {
@@ -17,6 +19,17 @@ namespace nkdraw {
 /// was, after the whole wait; so do all when there is no memory. 0 always.
 std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel,
                            const std::shared_ptr<const void>& memory = nullptr);
+
+/// While one of these lives, the wipes that its thread calls wait for their workers without limit,
+/// and draw themselves what no worker could be started for: the result is complete, whatever the
+/// machine's load. For callers within this project who would rather be late than wrong.
+class NKDRAW_API PatientWipes {
+ public:
+  PatientWipes();
+  PatientWipes(const PatientWipes&) = delete;
+  PatientWipes& operator=(const PatientWipes&) = delete;
+  ~PatientWipes();
+};
 
 /// The routine of a worker; its parameter is for RunWipeBands alone to give. The kernel's result.
 std::uint32_t WipeBandThread(void* parameter);

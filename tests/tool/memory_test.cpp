@@ -42,4 +42,18 @@ TEST(Memory, DoesNotGrowWithAClipThatIsConverted) {
   expectNoGrowth({"-c:v", "mpeg4"});
 }
 
+TEST(Memory, DoesNotGrowWithTheClipsThatAreJoined) {
+  setenv("ASAN_OPTIONS", "quarantine_size_mb=1", 1);
+  const auto join = [](const std::string& clip) {
+    return nkdrawTool(
+        {"wipe", at(clip), at(clip), at("joined_" + clip), "--at", "2f", "--duration", "10f"});
+  };
+  makeClip("short.mov", kShort, {"-c:v", "v210"});
+  makeClip("long.mov", kLong, {"-c:v", "v210"});
+  const Outcome shortRun = join("short.mov"), longRun = join("long.mov");
+  ASSERT_EQ(shortRun.exitCode, 0) << shortRun.err;
+  ASSERT_EQ(longRun.exitCode, 0) << longRun.err;
+  EXPECT_LT(longRun.peakKilobytes, shortRun.peakKilobytes + kAllowedKilobytes);
+}
+
 }  // namespace

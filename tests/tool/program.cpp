@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -143,6 +144,26 @@ bool writeAll(int file, const std::string& bytes) {
 Outcome runProgram(const std::string& program, const Arguments& arguments) {
   const Capture capture;
   return capture.wait(capture.start(program, arguments));
+}
+
+Outcome nkdrawTool(const Arguments& arguments) {
+  return runProgram(NKDRAW_TOOL, arguments);
+}
+
+void expectRefusal(const Arguments& arguments, int exitCode, const std::string& words) {
+  auto before = filesAtWork();
+  const Outcome outcome = nkdrawTool(arguments);
+  EXPECT_EQ(outcome.exitCode, exitCode) << outcome.err;
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_TRUE(outcome.err.starts_with("nkdraw: ")) << outcome.err;
+  EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
+  EXPECT_TRUE(outcome.err.ends_with("\n"));
+  EXPECT_NE(outcome.err.find(words), std::string::npos) << outcome.err;
+  EXPECT_NE(outcome.err.find("; "), std::string::npos) << outcome.err;
+  auto after = filesAtWork();
+  std::ranges::sort(before);
+  std::ranges::sort(after);
+  EXPECT_EQ(before, after);
 }
 
 Outcome burnin(const Arguments& arguments) {

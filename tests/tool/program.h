@@ -19,6 +19,13 @@ using Arguments = std::vector<std::string>;
 /// Runs a program to its end, in the folder of the test's files.
 Outcome runProgram(const std::string& program, const Arguments& arguments);
 
+/// `nkdraw ARGUMENTS`
+Outcome nkdrawTool(const Arguments& arguments);
+
+/// Runs the same and expects it to fail with one line that holds `words`, and to leave the work
+/// folder as it was.
+void expectRefusal(const Arguments& arguments, int exitCode, const std::string& words);
+
 /// `nkdraw burnin ARGUMENTS`
 Outcome burnin(const Arguments& arguments);
 

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: BSD-2-Clause
-#include "burnin.h"
-
 #include "burnin_options.h"
 #include "clip_burnin.h"
+#include "commands.h"
 #include "layouts.h"
-#include "libav_log.h"
 #include "pattern_burnin.h"
-
-#include <CLI/CLI.hpp>
+#include "sub_command.h"
 
 #include <cstdio>
 #include <string>
@@ -21,34 +18,19 @@ void listLayouts() {
                 std::string(layout.description).c_str(), containerNames(layout.containers).c_str());
 }
 
-class Burnin : public Command {
- public:
-  explicit Burnin(CLI::App& app) : command_(*app.add_subcommand("burnin")) {
-    arguments_.addTo(command_);
-  }
-
-  [[nodiscard]] bool asked() const override { return command_.parsed(); }
-
-  void run() override {
-    const BurninOptions options = arguments_.read();
-    showLibavMessages(options.verbose);
-    if (options.listLayouts)
-      listLayouts();
-    else if (options.input)
-      burnClip(options);
-    else
-      burnPattern(options);
-  }
-
- private:
-  CLI::App& command_;
-  BurninArguments arguments_;
-};
+void burn(const BurninOptions& options) {
+  if (options.listLayouts)
+    listLayouts();
+  else if (options.input)
+    burnClip(options);
+  else
+    burnPattern(options);
+}
 
 }  // namespace
 
 std::unique_ptr<Command> addBurnin(CLI::App& app) {
-  return std::make_unique<Burnin>(app);
+  return std::make_unique<SubCommand<BurninArguments, burn>>(app, "burnin");
 }
 
 }  // namespace nkdraw::tool

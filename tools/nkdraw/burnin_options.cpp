@@ -2,11 +2,11 @@
 #include "burnin_options.h"
 
 #include "failure.h"
+#include "option_values.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <string_view>
 
@@ -33,52 +33,6 @@ constexpr char kMore[] =
     "\n"
     "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing; 129, 130 and 143\n"
     "interrupted. More in nkdraw(1).";
-
-[[noreturn]] void badValue(const std::string& option, const std::string& value,
-                           const std::string& advice) {
-  throw Failure(ExitCode::kUsage, "not a value of " + option, value.empty() ? "(empty)" : value,
-                advice);
-}
-
-/// Takes a whole number off the front of `text`.
-template <class Number>
-std::optional<Number> takeNumber(std::string_view& text) {
-  Number number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc())
-    return std::nullopt;
-  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-  return number;
-}
-
-/// The decimal number that is all of `text`, which is an option's value.
-std::int64_t readNumber(const std::string& option, const std::string& text, std::int64_t least,
-                        std::int64_t most, const std::string& advice) {
-  std::string_view left = text;
-  const auto number = takeNumber<std::int64_t>(left);
-  if (!number || !left.empty() || *number < least || *number > most)
-    badValue(option, text, advice);
-  return *number;
-}
-
-/// Takes one character off the front of `text`, if it is that one.
-bool take(std::string_view& text, char character) {
-  if (!text.starts_with(character))
-    return false;
-  text.remove_prefix(1);
-  return true;
-}
-
-/// Takes "A,B", with any character for the comma.
-std::optional<Point> takePair(std::string_view& text, char between) {
-  const auto first = takeNumber<int>(text);
-  if (!first || !take(text, between))
-    return std::nullopt;
-  const auto second = takeNumber<int>(text);
-  if (!second)
-    return std::nullopt;
-  return Point{*first, *second};
-}
 
 /// The glyphs beyond 7-bit ASCII are out of reach, and control codes have none that mean anything.
 bool canBeDrawn(char character) {

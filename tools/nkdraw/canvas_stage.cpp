@@ -141,12 +141,8 @@ void CanvasStage::store(const Picture& picture) const {
 
 void CanvasStage::move(MoveRow moveRow, const Picture& picture) const {
   for (const RowSpan span : rows_) {
-    for (int y = span.first; y < span.end; ++y) {
-      Rows frame{};
-      for (std::size_t plane = 0; plane < frame.size() && picture.planes[plane] != nullptr; ++plane)
-        frame[plane] = picture.planes[plane] + picture.pitches[plane] * y;
-      moveRow(frame, buffer_.get() + canvasPitch_ * y, width_);
-    }
+    for (int y = span.first; y < span.end; ++y)
+      moveRow(rowOf(picture, y), buffer_.get() + canvasPitch_ * y, width_);
   }
 }
 

@@ -20,6 +20,14 @@ struct Picture {
   std::array<std::ptrdiff_t, 3> pitches = {};
 };
 
+/// Where row `y` of each plane begins; null for planes that there are not.
+[[nodiscard]] inline std::array<std::uint8_t*, 3> rowOf(const Picture& picture, int y) {
+  std::array<std::uint8_t*, 3> row = {};
+  for (std::size_t plane = 0; plane < row.size() && picture.planes[plane] != nullptr; ++plane)
+    row[plane] = picture.planes[plane] + picture.pitches[plane] * y;
+  return row;
+}
+
 /// How the samples of a frame are stored.
 enum class Storage {
   kPacked,        ///< as its layout says

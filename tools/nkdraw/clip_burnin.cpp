@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "clip_burnin.h"
 
+#include "clip_facts.h"
 #include "clip_plan.h"
 #include "converting_road.h"
 #include "failure.h"
@@ -41,25 +42,6 @@ void checkWritten(std::int64_t written, bool pastRange, MediaInput& input,
 }
 
 void noOther(AVPacket& /*packet*/) {}
-
-/// The first frame's shape and colours, which the encoder is opened with.
-Frame exampleOf(MediaInput& input, AVPixelFormat drawn) {
-  const AVCodecParameters& codec = *input.video().codecpar;
-  Frame example = makeFrame();
-  example->format = drawn;
-  example->width = codec.width;
-  example->height = codec.height;
-  example->sample_aspect_ratio =
-      av_guess_sample_aspect_ratio(&input.file(), &input.video(), nullptr);
-  example->color_range = codec.color_range;
-  example->color_primaries = codec.color_primaries;
-  example->color_trc = codec.color_trc;
-  example->colorspace = codec.color_space;
-  example->chroma_location = codec.chroma_location;
-  example->top_field_first =
-      codec.field_order == AV_FIELD_TT || codec.field_order == AV_FIELD_TB ? 1 : 0;
-  return example;
-}
 
 class ClipWriter {
  public:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "clip_plan.h"
 
+#include "clip_facts.h"
 #include "converting_road.h"
 #include "failure.h"
 #include "output_file.h"
@@ -10,28 +11,6 @@
 
 namespace nkdraw::tool {
 namespace {
-
-/// The layout of the file's own frames, null when they have to be decoded.
-const Layout* ownLayout(MediaInput& input) {
-  const AVCodecParameters& codec = *input.video().codecpar;
-  return layoutOf(codec.codec_id, static_cast<AVPixelFormat>(codec.format));
-}
-
-std::uint32_t sourceCode(MediaInput& input, const Layout* layout) {
-  if (layout != nullptr)
-    return layout->compression;
-  const AVCodecParameters& codec = *input.video().codecpar;
-  if (codec.codec_tag != 0)
-    return codec.codec_tag;
-  const AVCodecTag* const lists[] = {avformat_get_riff_video_tags(), nullptr};
-  return av_codec_get_tag(lists, codec.codec_id);
-}
-
-FrameKind framesOf(MediaInput& input, const Layout* layout) {
-  const AVCodecParameters& codec = *input.video().codecpar;
-  return {codec.width,        codec.height,     input.frameRate(),
-          input.interlaced(), input.fileType(), sourceCode(input, layout)};
-}
 
 TimeWindow windowOf(MediaInput& input, const Job& job) {
   constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
@@ -65,24 +44,6 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
   plan.fates = streamFates(input, *plan.format);
   if (!counts)
     std::ranges::replace(plan.fates, StreamFate::kTimecode, StreamFate::kLeaveOut);
-}
-
-AVPixelFormat decodedFormat(MediaInput& input) {
-  const AVCodecParameters& codec = *input.video().codecpar;
-  const auto format = static_cast<AVPixelFormat>(codec.format);
-  if (format == AV_PIX_FMT_NONE)
-    throw Failure(ExitCode::kInput, "the video can't be decoded", input.path(),
-                  avcodec_find_decoder(codec.codec_id) != nullptr
-                      ? "no frame was found in it; the input may be incomplete"
-                      : std::string("its codec is ") + avcodec_get_name(codec.codec_id) +
-                            "; convert the clip first");
-  return format;
-}
-
-std::string rateText(AVRational rate) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%.6g frames/s", av_q2d(rate));
-  return text;
 }
 
 const char* fateText(StreamFate fate) {

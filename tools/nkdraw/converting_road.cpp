@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "converting_road.h"
 
-#include "failure.h"
+#include "clip_facts.h"
 
 namespace nkdraw::tool {
 namespace {
@@ -61,10 +61,7 @@ void ConvertingRoad::burn(AVFrame& decoded, const TakePicture& take) {
   pastRange_ = pastRange_ || index > job_.range.last;
   if (!job_.range.contains(index))
     return;
-  if (decoded.width != job_.frames.width || decoded.height != job_.frames.height)
-    throw Failure(ExitCode::kInput, "the frames change their size", input_.path(),
-                  "frame " + std::to_string(index) + " is " + std::to_string(decoded.width) + "x" +
-                      std::to_string(decoded.height) + "; convert the clip first");
+  checkSize(decoded, job_.frames, input_.path(), index);
   AVFrame& picture = converter_.convert(decoded);
   if (av_frame_make_writable(&picture) < 0)
     throw std::bad_alloc();

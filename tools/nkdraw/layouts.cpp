@@ -47,6 +47,14 @@ constexpr Layout kLayouts[] = {
      kNUT},
 };
 
+/// Words are little-endian. Only the compositor serves them.
+constexpr Layout kDeepLayouts[] = {
+    {"rgb48", "16-bit words R G B", kRaw, AV_PIX_FMT_RGB48LE, ptRGB48, 0, 48, 0, kNUT},
+    {"bgr48", "16-bit words B G R", kRaw, AV_PIX_FMT_BGR48LE, ptRGB48, 0, 48, 0, kNUT},
+    {"rgba64", "16-bit words R G B A", kRaw, AV_PIX_FMT_RGBA64LE, ptARGB64, 0, 64, 0, kNUT},
+    {"bgra64", "16-bit words B G R A", kRaw, AV_PIX_FMT_BGRA64LE, ptARGB64, 0, 64, 0, kNUT},
+};
+
 struct ContainerName {
   Container container;
   std::string_view format;  // one of FFmpeg's names for it
@@ -101,6 +109,13 @@ const Layout* layoutOf(AVCodecID codec, AVPixelFormat pixelFormat) {
   });
 }
 
+const Layout* wipeLayoutOf(AVCodecID codec, AVPixelFormat pixelFormat) {
+  const auto* const deep = std::ranges::find_if(kDeepLayouts, [&](const Layout& layout) {
+    return layout.codec == codec && layout.pixelFormat == pixelFormat;
+  });
+  return deep != std::end(kDeepLayouts) ? deep : layoutOf(codec, pixelFormat);
+}
+
 const Layout& layoutOf(pixelType type) {
   return *findLayout([&](const Layout& layout) { return layout.type == type; });
 }
@@ -137,6 +152,10 @@ std::size_t rowBytes(pixelType type, int width) {
     case ptRGB24:
     case ptBGR24:
       return static_cast<std::size_t>(width) * 3;
+    case ptRGB48:
+      return static_cast<std::size_t>(width) * 6;
+    case ptARGB64:
+      return static_cast<std::size_t>(width) * 8;
     default:
       return static_cast<std::size_t>(width) * 4;
   }

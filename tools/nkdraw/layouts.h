@@ -42,6 +42,9 @@ struct Layout {
 /// is none.
 [[nodiscard]] const Layout* layoutNamed(std::string_view name);
 [[nodiscard]] const Layout* layoutOf(AVCodecID codec, AVPixelFormat pixelFormat);
+/// The layout of these raw frames among those that wipes take as they are: all that are drawn on,
+/// and RGB of 16 bits, where any order of the channels will do; null when there is none.
+[[nodiscard]] const Layout* wipeLayoutOf(AVCodecID codec, AVPixelFormat pixelFormat);
 /// The layout of the table that the library draws as `type` and that has no unused byte.
 [[nodiscard]] const Layout& layoutOf(pixelType type);
 

@@ -7,6 +7,7 @@ extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 #include <libavutil/avutil.h>
+#include <libavutil/channel_layout.h>
 #include <libavutil/dict.h>
 #include <libavutil/error.h>
 #include <libavutil/imgutils.h>
@@ -14,6 +15,7 @@ extern "C" {
 #include <libavutil/opt.h>
 #include <libavutil/parseutils.h>
 #include <libavutil/pixdesc.h>
+#include <libswresample/swresample.h>
 #include <libswscale/swscale.h>
 }
 
@@ -30,6 +32,7 @@ struct LibavDeleter {
   void operator()(AVFrame* frame) const { av_frame_free(&frame); }
   void operator()(AVCodecParameters* parameters) const { avcodec_parameters_free(&parameters); }
   void operator()(SwsContext* context) const { sws_freeContext(context); }
+  void operator()(SwrContext* context) const { swr_free(&context); }
 };
 
 using InputContext = std::unique_ptr<AVFormatContext, LibavDeleter>;
@@ -37,6 +40,7 @@ using CodecContext = std::unique_ptr<AVCodecContext, LibavDeleter>;
 using Packet = std::unique_ptr<AVPacket, LibavDeleter>;
 using Frame = std::unique_ptr<AVFrame, LibavDeleter>;
 using CodecParameters = std::unique_ptr<AVCodecParameters, LibavDeleter>;
+using Resampler = std::unique_ptr<SwrContext, LibavDeleter>;
 using Scaler = std::unique_ptr<SwsContext, LibavDeleter>;
 
 /// Options for an open call, which takes those it knows out of the dictionary.

@@ -2,8 +2,7 @@
 //
 // The program `nkdraw`: finds the sub-command, and turns what it throws into a line and an exit
 // code.
-#include "burnin.h"
-#include "command.h"
+#include "commands.h"
 #include "interrupt.h"
 #include "libav_log.h"
 
@@ -22,8 +21,9 @@ namespace {
 
 constexpr int kSignalBase = 128;
 
-/// Each adds its sub-command to the command line.
-constexpr std::unique_ptr<Command> (*kCommands[])(CLI::App&) = {addBurnin};
+/// In the order of the help.
+constexpr std::unique_ptr<Command> (*kCommands[])(CLI::App&) = {addBurnin, addWipe, addCompare,
+                                                                addSheet};
 
 int report(ExitCode code, std::string line) {
   std::ranges::replace(line, '\n', ' ');

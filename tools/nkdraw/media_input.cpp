@@ -102,6 +102,11 @@ MediaInput::MediaInput(const std::string& path) : path_(path) {
     throw Failure(ExitCode::kInput, "the video has no frame size", path, "check it with ffprobe");
 }
 
+void MediaInput::readOnly(const AVStream& stream) {
+  for (unsigned i = 0; i < file_->nb_streams; ++i)
+    file_->streams[i]->discard = file_->streams[i] == &stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+}
+
 AVRational MediaInput::frameRate() {
   const AVRational rate = av_guess_frame_rate(file_.get(), &video(), nullptr);
   return rate.num > 0 && rate.den > 0 ? rate : AVRational{25, 1};

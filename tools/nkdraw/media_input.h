@@ -22,6 +22,9 @@ class MediaInput {
     return packet.stream_index == videoIndex_;
   }
 
+  /// From here on packets of other streams need not be read.
+  void readOnly(const AVStream& stream);
+
   /// Frames a second; 25 for a file that doesn't say.
   [[nodiscard]] AVRational frameRate();
   [[nodiscard]] bool interlaced();

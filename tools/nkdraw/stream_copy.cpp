@@ -90,17 +90,6 @@ void copySideData(const AVStream& from, AVStream& to) {
   }
 }
 
-/// Tags, disposition, shape, side data and times.
-void copyFacts(const AVStream& from, AVStream& to) {
-  to.time_base = from.time_base;
-  to.avg_frame_rate = from.avg_frame_rate;
-  to.r_frame_rate = from.r_frame_rate;
-  to.sample_aspect_ratio = from.sample_aspect_ratio;
-  to.disposition = from.disposition;
-  av_dict_copy(&to.metadata, from.metadata, 0);
-  copySideData(from, to);
-}
-
 void copyTag(const AVDictionary* from, AVDictionary*& to, const char* key) {
   if (const AVDictionaryEntry* const tag = av_dict_get(from, key, nullptr, 0))
     av_dict_set(&to, key, tag->value, 0);
@@ -137,10 +126,28 @@ std::vector<StreamFate> streamFates(MediaInput& input, const AVOutputFormat& for
   return fates;
 }
 
+void setTimecodeTag(MediaOutput& output, AVStream& video, const std::string& timecode) {
+  const char* const text = timecode.empty() ? nullptr : timecode.c_str();  // null deletes
+  av_dict_set(&video.metadata, kTimecodeKey, text, 0);
+  AVDictionary*& fileTags = output.file().metadata;
+  if (av_dict_get(fileTags, kTimecodeKey, nullptr, 0) != nullptr)
+    av_dict_set(&fileTags, kTimecodeKey, text, 0);
+}
+
 void keepTimecodeTag(MediaOutput& output, const AVStream& video) {
   const AVDictionaryEntry* const tag = av_dict_get(video.metadata, kTimecodeKey, nullptr, 0);
   if (tag != nullptr && containerOf(output.format().name) == kAVI)
     av_dict_set(&output.file().metadata, kTimecodeKey, tag->value, 0);
+}
+
+void copyFacts(const AVStream& from, AVStream& to) {
+  to.time_base = from.time_base;
+  to.avg_frame_rate = from.avg_frame_rate;
+  to.r_frame_rate = from.r_frame_rate;
+  to.sample_aspect_ratio = from.sample_aspect_ratio;
+  to.disposition = from.disposition;
+  av_dict_copy(&to.metadata, from.metadata, 0);
+  copySideData(from, to);
 }
 
 void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format) {
@@ -183,12 +190,8 @@ void StreamCopier::copyTags(const std::optional<std::string>& timecode) {
   av_dict_copy(&fileTags, input_.file().metadata, 0);
   for (unsigned i = 0; i < input_.file().nb_streams; ++i)
     copyTag(input_.file().streams[i]->metadata, video().metadata, "reel_name");
-  if (timecode) {
-    const char* const text = timecode->empty() ? nullptr : timecode->c_str();  // null deletes
-    av_dict_set(&video().metadata, kTimecodeKey, text, 0);
-    if (av_dict_get(fileTags, kTimecodeKey, nullptr, 0) != nullptr)
-      av_dict_set(&fileTags, kTimecodeKey, text, 0);
-  }
+  if (timecode)
+    setTimecodeTag(output_, video(), *timecode);
   keepTimecodeTag(output_, video());
 }
 

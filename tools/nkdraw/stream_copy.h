@@ -43,8 +43,14 @@ struct TimeWindow {
   [[nodiscard]] bool isWhole() const { return end == std::numeric_limits<std::int64_t>::max(); }
 };
 
+/// Makes `timecode` the video's, and the file's where that has one; an empty one takes them away.
+void setTimecodeTag(MediaOutput& output, AVStream& video, const std::string& timecode);
+
 /// AVI has no tags of streams: there the video's timecode becomes the file's.
 void keepTimecodeTag(MediaOutput& output, const AVStream& video);
+
+/// Gives `to` the tags, disposition, shape, side data and times of `from`.
+void copyFacts(const AVStream& from, AVStream& to);
 
 /// Gives `to` the codec and the pixels' shape of `from`, with the tag that the output's kind of
 /// file has for the codec.

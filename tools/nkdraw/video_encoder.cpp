@@ -32,6 +32,10 @@ constexpr LosslessCodec kLossless[] = {
     {AV_PIX_FMT_BGRA, AV_CODEC_ID_FFV1, AV_PIX_FMT_BGRA, kAnyKind},
     {AV_PIX_FMT_BGR0, AV_CODEC_ID_RAWVIDEO, AV_PIX_FMT_BGR24, kMOV | kAVI | kNUT},
     {AV_PIX_FMT_BGR0, AV_CODEC_ID_FFV1, AV_PIX_FMT_BGR0, kAnyKind},
+    {AV_PIX_FMT_RGB48LE, AV_CODEC_ID_RAWVIDEO, AV_PIX_FMT_RGB48LE, kNUT},
+    {AV_PIX_FMT_RGB48LE, AV_CODEC_ID_FFV1, AV_PIX_FMT_RGB48LE, kAnyKind},
+    {AV_PIX_FMT_RGBA64LE, AV_CODEC_ID_RAWVIDEO, AV_PIX_FMT_RGBA64LE, kNUT},
+    {AV_PIX_FMT_RGBA64LE, AV_CODEC_ID_FFV1, AV_PIX_FMT_RGBA64LE, kAnyKind},
 };
 
 CodecChoice losslessChoice(AVPixelFormat drawn, const AVOutputFormat& format) {
@@ -50,7 +54,7 @@ CodecChoice losslessChoice(AVPixelFormat drawn, const AVOutputFormat& format) {
 
 /// FFmpeg's raw encoder takes all formats, but only NUT keeps all of them apart.
 AVPixelFormat rawFormat(AVPixelFormat wanted, const AVOutputFormat& format) {
-  const Layout* const layout = layoutOf(AV_CODEC_ID_RAWVIDEO, wanted);
+  const Layout* const layout = wipeLayoutOf(AV_CODEC_ID_RAWVIDEO, wanted);
   const unsigned containers = layout != nullptr ? layout->containers : unsigned{kNUT};
   if ((containers & containerOf(format.name)) == 0)
     throw Failure(ExitCode::kUsage, "this kind of file does not keep such raw frames",
@@ -101,6 +105,10 @@ std::optional<AVPixelFormat> askedFormat(const CodecChoice& choice) {
   return format;
 }
 
+bool hasAlpha(AVPixelFormat format) {
+  return (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_ALPHA) != 0;
+}
+
 CodecChoice namedChoice(const std::string& request, AVPixelFormat drawn,
                         const AVOutputFormat& format) {
   const std::size_t colon = std::min(request.find(':'), request.size());
@@ -123,8 +131,8 @@ CodecChoice namedChoice(const std::string& request, AVPixelFormat drawn,
   else if (asked)
     choice.pixelFormat = *asked;
   else if (codec->pix_fmts != nullptr)
-    choice.pixelFormat = avcodec_find_best_pix_fmt_of_list(
-        codec->pix_fmts, drawn, drawn == AV_PIX_FMT_BGRA ? 1 : 0, nullptr);
+    choice.pixelFormat =
+        avcodec_find_best_pix_fmt_of_list(codec->pix_fmts, drawn, hasAlpha(drawn) ? 1 : 0, nullptr);
   return choice;
 }
 

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Walks along a clip by frame numbers. A number that the clip has no frame for shows the frame
+// before it.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+namespace nkdraw::tool {
+
+template <class Feed>
+class FrameCursor {
+ public:
+  using Unit = typename Feed::Unit;
+  static constexpr std::int64_t kEnd = std::numeric_limits<std::int64_t>::max();
+
+  /// The feed must outlive the cursor.
+  explicit FrameCursor(Feed& feed) : feed_(feed) { fetch(); }
+
+  /// Hands on the frames not yet shown whose number is below `end`, in order, with their numbers.
+  template <class Take>
+  void passUntil(std::int64_t end, Take take) {
+    for (; ahead_ && nextIndex_ < end; fetch())
+      take(next_, nextIndex_);
+  }
+
+  /// The frame that is seen at `index`, good until the next call; null beyond the clip's end.
+  [[nodiscard]] Unit* shownAt(std::int64_t index) {
+    while (ahead_ && nextIndex_ <= index) {
+      std::swap(shown_, next_);
+      shownIndex_ = nextIndex_;
+      fetch();
+    }
+    if (shownIndex_ < 0)
+      return ahead_ ? &next_ : nullptr;
+    return ahead_ || shownIndex_ >= index ? &shown_ : nullptr;
+  }
+
+ private:
+  void fetch() { ahead_ = feed_.next(next_, nextIndex_); }
+
+  Feed& feed_;
+  Unit shown_, next_;
+  std::int64_t shownIndex_ = -1, nextIndex_ = 0;
+  bool ahead_ = false;
+};
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The command line of `nkdraw sheet`.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace nkdraw::tool {
+
+enum class SheetKind { kWipes, kModes };
+
+struct SheetOptions {
+  SheetKind kind = SheetKind::kWipes;
+  std::string output;
+  std::optional<std::string> a, b;  // clips whose first frames are shown
+  bool overwrite = false, verbose = false;
+};
+
+/// The options as they stand on the command line.
+class SheetArguments {
+ public:
+  /// Puts them on the command line of a sub-command, which they must outlive.
+  void addTo(CLI::App& command);
+
+  /// What they mean. Throws Failure for values that can't be.
+  [[nodiscard]] SheetOptions read() const;
+
+ private:
+  std::string kind_, output_, a_, b_;
+  bool overwrite_ = false, verbose_ = false;
+};
+
+}  // namespace nkdraw::tool

@@ -36,16 +36,30 @@ constexpr Work kDissolves[] = {
     {"dissolve_1_of_3", 0, 1, 3},
 };
 
+/// Memory as frames have it, aligned to a cache line.
+class Buffer {
+ public:
+  explicit Buffer(std::size_t size) : bytes_(size + kLine) {}
+  std::uint8_t* data() {
+    const auto address = reinterpret_cast<std::uintptr_t>(bytes_.data());
+    return bytes_.data() + (kLine - address % kLine);
+  }
+
+ private:
+  static constexpr std::size_t kLine = 64;
+  std::vector<std::uint8_t> bytes_;
+};
+
 /// Two frames of noise and one to write.
 struct Frames {
-  explicit Frames(std::size_t size) : a(size), b(size), dst(size + 64) {
+  explicit Frames(std::size_t size) : a(size), b(size), dst(size) {
     std::uint32_t seed = 1;
     for (auto* const frame : {&a, &b}) {
-      for (std::uint8_t& byte : *frame)
-        byte = static_cast<std::uint8_t>((seed = seed * 1664525 + 1013904223) >> 24);
+      for (std::size_t i = 0; i < size; ++i)
+        frame->data()[i] = static_cast<std::uint8_t>((seed = seed * 1664525 + 1013904223) >> 24);
     }
   }
-  std::vector<std::uint8_t> a, b, dst;
+  Buffer a, b, dst;
 };
 
 nkdraw::WipeTask taskOf(Frames& frames, const Work& work, std::int32_t type, std::uint32_t pitch,

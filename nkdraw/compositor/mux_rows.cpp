@@ -5,8 +5,6 @@
 #include "mux_rows.h"
 #include "vector_targets.h"
 
-#include <hwy/cache_control.h>
-
 #include <cstddef>
 
 #undef HWY_TARGET_INCLUDE
@@ -313,10 +311,6 @@ const MuxForms& muxFormsFor(std::int64_t targets) {
 const MuxForms& muxForms() {
   static const MuxForms& best = muxFormsFor(runnableTargets());
   return best;
-}
-
-void finishStreamedRows() {
-  hwy::FlushStream();
 }
 
 }  // namespace nkdraw

@@ -93,7 +93,4 @@ struct MuxForms {
 /// Those of this machine.
 [[nodiscard]] const MuxForms& muxForms();
 
-/// To be called after streamed rows, before another thread is told of them.
-void finishStreamedRows();
-
 }  // namespace nkdraw

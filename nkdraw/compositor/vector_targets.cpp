@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the processor can run.
+// What the processor can run, and stores past its caches.
 #include "vector_targets.h"
+
+#include <hwy/cache_control.h>
 
 namespace nkdraw {
 
@@ -24,6 +26,10 @@ std::int64_t runnableTargets() {
 #else
   return 0;  // what every machine of the architecture has is the form that is always there
 #endif
+}
+
+void finishStreamedRows() {
+  hwy::FlushStream();
 }
 
 }  // namespace nkdraw

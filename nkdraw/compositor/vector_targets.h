@@ -26,6 +26,10 @@ using ByTarget = std::array<const Kernels*, HWY_MAX_DYNAMIC_TARGETS + 1>;
 /// The targets, as Highway's bits, whose instructions this machine has.
 [[nodiscard]] std::int64_t runnableTargets();
 
+/// Waits until what this thread stored past the caches is in memory, for other threads to see. To
+/// be called once, behind all rows of a frame.
+void finishStreamedRows();
+
 /// The best of the kernels among `targets`.
 template <class Kernels>
 [[nodiscard]] const Kernels& bestKernels(const ByTarget<Kernels>& kernels, std::int64_t targets) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // The cross-fade.
+#include "vector_targets.h"
 #include "wipe_frames.h"
 #include "wipe_kernels.h"
 #include "wipe_mix.h"
@@ -43,6 +44,7 @@ std::uint32_t WipeMix(const std::uint8_t* srcA, std::uint32_t pitchA, const std:
     const WipeRow row = rowOf(task, y);
     mix(row.outgoing + first, row.incoming + first, row.output + first, count);
   }
+  finishStreamedRows();
   return 0;
 }
 

@@ -10,7 +10,6 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "nkdraw/compositor/wipe_mix_vectors.cpp"
-#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -164,8 +163,6 @@ std::size_t forVectors(std::uint8_t* output, std::size_t bytes, bool streams, Ve
   const Output target(output, streams);
   for (; i + kStep <= bytes; i += kStep)
     vector(i, target);
-  if (streams)
-    hwy::FlushStream();
   return i;
 }
 

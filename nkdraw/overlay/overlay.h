@@ -149,4 +149,8 @@ class NKDRAW_API CNkOverlay {
   std::uint32_t frameLayout = 0;       // FOURCC or compression code of the frames
   HZWVIDEO video = {};
   HZWSYSTEM system = {};
+
+ private:
+  /// Converts the decoded picture, `watermarkWidth` by `watermarkHeight` packed BGRA pixels.
+  void convertWatermark(char* pixels);
 };

@@ -84,9 +84,9 @@ class Picture {
     if (frame_ != nullptr)
       QFrameMem(kFrameFree, 0, 0, &frame_);
   }
-  /// Whether it holds so many pixels.
-  [[nodiscard]] bool holds(std::uint64_t pixels) const {
-    return frame_ != nullptr && pixels != 0 && pixels * 4 <= size_;
+  /// Whether there is a picture of this size in it.
+  [[nodiscard]] bool holds(std::int64_t width, std::int64_t height) const {
+    return frame_ != nullptr && width > 0 && height > 0 && width * height <= size_ / 4;
   }
   [[nodiscard]] char* pixels() const { return frame_->frameBuffer; }
 
@@ -226,32 +226,38 @@ std::uint32_t CNkOverlay::LoadWatermark() {
   watermarkWidth = static_cast<std::uint32_t>(info.biWidth);
   watermarkHeight = static_cast<std::uint32_t>(info.biHeight);
   watermarkLayout = frameLayout;
-  const Picture picture(reader, file);
-  const std::uint64_t pixels = std::uint64_t{watermarkWidth} * watermarkHeight;
-  if (info.biWidth > 0 && info.biHeight > 0 && picture.holds(pixels)) {
-    NKDraw* decoded = nullptr;
-    GetDraw(ptBGRA32, info.biWidth, info.biHeight, info.biWidth * 4, picture.pixels(), decoded);
-    if (watermarkLayout == kRgb32) {
-      watermarkRGBA = roomFor<std::uint8_t>(pixels, 4);
-      if (watermarkRGBA != nullptr)
-        CopyMemoryFast(watermarkRGBA, picture.pixels(), static_cast<std::uint32_t>(pixels * 4));
-    } else if (watermarkLayout == kYCbCr8 && decoded != nullptr) {
-      watermark8 = roomFor<std::uint8_t>(pixels, kGroup);
-      if (watermark8 != nullptr)
-        convertTo8(*decoded, info.biWidth, info.biHeight, watermark8);
-      WatermarkX &= ~1;
-    } else if (watermarkLayout == kYCbCr10 && decoded != nullptr) {
-      watermark10 = roomFor<std::uint32_t>(pixels, kGroup);
-      if (watermark10 != nullptr)
-        convertTo10(*decoded, info.biWidth, info.biHeight, watermark10);
-      WatermarkX &= ~1;
-    }
-    if (decoded != nullptr)
-      ReleaseDraw(decoded);
+  {
+    const Picture picture(reader, file);
+    if (picture.holds(info.biWidth, info.biHeight))
+      convertWatermark(picture.pixels());
   }
   reader.close(&file);
   reader.unload();
   return 0;
+}
+
+void CNkOverlay::convertWatermark(char* pixels) {
+  const auto width = static_cast<int>(watermarkWidth), height = static_cast<int>(watermarkHeight);
+  const std::uint64_t count = std::uint64_t{watermarkWidth} * watermarkHeight;
+  NKDraw* picture = nullptr;
+  GetDraw(ptBGRA32, width, height, static_cast<int>(watermarkWidth * 4), pixels, picture);
+  if (watermarkLayout == kRgb32) {
+    watermarkRGBA = roomFor<std::uint8_t>(count, 4);
+    if (watermarkRGBA != nullptr)
+      CopyMemoryFast(watermarkRGBA, pixels, static_cast<std::uint32_t>(count * 4));
+  } else if (watermarkLayout == kYCbCr8 && picture != nullptr) {
+    watermark8 = roomFor<std::uint8_t>(count, kGroup);
+    if (watermark8 != nullptr)
+      convertTo8(*picture, width, height, watermark8);
+    WatermarkX &= ~1;
+  } else if (watermarkLayout == kYCbCr10 && picture != nullptr) {
+    watermark10 = roomFor<std::uint32_t>(count, kGroup);
+    if (watermark10 != nullptr)
+      convertTo10(*picture, width, height, watermark10);
+    WatermarkX &= ~1;
+  }
+  if (picture != nullptr)
+    ReleaseDraw(picture);
 }
 
 std::uint32_t CNkOverlay::ApplyWatermark(QFRAME* frame) {

@@ -226,6 +226,10 @@ std::uint32_t CNkOverlay::LoadWatermark() {
   watermarkWidth = static_cast<std::uint32_t>(info.biWidth);
   watermarkHeight = static_cast<std::uint32_t>(info.biHeight);
   watermarkLayout = frameLayout;
+  // An earlier picture would not fit the new size.
+  watermarkRGBA = nullptr;
+  watermark8 = nullptr;
+  watermark10 = nullptr;
   {
     const Picture picture(reader, file);
     if (picture.holds(info.biWidth, info.biHeight))

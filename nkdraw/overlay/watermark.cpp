@@ -74,8 +74,10 @@ class Picture {
     const std::uint32_t bytes = reader.read(&file, 0, 1, 1, 1, nullptr, 0, 0);
     if (QFrameMem(kFrameAllocate, bytes, kFrameFlags, &frame_) != 0)
       frame_ = nullptr;
-    if (frame_ != nullptr)
-      reader.read(&file, 0, 1, 1, 1, frame_, 0, 0);
+    if (frame_ == nullptr)
+      return;
+    nkOSZeroMemory(frame_->frameBuffer, bytes);  // what the reader leaves out is not seen
+    reader.read(&file, 0, 1, 1, 1, frame_, 0, 0);
     size_ = bytes;
   }
   Picture(const Picture&) = delete;

@@ -144,14 +144,18 @@ class FileLock {
 using Key = std::pair<std::string, std::string>;  ///< root and key
 using Values = std::map<Key, std::string>;
 
+// Readers, too, may have to undo what a process that was killed while it saved has left; a file
+// that can't be written is opened all the same.
+constexpr int kReading = SQLITE_OPEN_READWRITE;
+
 std::optional<std::string> readValue(const fs::path& path, const Key& key) {
-  const Database database(path, SQLITE_OPEN_READONLY);
+  const Database database(path, kReading);
   Statement query(database, "SELECT value FROM setting WHERE root = ? AND key = ?");
   return query.step(key.first, key.second) ? std::optional(query.text()) : std::nullopt;
 }
 
 bool hasRoot(const fs::path& path, const std::string& root) {
-  const Database database(path, SQLITE_OPEN_READONLY);
+  const Database database(path, kReading);
   return Statement(database, "SELECT 1 FROM setting WHERE root = ? LIMIT 1").step(root);
 }
 
@@ -178,7 +182,7 @@ fs::path asideName(const fs::path& path) {
 
 bool isDamaged(const fs::path& path) {
   try {
-    const Database database(path, SQLITE_OPEN_READONLY);
+    const Database database(path, kReading);
     Statement check(database, "PRAGMA quick_check");
     return !check.step() || check.text() != "ok";
   } catch (const StoreError& error) {

@@ -57,6 +57,8 @@ class StoreError : public std::runtime_error {
   [[nodiscard]] bool damaged() const {
     return (code_ & 0xFF) == SQLITE_CORRUPT || (code_ & 0xFF) == SQLITE_NOTADB;
   }
+  /// Another process has set the file aside while it was open here.
+  [[nodiscard]] bool moved() const { return code_ == SQLITE_READONLY_DBMOVED; }
 
  private:
   int code_;
@@ -196,9 +198,9 @@ void setAside(const fs::path& path) {
   if (!isDamaged(path))
     return;
   const fs::path aside = asideName(path);
-  fs::rename(path, aside);
   std::error_code ignored;
-  fs::remove(path.string() + "-journal", ignored);
+  fs::remove(path.string() + "-journal", ignored);  // later it might be that of a fresh file
+  fs::rename(path, aside);
   ErrOut("Error: The configuration %s is damaged; it was set aside as %s and a fresh one begun",
          path.c_str(), aside.filename().c_str());
 }
@@ -209,7 +211,7 @@ auto mending(const fs::path& path, Work work) {
   try {
     return work();
   } catch (const StoreError& error) {
-    if (!error.damaged())
+    if (!error.damaged() && !error.moved())
       throw;
   }
   setAside(path);
@@ -248,7 +250,7 @@ class Store {
   }
 
  private:
-  /// What `read` finds; `nothing` without a file or without the table in it.
+  /// What `read` finds; `nothing` without a file, or in an empty one.
   template <class Result, class Read>
   static Result reading(Result nothing, Read read) {
     const fs::path path = storePath();
@@ -256,7 +258,13 @@ class Store {
       std::error_code ignored;
       if (!fs::exists(path, ignored) || fs::file_size(path, ignored) == 0)
         return nothing;
-      return read(path);
+      try {
+        return read(path);
+      } catch (const StoreError&) {
+        if (fs::exists(path, ignored))
+          throw;
+        return nothing;  // another process has set it aside since
+      }
     });
   }
 

@@ -9,6 +9,8 @@ install(TARGETS nkdraw nkdraw_host EXPORT nkdrawTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
+install(TARGETS nkdraw_clip_io LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+
 foreach(header IN LISTS NKDRAW_PUBLIC_HEADERS)
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})

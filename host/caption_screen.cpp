@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "caption_screen.h"
+
+#include "caption_glyphs.h"
+
+#include <nkdraw/text/label_glyphs.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+namespace nkdraw {
+namespace {
+
+constexpr int kCellWidth = static_cast<int>(kGlyphWidth);
+constexpr int kCellHeight = static_cast<int>(kGlyphHeight);
+constexpr int kScreenWidth = CaptionDecoder::kColumns * kCellWidth;
+constexpr int kScreenHeight = CaptionDecoder::kRows * kCellHeight;
+
+// Title-safe: this part of the frame's width and height.
+constexpr int kSafeTenths = 8;
+
+constexpr unsigned kWholeRow = 0xFF;
+constexpr int kHighDefinition = 720;  // lines from which BT.709 is the usual matrix
+constexpr int kLargestSide = 1 << 20;
+
+int largestScale(int size, int dots) {
+  return size * kSafeTenths / 10 / dots;
+}
+
+/// Even, so that pixels that share their chroma, and lines of one field, are of one cell.
+int centred(int size, int screen) {
+  return ((size - screen) / 2) & ~1;
+}
+
+/// The dots of a glyph's line, counted from the top. Italics lean: their upper half stands one dot
+/// to the right.
+unsigned dotsOf(const vbi_char& cell, int line) {
+  const int fromBottom = kCellHeight - 1 - line;
+  if (cell.underline && fromBottom == 0)
+    return kWholeRow;
+  const unsigned dots = labelGlyphs[captionGlyph(cell.unicode) * kCellHeight + fromBottom];
+  return cell.italic && line < kCellHeight / 2 ? dots >> 1 : dots;
+}
+
+bool hasBox(const vbi_char& cell) {
+  return cell.opacity != VBI_TRANSPARENT_FULL;
+}
+
+}  // namespace
+
+CaptionScreen::CaptionScreen(const HZWVIDEO& video) {
+  BITMAPINFO info{};
+  std::memcpy(&info, &video, sizeof info);
+  width_ = video.biWidth;
+  height_ = std::abs(std::max(video.biHeight, -kLargestSide));
+  NKDraw* made = nullptr;
+  if (width_ <= 0 || width_ > kLargestSide || height_ > kLargestSide ||
+      GetDraw(&info, nullptr, made) != 0)
+    return;
+  surface_.reset(made);
+  if (height_ >= kHighDefinition)
+    made->SetYCbCrMode(NKPixel::mode709Studio);
+  scale_ = std::max(
+      1, std::min(largestScale(width_, kScreenWidth), largestScale(height_, kScreenHeight)));
+  // What a small frame can't hold is cut off at the right and at the top.
+  left_ = std::max(0, centred(width_, kScreenWidth * scale_));
+  top_ = std::min(centred(height_, kScreenHeight * scale_), height_ - kScreenHeight * scale_);
+}
+
+bool CaptionScreen::fits(int left, int top) const {
+  return left >= 0 && left <= width_ - kCellWidth * scale_ && top >= 0 &&
+         top <= height_ - kCellHeight * scale_;
+}
+
+void CaptionScreen::draw(std::span<const vbi_char> cells, char* pixels, bool boxes) {
+  surface_->SetCanvas(pixels, height_, width_, 0);
+  int index = 0;
+  for (const vbi_char& cell : cells) {
+    const int left = left_ + index % CaptionDecoder::kColumns * kCellWidth * scale_;
+    const int top = top_ + index / CaptionDecoder::kColumns * kCellHeight * scale_;
+    if (cell.opacity != VBI_TRANSPARENT_SPACE && fits(left, top))
+      drawCell(cell, left, top, boxes);
+    ++index;
+  }
+}
+
+void CaptionScreen::drawCell(const vbi_char& cell, int left, int top, bool boxes) {
+  if (boxes && hasBox(cell)) {
+    setColour(cell.background);
+    for (int line = 0; line < kCellHeight; ++line)
+      drawBits(kWholeRow, left, top + line * scale_);
+  }
+  setColour(cell.foreground);
+  for (int line = 0; line < kCellHeight; ++line)
+    drawBits(dotsOf(cell, line), left, top + line * scale_);
+}
+
+/// Eight dots side by side, drawn as runs of those that are set.
+void CaptionScreen::drawBits(unsigned bits, int left, int top) {
+  for (int first = 0; first < kCellWidth; ++first) {
+    int end = first;
+    while (end < kCellWidth && (bits & (0x80U >> end)) != 0)
+      ++end;
+    if (end == first)
+      continue;
+    for (int y = top; y < top + scale_; ++y)
+      surface_->Line(left + first * scale_, y, left + end * scale_ - 1, y);
+    first = end;
+  }
+}
+
+/// The decoder's colours: a bit each for red, green and blue.
+void CaptionScreen::setColour(unsigned colour) {
+  surface_->SetColorRGBA(colour & 1, colour >> 1 & 1, colour >> 2 & 1, 1.0, true);
+}
+
+}  // namespace nkdraw

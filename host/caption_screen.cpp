@@ -59,6 +59,7 @@ CaptionScreen::CaptionScreen(const HZWVIDEO& video) {
       GetDraw(&info, nullptr, made) != 0)
     return;
   surface_.reset(made);
+  plotsNeighbour_ = made->PixelType() == ptYUYV || made->PixelType() == ptYVYU;
   if (height_ >= kHighDefinition)
     made->SetYCbCrMode(NKPixel::mode709Studio);
   scale_ = std::max(
@@ -105,9 +106,20 @@ void CaptionScreen::drawBits(unsigned bits, int left, int top) {
     if (end == first)
       continue;
     for (int y = top; y < top + scale_; ++y)
-      surface_->Line(left + first * scale_, y, left + end * scale_ - 1, y);
+      drawRun(left + first * scale_, left + end * scale_ - 1, y);
     first = end;
   }
+}
+
+/// The pixels from `first` to `last` of a row. Where the layout plots the luma of a pixel's
+/// neighbour, halves of pairs at the ends are plotted by their neighbours.
+void CaptionScreen::drawRun(int first, int last, int y) {
+  if (plotsNeighbour_ && first % 2 == 1)
+    surface_->Point(first++ - 1, y, true);
+  if (plotsNeighbour_ && last % 2 == 0)
+    surface_->Point(last-- + 1, y, true);
+  if (first <= last)
+    surface_->Line(first, y, last, y);
 }
 
 /// The decoder's colours: a bit each for red, green and blue.

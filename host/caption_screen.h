@@ -34,12 +34,14 @@ class CaptionScreen {
   [[nodiscard]] bool fits(int left, int top) const;
   void drawCell(const vbi_char& cell, int left, int top, bool boxes);
   void drawBits(unsigned bits, int left, int top);
+  void drawRun(int first, int last, int y);
   void setColour(unsigned colour);
 
   std::unique_ptr<NKDraw, Release> surface_;
   int width_ = 0, height_ = 0;  // of the frame
   int left_ = 0, top_ = 0;      // of the first cell
   int scale_ = 1;               // pixels a dot of a glyph
+  bool plotsNeighbour_ = false;
 };
 
 }  // namespace nkdraw

@@ -43,8 +43,12 @@ unsigned dotsOf(const vbi_char& cell, int line) {
   return cell.italic && line < kCellHeight / 2 ? dots >> 1 : dots;
 }
 
+bool isShown(const vbi_char& cell) {
+  return cell.opacity != VBI_TRANSPARENT_SPACE;
+}
+
 bool hasBox(const vbi_char& cell) {
-  return cell.opacity != VBI_TRANSPARENT_FULL;
+  return isShown(cell) && cell.opacity != VBI_TRANSPARENT_FULL;
 }
 
 }  // namespace
@@ -66,32 +70,51 @@ CaptionScreen::CaptionScreen(const HZWVIDEO& video) {
       1, std::min(largestScale(width_, kScreenWidth), largestScale(height_, kScreenHeight)));
   // What a small frame can't hold is cut off at the right and at the top.
   left_ = std::max(0, centred(width_, kScreenWidth * scale_));
+  columns_ = static_cast<std::size_t>(
+      std::min(CaptionDecoder::kColumns, (width_ - left_) / (kCellWidth * scale_)));
   top_ = std::min(centred(height_, kScreenHeight * scale_), height_ - kScreenHeight * scale_);
-}
-
-bool CaptionScreen::fits(int left, int top) const {
-  return left >= 0 && left <= width_ - kCellWidth * scale_ && top >= 0 &&
-         top <= height_ - kCellHeight * scale_;
 }
 
 void CaptionScreen::draw(std::span<const vbi_char> cells, char* pixels, bool boxes) {
   surface_->SetCanvas(pixels, height_, width_, 0);
-  int index = 0;
-  for (const vbi_char& cell : cells) {
-    const int left = left_ + index % CaptionDecoder::kColumns * kCellWidth * scale_;
-    const int top = top_ + index / CaptionDecoder::kColumns * kCellHeight * scale_;
-    if (cell.opacity != VBI_TRANSPARENT_SPACE && fits(left, top))
-      drawCell(cell, left, top, boxes);
-    ++index;
+  const int lineHeight = kCellHeight * scale_;
+  for (int top = top_; !cells.empty(); cells = cells.subspan(CaptionDecoder::kColumns)) {
+    if (top >= 0 && top <= height_ - lineHeight)
+      drawRow(cells.first(columns_), top, boxes);
+    top += lineHeight;
   }
 }
 
-void CaptionScreen::drawCell(const vbi_char& cell, int left, int top, bool boxes) {
-  if (boxes && hasBox(cell)) {
-    setColour(cell.background);
-    for (int line = 0; line < kCellHeight; ++line)
-      drawBits(kWholeRow, left, top + line * scale_);
+void CaptionScreen::drawRow(std::span<const vbi_char> row, int top, bool boxes) {
+  if (boxes)
+    drawBoxes(row, top);
+  int left = left_;
+  for (const vbi_char& cell : row) {
+    if (isShown(cell) && (cell.unicode != ' ' || cell.underline))
+      drawGlyph(cell, left, top);
+    left += kCellWidth * scale_;
   }
+}
+
+/// Neighbours of one colour have one box.
+void CaptionScreen::drawBoxes(std::span<const vbi_char> row, int top) {
+  for (std::size_t first = 0, end = 0; first < row.size(); first = std::max(end, first + 1)) {
+    end = first;
+    while (end < row.size() && hasBox(row[end]) && row[end].background == row[first].background)
+      ++end;
+    if (end == first)
+      continue;
+    setColour(row[first].background);
+    for (int y = top; y < top + kCellHeight * scale_; ++y)
+      drawRun(leftOf(first), leftOf(end) - 1, y);
+  }
+}
+
+int CaptionScreen::leftOf(std::size_t column) const {
+  return left_ + static_cast<int>(column) * kCellWidth * scale_;
+}
+
+void CaptionScreen::drawGlyph(const vbi_char& cell, int left, int top) {
   setColour(cell.foreground);
   for (int line = 0; line < kCellHeight; ++line)
     drawBits(dotsOf(cell, line), left, top + line * scale_);

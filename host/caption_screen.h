@@ -8,6 +8,7 @@
 #include <nkdraw/draw/draw.h>
 #include <nkdraw/platform/records.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -31,8 +32,10 @@ class CaptionScreen {
     void operator()(NKDraw* surface) const { ReleaseDraw(surface); }
   };
 
-  [[nodiscard]] bool fits(int left, int top) const;
-  void drawCell(const vbi_char& cell, int left, int top, bool boxes);
+  [[nodiscard]] int leftOf(std::size_t column) const;
+  void drawRow(std::span<const vbi_char> row, int top, bool boxes);
+  void drawBoxes(std::span<const vbi_char> row, int top);
+  void drawGlyph(const vbi_char& cell, int left, int top);
   void drawBits(unsigned bits, int left, int top);
   void drawRun(int first, int last, int y);
   void setColour(unsigned colour);
@@ -40,6 +43,7 @@ class CaptionScreen {
   std::unique_ptr<NKDraw, Release> surface_;
   int width_ = 0, height_ = 0;  // of the frame
   int left_ = 0, top_ = 0;      // of the first cell
+  std::size_t columns_ = 0;     // that fit into the frame
   int scale_ = 1;               // pixels a dot of a glyph
   bool plotsNeighbour_ = false;
 };

@@ -98,9 +98,10 @@ TEST(Allocation, BurnInMakesNoneAfterTheFirstFrame) {
     const HZWSYSTEM system{};
     o.Create(&video, &system);
     BurnFrame frame;
+    CaptionStream captions;
+    captions.rollUp(3).carriageReturn().row(15).text("A caption ");
     std::vector<std::uint8_t> triplets;
-    for (const CaptionPair& pair :
-         CaptionStream().rollUp(3).carriageReturn().row(15).text("A caption ").pairs())
+    for (const CaptionPair& pair : captions.pairs())
       triplets.insert(triplets.end(), {0xFC, pair[0], pair[1]});
     frame.record.captionData = triplets.data();
     frame.record.captionBytes = static_cast<std::uint32_t>(triplets.size());

@@ -15,7 +15,7 @@ const nkdraw::CaptionModule* loadModule() {
   const auto* const table = static_cast<const nkdraw::CaptionModule*>(
       nkOSGetProcAddress(library, nkdraw::kCaptionModuleTable));
   if (table == nullptr)
-    ErrOut("Captions are not shown: the module %s is missing", nkdraw::kCaptionModule);
+    ErrOut("Captions are not shown: the module %s can't be loaded", nkdraw::kCaptionModule);
   return table;
 }
 

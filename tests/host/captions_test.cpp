@@ -13,7 +13,9 @@ TEST(Captions, AreNotOfferedForFramesThatTheLibraryDoesNotDrawIn) {
   EXPECT_EQ(ccBurnOpen(&video), nullptr);
   video.biWidth = video.biHeight = 64;
   video.biBitCount = 32;
-  EXPECT_NE(ccBurnOpen(&video), nullptr);
+  nkCaptionBurner* const burner = ccBurnOpen(&video);
+  EXPECT_NE(burner, nullptr);
+  ccBurnClose(burner);
   video.biCompression = 0x61616161;
   EXPECT_EQ(ccBurnOpen(&video), nullptr);
 }

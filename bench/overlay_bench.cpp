@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // A whole burn-in pass over a 1920x1080 frame: three timecode rows, the format line, two texts of
-// 20 characters.
+// 20 characters. Then captions alone: two rows of 32 characters.
 #include "frame.h"
+
+#include <tests/support/caption_stream.h>
 
 namespace {
 
@@ -22,8 +24,13 @@ class Overlay : public CNkOverlay {
   }
 };
 
-void burnIn(benchmark::State& state, const bench::Layout& layout, bool fill) {
-  std::vector<char> pixels(layout.frameBytes, '\x40');
+class CaptionOverlay : public CNkOverlay {
+ public:
+  CaptionOverlay() { Enabled = CaptionsEnable = 1; }
+  ~CaptionOverlay() override { ccBurnClose(captionHandle); }
+};
+
+HZWVIDEO videoOf(const bench::Layout& layout) {
   HZWVIDEO video = {};
   video.biSize = sizeof video;
   video.biWidth = bench::kWidth;
@@ -33,15 +40,43 @@ void burnIn(benchmark::State& state, const bench::Layout& layout, bool fill) {
   video.biSizeImage = layout.frameBytes;
   video.frameRate = 25;
   video.frameScale = 1;
-  const HZWSYSTEM system = {sizeof system, hzwFileMOV, {}};
+  return video;
+}
+
+const HZWSYSTEM kSystem = {sizeof kSystem, hzwFileMOV, {}};
+
+void burnIn(benchmark::State& state, const bench::Layout& layout, bool fill) {
+  std::vector<char> pixels(layout.frameBytes, '\x40');
+  const HZWVIDEO video = videoOf(layout);
   Overlay overlay(fill);
-  overlay.Create(&video, &system);
+  overlay.Create(&video, &kSystem);
   QFRAME frame = {};
   frame.frameBuffer = pixels.data();
   bench::measure(state, layout.frameBytes, [&] {
     ++frame.ltcCount;
     overlay.BurnIn(&frame, nullptr, nullptr, 0);
   });
+}
+
+void burnCaptions(benchmark::State& state, const bench::Layout& layout) {
+  std::vector<char> pixels(layout.frameBytes, '\x40');
+  const HZWVIDEO video = videoOf(layout);
+  CaptionOverlay overlay;
+  overlay.Create(&video, &kSystem);
+  QFRAME frame = {};
+  frame.frameBuffer = pixels.data();
+  const char* const row = "THIRTY-TWO CHARACTERS OF CAPTION";
+  nkdraw::test::CaptionStream stream;
+  stream.loadPopOn().row(14).text(row).row(15).text(row).endOfCaption();
+  for (const nkdraw::test::CaptionPair& pair : stream.pairs()) {
+    const std::uint8_t triplet[] = {0xFC, pair[0], pair[1]};
+    frame.captionData = triplet;
+    frame.captionBytes = sizeof triplet;
+    overlay.BurnIn(&frame, nullptr, nullptr, 0);
+  }
+  frame.captionData = nullptr;
+  frame.captionBytes = 0;
+  bench::measure(state, layout.frameBytes, [&] { overlay.BurnIn(&frame, nullptr, nullptr, 0); });
 }
 
 const int registered = [] {
@@ -51,6 +86,8 @@ const int registered = [] {
           std::string("BurnIn/") + layout.name + (fill ? "/box" : "/transparent");
       benchmark::RegisterBenchmark(name.c_str(), burnIn, layout, fill);
     }
+    const std::string captions = std::string("Captions/") + layout.name;
+    benchmark::RegisterBenchmark(captions.c_str(), burnCaptions, layout);
   }
   return 0;
 }();

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // A whole burn-in pass over a 1920x1080 frame: three timecode rows, the format line, two texts of
-// 20 characters. Then captions alone: two rows of 32 characters.
+// 20 characters. Then single layers: watermark, meters, two rows of 32 characters of captions.
 #include "frame.h"
 
 #include <tests/support/caption_stream.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
 
 namespace {
 
@@ -79,6 +83,51 @@ void burnCaptions(benchmark::State& state, const bench::Layout& layout) {
   bench::measure(state, layout.frameBytes, [&] { overlay.BurnIn(&frame, nullptr, nullptr, 0); });
 }
 
+/// One layer, with nothing else on.
+class Layers : public CNkOverlay {
+ public:
+  void watermark() {
+    Enabled = WatermarkEnable = 1;
+    SetWatermarkPath(pictureName());
+  }
+  void meters() { Enabled = AudioEnable = 1; }
+
+ private:
+  /// A picture of 256x256 whose alpha rises from left to right.
+  static const char* pictureName() {
+    static const std::string name = [] {
+      const std::string path = std::filesystem::temp_directory_path() / "nkdraw-bench.pam";
+      std::ofstream file(path, std::ios::binary);
+      file << "P7\nWIDTH 256\nHEIGHT 256\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n";
+      for (int y = 0; y < 256; ++y) {
+        for (int x = 0; x < 256; ++x) {
+          for (const int value : {x, y, 128, x})
+            file.put(static_cast<char>(value));
+        }
+      }
+      return path;
+    }();
+    return name.c_str();
+  }
+};
+
+void burnLayer(benchmark::State& state, const bench::Layout& layout, void (Layers::*layer)()) {
+  std::vector<char> pixels(layout.frameBytes, '\x40');
+  HZWVIDEO video = videoOf(layout);
+  // The codes by which a watermark knows its frames.
+  if (layout.type == ptUYVY)
+    video.biCompression = bench::fourcc("yuv2");
+  if (layout.type == ptV210)
+    video.biCompression = bench::fourcc("012v");
+  Layers overlay;
+  (overlay.*layer)();
+  overlay.Create(&video, &kSystem);
+  QFRAME frame = {};
+  frame.frameBuffer = pixels.data();
+  const std::uint32_t levels[4] = {0xFFFF0400, 0x80004000, 0x20001000, 0xC0000800};
+  bench::measure(state, layout.frameBytes, [&] { overlay.BurnIn(&frame, levels, levels, 0); });
+}
+
 const int registered = [] {
   for (const bench::Layout& layout : bench::kLayouts) {
     for (const bool fill : {true, false}) {
@@ -86,6 +135,10 @@ const int registered = [] {
           std::string("BurnIn/") + layout.name + (fill ? "/box" : "/transparent");
       benchmark::RegisterBenchmark(name.c_str(), burnIn, layout, fill);
     }
+    const std::string tail = std::string("/") + layout.name;
+    benchmark::RegisterBenchmark(("Watermark256" + tail).c_str(), burnLayer, layout,
+                                 &Layers::watermark);
+    benchmark::RegisterBenchmark(("Meters" + tail).c_str(), burnLayer, layout, &Layers::meters);
     const std::string captions = std::string("Captions/") + layout.name;
     benchmark::RegisterBenchmark(captions.c_str(), burnCaptions, layout);
   }

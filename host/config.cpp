@@ -6,6 +6,8 @@
 
 #include <nkdraw/platform/log.h>
 
+#include "store_path.h"
+
 #include <sqlite3.h>
 
 #include <fcntl.h>
@@ -13,7 +15,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <filesystem>
@@ -30,25 +31,13 @@
 namespace {
 
 namespace fs = std::filesystem;
+using nkdraw::storePath;
 
 constexpr std::uint32_t kFailed = 0xFFFFFFFF;
 constexpr int kPatienceMilliseconds = 20'000;
 constexpr const char* kSchema =
     "CREATE TABLE IF NOT EXISTS setting (root TEXT, key TEXT, value TEXT, PRIMARY KEY (root, key))"
     " WITHOUT ROWID";
-
-std::string environment(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-
-fs::path storePath() {
-  if (const std::string named = environment("NKDRAW_CONFIG"); !named.empty())
-    return named;
-  const std::string folder = environment("XDG_CONFIG_HOME");
-  return (folder.empty() ? fs::path(environment("HOME")) / ".config" : fs::path(folder)) /
-         "nkdraw" / "config.db";
-}
 
 /// What SQLite refused.
 class StoreError : public std::runtime_error {

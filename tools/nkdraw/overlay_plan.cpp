@@ -121,7 +121,7 @@ void planLayers(OverlayPlan& plan, const FrameKind& frames) {
   if (request.meters) {
     if (frames.interlaced)
       request.meters->y = even(request.meters->y);
-    addLayer(plan, frames, {"meters", "the clip's sound", *request.meters, kMeterPanel},
+    addLayer(plan, frames, {"meter panel", "the clip's sound", *request.meters, kMeterPanel},
              "--meters-at");
   }
   if (request.captions)

@@ -15,6 +15,7 @@ extern "C" {
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <string>
 #include <string_view>
@@ -33,6 +34,24 @@ struct Release {
 };
 template <class Object>
 using Owner = std::unique_ptr<Object, Release>;
+
+/// FFmpeg's own messages stay out of the host's error output while one lives.
+class QuietFfmpeg {
+ public:
+  QuietFfmpeg() : alone_(mutex()), level_(av_log_get_level()) { av_log_set_level(AV_LOG_QUIET); }
+  QuietFfmpeg(const QuietFfmpeg&) = delete;
+  QuietFfmpeg& operator=(const QuietFfmpeg&) = delete;
+  ~QuietFfmpeg() { av_log_set_level(level_); }
+
+ private:
+  /// The level is the process's, so that one at a time may change it.
+  static std::mutex& mutex() {
+    static std::mutex only;
+    return only;
+  }
+  const std::scoped_lock<std::mutex> alone_;
+  const int level_;
+};
 
 Owner<AVFormatContext> openFile(const char* path) {
   AVFormatContext* file = nullptr;
@@ -145,6 +164,7 @@ NKDRAW_API nkHandle ciOpen(const char* path, std::uint32_t /*access*/, std::uint
   if (path == nullptr)
     return nullptr;
   try {
+    const QuietFfmpeg quiet;
     auto frame = firstFrame(path);
     return frame ? reinterpret_cast<nkHandle>(new Clip{std::move(frame)}) : nullptr;
   } catch (const std::bad_alloc&) {
@@ -176,6 +196,7 @@ NKDRAW_API std::uint32_t ciReadFrameUnc(nkHandle* file, std::uint32_t /*first*/,
     return 0;
   if (frame == nullptr)
     return clip->bytes();
+  const QuietFfmpeg quiet;
   return frame->frameBuffer != nullptr && convert(*clip->frame, frame->frameBuffer) ? clip->bytes()
                                                                                     : 0;
 }

@@ -55,8 +55,14 @@ class QuietFfmpeg {
 
 Owner<AVFormatContext> openFile(const char* path) {
   AVFormatContext* file = nullptr;
-  // The prefix keeps a colon in the name from meaning a protocol.
-  if (avformat_open_input(&file, (std::string("file:") + path).c_str(), nullptr, nullptr) < 0)
+  // A name is just a name: the option keeps a '%' in it from meaning numbered pictures, the prefix
+  // a colon from meaning a protocol.
+  AVDictionary* options = nullptr;
+  av_dict_set(&options, "pattern_type", "none", 0);
+  const int status =
+      avformat_open_input(&file, (std::string("file:") + path).c_str(), nullptr, &options);
+  av_dict_free(&options);
+  if (status < 0)
     return nullptr;
   Owner<AVFormatContext> opened(file);
   return avformat_find_stream_info(file, nullptr) >= 0 ? std::move(opened) : nullptr;

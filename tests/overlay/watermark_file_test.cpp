@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -84,9 +85,18 @@ void expectPicture(const std::string& path, int colourTolerance, int alphaTolera
 }
 
 TEST(WatermarkFile, OfAStillFormatIsReadByteForByte) {
-  for (const char* const name : {"logo.png", "logo.tiff", "logo name: 50%.png"})
+  for (const char* const name : {"logo.png", "logo.tiff"})
     expectPicture(pictureFile(name, {"-pix_fmt", "rgba", "-update", "1"}), 0, 0);
   expectPicture(pictureFile("logo.tga", {"-pix_fmt", "bgra", "-update", "1"}), 0, 0);
+}
+
+TEST(WatermarkFile, MayHaveAnyName) {
+  const std::string made = pictureFile("logo.png", {"-pix_fmt", "rgba"});
+  for (const char* const name :
+       {"logo%03d.png", "logo[1].png", "l{o}g*?.png", "a: b.png", "logo"}) {
+    std::filesystem::copy_file(made, at(name));
+    expectPicture(at(name), 0, 0);
+  }
 }
 
 TEST(WatermarkFile, OfSixteenBitsIsRounded) {

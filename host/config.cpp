@@ -270,13 +270,15 @@ class Store {
   template <class Result, class Read>
   static Result reading(Result nothing, Read read) {
     const fs::path path = storePath();
-    return mending(path, [&]() -> Result {
+    const auto empty = [&] {
       std::error_code ignored;
-      if (!fs::exists(path, ignored) || fs::file_size(path, ignored) == 0)
+      return !fs::exists(path, ignored) || fs::file_size(path, ignored) == 0;
+    };
+    return mending(path, [&]() -> Result {
+      if (empty())
         return nothing;
       const FileLock lock(path, FileLock::kShared);
-      // It may have been set aside until the lock was had.
-      return fs::exists(path, ignored) ? read(path) : nothing;
+      return empty() ? nothing : read(path);  // it may be another file by now
     });
   }
 

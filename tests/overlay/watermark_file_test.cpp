@@ -118,6 +118,20 @@ TEST(WatermarkFile, WithoutAlphaIsOpaque) {
     ASSERT_EQ(o.watermarkRGBA[i * 4 + 3], 255);
 }
 
+TEST(WatermarkFile, OfFullRangeLumaKeepsItsGreys) {
+  for (const int grey : {0, 40, 200, 255}) {
+    const std::string colour = std::to_string(grey);
+    ffmpeg({"-f", "lavfi", "-i",
+            "color=black:size=16x16,format=rgb24,geq=r=" + colour + ":g=" + colour + ":b=" + colour,
+            "-frames:v", "1", "-pix_fmt", "yuvj420p", "-q:v", "1", at("grey.jpg")});
+    Overlay o;
+    load(o, at("grey.jpg"), kRgb);
+    ASSERT_NE(o.watermarkRGBA, nullptr);
+    for (int channel = 0; channel < 3; ++channel)
+      EXPECT_NEAR(o.watermarkRGBA[channel], grey, 2);
+  }
+}
+
 TEST(WatermarkFile, OfAClipIsItsFirstFrame) {
   ffmpeg({"-f", "lavfi", "-i", "color=red:size=32x16:rate=25:duration=0.2,format=rgb24", "-f",
           "lavfi", "-i", "color=blue:size=32x16:rate=25:duration=0.2,format=rgb24",

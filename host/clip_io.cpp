@@ -15,6 +15,7 @@ extern "C" {
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <string>
 #include <string_view>
@@ -34,10 +35,34 @@ struct Release {
 template <class Object>
 using Owner = std::unique_ptr<Object, Release>;
 
+/// FFmpeg's own messages stay out of the host's error output while one lives.
+class QuietFfmpeg {
+ public:
+  QuietFfmpeg() : alone_(mutex()), level_(av_log_get_level()) { av_log_set_level(AV_LOG_QUIET); }
+  QuietFfmpeg(const QuietFfmpeg&) = delete;
+  QuietFfmpeg& operator=(const QuietFfmpeg&) = delete;
+  ~QuietFfmpeg() { av_log_set_level(level_); }
+
+ private:
+  /// The level is the process's, so that one at a time may change it.
+  static std::mutex& mutex() {
+    static std::mutex only;
+    return only;
+  }
+  const std::scoped_lock<std::mutex> alone_;
+  const int level_;
+};
+
 Owner<AVFormatContext> openFile(const char* path) {
   AVFormatContext* file = nullptr;
-  // The prefix keeps a colon in the name from meaning a protocol.
-  if (avformat_open_input(&file, (std::string("file:") + path).c_str(), nullptr, nullptr) < 0)
+  // A name is just a name: the option keeps a '%' in it from meaning numbered pictures, the prefix
+  // a colon from meaning a protocol.
+  AVDictionary* options = nullptr;
+  av_dict_set(&options, "pattern_type", "none", 0);
+  const int status =
+      avformat_open_input(&file, (std::string("file:") + path).c_str(), nullptr, &options);
+  av_dict_free(&options);
+  if (status < 0)
     return nullptr;
   Owner<AVFormatContext> opened(file);
   return avformat_find_stream_info(file, nullptr) >= 0 ? std::move(opened) : nullptr;
@@ -145,6 +170,7 @@ NKDRAW_API nkHandle ciOpen(const char* path, std::uint32_t /*access*/, std::uint
   if (path == nullptr)
     return nullptr;
   try {
+    const QuietFfmpeg quiet;
     auto frame = firstFrame(path);
     return frame ? reinterpret_cast<nkHandle>(new Clip{std::move(frame)}) : nullptr;
   } catch (const std::bad_alloc&) {
@@ -176,6 +202,7 @@ NKDRAW_API std::uint32_t ciReadFrameUnc(nkHandle* file, std::uint32_t /*first*/,
     return 0;
   if (frame == nullptr)
     return clip->bytes();
+  const QuietFfmpeg quiet;
   return frame->frameBuffer != nullptr && convert(*clip->frame, frame->frameBuffer) ? clip->bytes()
                                                                                     : 0;
 }

@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <exception>
 #include <filesystem>
@@ -46,8 +47,6 @@ class StoreError : public std::runtime_error {
   [[nodiscard]] bool damaged() const {
     return (code_ & 0xFF) == SQLITE_CORRUPT || (code_ & 0xFF) == SQLITE_NOTADB;
   }
-  /// Another process has set the file aside while it was open here.
-  [[nodiscard]] bool moved() const { return code_ == SQLITE_READONLY_DBMOVED; }
 
  private:
   int code_;
@@ -116,20 +115,36 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
-/// Held by the process that sets a damaged file aside.
+/// Keeps a store from being set aside under the hands of those who use it: they share the lock, and
+/// the one who sets it aside has it alone.
 class FileLock {
  public:
-  explicit FileLock(const fs::path& path)
-      : descriptor_(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
-    if (descriptor_ < 0 || flock(descriptor_, LOCK_EX) != 0)
-      throw std::system_error(errno, std::generic_category(), path.string());
+  enum Kind { kShared = LOCK_SH, kAlone = LOCK_EX };
+
+  FileLock(const fs::path& store, Kind kind) {
+    const std::string path = store.string() + ".lock";
+    const int access = kind == kAlone ? O_RDWR : O_RDONLY;
+    descriptor_ = open(path.c_str(), access | O_CREAT | O_CLOEXEC, 0666);
+    // Where no lock can be made nothing can be set aside, either.
+    if ((descriptor_ < 0 || !taken(kind)) && kind == kAlone)
+      throw std::system_error(errno, std::generic_category(), path);
   }
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
-  ~FileLock() { close(descriptor_); }
+  ~FileLock() {
+    if (descriptor_ >= 0)
+      close(descriptor_);
+  }
 
  private:
-  int descriptor_;
+  [[nodiscard]] bool taken(Kind kind) const {
+    int result = -1;
+    do
+      result = flock(descriptor_, kind);
+    while (result != 0 && errno == EINTR);
+    return result == 0;
+  }
+  int descriptor_ = -1;
 };
 
 using Key = std::pair<std::string, std::string>;  ///< root and key
@@ -153,6 +168,7 @@ bool hasRoot(const fs::path& path, const std::string& root) {
 void writeValues(const fs::path& path, const Values& values) {
   if (path.has_parent_path())
     fs::create_directories(path.parent_path());
+  const FileLock lock(path, FileLock::kShared);
   Database database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   database.run("PRAGMA synchronous = FULL");
   database.run("BEGIN IMMEDIATE");
@@ -183,12 +199,12 @@ bool isDamaged(const fs::path& path) {
 
 /// Moves the file out of the way, unless another process has done so in the meantime.
 void setAside(const fs::path& path) {
-  const FileLock lock(path.string() + ".lock");
+  const FileLock lock(path, FileLock::kAlone);
   if (!isDamaged(path))
     return;
   const fs::path aside = asideName(path);
   std::error_code ignored;
-  fs::remove(path.string() + "-journal", ignored);  // later it might be that of a fresh file
+  fs::remove(path.string() + "-journal", ignored);
   fs::rename(path, aside);
   ErrOut("Error: The configuration %s is damaged; it was set aside as %s and a fresh one begun",
          path.c_str(), aside.filename().c_str());
@@ -200,7 +216,7 @@ auto mending(const fs::path& path, Work work) {
   try {
     return work();
   } catch (const StoreError& error) {
-    if (!error.damaged() && !error.moved())
+    if (!error.damaged())
       throw;
   }
   setAside(path);
@@ -243,17 +259,15 @@ class Store {
   template <class Result, class Read>
   static Result reading(Result nothing, Read read) {
     const fs::path path = storePath();
-    return mending(path, [&]() -> Result {
+    const auto empty = [&] {
       std::error_code ignored;
-      if (!fs::exists(path, ignored) || fs::file_size(path, ignored) == 0)
+      return !fs::exists(path, ignored) || fs::file_size(path, ignored) == 0;
+    };
+    return mending(path, [&]() -> Result {
+      if (empty())
         return nothing;
-      try {
-        return read(path);
-      } catch (const StoreError&) {
-        if (fs::exists(path, ignored))
-          throw;
-        return nothing;  // another process has set it aside since
-      }
+      const FileLock lock(path, FileLock::kShared);
+      return empty() ? nothing : read(path);  // it may be another file by now
     });
   }
 

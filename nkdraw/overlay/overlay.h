@@ -94,7 +94,8 @@ class NKDRAW_API CNkOverlay {
   /// RGB), "yuv2" (8-bit 4:2:2, Cb first) or "012v" (v210), codes in memory order. Others are read
   /// and not converted.
   std::uint32_t LoadWatermark();
-  /// Blends the picture by its own alpha; what lies outside the frame is left out.
+  /// Puts the picture into the frame by its own alpha: blended, and in v210 opaque wherever it
+  /// shows. What lies outside the frame is left out.
   std::uint32_t ApplyWatermark(QFRAME* frame);
   /// Draws the panel of eight meters, 281 by 200 pixels. Sets AudioChannels to 8.
   std::uint32_t drawAudMeters(const std::uint32_t* levels, const std::uint32_t* peaks);

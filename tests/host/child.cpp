@@ -45,6 +45,12 @@ void nkdraw::test::Child::kill(int signal) const {
   ::kill(id_, signal);
 }
 
+bool nkdraw::test::Child::ended() const {
+  siginfo_t info{};
+  waitid(P_PID, static_cast<id_t>(id_), &info, WEXITED | WNOHANG | WNOWAIT);
+  return info.si_pid != 0;
+}
+
 nkdraw::test::ChildOutcome nkdraw::test::Child::wait() const {
   ChildOutcome outcome;
   int status = 0;

@@ -26,6 +26,8 @@ class Child {
   explicit Child(const std::function<std::string()>& work);
   Child(Child&&) = default;
   void kill(int signal) const;
+  [[nodiscard]] pid_t id() const { return id_; }
+  [[nodiscard]] bool ended() const;
   [[nodiscard]] ChildOutcome wait() const;
 
  private:

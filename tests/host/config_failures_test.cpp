@@ -158,8 +158,12 @@ std::string noise(std::size_t bytes) {
 
 struct Damage {
   const char* name;
-  std::function<std::string(const std::string&)> change;
+  std::string (*change)(const std::string&);
 };
+
+void PrintTo(const Damage& damage, std::ostream* out) {
+  *out << damage.name;
+}
 
 const Damage kDamages[] = {
     {"RandomBytes", [](const std::string&) { return noise(9000); }},
@@ -194,7 +198,7 @@ class DamagedConfig : public testing::TestWithParam<Damage> {
     EXPECT_EQ(outcome.messages,
               Lines{"Error: The configuration " + folder_.file().string() +
                     " is damaged; it was set aside as " + name + " and a fresh one begun"});
-    EXPECT_EQ(contents(folder_.path() / name), bad);
+    EXPECT_TRUE(contents(folder_.path() / name) == bad);
   }
 
   StoreFolder folder_;
@@ -273,7 +277,7 @@ TEST_F(FailingConfig, ThatIsDamagedAndCanNotBeSetAsideIsToldAndLeft) {
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(outcome.answer, "");
   EXPECT_EQ(outcome.messages.size(), 1U);
-  EXPECT_EQ(contents(folder_.file()), bad);
+  EXPECT_TRUE(contents(folder_.file()) == bad);
   fs::permissions(folder_.path(), fs::perms(0755));
 }
 

@@ -6,11 +6,17 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fstream>
 #include <random>
+#include <sstream>
 #include <string>
 #include <thread>
 
 #include <sqlite3.h>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 namespace {
 
@@ -60,6 +66,66 @@ TEST_F(SharedConfig, AProcessSeesWhatAnotherHasSavedSince) {
   EXPECT_EQ(reader.wait().answer, "oldnew");
 }
 
+TEST_F(SharedConfig, AProcessThatHasSavedSeesAndKeepsWhatAnotherSavesLater) {
+  SharedNumber step;
+  const Child first([&] {
+    put("key", "first");
+    save();
+    step.add();
+    step.waitFor(2);
+    const std::string seen = get("key");
+    put("other", "value");
+    save();
+    return seen;
+  });
+  step.waitFor(1);
+  putInChild("key", "second");
+  step.add();
+  EXPECT_EQ(first.wait().answer, "second");
+  EXPECT_EQ(getInChild("key"), "second");
+}
+
+/// Runs `work` in a process while this one has the store alone: whether it waits for the lock. Its
+/// outcome once the lock is free goes to `after`.
+bool waitsForTheLock(const fs::path& file, const std::function<std::string()>& work,
+                     ChildOutcome& after) {
+  const int lock = open((file.string() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  EXPECT_EQ(flock(lock, LOCK_EX), 0);
+  const Child child([&] {
+    close(lock);
+    return work();
+  });
+  std::ostringstream id;
+  id << " " << child.id() << " ";
+  bool waits = false;
+  while (!waits && !child.ended()) {
+    std::ifstream locks("/proc/locks");
+    for (std::string line; std::getline(locks, line);)
+      waits = waits || (line.find("-> FLOCK") != std::string::npos &&
+                        line.find(id.str()) != std::string::npos);
+  }
+  close(lock);
+  after = child.wait();
+  return waits;
+}
+
+TEST_F(SharedConfig, ReadersAndSaversWaitWhileTheFileIsSetAside) {
+  putInChild("key", "old");
+  ChildOutcome outcome;
+  EXPECT_TRUE(waitsForTheLock(
+      folder_.file(), [] { return get("key"); }, outcome));
+  EXPECT_EQ(outcome.answer, "old");
+  EXPECT_TRUE(waitsForTheLock(
+      folder_.file(),
+      [] {
+        put("key", "new");
+        return std::to_string(save());
+      },
+      outcome));
+  EXPECT_EQ(outcome.answer, "0");
+  EXPECT_EQ(getInChild("key"), "new");
+}
+
 TEST_F(SharedConfig, LosesNothingAndLocksNobodyOutWhileManySave) {
   constexpr int kProcesses = 6, kRounds = 15;
   SharedNumber ready;
@@ -101,7 +167,7 @@ TEST_F(SharedConfig, LosesNothingAndLocksNobodyOutWhileManySave) {
               return std::to_string(found);
             }),
             std::to_string(kProcesses * kRounds));
-  EXPECT_EQ(folder_.names(), std::vector<std::string>{"config.db"});
+  EXPECT_EQ(folder_.names(), (std::vector<std::string>{"config.db", "config.db.lock"}));
 }
 
 TEST_F(SharedConfig, MayBeUsedByManyThreads) {
@@ -236,7 +302,7 @@ TEST_F(SharedConfig, SaversUndoAHalfSave) {
   putInChild("key 0", "new");
   EXPECT_EQ(getInChild("key 0"), "new");
   EXPECT_EQ(getInChild("key 499"), std::string(300, 'o'));
-  EXPECT_EQ(folder_.names(), std::vector<std::string>{"config.db"});
+  EXPECT_EQ(folder_.names(), (std::vector<std::string>{"config.db", "config.db.lock"}));
 }
 
 }  // namespace

@@ -1,8 +1,14 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // A whole burn-in pass over a 1920x1080 frame: three timecode rows, the format line, two texts of
-// 20 characters.
+// 20 characters. Then single layers: watermark, meters, two rows of 32 characters of captions.
 #include "frame.h"
+
+#include <tests/support/caption_stream.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
 
 namespace {
 
@@ -22,8 +28,13 @@ class Overlay : public CNkOverlay {
   }
 };
 
-void burnIn(benchmark::State& state, const bench::Layout& layout, bool fill) {
-  std::vector<char> pixels(layout.frameBytes, '\x40');
+class CaptionOverlay : public CNkOverlay {
+ public:
+  CaptionOverlay() { Enabled = CaptionsEnable = 1; }
+  ~CaptionOverlay() override { ccBurnClose(captionHandle); }
+};
+
+HZWVIDEO videoOf(const bench::Layout& layout) {
   HZWVIDEO video = {};
   video.biSize = sizeof video;
   video.biWidth = bench::kWidth;
@@ -33,15 +44,88 @@ void burnIn(benchmark::State& state, const bench::Layout& layout, bool fill) {
   video.biSizeImage = layout.frameBytes;
   video.frameRate = 25;
   video.frameScale = 1;
-  const HZWSYSTEM system = {sizeof system, hzwFileMOV, {}};
+  return video;
+}
+
+const HZWSYSTEM kSystem = {sizeof kSystem, hzwFileMOV, {}};
+
+void burnIn(benchmark::State& state, const bench::Layout& layout, bool fill) {
+  std::vector<char> pixels(layout.frameBytes, '\x40');
+  const HZWVIDEO video = videoOf(layout);
   Overlay overlay(fill);
-  overlay.Create(&video, &system);
+  overlay.Create(&video, &kSystem);
   QFRAME frame = {};
   frame.frameBuffer = pixels.data();
   bench::measure(state, layout.frameBytes, [&] {
     ++frame.ltcCount;
     overlay.BurnIn(&frame, nullptr, nullptr, 0);
   });
+}
+
+void burnCaptions(benchmark::State& state, const bench::Layout& layout) {
+  std::vector<char> pixels(layout.frameBytes, '\x40');
+  const HZWVIDEO video = videoOf(layout);
+  CaptionOverlay overlay;
+  overlay.Create(&video, &kSystem);
+  QFRAME frame = {};
+  frame.frameBuffer = pixels.data();
+  const char* const row = "THIRTY-TWO CHARACTERS OF CAPTION";
+  nkdraw::test::CaptionStream stream;
+  stream.loadPopOn().row(14).text(row).row(15).text(row).endOfCaption();
+  for (const nkdraw::test::CaptionPair& pair : stream.pairs()) {
+    const std::uint8_t triplet[] = {0xFC, pair[0], pair[1]};
+    frame.captionData = triplet;
+    frame.captionBytes = sizeof triplet;
+    overlay.BurnIn(&frame, nullptr, nullptr, 0);
+  }
+  frame.captionData = nullptr;
+  frame.captionBytes = 0;
+  bench::measure(state, layout.frameBytes, [&] { overlay.BurnIn(&frame, nullptr, nullptr, 0); });
+}
+
+/// One layer, with nothing else on.
+class Layers : public CNkOverlay {
+ public:
+  void watermark() {
+    Enabled = WatermarkEnable = 1;
+    SetWatermarkPath(pictureName());
+  }
+  void meters() { Enabled = AudioEnable = 1; }
+
+ private:
+  /// A picture of 256x256 whose alpha rises from left to right.
+  static const char* pictureName() {
+    static const std::string name = [] {
+      const std::string path = std::filesystem::temp_directory_path() / "nkdraw-bench.pam";
+      std::ofstream file(path, std::ios::binary);
+      file << "P7\nWIDTH 256\nHEIGHT 256\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n";
+      for (int y = 0; y < 256; ++y) {
+        for (int x = 0; x < 256; ++x) {
+          for (const int value : {x, y, 128, x})
+            file.put(static_cast<char>(value));
+        }
+      }
+      return path;
+    }();
+    return name.c_str();
+  }
+};
+
+void burnLayer(benchmark::State& state, const bench::Layout& layout, void (Layers::*layer)()) {
+  std::vector<char> pixels(layout.frameBytes, '\x40');
+  HZWVIDEO video = videoOf(layout);
+  // The codes by which a watermark knows its frames.
+  if (layout.type == ptUYVY)
+    video.biCompression = bench::fourcc("yuv2");
+  if (layout.type == ptV210)
+    video.biCompression = bench::fourcc("012v");
+  Layers overlay;
+  (overlay.*layer)();
+  overlay.Create(&video, &kSystem);
+  QFRAME frame = {};
+  frame.frameBuffer = pixels.data();
+  const std::uint32_t levels[4] = {0xFFFF0400, 0x80004000, 0x20001000, 0xC0000800};
+  bench::measure(state, layout.frameBytes, [&] { overlay.BurnIn(&frame, levels, levels, 0); });
 }
 
 const int registered = [] {
@@ -51,6 +135,12 @@ const int registered = [] {
           std::string("BurnIn/") + layout.name + (fill ? "/box" : "/transparent");
       benchmark::RegisterBenchmark(name.c_str(), burnIn, layout, fill);
     }
+    const std::string tail = std::string("/") + layout.name;
+    benchmark::RegisterBenchmark(("Watermark256" + tail).c_str(), burnLayer, layout,
+                                 &Layers::watermark);
+    benchmark::RegisterBenchmark(("Meters" + tail).c_str(), burnLayer, layout, &Layers::meters);
+    const std::string captions = std::string("Captions/") + layout.name;
+    benchmark::RegisterBenchmark(captions.c_str(), burnCaptions, layout);
   }
   return 0;
 }();

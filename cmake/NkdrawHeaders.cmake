@@ -13,10 +13,13 @@ set(NKDRAW_PUBLIC_HEADERS
   nkdraw/overlay/overlay.h
   nkdraw/overlay/shared_pointer.h
   nkdraw/platform/captions.h
+  nkdraw/platform/config.h
   nkdraw/platform/flip.h
+  nkdraw/platform/frame_memory.h
   nkdraw/platform/host.h
   nkdraw/platform/log.h
   nkdraw/platform/media_names.h
+  nkdraw/platform/media_reader.h
   nkdraw/platform/memory.h
   nkdraw/platform/module.h
   nkdraw/platform/records.h

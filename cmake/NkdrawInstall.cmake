@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: BSD-2-Clause
 #
-# What gets installed: the two libraries, the public headers, and how CMake and pkg-config find them.
+# What gets installed: the two libraries, their modules, the public headers, and how CMake and pkg-config find them.
 
 include(CMakePackageConfigHelpers)
 
@@ -8,6 +8,8 @@ install(TARGETS nkdraw nkdraw_host EXPORT nkdrawTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+
+install(TARGETS nkdraw_clip_io nkdraw_captions LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
 foreach(header IN LISTS NKDRAW_PUBLIC_HEADERS)
   get_filename_component(folder ${header} DIRECTORY)

@@ -11,18 +11,20 @@
 
 #include <cstring>
 
-namespace {
-
-constexpr std::uint32_t kNotServed = 0xFFFFFFFF;
-
-}  // namespace
-
 void nkdraw::deleteText(char* text) {
   delete[] text;
 }
 
 void nkdraw::releaseSurface(NKDraw* surface) {
   ReleaseDraw(surface);
+}
+
+void nkdraw::freeSamples(std::uint32_t* samples) {
+  NKFree(samples);
+}
+
+void nkdraw::freeSamples(std::uint8_t* samples) {
+  NKFree(samples);
 }
 
 CNkOverlay::CNkOverlay() {
@@ -57,44 +59,4 @@ std::uint32_t CNkOverlay::SetAppName(const char* /*name*/) {
 
 void CNkOverlay::SetWatermarkPath(const char* path) {
   watermarkPath = path;
-}
-
-// Not served by this version.
-
-std::uint32_t CNkOverlay::SetMode(STREAMCMD*) {
-  return kNotServed;
-}
-std::uint32_t CNkOverlay::SaveConfig() {
-  return kNotServed;
-}
-std::uint32_t CNkOverlay::LoadConfig() {
-  return kNotServed;
-}
-std::uint32_t CNkOverlay::SaveSetting(const char*, std::uint32_t) {
-  return kNotServed;
-}
-std::uint32_t CNkOverlay::SaveSetting(const char*, const char*) {
-  return kNotServed;
-}
-std::uint32_t CNkOverlay::LoadSetting(const char*, std::uint32_t&) {
-  return kNotServed;
-}
-std::uint32_t CNkOverlay::LoadSetting(const char*, char*) {
-  return kNotServed;
-}
-std::uint32_t CNkOverlay::SaveConfigINI(const char*) {
-  return kNotServed;
-}
-std::uint32_t CNkOverlay::LoadConfigINI(const char*) {
-  return kNotServed;
-}
-std::uint32_t CNkOverlay::LoadWatermark() {
-  return kNotServed;
-}
-std::uint32_t CNkOverlay::ApplyWatermark(QFRAME*) {
-  return kNotServed;
-}
-
-std::uint32_t CNkOverlay::drawAudMeters(const std::uint32_t*, const std::uint32_t*) {
-  return kNotServed;
 }

@@ -16,15 +16,17 @@ class NKDraw;
 namespace nkdraw {
 NKDRAW_API void deleteText(char* text);
 NKDRAW_API void releaseSurface(NKDraw* surface);
+NKDRAW_API void freeSamples(std::uint32_t* samples);
+NKDRAW_API void freeSamples(std::uint8_t* samples);
 }  // namespace nkdraw
 
 /// Burns timecode, wall clock, source format, custom texts, meters, watermark and captions into
 /// the frames of one stream, in the frame's own layout.
 ///
 /// Create once the frames are known, BurnIn for every frame, Destroy at the end. The settings are
-/// the protected fields, each with its default; a derived class sets them. Calls on one object are
-/// the host's to serialise. Statuses: 0 unless said otherwise; the operations marked as not served
-/// return 0xFFFFFFFF and do nothing. Nothing throws.
+/// the protected fields, each with its default; they come from the configuration store, an INI
+/// file, commands of the host, or a derived class. Calls on one object are the host's to
+/// serialise. Statuses: 0 unless said otherwise. Nothing throws.
 ///
 /// A copy shares surface and texts with its source, and they go with the last of them; it shares
 /// the caption decoder, too, which stays with the host.
@@ -49,16 +51,33 @@ class NKDRAW_API CNkOverlay {
   virtual std::uint32_t BurnIn(QFRAME* frame, const std::uint32_t* levels,
                                const std::uint32_t* peaks, std::uint32_t timecodeOffset);
 
-  virtual std::uint32_t SetMode(STREAMCMD* command);                         ///< not served
-  virtual std::uint32_t SetAppName(const char* name);                        ///< empty, returns 0
-  virtual std::uint32_t SaveConfig();                                        ///< not served
-  virtual std::uint32_t LoadConfig();                                        ///< not served
-  virtual std::uint32_t SaveSetting(const char* key, std::uint32_t value);   ///< not served
-  virtual std::uint32_t SaveSetting(const char* key, const char* value);     ///< not served
-  virtual std::uint32_t LoadSetting(const char* key, std::uint32_t& value);  ///< not served
-  virtual std::uint32_t LoadSetting(const char* key, char* value);           ///< not served
-  virtual std::uint32_t SaveConfigINI(const char* path);                     ///< not served
-  virtual std::uint32_t LoadConfigINI(const char* path);                     ///< not served
+  /// Sets (kind 15) or reports (14, 16) the settings of one group, `subCommand`; other kinds and
+  /// groups are passed over. A set takes the fields that `validMask` names, a report adds its own
+  /// bits there. Values are not checked. `value1` as it came, or 0 for null. docs/overlay.md has
+  /// the groups.
+  virtual std::uint32_t SetMode(STREAMCMD* command);
+  /// Keeps nothing: all overlays of a machine share one set of values.
+  virtual std::uint32_t SetAppName(const char* name);
+
+  /// Writes the settings to the host's configuration store and makes them durable.
+  virtual std::uint32_t SaveConfig();
+  /// Reads the settings from the store; writes the current ones first when it has none. A text is
+  /// read into the memory that its slot has, if any.
+  virtual std::uint32_t LoadConfig();
+  /// Write a value under a key: as a line of the INI file while one is being written, else to the
+  /// store, cut at 128 characters. Null is the empty text.
+  virtual std::uint32_t SaveSetting(const char* key, std::uint32_t value);
+  virtual std::uint32_t SaveSetting(const char* key, const char* value);
+  /// Read a value from the store; a missing one reads as 0 and as the empty text. A text buffer
+  /// holds 128 bytes; null is left alone.
+  virtual std::uint32_t LoadSetting(const char* key, std::uint32_t& value);
+  virtual std::uint32_t LoadSetting(const char* key, char* value);
+  /// Writes the settings to the store, and a file of the one line "[nkoverlay]".
+  virtual std::uint32_t SaveConfigINI(const char* path);
+  /// Lets the custom texts go and reads the lines below "[nkoverlay]": a number that a line names
+  /// becomes 0, a text becomes what follows its name, from the '=' to the line's end. Keys match
+  /// anywhere in a line.
+  virtual std::uint32_t LoadConfigINI(const char* path);
 
   /// The picture to use as watermark. The text is not copied and must outlive the object.
   void SetWatermarkPath(const char* path);
@@ -66,10 +85,20 @@ class NKDRAW_API CNkOverlay {
  protected:
   static constexpr int kCustomTexts = 10;
 
-  std::uint32_t LoadWatermark();                ///< not served
-  std::uint32_t ApplyWatermark(QFRAME* frame);  ///< not served
-  std::uint32_t drawAudMeters(const std::uint32_t* levels,
-                              const std::uint32_t* peaks);  ///< not served
+  // For the library's own sources.
+  struct Access;
+  struct Commands;
+  struct Settings;
+
+  /// Reads the picture at `watermarkPath` and converts it for frames of `frameLayout`: 0 (32-bit
+  /// RGB), "yuv2" (8-bit 4:2:2, Cb first) or "012v" (v210), codes in memory order. Others are read
+  /// and not converted.
+  std::uint32_t LoadWatermark();
+  /// Puts the picture into the frame by its own alpha: blended, and in v210 opaque wherever it
+  /// shows. What lies outside the frame is left out.
+  std::uint32_t ApplyWatermark(QFRAME* frame);
+  /// Draws the panel of eight meters, 281 by 200 pixels. Sets AudioChannels to 8.
+  std::uint32_t drawAudMeters(const std::uint32_t* levels, const std::uint32_t* peaks);
 
   std::uint32_t Enabled = 0;         // master switch
   std::uint32_t FillBackground = 1;  // exactly 1: an opaque box behind the text
@@ -113,11 +142,16 @@ class NKDRAW_API CNkOverlay {
   std::uint32_t watermarkWidth = 0;  // pixels
   std::uint32_t watermarkHeight = 0;
   std::uint32_t watermarkLayout = 0;
-  std::uint32_t* watermark10 = nullptr;
-  std::uint8_t* watermark8 = nullptr;
-  std::uint8_t* watermarkRGBA = nullptr;
+  // Copies share the samples, too, which end with their last user.
+  nkdraw::SharedPointer<std::uint32_t, nkdraw::freeSamples> watermark10;
+  nkdraw::SharedPointer<std::uint8_t, nkdraw::freeSamples> watermark8;
+  nkdraw::SharedPointer<std::uint8_t, nkdraw::freeSamples> watermarkRGBA;
   std::int32_t meterHistory[32][100];  // cleared by Create
   std::uint32_t frameLayout = 0;       // FOURCC or compression code of the frames
   HZWVIDEO video = {};
   HZWSYSTEM system = {};
+
+ private:
+  /// Converts the decoded picture, `watermarkWidth` by `watermarkHeight` packed BGRA pixels.
+  void convertWatermark(char* pixels);
 };

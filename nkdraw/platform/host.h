@@ -5,9 +5,12 @@
 #pragma once
 
 #include <nkdraw/platform/captions.h>
+#include <nkdraw/platform/config.h>
 #include <nkdraw/platform/flip.h>
+#include <nkdraw/platform/frame_memory.h>
 #include <nkdraw/platform/log.h>
 #include <nkdraw/platform/media_names.h>
+#include <nkdraw/platform/media_reader.h>
 #include <nkdraw/platform/memory.h>
 #include <nkdraw/platform/module.h>
 #include <nkdraw/platform/records.h>

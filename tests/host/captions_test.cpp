@@ -7,8 +7,16 @@
 
 namespace {
 
-TEST(Captions, AreNotOfferedByThisHost) {
-  const HZWVIDEO video{};
+TEST(Captions, AreNotOfferedForFramesThatTheLibraryDoesNotDrawIn) {
+  HZWVIDEO video{};
+  EXPECT_EQ(ccBurnOpen(nullptr), nullptr);
+  EXPECT_EQ(ccBurnOpen(&video), nullptr);
+  video.biWidth = video.biHeight = 64;
+  video.biBitCount = 32;
+  nkCaptionBurner* const burner = ccBurnOpen(&video);
+  EXPECT_NE(burner, nullptr);
+  ccBurnClose(burner);
+  video.biCompression = 0x61616161;
   EXPECT_EQ(ccBurnOpen(&video), nullptr);
 }
 
@@ -20,6 +28,7 @@ TEST(Captions, ANullBurnerDoesNothing) {
   EXPECT_EQ(ccBurnSetCCDisplay(nullptr, 1), 0u);
   EXPECT_EQ(ccBurnAddCCData(nullptr, &frame), 0u);
   EXPECT_EQ(ccBurnIn(nullptr, &frame), 0u);
+  EXPECT_EQ(ccBurnClose(nullptr), 0u);
   const char unchanged[] = {1, 2, 3, 4};
   EXPECT_TRUE(std::equal(std::begin(pixels), std::end(pixels), std::begin(unchanged)));
 }

@@ -4,10 +4,13 @@
 // thread allocates.
 #include "exposed_overlay.h"
 
+#include <tests/support/caption_stream.h>
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <new>
+#include <vector>
 
 namespace {
 
@@ -95,6 +98,13 @@ TEST(Allocation, BurnInMakesNoneAfterTheFirstFrame) {
     const HZWSYSTEM system{};
     o.Create(&video, &system);
     BurnFrame frame;
+    CaptionStream captions;
+    captions.rollUp(3).carriageReturn().row(15).text("A caption ");
+    std::vector<std::uint8_t> triplets;
+    for (const CaptionPair& pair : captions.pairs())
+      triplets.insert(triplets.end(), {0xFC, pair[0], pair[1]});
+    frame.record.captionData = triplets.data();
+    frame.record.captionBytes = static_cast<std::uint32_t>(triplets.size());
     allocations = 0;
     counting = true;
     o.BurnIn(&frame.record, nullptr, nullptr, 0);

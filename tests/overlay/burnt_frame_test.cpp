@@ -295,7 +295,6 @@ TEST_P(Burn, LaterLayersLieOverEarlierOnes) {
   overlay_.setText(1, "another");
   overlay_.CustomTextX[1] = 130;
   overlay_.CustomTextY[1] = 330;
-  overlay_.AudioEnable = overlay_.WatermarkEnable = 1;  // both are to come and draw nothing
   create();
   expectLines({{timecode(107892), 20, 300, 0, 30},
                {timecode(123456), 20, 330, 0, 30},

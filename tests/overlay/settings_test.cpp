@@ -144,27 +144,4 @@ TEST(OverlaySettings, TheWatermarkPathIsThePointerThatWasGiven) {
   EXPECT_EQ(o.watermarkPath, nullptr);
 }
 
-TEST(OverlayOperations, ToComeRefuseAndChangeNothing) {
-  Overlay o;
-  STREAMCMD command{};
-  std::uint32_t value = 7;
-  char text[8] = "text";
-  EXPECT_EQ(o.SetMode(&command), 0xFFFFFFFF);
-  EXPECT_EQ(o.SaveConfig(), 0xFFFFFFFF);
-  EXPECT_EQ(o.LoadConfig(), 0xFFFFFFFF);
-  EXPECT_EQ(o.SaveSetting("Enabled", 1U), 0xFFFFFFFF);
-  EXPECT_EQ(o.SaveSetting("Enabled", "1"), 0xFFFFFFFF);
-  EXPECT_EQ(o.LoadSetting("Enabled", value), 0xFFFFFFFF);
-  EXPECT_EQ(o.LoadSetting("Enabled", text), 0xFFFFFFFF);
-  EXPECT_EQ(o.SaveConfigINI("/nonexistent/x.ini"), 0xFFFFFFFF);
-  EXPECT_EQ(o.LoadConfigINI("/nonexistent/x.ini"), 0xFFFFFFFF);
-  EXPECT_EQ(o.LoadWatermark(), 0xFFFFFFFF);
-  EXPECT_EQ(o.ApplyWatermark(nullptr), 0xFFFFFFFF);
-  EXPECT_EQ(o.drawAudMeters(nullptr, nullptr), 0xFFFFFFFF);
-  EXPECT_EQ(o.SetAppName("name"), 0U);
-  EXPECT_EQ(value, 7U);
-  EXPECT_STREQ(text, "text");
-  EXPECT_EQ(o.Enabled, 0U);
-}
-
 }  // namespace

@@ -213,7 +213,7 @@ TEST(Layouts, AreNamedInSmallAndCapitalLetters) {
 TEST(Canvas, IsTheFrameItselfWhenRowsArePacked) {
   for (const char* name : {"v210", "uyvy", "bgra", "rgba", "argb", "abgr"}) {
     const Layout& layout = *layoutNamed(name);
-    CanvasStage stage(layout, Storage::kPacked, 50, 20, {{3, 8}}, false);
+    CanvasStage stage(layout, Storage::kPacked, 50, 20, {{3, 8}}, CanvasUse::kStrokes);
     GuardedFrame frame(static_cast<std::ptrdiff_t>(packedPitch(layout.type, 50)), 20);
     const Picture picture = frame.topDown();
     stage.draw(picture,
@@ -225,7 +225,7 @@ TEST(Canvas, BringsEveryFrameBackBitForBitWhenNothingIsDrawn) {
   for (const Layout& layout : layouts()) {
     for (const int width : {33, 34, 50}) {
       for (const std::ptrdiff_t padding : {0, 1, 4, 100}) {
-        CanvasStage stage(layout, Storage::kPacked, width, 20, {{0, 20}}, false);
+        CanvasStage stage(layout, Storage::kPacked, width, 20, {{0, 20}}, CanvasUse::kStrokes);
         GuardedFrame frame(static_cast<std::ptrdiff_t>(packedPitch(layout.type, width)) + padding,
                            20);
         const auto before = frame.bytes;
@@ -239,7 +239,7 @@ TEST(Canvas, BringsEveryFrameBackBitForBitWhenNothingIsDrawn) {
 }
 
 TEST(Canvas, TouchesNoRowsButTheOverlays) {
-  CanvasStage stage(*layoutNamed("bgr24"), Storage::kPacked, 16, 20, {{5, 7}}, false);
+  CanvasStage stage(*layoutNamed("bgr24"), Storage::kPacked, 16, 20, {{5, 7}}, CanvasUse::kStrokes);
   GuardedFrame frame(48, 20);
   const auto before = frame.bytes;
   stage.draw(frame.bottomUp(), [](std::uint8_t* canvas) { std::memset(canvas, 0, 16 * 4 * 20); });
@@ -261,8 +261,8 @@ TEST(Canvas, OfYUY2ShowsStrokesWhereTheyBelong) {
   onYUY2.place(2, 4, 2);
   onUYVY.place(2, 4, 2);
   const auto before = direct.bytes;
-  CanvasStage whole(layout, Storage::kPacked, 200, 60, {{0, 60}}, true);
-  CanvasStage any(layout, Storage::kPacked, 200, 60, {{0, 60}}, false);
+  CanvasStage whole(layout, Storage::kPacked, 200, 60, {{0, 60}}, CanvasUse::kWholePairs);
+  CanvasStage any(layout, Storage::kPacked, 200, 60, {{0, 60}}, CanvasUse::kStrokes);
   EXPECT_EQ(whole.canvasLayout().type, ptYUYV);
   EXPECT_EQ(any.canvasLayout().type, ptUYVY);
   whole.draw(direct.topDown(), [&](std::uint8_t* canvas) { onYUY2.burn(canvas, 0); });

@@ -19,7 +19,8 @@ std::int64_t startOfVideo(MediaInput& input) {
              : 0;
 }
 
-CodecContext openDecoder(const AVStream& stream, const std::string& path) {
+CodecContext openDecoder(const AVStream& stream, const std::string& path,
+                         const std::string& advice) {
   const AVCodecParameters& track = *stream.codecpar;
   const AVCodec* const codec = avcodec_find_decoder(track.codec_id);
   CodecContext decoder = owned<CodecContext>(avcodec_alloc_context3(codec));
@@ -30,8 +31,7 @@ CodecContext openDecoder(const AVStream& stream, const std::string& path) {
       codec != nullptr ? avcodec_open2(decoder.get(), codec, nullptr) : AVERROR_DECODER_NOT_FOUND;
   if (error < 0)
     throw Failure(ExitCode::kInput, "the sound can't be decoded", path,
-                  std::string("its codec is ") + avcodec_get_name(track.codec_id) +
-                      "; leave the sound out with --audio none");
+                  std::string("its codec is ") + avcodec_get_name(track.codec_id) + "; " + advice);
   return decoder;
 }
 
@@ -53,11 +53,13 @@ AudioShape::~AudioShape() {
   av_channel_layout_uninit(&layout);
 }
 
-AudioReader::AudioReader(const std::string& path, int stream, const AudioShape& shape)
+AudioReader::AudioReader(const std::string& path, int stream, const AudioShape& shape,
+                         const std::string& advice)
     : input_(path),
       stream_(*input_.file().streams[stream]),
       shape_(shape),
-      decoder_(openDecoder(stream_, path)) {
+      advice_(advice),
+      decoder_(openDecoder(stream_, path, advice)) {
   input_.readOnly(stream_);
 }
 
@@ -75,7 +77,7 @@ void AudioReader::convert(const AVFrame* frame) {
       error = swr_init(resampler_.get());
     if (error < 0)
       throw Failure(ExitCode::kProcessing, "the sound can't be converted", input_.path(),
-                    explained(error) + "; leave it out with --audio none");
+                    explained(error) + "; " + advice_);
   }
   if (resampler_ == nullptr)
     return;
@@ -89,7 +91,7 @@ void AudioReader::convert(const AVFrame* frame) {
       frame != nullptr ? frame->nb_samples : 0);
   if (made < 0)
     throw Failure(ExitCode::kProcessing, "the sound can't be converted", input_.path(),
-                  explained(made) + "; leave it out with --audio none");
+                  explained(made) + "; " + advice_);
   ready_.resize(before + static_cast<std::size_t>(made) * shape_.channels());
   const std::size_t skipped = std::min(toSkip_, static_cast<std::size_t>(made));
   toSkip_ -= skipped;
@@ -136,7 +138,7 @@ void AudioReader::decodeMore() {
   }
   if (error != AVERROR(EAGAIN) && error != AVERROR_EOF)
     throw Failure(ExitCode::kProcessing, "the sound can't be decoded", input_.path(),
-                  explained(error) + "; leave it out with --audio none");
+                  explained(error) + "; " + advice_);
   if (ended_)
     convert(nullptr);
 }

@@ -32,8 +32,9 @@ struct AudioShape {
 
 class AudioReader {
  public:
-  /// Reads stream `stream` of the file `path`, converted to `shape`. Throws Failure.
-  AudioReader(const std::string& path, int stream, const AudioShape& shape);
+  /// Reads stream `stream` of the file `path`, converted to `shape`. Throws Failure, with `advice`.
+  AudioReader(const std::string& path, int stream, const AudioShape& shape,
+              const std::string& advice = "leave it out with --audio none");
 
   /// Reads the next `count` moments into `samples`; those before the track's first are silent. The
   /// number that were read, fewer at the track's end only.
@@ -48,6 +49,7 @@ class AudioReader {
   MediaInput input_;  // of its own, so that sound and pictures are read each at its own pace
   AVStream& stream_;
   AudioShape shape_;
+  std::string advice_;
   CodecContext decoder_;
   Resampler resampler_;
   Frame frame_ = makeFrame();

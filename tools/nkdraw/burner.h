@@ -5,25 +5,40 @@
 
 #include "canvas_stage.h"
 #include "job.h"
+#include "libav.h"
+#include "meter_feed.h"
 #include "overlay_session.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
 
 namespace nkdraw::tool {
 
 class Burner {
  public:
-  Burner(const Job& job, Storage storage)
-      : stage_(*job.layout, storage, job.frames.width, job.frames.height, job.plan.rows(),
-               job.plan.pairsWhole()),
-        session_(job.plan, job.frames, job.timecode, stage_.canvasLayout()) {}
+  Burner(const Job& job, Storage storage);
 
-  /// Draws on the frame, `index` frames after the clip's first.
-  void burn(const Picture& picture, std::int64_t index) {
-    stage_.draw(picture, [&](std::uint8_t* canvas) { session_.burn(canvas, index); });
-  }
+  /// Draws on the frame, `index` frames after the clip's first; `captions` are the clip's own.
+  void burn(const Picture& picture, std::int64_t index, Captions captions);
+  /// Takes note of a frame that is not drawn on.
+  void pass(std::int64_t index, Captions captions);
+  /// After the last frame: tells the user if captions were asked for and never came.
+  void finish(const std::string& path) const;
 
  private:
+  [[nodiscard]] Captions captionsAt(std::int64_t index, Captions own);
+
+  const Job& job_;
   CanvasStage stage_;
   OverlaySession session_;
+  std::optional<MeterFeed> meters_;
+  std::int64_t next_ = 0;  // the first frame whose captions in a file are still to come
+  bool hadCaptions_ = false;
 };
+
+/// The captions that a frame brings, or a packet that is one.
+[[nodiscard]] Captions captionsOf(const AVFrame& frame);
+[[nodiscard]] Captions captionsOf(const AVPacket& packet);
 
 }  // namespace nkdraw::tool

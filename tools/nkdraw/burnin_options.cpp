@@ -13,7 +13,9 @@
 namespace nkdraw::tool {
 namespace {
 
-constexpr char kDescription[] = "Burn timecode, clock, source format and texts into a video.";
+constexpr char kDescription[] =
+    "Burn timecode, clock, source format, texts, a watermark, captions and meters into a video.";
+constexpr unsigned kLargestSize = 20;  // of the timecode rows
 
 constexpr char kMore[] =
     "Uncompressed video (v210, UYVY, YUY2, YVYU, 24- and 32-bit RGB) is drawn on in place: pixels\n"
@@ -73,6 +75,7 @@ void BurninArguments::addTo(CLI::App& command) {
       ->type_name("");
   addOverlayTo(command);
   addLookTo(command);
+  layers_.addTo(command);
   addWritingTo(command);
   addPatternTo(command);
   command.add_flag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
@@ -194,32 +197,50 @@ void BurninArguments::readFiles(BurninOptions& options) const {
 }
 
 void BurninArguments::readOverlay(OverlayRequest& overlay) const {
-  overlay.ltc = !noLtc_;
-  overlay.vitc = vitc_;
-  overlay.clock = clock_;
-  overlay.formatLine = formatLine_;
-  overlay.fill = !noFill_;
-  if (size_)
-    overlay.size = static_cast<unsigned>(
-        readNumber("--size", *size_, 1, 20, "write a whole number from 1 to 20"));
   if ((ltc_ && noLtc_) || (fill_ && noFill_))
     throw Failure(ExitCode::kUsage, "options that exclude each other",
                   ltc_ && noLtc_ ? "--ltc and --no-ltc" : "--fill and --no-fill",
                   "give one of them");
+  const OverlaySettings settings = layers_.settings();
+  overlay = settings.request;
+  overlay.ltc = (overlay.ltc || ltc_) && !noLtc_;
+  overlay.vitc = overlay.vitc || vitc_;
+  overlay.clock = overlay.clock || clock_;
+  overlay.formatLine = overlay.formatLine || formatLine_;
+  readLook(overlay);
+  readTexts(overlay);
+  layers_.apply(settings, overlay);
+  const bool hasRows = overlay.ltc || overlay.vitc || overlay.clock;
+  if (hasRows && overlay.size && (*overlay.size < 1 || *overlay.size > kLargestSize))
+    throw Failure(ExitCode::kUsage, "the settings have no size that rows can have",
+                  "TimeCodeSize " + std::to_string(*overlay.size), "give --size N, 1 to 20");
+  if (!hasRows && !overlay.formatLine && overlay.texts.empty() && !overlay.watermark &&
+      !overlay.captions && !overlay.meters)
+    throw Failure(ExitCode::kUsage, "nothing to burn in", noLtc_ ? "--no-ltc" : "--settings",
+                  "ask for a row, the format line, a text or another layer");
+}
+
+void BurninArguments::readLook(OverlayRequest& overlay) const {
+  overlay.fill = (overlay.fill || fill_) && !noFill_;
+  if (size_)
+    overlay.size = static_cast<unsigned>(
+        readNumber("--size", *size_, 1, kLargestSize, "write a whole number from 1 to 20"));
   if (position_) {
     std::string_view left = *position_;
     overlay.position = takePair(left, ',');
     if (!overlay.position || !left.empty())
       badValue("--position", *position_, "write X,Y in pixels");
   }
+}
+
+void BurninArguments::readTexts(OverlayRequest& overlay) const {
   if (texts_.size() > kMostTexts)
     throw Failure(ExitCode::kUsage, "too many texts", std::to_string(texts_.size()),
                   "give --text at most ten times");
+  if (!texts_.empty())
+    overlay.texts.clear();
   for (const std::string& text : texts_)
     overlay.texts.push_back(readText(text));
-  if (noLtc_ && !vitc_ && !clock_ && !formatLine_ && texts_.empty())
-    throw Failure(ExitCode::kUsage, "nothing to burn in", "--no-ltc",
-                  "ask for a row, the format line or a text");
 }
 
 void BurninArguments::readRange(BurninOptions& options) const {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "job.h"
+#include "layer_options.h"
 #include "overlay_plan.h"
 
 #include <cstdint>
@@ -53,6 +54,8 @@ class BurninArguments {
   void addPatternTo(CLI::App& group);
   void readFiles(BurninOptions& options) const;
   void readOverlay(OverlayRequest& overlay) const;
+  void readLook(OverlayRequest& overlay) const;
+  void readTexts(OverlayRequest& overlay) const;
   void readRange(BurninOptions& options) const;
   void readPattern(BurninOptions& options) const;
 
@@ -60,6 +63,7 @@ class BurninArguments {
   std::vector<std::string> texts_;
   std::optional<std::string> position_, size_, startTimecode_, frames_, still_, codec_;
   std::optional<std::string> layout_, patternSize_, patternRate_, patternFrames_;
+  LayerArguments layers_;
   bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, formatLine_ = false;
   bool fill_ = false, noFill_ = false;
   bool overwrite_ = false, dryRun_ = false, listLayouts_ = false, verbose_ = false;

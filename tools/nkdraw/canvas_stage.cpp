@@ -35,6 +35,29 @@ void narrow32(const Rows& frame, std::uint8_t* canvas, int width) {
     std::memcpy(to, canvas, 3);
 }
 
+/// Takes byte order[i] of a pixel to place i, between layouts of that many bytes.
+template <std::size_t bytes, std::array<std::size_t, bytes> order>
+void loadBlueFirst(const Rows& frame, std::uint8_t* canvas, int width) {
+  const std::uint8_t* from = frame[0];
+  for (; width > 0; --width, from += bytes, canvas += 4) {
+    canvas[3] = 0xFF;
+    for (std::size_t i = 0; i < bytes; ++i)
+      canvas[i] = from[order[i]];
+  }
+}
+template <std::size_t bytes, std::array<std::size_t, bytes> order>
+void storeBlueFirst(const Rows& frame, std::uint8_t* canvas, int width) {
+  std::uint8_t* to = frame[0];
+  for (; width > 0; --width, to += bytes, canvas += 4) {
+    for (std::size_t i = 0; i < bytes; ++i)
+      to[order[i]] = canvas[i];
+  }
+}
+// Where blue, green, red and alpha lie.
+constexpr std::array<std::size_t, 3> kRGB = {2, 1, 0};
+constexpr std::array<std::size_t, 4> kRGBA = {2, 1, 0, 3}, kARGB = {3, 2, 1, 0},
+                                     kABGR = {1, 2, 3, 0};
+
 // The canvas is UYVY, Cb Y Cr Y.
 constexpr std::uint8_t kSignBit = 0x80;
 
@@ -87,6 +110,12 @@ void storePlanes10(const Rows& frame, std::uint8_t* canvas, int width) {
   unpackV210Row(canvas, words(frame[0]), words(frame[1]), words(frame[2]), width);
 }
 
+bool serves(pixelType canvas, CanvasUse use) {
+  const bool swapsLumas = canvas == ptYUYV || canvas == ptYVYU;
+  const bool blends = canvas == ptV210 || canvas == ptUYVY || canvas == ptBGRA32;
+  return use == CanvasUse::kWholePairs || (!swapsLumas && (blends || use != CanvasUse::kWatermark));
+}
+
 }  // namespace
 
 // The first row that fits is taken.
@@ -105,19 +134,22 @@ const CanvasStage::Transfer CanvasStage::kTransfers[] = {
     {ptBGRA32, Storage::kPacked, ptBGRA32, loadSame<ptBGRA32>, storeSame<ptBGRA32>},
     {ptARGB32, Storage::kPacked, ptARGB32, loadSame<ptARGB32>, storeSame<ptARGB32>},
     {ptABGR32, Storage::kPacked, ptABGR32, loadSame<ptABGR32>, storeSame<ptABGR32>},
+    {ptRGB24, Storage::kPacked, ptBGRA32, loadBlueFirst<3, kRGB>, storeBlueFirst<3, kRGB>},
+    {ptRGBA32, Storage::kPacked, ptBGRA32, loadBlueFirst<4, kRGBA>, storeBlueFirst<4, kRGBA>},
+    {ptARGB32, Storage::kPacked, ptBGRA32, loadBlueFirst<4, kARGB>, storeBlueFirst<4, kARGB>},
+    {ptABGR32, Storage::kPacked, ptBGRA32, loadBlueFirst<4, kABGR>, storeBlueFirst<4, kABGR>},
 };
 
 const CanvasStage::Transfer& CanvasStage::transferFor(pixelType type, Storage storage,
-                                                      bool pairsWhole) {
+                                                      CanvasUse use) {
   return *std::ranges::find_if(kTransfers, [&](const Transfer& transfer) {
-    const bool swapsLumas = transfer.to == ptYUYV || transfer.to == ptYVYU;
-    return transfer.from == type && transfer.storage == storage && (pairsWhole || !swapsLumas);
+    return transfer.from == type && transfer.storage == storage && serves(transfer.to, use);
   });
 }
 
 CanvasStage::CanvasStage(const Layout& layout, Storage storage, int width, int height,
-                         std::vector<RowSpan> rows, bool pairsWhole)
-    : transfer_(&transferFor(layout.type, storage, pairsWhole)),
+                         std::vector<RowSpan> rows, CanvasUse use)
+    : transfer_(&transferFor(layout.type, storage, use)),
       canvasLayout_(transfer_->to == layout.type ? &layout : &layoutOf(transfer_->to)),
       width_(width),
       height_(height),

@@ -40,15 +40,23 @@ struct RowSpan {
   int first, end;
 };
 
+/// What is drawn, as far as the canvas must suit it.
+enum class CanvasUse {
+  kWholePairs,  ///< strokes that begin and end on even columns
+  kStrokes,     ///< strokes anywhere
+  kWatermark,   ///< a watermark, too, which is blended into three layouts only
+};
+
 /// Frames whose rows are packed top-down in a layout that shows all of the overlay are drawn on
 /// where they lie. Of all others the rows that the overlay touches go through a canvas that is
 /// allocated once, and come back: 24-bit RGB as 32-bit, since the library fills backgrounds with
 /// four bytes; YUY2 and YVYU as UYVY, unless every pair is drawn whole, since the library swaps
-/// the lumas of their pairs. No step loses a bit.
+/// the lumas of their pairs; with a watermark all other RGB as 32-bit RGB, blue first. No step
+/// loses a bit.
 class CanvasStage {
  public:
   CanvasStage(const Layout& layout, Storage storage, int width, int height,
-              std::vector<RowSpan> rows, bool pairsWhole);
+              std::vector<RowSpan> rows, CanvasUse use);
 
   /// What the overlay draws on.
   [[nodiscard]] const Layout& canvasLayout() const { return *canvasLayout_; }
@@ -75,7 +83,7 @@ class CanvasStage {
     MoveRow load, store;
   };
   static const Transfer kTransfers[];
-  static const Transfer& transferFor(pixelType type, Storage storage, bool pairsWhole);
+  static const Transfer& transferFor(pixelType type, Storage storage, CanvasUse use);
 
   [[nodiscard]] bool isCanvas(const Picture& picture) const;
   void load(const Picture& picture);

@@ -4,6 +4,7 @@
 #include "clip_facts.h"
 #include "converting_road.h"
 #include "failure.h"
+#include "layer_sources.h"
 #include "output_file.h"
 #include "raw_stream.h"
 
@@ -68,10 +69,13 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
     plan.drawn = drawnFormat(decodedFormat(input));
   job.layout = job.inPlace ? own : &canvasFor(plan.drawn);
   job.frames = framesOf(input, own);
+  job.frames.pairs = isYCbCr(job.layout->type);
   job.timecode = options.startTimecode ? timecodeFromOption(*options.startTimecode, job.frames.rate)
                                        : timecodeOf(input.file(), input.video(), job.frames.rate);
   job.range = options.range;
   job.plan = planOverlay(options.overlay, job.frames, job.timecode);
+  job.captions = captionsFor(job);
+  job.sound = job.plan.request.meters ? soundOf(input) : nullptr;
   plan.window = windowOf(input, job);
   if (!options.still)
     planOutput(plan, input, options);
@@ -101,6 +105,10 @@ void describe(std::FILE* to, const Job& job) {
     std::fprintf(to, "burn in   %s \"%s\": %d,%d to %lld,%lld, magnified %u\n", box.what.c_str(),
                  box.text.c_str(), box.at.x, box.at.y, static_cast<long long>(box.right() - 1),
                  static_cast<long long>(box.bottom() - 1), box.magnification);
+  for (const LayerBox& layer : job.plan.layers)
+    std::fprintf(to, "burn in   %s, %s: %d,%d to %d,%d\n", layer.what.c_str(), layer.source.c_str(),
+                 layer.at.x, layer.at.y, layer.at.x + layer.size.x - 1,
+                 layer.at.y + layer.size.y - 1);
   std::fprintf(to, "written   %s\n",
                job.range.isWhole() ? "all frames" : ("frames " + rangeText(job.range)).c_str());
 }

@@ -53,19 +53,22 @@ bool ConvertingRoad::run(const TakePicture& takeVideo, const TakePacket& takeOth
   }
   if (!pastRange_)
     decoder_.decode(nullptr, take);
+  burner_.finish(input_.path());
   return pastRange_;
 }
 
 void ConvertingRoad::burn(AVFrame& decoded, const TakePicture& take) {
   const std::int64_t index = clock_.indexOf(decoded.best_effort_timestamp);
   pastRange_ = pastRange_ || index > job_.range.last;
+  if (index < job_.range.first)
+    burner_.pass(index, captionsOf(decoded));
   if (!job_.range.contains(index))
     return;
   checkSize(decoded, job_.frames, input_.path(), index);
   AVFrame& picture = converter_.convert(decoded);
   if (av_frame_make_writable(&picture) < 0)
     throw std::bad_alloc();
-  burner_.burn(planesOf(picture), index);
+  burner_.burn(planesOf(picture), index, captionsOf(decoded));
   take(picture, index);
 }
 

@@ -9,8 +9,12 @@
 
 #include <cstdint>
 #include <limits>
+#include <memory>
 
 namespace nkdraw::tool {
+
+class CaptionTrack;
+struct SoundTrack;
 
 /// No clip has more frames, and the times of so many can be reckoned in 64 bits.
 inline constexpr std::int64_t kMostFrames = std::int64_t{1} << 36;
@@ -33,6 +37,8 @@ struct Job {
   TimecodeStart timecode;
   OverlayPlan plan;
   FrameRange range;
+  std::shared_ptr<const CaptionTrack> captions;  // from a file of their own
+  std::shared_ptr<const SoundTrack> sound;       // for the meters
 };
 
 }  // namespace nkdraw::tool

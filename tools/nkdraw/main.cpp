@@ -23,7 +23,7 @@ constexpr int kSignalBase = 128;
 
 /// In the order of the help.
 constexpr std::unique_ptr<Command> (*kCommands[])(CLI::App&) = {addBurnin, addWipe, addCompare,
-                                                                addSheet};
+                                                                addSheet, addConfig};
 
 int report(ExitCode code, std::string line) {
   std::ranges::replace(line, '\n', ' ');

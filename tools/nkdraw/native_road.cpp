@@ -24,6 +24,8 @@ bool NativeRoad::run(const TakeVideo& takeVideo, const TakePacket& takeOther,
       const std::int64_t index =
           clock.indexOf(packet->pts != AV_NOPTS_VALUE ? packet->pts : packet->dts);
       pastRange = index > job_.range.last;
+      if (index < job_.range.first)
+        burner_.pass(index, captionsOf(*packet));
       if (job_.range.contains(index)) {
         burn(*packet, index);
         takeVideo(*packet, index);
@@ -31,6 +33,7 @@ bool NativeRoad::run(const TakeVideo& takeVideo, const TakePacket& takeOther,
     }
     av_packet_unref(packet.get());
   }
+  burner_.finish(input_.path());
   return pastRange;
 }
 
@@ -42,7 +45,7 @@ void NativeRoad::burn(AVPacket& packet, std::int64_t index) {
     throw Failure(ExitCode::kInput, "a frame is cut short", input_.path(),
                   "frame " + std::to_string(index) + " has " + std::to_string(packet.size) +
                       " bytes; the input may be incomplete");
-  burner_.burn(picture, index);
+  burner_.burn(picture, index, captionsOf(packet));
   if (plain_)
     rows_.makePlain(packet, picture);
 }

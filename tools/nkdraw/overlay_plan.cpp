@@ -73,21 +73,63 @@ std::string coordinates(Point point) {
   return std::to_string(point.x) + "," + std::to_string(point.y);
 }
 
-/// The far corners count as inside.
-void checkInside(const TextBox& box, const FrameKind& frames) {
-  const char* const side = box.at.x < 0                   ? "left"
-                           : box.at.y < 0                 ? "upper"
-                           : box.right() > frames.width   ? "right"
-                           : box.bottom() > frames.height ? "lower"
-                                                          : nullptr;
+/// The far corners, the first column and row beyond, count as inside.
+void checkInside(const std::string& what, Point at, std::int64_t right, std::int64_t bottom,
+                 const FrameKind& frames, const std::string& advice) {
+  const char* const side = at.x < 0                 ? "left"
+                           : at.y < 0               ? "upper"
+                           : right > frames.width   ? "right"
+                           : bottom > frames.height ? "lower"
+                                                    : nullptr;
   if (side == nullptr)
     return;
-  throw Failure(ExitCode::kUsage, box.what + " leaves the frame at the " + side + " edge",
-                std::to_string(box.right() - box.at.x) + "x" +
-                    std::to_string(box.bottom() - box.at.y) + " pixels at " + coordinates(box.at) +
-                    " in a frame of " + std::to_string(frames.width) + "x" +
+  throw Failure(ExitCode::kUsage, what + " leaves the frame at the " + side + " edge",
+                std::to_string(right - at.x) + "x" + std::to_string(bottom - at.y) + " pixels at " +
+                    coordinates(at) + " in a frame of " + std::to_string(frames.width) + "x" +
                     std::to_string(frames.height),
-                "move it, shorten it or make it smaller");
+                advice);
+}
+
+/// The panel, with the mark of the faintest peak below it.
+constexpr Point kMeterPanel = {281, 213};
+
+void addLayer(OverlayPlan& plan, const FrameKind& frames, const LayerBox& box,
+              const std::string& option) {
+  checkInside(box.what, box.at, std::int64_t{box.at.x} + box.size.x,
+              std::int64_t{box.at.y} + box.size.y, frames, "give another place with " + option);
+  plan.layers.push_back(box);
+}
+
+/// The watermark's and the captions' rows would be sought where a single pixel's half pair is not.
+void checkPairs(const OverlayRequest& request, const FrameKind& frames) {
+  if (frames.pairs && frames.width % 2 != 0 && (request.watermark || request.captions))
+    throw Failure(ExitCode::kUsage, "no watermark and no captions in 4:2:2 of odd width",
+                  std::to_string(frames.width) + "x" + std::to_string(frames.height),
+                  "make the width even first");
+}
+
+void planLayers(OverlayPlan& plan, const FrameKind& frames) {
+  OverlayRequest& request = plan.request;
+  checkPairs(request, frames);
+  if (request.watermark) {
+    WatermarkRequest& watermark = *request.watermark;
+    if (frames.pairs)
+      watermark.at.x = even(watermark.at.x);
+    addLayer(plan, frames, {"watermark", watermark.path, watermark.at, watermark.size},
+             "--watermark-at");
+  }
+  if (request.meters) {
+    if (frames.interlaced)
+      request.meters->y = even(request.meters->y);
+    addLayer(plan, frames, {"meter panel", "the clip's sound", *request.meters, kMeterPanel},
+             "--meters-at");
+  }
+  if (request.captions)
+    plan.layers.push_back(
+        {std::string("captions ") + kCaptionChannels[request.captions->source - 1],
+         request.captions->file.value_or("the clip's own"),
+         {},
+         {frames.width, frames.height}});
 }
 
 }  // namespace
@@ -104,6 +146,8 @@ std::vector<RowSpan> OverlayPlan::rows() const {
   std::vector<RowSpan> spans;
   for (const TextBox& box : boxes)
     spans.push_back({box.at.y, static_cast<int>(box.bottom())});
+  for (const LayerBox& layer : layers)
+    spans.push_back({layer.at.y, layer.at.y + layer.size.y});
   std::ranges::sort(spans, {}, &RowSpan::first);
   std::vector<RowSpan> joined;
   for (const RowSpan span : spans) {
@@ -115,9 +159,14 @@ std::vector<RowSpan> OverlayPlan::rows() const {
   return joined;
 }
 
-bool OverlayPlan::pairsWhole() const {
-  return std::ranges::all_of(
-      boxes, [](const TextBox& box) { return box.at.x % 2 == 0 && box.magnification % 2 == 0; });
+CanvasUse OverlayPlan::canvasUse() const {
+  if (request.watermark)
+    return CanvasUse::kWatermark;
+  const auto isWhole = [](const TextBox& box) {
+    return box.at.x % 2 == 0 && box.magnification % 2 == 0;
+  };
+  return layers.empty() && std::ranges::all_of(boxes, isWhole) ? CanvasUse::kWholePairs
+                                                               : CanvasUse::kStrokes;
 }
 
 OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
@@ -126,7 +175,8 @@ OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
   plan.request = request;
   const auto row = [&](int y) { return frames.interlaced ? even(y) : y; };
   const auto add = [&](const TextBox& box) {
-    checkInside(box, frames);
+    checkInside(box.what, box.at, box.right(), box.bottom(), frames,
+                "move it, shorten it or make it smaller");
     plan.boxes.push_back(box);
   };
 
@@ -155,8 +205,10 @@ OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
 
   if (request.formatLine) {
     TextBox box = {"format line", formatLine(frames), {}, kTextMagnification};
-    plan.formatAt = {margin(frames.width, static_cast<int>(box.right())),
-                     margin(frames.height, static_cast<int>(box.bottom()))};
+    plan.formatAt =
+        request.formatAt.value_or(Point{margin(frames.width, static_cast<int>(box.right())),
+                                        margin(frames.height, static_cast<int>(box.bottom()))});
+    plan.formatAt.y = row(plan.formatAt.y);
     box.at = plan.formatAt;
     add(box);
   }
@@ -165,6 +217,7 @@ OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
     const auto number = static_cast<std::size_t>(&placed - plan.request.texts.data()) + 1;
     add({"text " + std::to_string(number), placed.text, placed.at, kTextMagnification});
   }
+  planLayers(plan, frames);
   return plan;
 }
 

@@ -5,6 +5,7 @@
 #include "clip_plan.h"
 #include "failure.h"
 #include "interrupt.h"
+#include "layer_sources.h"
 #include "media_output.h"
 #include "output_file.h"
 #include "picture_converter.h"
@@ -23,13 +24,27 @@
 namespace nkdraw::tool {
 namespace {
 
+void checkPatternHas(const OverlayRequest& request) {
+  if (request.meters)
+    throw Failure(ExitCode::kUsage, "the test pattern has no sound", "--meters",
+                  "leave it out, or name a clip");
+  if (request.captions && !request.captions->file)
+    throw Failure(ExitCode::kUsage, "the test pattern has no captions", "--captions",
+                  "give --captions-file, or name a clip");
+}
+
 Job planPattern(const BurninOptions& options) {
   const PatternOptions& pattern = options.pattern;
   Job job;
   job.layout = options.layout;
   job.inPlace = true;
-  job.frames = {pattern.width, pattern.height, pattern.rate,
-                false,         hzwFileNone,    options.layout->compression};
+  job.frames = {pattern.width,
+                pattern.height,
+                pattern.rate,
+                false,
+                hzwFileNone,
+                options.layout->compression,
+                isYCbCr(options.layout->type)};
   job.timecode = options.startTimecode ? timecodeFromOption(*options.startTimecode, pattern.rate)
                                        : midnight(pattern.rate);
   job.range = options.range;
@@ -37,7 +52,9 @@ Job planPattern(const BurninOptions& options) {
   if (job.range.last < job.range.first)
     throw Failure(ExitCode::kUsage, "the pattern ends before the frames asked for",
                   std::to_string(pattern.frames) + " frames", "raise --pattern-frames");
+  checkPatternHas(options.overlay);
   job.plan = planOverlay(options.overlay, job.frames, job.timecode);
+  job.captions = captionsFor(job);
   return job;
 }
 
@@ -71,7 +88,7 @@ class PatternSource {
     picture.planes[0] = canvas;
     picture.pitches[0] =
         static_cast<std::ptrdiff_t>(packedPitch(job_.layout->type, job_.frames.width));
-    burner_.burn(picture, index);
+    burner_.burn(picture, index, {});
   }
 
   const Job& job_;

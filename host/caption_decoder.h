@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// CEA-608 captions of one channel, decoded by libzvbi.
+#pragma once
+
+#include <libzvbi.h>
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace nkdraw {
+
+/// The screen of one caption channel. Text stands in columns 1 to 32; the cell before and the one
+/// behind it belong to the box around it.
+class CaptionDecoder {
+ public:
+  static constexpr int kColumns = 34;
+  static constexpr int kRows = 15;
+
+  /// Throws std::bad_alloc.
+  CaptionDecoder();
+
+  /// 1 to 4: CC1 to CC4; 5 to 8: T1 to T4; others: CC1, which it is at first. A channel of the
+  /// other field begins with an empty screen.
+  void setChannel(std::uint32_t type);
+
+  /// The cc_data triplets of one frame. Of a triplet that is not whole nothing is read.
+  void addFrame(std::span<const std::uint8_t> triplets);
+
+  /// The cells as they are to be shown now, kColumns by kRows; none where there is nothing to show.
+  /// They stay until the next call.
+  [[nodiscard]] std::span<const vbi_char> cells();
+
+ private:
+  struct Delete {
+    void operator()(vbi_decoder* decoder) const { vbi_decoder_delete(decoder); }
+  };
+
+  [[nodiscard]] bool isCaption(std::uint8_t first);
+  void addPair(std::uint8_t first, std::uint8_t second);
+  void decode(std::uint8_t first, std::uint8_t second);
+
+  std::unique_ptr<vbi_decoder, Delete> decoder_;
+  vbi_page page_{};
+  double time_ = 0.0;        // seconds
+  std::uint8_t field_ = 0;   // 0 first, 1 second: the cc_type of its triplets
+  vbi_pgno pageNumber_ = 1;  // as if the field were the first
+  bool inDataService_ = false;
+};
+
+}  // namespace nkdraw

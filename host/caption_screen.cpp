@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "caption_screen.h"
+
+#include "caption_glyphs.h"
+
+#include <nkdraw/text/label_glyphs.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+namespace nkdraw {
+namespace {
+
+constexpr int kCellWidth = static_cast<int>(kGlyphWidth);
+constexpr int kCellHeight = static_cast<int>(kGlyphHeight);
+constexpr int kScreenWidth = CaptionDecoder::kColumns * kCellWidth;
+constexpr int kScreenHeight = CaptionDecoder::kRows * kCellHeight;
+
+// Title-safe: this part of the frame's width and height.
+constexpr int kSafeTenths = 8;
+
+constexpr unsigned kWholeRow = 0xFF;
+constexpr int kHighDefinition = 720;  // lines from which BT.709 is the usual matrix
+constexpr int kLargestSide = 1 << 20;
+
+int largestScale(int size, int dots) {
+  return size * kSafeTenths / 10 / dots;
+}
+
+/// Even, so that pixels that share their chroma, and lines of one field, are of one cell.
+int centred(int size, int screen) {
+  return ((size - screen) / 2) & ~1;
+}
+
+/// The dots of a glyph's line, counted from the top. Italics lean: their upper half stands one dot
+/// to the right.
+unsigned dotsOf(const vbi_char& cell, int line) {
+  const int fromBottom = kCellHeight - 1 - line;
+  if (cell.underline && fromBottom == 0)
+    return kWholeRow;
+  const unsigned dots = labelGlyphs[captionGlyph(cell.unicode) * kCellHeight + fromBottom];
+  return cell.italic && line < kCellHeight / 2 ? dots >> 1 : dots;
+}
+
+bool isShown(const vbi_char& cell) {
+  return cell.opacity != VBI_TRANSPARENT_SPACE;
+}
+
+bool hasBox(const vbi_char& cell) {
+  return isShown(cell) && cell.opacity != VBI_TRANSPARENT_FULL;
+}
+
+}  // namespace
+
+CaptionScreen::CaptionScreen(const HZWVIDEO& video) {
+  BITMAPINFO info{};
+  std::memcpy(&info, &video, sizeof info);
+  width_ = video.biWidth;
+  height_ = std::abs(std::max(video.biHeight, -kLargestSide));
+  NKDraw* made = nullptr;
+  if (width_ <= 0 || width_ > kLargestSide || height_ > kLargestSide ||
+      GetDraw(&info, nullptr, made) != 0)
+    return;
+  surface_.reset(made);
+  plotsNeighbour_ = made->PixelType() == ptYUYV || made->PixelType() == ptYVYU;
+  if (height_ >= kHighDefinition)
+    made->SetYCbCrMode(NKPixel::mode709Studio);
+  scale_ = std::max(
+      1, std::min(largestScale(width_, kScreenWidth), largestScale(height_, kScreenHeight)));
+  // What a small frame can't hold is cut off at the right and at the top.
+  left_ = std::max(0, centred(width_, kScreenWidth * scale_));
+  columns_ = static_cast<std::size_t>(
+      std::min(CaptionDecoder::kColumns, (width_ - left_) / (kCellWidth * scale_)));
+  top_ = std::min(centred(height_, kScreenHeight * scale_), height_ - kScreenHeight * scale_);
+}
+
+void CaptionScreen::draw(std::span<const vbi_char> cells, char* pixels, bool boxes) {
+  surface_->SetCanvas(pixels, height_, width_, 0);
+  const int lineHeight = kCellHeight * scale_;
+  for (int top = top_; !cells.empty(); cells = cells.subspan(CaptionDecoder::kColumns)) {
+    if (top >= 0 && top <= height_ - lineHeight)
+      drawRow(cells.first(columns_), top, boxes);
+    top += lineHeight;
+  }
+}
+
+void CaptionScreen::drawRow(std::span<const vbi_char> row, int top, bool boxes) {
+  if (boxes)
+    drawBoxes(row, top);
+  int left = left_;
+  for (const vbi_char& cell : row) {
+    if (isShown(cell) && (cell.unicode != ' ' || cell.underline))
+      drawGlyph(cell, left, top);
+    left += kCellWidth * scale_;
+  }
+}
+
+/// Neighbours of one colour have one box.
+void CaptionScreen::drawBoxes(std::span<const vbi_char> row, int top) {
+  for (std::size_t first = 0, end = 0; first < row.size(); first = std::max(end, first + 1)) {
+    end = first;
+    while (end < row.size() && hasBox(row[end]) && row[end].background == row[first].background)
+      ++end;
+    if (end == first)
+      continue;
+    setColour(row[first].background);
+    for (int y = top; y < top + kCellHeight * scale_; ++y)
+      drawRun(leftOf(first), leftOf(end) - 1, y);
+  }
+}
+
+int CaptionScreen::leftOf(std::size_t column) const {
+  return left_ + static_cast<int>(column) * kCellWidth * scale_;
+}
+
+void CaptionScreen::drawGlyph(const vbi_char& cell, int left, int top) {
+  setColour(cell.foreground);
+  for (int line = 0; line < kCellHeight; ++line)
+    drawBits(dotsOf(cell, line), left, top + line * scale_);
+}
+
+/// Eight dots side by side, drawn as runs of those that are set.
+void CaptionScreen::drawBits(unsigned bits, int left, int top) {
+  for (int first = 0; first < kCellWidth; ++first) {
+    int end = first;
+    while (end < kCellWidth && (bits & (0x80U >> end)) != 0)
+      ++end;
+    if (end == first)
+      continue;
+    for (int y = top; y < top + scale_; ++y)
+      drawRun(left + first * scale_, left + end * scale_ - 1, y);
+    first = end;
+  }
+}
+
+/// The pixels from `first` to `last` of a row. Where the layout plots the luma of a pixel's
+/// neighbour, halves of pairs at the ends are plotted by their neighbours.
+void CaptionScreen::drawRun(int first, int last, int y) {
+  if (plotsNeighbour_ && first % 2 == 1)
+    surface_->Point(first++ - 1, y, true);
+  if (plotsNeighbour_ && last % 2 == 0)
+    surface_->Point(last-- + 1, y, true);
+  if (first <= last)
+    surface_->Line(first, y, last, y);
+}
+
+/// The decoder's colours: a bit each for red, green and blue.
+void CaptionScreen::setColour(unsigned colour) {
+  surface_->SetColorRGBA(colour & 1, colour >> 1 & 1, colour >> 2 & 1, 1.0, true);
+}
+
+}  // namespace nkdraw

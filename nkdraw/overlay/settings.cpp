@@ -1,0 +1,260 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The overlay's settings in the configuration store and in INI files.
+#include "access.h"
+
+#include <nkdraw/platform/config.h>
+
+#include <strings.h>
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace {
+
+constexpr const char* kRoot = "HZW\\Advanced\\Overlay";
+constexpr char kSection[] = "[nkoverlay]";
+constexpr std::size_t kLine = 260;
+
+/// The number of a text as atoi has it, in 32 bits.
+std::uint32_t numberOf(const char* text) {
+  return static_cast<std::uint32_t>(std::strtol(text, nullptr, 10));
+}
+
+using Key = std::array<char, 32>;
+
+Key slotKey(const char* format, int slot) {
+  Key key{};
+  std::snprintf(key.data(), key.size(), "%s%d", format, slot);
+  return key;
+}
+
+/// What follows the '=' of a line, as far as blanks go: these are looked for from the '=' itself,
+/// so that it is always part of it; that is meant. Null without one.
+const char* valueOf(const char* line) {
+  const char* value = std::strchr(line, '=');
+  while (value != nullptr && *value == ' ')
+    ++value;
+  return value;
+}
+
+}  // namespace
+
+void CNkOverlay::Access::setText(CNkOverlay& overlay, int slot, const char* text,
+                                 std::size_t length) {
+  auto* const owned = new (std::nothrow) char[std::max(length + 2, kStoredText)]();
+  if (owned != nullptr)
+    std::memcpy(owned, text, length);
+  overlay.CustomText[slot] = owned;
+}
+
+struct CNkOverlay::Settings {
+  /// One of these is loaded and never saved; that is meant.
+  struct Number {
+    const char* key;
+    Access::Field field;
+    bool saved;
+  };
+  // The watermark's path follows its opacity, and is saved and never loaded; that is meant.
+  static constexpr Number kNumbersBeforePath[] = {
+      {"Enabled", &CNkOverlay::Enabled, true},
+      {"FillBackground", &CNkOverlay::FillBackground, true},
+      {"AudioEnable", &CNkOverlay::AudioEnable, true},
+      {"AudioX", &CNkOverlay::AudioX, true},
+      {"AudioY", &CNkOverlay::AudioY, true},
+      {"AudioChannels", &CNkOverlay::AudioChannels, true},
+      {"VChipEnable", &CNkOverlay::VChipEnable, true},
+      {"CaptionsEnable", &CNkOverlay::CaptionsEnable, true},
+      {"CaptionSource", &CNkOverlay::CaptionSource, true},
+      {"TimeCodeLTCEnable", &CNkOverlay::TimeCodeLTCEnable, true},
+      {"TimeCodeLUBEnable", &CNkOverlay::TimeCodeLUBEnable, true},
+      {"TimeCodeVITCEnable", &CNkOverlay::TimeCodeVITCEnable, true},
+      {"TimeCodeVUBEnable", &CNkOverlay::TimeCodeVUBEnable, true},
+      {"TimeCodeVsyncEnable", &CNkOverlay::TimeCodeVsyncEnable, false},
+      {"TimeCodeLTCFrameEnable", &CNkOverlay::TimeCodeLTCFrameEnable, true},
+      {"TimeCodeVITCFrameEnable", &CNkOverlay::TimeCodeVITCFrameEnable, true},
+      {"TimeCodeX", &CNkOverlay::TimeCodeX, true},
+      {"TimeCodeY", &CNkOverlay::TimeCodeY, true},
+      {"TimeCodeSize", &CNkOverlay::TimeCodeSize, true},
+      {"WatermarkEnable", &CNkOverlay::WatermarkEnable, true},
+      {"WatermarkX", &CNkOverlay::WatermarkX, true},
+      {"WatermarkY", &CNkOverlay::WatermarkY, true},
+      {"WatermarkOpacity", &CNkOverlay::WatermarkOpacity, true},
+  };
+  static constexpr Number kNumbersBehindPath[] = {
+      {"SourceFormatEnable", &CNkOverlay::SourceFormatEnable, true},
+      {"SourceFormatX", &CNkOverlay::SourceFormatX, true},
+      {"SourceFormatY", &CNkOverlay::SourceFormatY, true},
+  };
+
+  CNkOverlay& overlay;
+
+  template <class Visit>
+  static void forNumbers(Visit visit) {
+    for (const Number& number : kNumbersBeforePath)
+      visit(number);
+    for (const Number& number : kNumbersBehindPath)
+      visit(number);
+  }
+
+  void save(const Number& number) const {
+    if (number.saved)
+      overlay.SaveSetting(number.key, number.field.get(overlay));
+  }
+  void saveSlot(int slot) const {
+    const auto saveNumber = [&](const char* key, std::uint32_t value) {
+      overlay.SaveSetting(slotKey(key, slot).data(), value);
+    };
+    saveNumber("CustomTextEnabled", overlay.CustomTextEnabled[slot]);
+    saveNumber("CustomTextX", static_cast<std::uint32_t>(overlay.CustomTextX[slot]));
+    saveNumber("CustomTextY", static_cast<std::uint32_t>(overlay.CustomTextY[slot]));
+    const char* const text = overlay.CustomText[slot];
+    overlay.SaveSetting(slotKey("CustomText", slot).data(), text);
+  }
+
+  void load(const Number& number) const {
+    std::uint32_t value = number.field.get(overlay);
+    overlay.LoadSetting(number.key, value);
+    number.field.set(overlay, value);
+  }
+  void loadSlot(int slot) const {
+    const auto loadNumber = [&](const char* key, auto& field) {
+      auto value = static_cast<std::uint32_t>(field);
+      overlay.LoadSetting(slotKey(key, slot).data(), value);
+      field = static_cast<std::remove_reference_t<decltype(field)>>(value);
+    };
+    loadNumber("CustomTextEnabled", overlay.CustomTextEnabled[slot]);
+    loadNumber("CustomTextX", overlay.CustomTextX[slot]);
+    loadNumber("CustomTextY", overlay.CustomTextY[slot]);
+    char* const text = overlay.CustomText[slot];
+    overlay.LoadSetting(slotKey("CustomText", slot).data(), text);
+  }
+
+  /// Every key that the line has anywhere in it is taken from the line.
+  void takeLine(const char* line) const {
+    const char* const value = valueOf(line);
+    if (value == nullptr)
+      return;
+    const auto names = [line](const char* key) { return std::strstr(line, key) != nullptr; };
+    forNumbers([&](const Number& number) {
+      if (names(number.key))
+        number.field.set(overlay, numberOf(value));
+    });
+    for (int slot = 0; slot < kCustomTexts; ++slot) {
+      if (names(slotKey("CustomTextEnabled", slot).data()))
+        overlay.CustomTextEnabled[slot] = numberOf(value);
+      if (names(slotKey("CustomTextX", slot).data()))
+        overlay.CustomTextX[slot] = static_cast<std::int32_t>(numberOf(value));
+      if (names(slotKey("CustomTextY", slot).data()))
+        overlay.CustomTextY[slot] = static_cast<std::int32_t>(numberOf(value));
+      if (names(slotKey("CustomText", slot).data()))
+        Access::setText(overlay, slot, value, std::strlen(value));
+    }
+  }
+
+  /// The end is seen only behind the last line, which is therefore taken twice if it is whole; that
+  /// is meant.
+  void takeLines(std::FILE* file) const {
+    std::array<char, kLine> line{};
+    bool inSection = false;
+    while (std::feof(file) == 0 && std::ferror(file) == 0) {
+      const bool read = std::fgets(line.data(), static_cast<int>(line.size()), file) != nullptr;
+      static_cast<void>(read);  // without a line the last one stays
+      if (inSection)
+        takeLine(line.data());
+      else
+        inSection = strncasecmp(line.data(), kSection, std::strlen(kSection)) == 0;
+    }
+  }
+};
+
+std::uint32_t CNkOverlay::SaveSetting(const char* key, std::uint32_t value) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%d", static_cast<std::int32_t>(value));
+  return SaveSetting(key, text);
+}
+
+std::uint32_t CNkOverlay::SaveSetting(const char* key, const char* value) {
+  char text[Access::kStoredText + 1] = {};
+  std::uint32_t length = Access::kStoredText;
+  if (iniPath != nullptr) {
+    if (iniFile != nullptr)
+      std::fprintf(iniFile, "%s = %s\n", key, value == nullptr ? "" : value);
+    return 0;
+  }
+  if (value != nullptr)
+    std::memcpy(text, value, strnlen(value, Access::kStoredText));
+  nkCFGValueString(kDefaultStore, kRoot, key, text, &length, kConfigWrite);
+  return 0;
+}
+
+std::uint32_t CNkOverlay::LoadSetting(const char* key, std::uint32_t& value) {
+  char text[Access::kStoredText] = {};
+  const std::uint32_t result = LoadSetting(key, text);
+  value = numberOf(text);
+  return result;
+}
+
+std::uint32_t CNkOverlay::LoadSetting(const char* key, char* value) {
+  std::uint32_t length = Access::kStoredText;
+  nkCFGValueString(kDefaultStore, kRoot, key, value, &length, kConfigRead);
+  return 0;
+}
+
+std::uint32_t CNkOverlay::SaveConfig() {
+  iniPath = nullptr;
+  const Settings settings{*this};
+  for (const Settings::Number& number : Settings::kNumbersBeforePath)
+    settings.save(number);
+  SaveSetting("Watermark", watermarkPath);
+  for (const Settings::Number& number : Settings::kNumbersBehindPath)
+    settings.save(number);
+  for (int slot = 0; slot < kCustomTexts; ++slot)
+    settings.saveSlot(slot);
+  if (iniPath == nullptr)
+    nkCFGSave(kDefaultStore, 0, 0);
+  return 0;
+}
+
+std::uint32_t CNkOverlay::LoadConfig() {
+  iniPath = nullptr;
+  if (!nkCFGKeyExists(kDefaultStore, kRoot))
+    SaveConfig();
+  const Settings settings{*this};
+  Settings::forNumbers([&](const Settings::Number& number) { settings.load(number); });
+  for (int slot = 0; slot < kCustomTexts; ++slot)
+    settings.loadSlot(slot);
+  return 0;
+}
+
+/// SaveConfig ends the writing of the file as it begins, so that the section's line stays alone;
+/// that is meant.
+std::uint32_t CNkOverlay::SaveConfigINI(const char* path) {
+  iniPath = path;
+  iniFile = std::fopen(path, "w");
+  if (iniFile != nullptr)
+    std::fprintf(iniFile, "%s\n", kSection);
+  SaveConfig();
+  iniPath = nullptr;
+  if (iniFile != nullptr)
+    std::fclose(iniFile);
+  iniFile = nullptr;
+  return 0;
+}
+
+std::uint32_t CNkOverlay::LoadConfigINI(const char* path) {
+  iniPath = path;
+  iniFile = std::fopen(path, "r");
+  for (auto& text : CustomText)
+    text = nullptr;
+  if (iniFile != nullptr) {
+    Settings{*this}.takeLines(iniFile);
+    std::fclose(iniFile);
+  }
+  iniPath = nullptr;
+  iniFile = nullptr;
+  return 0;
+}

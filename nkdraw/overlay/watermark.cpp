@@ -1,0 +1,293 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The watermark: read and converted once, blended into every frame.
+#include <nkdraw/overlay/overlay.h>
+
+#include <nkdraw/draw/draw.h>
+#include <nkdraw/platform/frame_memory.h>
+#include <nkdraw/platform/log.h>
+#include <nkdraw/platform/media_reader.h>
+#include <nkdraw/platform/memory.h>
+#include <nkdraw/platform/module.h>
+#include <nkdraw/surface/factory.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+
+namespace {
+
+// The layouts that a watermark is converted for, by the frames' code.
+constexpr std::uint32_t kRgb32 = 0;
+constexpr std::uint32_t kYCbCr8 = 0x32767579;   // "yuv2"
+constexpr std::uint32_t kYCbCr10 = 0x76323130;  // "012v"
+
+// A pixel or pair is left alone up to this alpha; the layouts differ, and that is meant.
+constexpr std::uint32_t kInvisibleRgb = 16, kInvisible8 = 8, kInvisible10 = 10;
+
+/// A pair of pixels: Y, Cb, Y, Cr, alpha.
+constexpr std::size_t kGroup = 5;
+
+// --- reading ---------------------------------------------------------------------------------
+
+/// The reader's module, for as long as a picture is read.
+class Reader {
+ public:
+  Reader() : module_(nkOSLoadLibrary(kMediaReader, 2)) {
+    find(open, "ciOpen");
+    find(info, "ciGetFileInfo");
+    find(read, "ciReadFrameUnc");
+    find(close, "ciClose");
+  }
+  [[nodiscard]] bool complete() const {
+    return open != nullptr && info != nullptr && read != nullptr && close != nullptr;
+  }
+  void unload() const { nkOSFreeLibrary(module_); }
+
+  ciOpenRoutine open = nullptr;
+  ciGetFileInfoRoutine info = nullptr;
+  ciReadFrameUncRoutine read = nullptr;
+  ciCloseRoutine close = nullptr;
+
+ private:
+  template <class Routine>
+  void find(Routine& routine, const char* name) const {
+    routine = reinterpret_cast<Routine>(nkOSGetProcAddress(module_, name));
+  }
+  nkHandle module_;
+};
+
+nkHandle openPicture(const Reader& reader, const char* path) {
+  constexpr std::uint32_t kRead = 0x80000000, kShareReading = 1, kOpenExisting = 3;
+  constexpr std::uint32_t kAttributes = 0x20000;
+  return reader.complete()
+             ? reader.open(path, kRead, kShareReading, 0, kOpenExisting, 0, kAttributes)
+             : nullptr;
+}
+
+/// The decoded frame.
+class Picture {
+ public:
+  Picture(const Reader& reader, nkHandle file) {
+    const std::uint32_t bytes = reader.read(&file, 0, 1, 1, 1, nullptr, 0, 0);
+    if (QFrameMem(kFrameAllocate, bytes, kFrameFlags, &frame_) != 0)
+      frame_ = nullptr;
+    if (frame_ == nullptr)
+      return;
+    nkOSZeroMemory(frame_->frameBuffer, bytes);  // what the reader leaves out is not seen
+    reader.read(&file, 0, 1, 1, 1, frame_, 0, 0);
+    size_ = bytes;
+  }
+  Picture(const Picture&) = delete;
+  Picture& operator=(const Picture&) = delete;
+  ~Picture() {
+    if (frame_ != nullptr)
+      QFrameMem(kFrameFree, 0, 0, &frame_);
+  }
+  /// Whether there is a picture of this size in it.
+  [[nodiscard]] bool holds(std::int64_t width, std::int64_t height) const {
+    return frame_ != nullptr && width > 0 && height > 0 && width * height <= size_ / 4;
+  }
+  [[nodiscard]] char* pixels() const { return frame_->frameBuffer; }
+
+ private:
+  QFRAME* frame_ = nullptr;
+  std::uint32_t size_ = 0;
+};
+
+// --- conversion ------------------------------------------------------------------------------
+
+/// Room for `each` of every pixel, which is more than some conversions fill; null when there is
+/// none.
+template <class Sample>
+Sample* roomFor(std::uint64_t pixels, std::size_t each) {
+  const std::uint64_t bytes = pixels * each * sizeof(Sample);
+  return bytes > std::numeric_limits<std::uint32_t>::max()
+             ? nullptr
+             : static_cast<Sample*>(NKAlloc(static_cast<std::uint32_t>(bytes)));
+}
+
+/// The pair is read from its even pixel alone.
+void convertTo8(NKDraw& picture, int width, int height, std::uint8_t* group) {
+  for (int y = 0; y < height; ++y) {
+    for (int i = 0; i < width / 2; ++i, group += kGroup) {
+      picture.GetPixelYCbCr8(2 * i, y, group[0], group[1], group[3], group[4]);
+      group[2] = group[0];
+    }
+  }
+}
+
+/// Chroma and alpha of a pair are those of its odd pixel. That of a last, single pixel is the first
+/// of the next row; below the last row there is none, and the pixel stands for itself.
+void convertTo10(NKDraw& picture, int width, int height, std::uint32_t* group) {
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; x += 2, group += kGroup) {
+      const bool single = x + 1 == width, last = y + 1 == height;
+      picture.GetPixelYCbCr10(x, y, group[0], group[1], group[3], group[4]);
+      const int oddX = !single ? x + 1 : last ? x : 0;
+      picture.GetPixelYCbCr10(oddX, single && !last ? y + 1 : y, group[2], group[1], group[3],
+                              group[4]);
+    }
+  }
+}
+
+// --- blending --------------------------------------------------------------------------------
+
+std::uint8_t blend(std::uint32_t source, std::uint32_t under, std::uint32_t alpha) {
+  return static_cast<std::uint8_t>((source * alpha + under * (255 - alpha)) / 255);
+}
+
+/// Where the picture lies in the frame. Frames have packed rows.
+struct Placement {
+  std::int64_t x, y;
+  std::int64_t frameWidth, frameHeight;
+  std::int64_t width, height;  ///< of the picture
+
+  /// Calls `row(picture row, frame row)` for the rows inside the frame.
+  template <class Row>
+  void forRows(Row row) const {
+    for (std::int64_t line = std::max<std::int64_t>(0, -y); line < height && y + line < frameHeight;
+         ++line)
+      row(line, y + line);
+  }
+  /// The first of the picture's columns inside the frame.
+  [[nodiscard]] std::int64_t firstColumn() const { return std::max<std::int64_t>(0, -x); }
+};
+
+void blendRgb32(const Placement& place, const std::uint8_t* picture, std::uint8_t* frame) {
+  place.forRows([&](std::int64_t row, std::int64_t frameRow) {
+    const std::int64_t end = std::min(place.width, place.frameWidth - place.x);
+    for (std::int64_t x = place.firstColumn(); x < end; ++x) {
+      const std::uint8_t* const source = picture + (row * place.width + x) * 4;
+      std::uint8_t* const target = frame + (frameRow * place.frameWidth + place.x + x) * 4;
+      const std::uint32_t alpha = source[3];
+      if (alpha <= kInvisibleRgb)
+        continue;
+      for (int channel = 0; channel < 3; ++channel)
+        target[channel] = blend(source[channel], target[channel], alpha);
+      target[3] = source[3];
+    }
+  });
+}
+
+/// The right edge is looked for in pairs as though they were pixels, so that a picture which
+/// crosses it goes on in the next line; that is meant. It ends with the frame.
+void blendYCbCr8(const Placement& place, const std::uint8_t* picture, std::uint8_t* frame) {
+  constexpr std::array<std::size_t, 4> kOrder = {1, 0, 3, 2};  // of the group, in the frame
+  const std::int64_t pairs = place.width / 2;
+  const std::int64_t frameBytes = place.frameWidth * place.frameHeight * 2;
+  place.forRows([&](std::int64_t row, std::int64_t frameRow) {
+    const std::int64_t end = std::min(pairs, place.frameWidth - place.x);
+    for (std::int64_t pair = (place.firstColumn() + 1) / 2; pair < end; ++pair) {
+      const std::uint8_t* const group =
+          picture + (row * pairs + pair) * static_cast<std::int64_t>(kGroup);
+      const std::int64_t offset = (frameRow * place.frameWidth + place.x) * 2 + pair * 4;
+      const std::uint32_t alpha = group[4];
+      if (alpha <= kInvisible8 || offset + 4 > frameBytes)
+        continue;
+      for (std::size_t i = 0; i < kOrder.size(); ++i) {
+        std::uint8_t& target = frame[offset + static_cast<std::int64_t>(i)];
+        target = blend(group[kOrder[i]], target, alpha);
+      }
+    }
+  });
+}
+
+/// The pixels that lie outside at the left are none of the surface's.
+void plotYCbCr10(const Placement& place, const std::uint32_t* picture, NKDraw& frame) {
+  const std::int64_t groups = (place.width + 1) / 2;
+  place.forRows([&](std::int64_t row, std::int64_t frameRow) {
+    const std::int64_t end = std::min(place.width, place.frameWidth - place.x);
+    for (std::int64_t x = place.firstColumn(); x < end; ++x) {
+      const std::uint32_t* const group =
+          picture + (row * groups + x / 2) * static_cast<std::int64_t>(kGroup);
+      frame.SetColorYCbCr10(group[x % 2 == 0 ? 0 : 2], group[1], group[3], group[4], true);
+      if (group[4] > kInvisible10)
+        frame.PutPixel(static_cast<int>(place.x + x), static_cast<int>(frameRow), true);
+    }
+  });
+}
+
+}  // namespace
+
+std::uint32_t CNkOverlay::LoadWatermark() {
+  if (watermarkPath == nullptr || *watermarkPath == '\0')
+    return 0;
+  const Reader reader;
+  nkHandle file = openPicture(reader, watermarkPath);
+  if (file == nullptr) {  // the module stays loaded
+    const auto path = static_cast<int>(reinterpret_cast<std::intptr_t>(watermarkPath));
+    ErrOut("Error: Unable to load watermark file <%d> ", path);
+    return 0;
+  }
+  HZWVIDEO info{};
+  info.biSize = sizeof info;
+  reader.info(&file, 1, 0, &info, 0, 0);
+  watermarkWidth = static_cast<std::uint32_t>(info.biWidth);
+  watermarkHeight = static_cast<std::uint32_t>(info.biHeight);
+  watermarkLayout = frameLayout;
+  // An earlier picture would not fit the new size.
+  watermarkRGBA = nullptr;
+  watermark8 = nullptr;
+  watermark10 = nullptr;
+  {
+    const Picture picture(reader, file);
+    if (picture.holds(info.biWidth, info.biHeight))
+      convertWatermark(picture.pixels());
+  }
+  reader.close(&file);
+  reader.unload();
+  return 0;
+}
+
+void CNkOverlay::convertWatermark(char* pixels) {
+  const auto width = static_cast<int>(watermarkWidth), height = static_cast<int>(watermarkHeight);
+  const std::uint64_t count = std::uint64_t{watermarkWidth} * watermarkHeight;
+  NKDraw* picture = nullptr;
+  GetDraw(ptBGRA32, width, height, static_cast<int>(watermarkWidth * 4), pixels, picture);
+  if (watermarkLayout == kRgb32) {
+    watermarkRGBA = roomFor<std::uint8_t>(count, 4);
+    if (watermarkRGBA != nullptr)
+      CopyMemoryFast(watermarkRGBA, pixels, static_cast<std::uint32_t>(count * 4));
+  } else if (watermarkLayout == kYCbCr8 && picture != nullptr) {
+    watermark8 = roomFor<std::uint8_t>(count, kGroup);
+    if (watermark8 != nullptr)
+      convertTo8(*picture, width, height, watermark8);
+    WatermarkX &= ~1;
+  } else if (watermarkLayout == kYCbCr10 && picture != nullptr) {
+    watermark10 = roomFor<std::uint32_t>(count, kGroup);
+    if (watermark10 != nullptr)
+      convertTo10(*picture, width, height, watermark10);
+    WatermarkX &= ~1;
+  }
+  if (picture != nullptr)
+    ReleaseDraw(picture);
+}
+
+std::uint32_t CNkOverlay::ApplyWatermark(QFRAME* frame) {
+  const Placement place{WatermarkX,     WatermarkY,     video.biWidth,
+                        video.biHeight, watermarkWidth, watermarkHeight};
+  auto* const bytes = reinterpret_cast<std::uint8_t*>(frame->frameBuffer);
+  if (watermarkLayout == kRgb32) {
+    if (watermarkRGBA != nullptr)
+      blendRgb32(place, watermarkRGBA, bytes);
+  } else if (watermarkLayout == kYCbCr8) {
+    if (watermark8 != nullptr)
+      blendYCbCr8(place, watermark8, bytes);
+  } else if (watermarkLayout == kYCbCr10) {
+    if (watermark10 == nullptr)
+      return 0;
+    const int pitch = (video.biWidth + 47) / 48 * 48 * 8 / 3;
+    NKDraw* target = nullptr;
+    GetDraw(ptV210, video.biWidth, video.biHeight, pitch, frame->frameBuffer, target);
+    if (target == nullptr)
+      return 0;
+    plotYCbCr10(place, watermark10, *target);
+    ReleaseDraw(target);
+  } else {
+    ErrOut("Error: No colourspace for watermark ");
+  }
+  return 0;
+}

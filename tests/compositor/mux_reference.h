@@ -3,6 +3,7 @@
 // The multiplexed display pixel by pixel, to compare with.
 #pragma once
 
+#include <nkdraw/compositor/wipe_bands.h>
 #include <nkdraw/nkdraw_c.h>
 
 #include <algorithm>
@@ -25,6 +26,7 @@ struct MuxCall {
 
 inline std::uint32_t display(const MuxCall& call, std::uint8_t* a, std::uint8_t* b,
                              std::uint8_t* dst) {
+  const PatientWipes wait;  // a busy machine may keep workers longer than the usual wait
   return NKDraw_DisplayMuxRGBA(a, call.sizeA, b, call.sizeB, dst, 0xDEADBEEF, call.mode, call.wipe,
                                call.amount, call.threshold, call.splitX, call.splitY, call.gridType,
                                call.gridX, call.gridY, call.width, call.height, call.pitch);
@@ -196,10 +198,12 @@ class Mux {
             [this](uint32_t f, uint32_t s) { return compare(f, s, c.threshold, c.bit(31)); });
       case 32768:
         return eachPixel([this](uint32_t f, uint32_t s) { return fade(f, s, c.amount); });
-      case 65536:
+      case 65536: {
+        const PatientWipes wait;
         NKDraw_DisplayWipe(first, c.pitch, second, c.pitch, dst, c.pitch, c.wipe, 1, c.width,
                            c.height, 1, 1, 0, 0, 0, 0, 65536, c.amount);
         return;
+      }
       case 262144:
         return checker();
       case 524288:

@@ -9,7 +9,8 @@ set(nkdraw_compile_options
     -ffp-contract=off
     -Wall -Wextra -Wpedantic -Wshadow=local -Wconversion -Wsign-conversion
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast -Wuseless-cast>)
-if(NKDRAW_WARNINGS_AS_ERRORS)
+# The sanitizers' own code draws false warnings from the compiler.
+if(NKDRAW_WARNINGS_AS_ERRORS AND NOT NKDRAW_SANITIZE)
   list(APPEND nkdraw_compile_options -Werror)
 endif()
 

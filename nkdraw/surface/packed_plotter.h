@@ -4,6 +4,7 @@
 #pragma once
 
 #include <nkdraw/surface/address.h>
+#include <nkdraw/surface/run_kernels.h>
 
 #include <array>
 #include <cstddef>
@@ -29,10 +30,9 @@ class PackedPlotter {
   }
 
   void row(int x, int y, int count) const {
-    if (canvas_ == nullptr)
-      return;
-    for (char* at = address(x, y); count > 0; --count, at += kBytes)
-      write(at);
+    if (canvas_ != nullptr && count > 0)
+      storeRun(reinterpret_cast<std::uint8_t*>(address(x, y)), colour_,
+               static_cast<std::size_t>(count));
   }
 
   /// Stores the colour at an address that a surface gives.

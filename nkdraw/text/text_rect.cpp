@@ -64,7 +64,8 @@ class GlyphStamp {
     const std::uint32_t top = nkdraw::kGlyphHeight * magnification_;
     std::uint32_t untilNext = 1;
     for (std::uint32_t line = 0; line <= top; ++line) {
-      plotLine(line == top ? 0 : *row, left, wrappingSubtract(bottom, line));
+      plotter_.bits(line == top ? 0U : *row, left, wrappingSubtract(bottom, line), magnification_,
+                    transparent_);
       if (--untilNext == 0) {
         ++row;
         untilNext = magnification_;
@@ -73,21 +74,6 @@ class GlyphStamp {
   }
 
  private:
-  /// One line of a cell as runs of equal bits, from left to right.
-  void plotLine(unsigned cellRow, std::int32_t x, std::int32_t y) const {
-    for (std::uint32_t bit = 0; bit < nkdraw::kGlyphWidth;) {
-      const bool ink = isSet(cellRow, bit);
-      std::uint32_t end = bit + 1;
-      while (end < nkdraw::kGlyphWidth && isSet(cellRow, end) == ink)
-        ++end;
-      if (ink || !transparent_)
-        plotter_.row(wrappingAdd(x, bit * magnification_), y, (end - bit) * magnification_, 1, ink);
-      bit = end;
-    }
-  }
-
-  static bool isSet(unsigned cellRow, std::uint32_t bit) { return (cellRow & (0x80U >> bit)) != 0; }
-
   nkdraw::RunPlotter plotter_;
   std::uint32_t magnification_;
   bool transparent_;

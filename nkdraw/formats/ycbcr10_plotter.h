@@ -131,6 +131,15 @@ class Plotter<CDrawYCbCr10> {
     return 0;
   }
 
+  static constexpr int kGroupPixels = v210::kGroupPixels;
+  static constexpr std::size_t kGroupBytes = v210::kGroupBytes;
+  [[nodiscard]] char* rowAt(int y) const { return group(0, y); }
+  [[nodiscard]] Plotter onCanvas(char* canvas) const {
+    Plotter same = *this;
+    same.canvas_ = canvas;
+    return same;
+  }
+
   /// For a pixel that is put soon.
   void prefetch(int x, int y) const { __builtin_prefetch(group(x, y), 1); }
 

@@ -63,6 +63,15 @@ class Plotter<CDrawYCbCrYUYV> {
     return 0;
   }
 
+  static constexpr int kGroupPixels = 2;
+  static constexpr std::size_t kGroupBytes = 4;
+  [[nodiscard]] char* rowAt(int y) const { return rowStart(y); }
+  [[nodiscard]] Plotter onCanvas(char* canvas) const {
+    Plotter same = *this;
+    same.canvas_ = canvas;
+    return same;
+  }
+
   /// For a pixel that is put soon.
   void prefetch(int x, int y) const {
     if (drawable())

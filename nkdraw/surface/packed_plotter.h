@@ -35,6 +35,11 @@ class PackedPlotter {
                static_cast<std::size_t>(count));
   }
 
+  static constexpr int kGroupPixels = 1;
+  static constexpr std::size_t kGroupBytes = kBytes;
+  [[nodiscard]] char* rowAt(int y) const { return address(0, y); }
+  [[nodiscard]] PackedPlotter onCanvas(char* canvas) const { return {canvas, 0, colour_}; }
+
   /// Stores the colour at an address that a surface gives.
   void write(void* at) const { std::memcpy(at, colour_.data(), kBytes); }
 

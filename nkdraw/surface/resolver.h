@@ -8,6 +8,8 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <span>
 
 namespace nkdraw {
 
@@ -27,6 +29,25 @@ struct Slope {
     major = wrappingAdd(major, std::int64_t{direction} * positions);
     minor += step * positions;
   }
+};
+
+/// The bits of up to kMostBytes bytes side by side, the highest first, on so many lines.
+struct BitLines {
+  static constexpr std::size_t kMostBytes = 48;
+  std::array<std::uint8_t, kMostBytes> bits;
+  std::uint32_t lines;
+};
+
+/// Lines of bits from (x, bottom) to the right and upward, each bit `scale` pixels wide. No more
+/// than kMostPixels wide.
+struct BitBox {
+  static constexpr std::uint32_t kMostPixels = 384;
+  std::span<const BitLines> rows;
+  std::uint32_t bytes;  ///< in each row
+  int x, bottom;
+  std::uint32_t scale;
+
+  [[nodiscard]] std::uint32_t pixels() const { return bytes * 8 * scale; }
 };
 
 /// Plots runs of pixels on one surface, whose class it finds out once. The result is that of the
@@ -64,18 +85,27 @@ class RunPlotter {
                 scale);
   }
 
+  /// Plots a box of bits in both colours, if the layout has a short way to do so; false when it is
+  /// left to the caller.
+  [[nodiscard]] bool box(const BitBox& box) const {
+    return runs_->box(plotters_[0].data(), plotters_[1].data(), surface_, box);
+  }
+
   /// How a kind of plotter, given by its address, plots.
   struct Runs {
     void (*row)(const void* plotter, int x, int y, std::uint32_t count, int step);
     void (*slope)(const void* plotter, const Slope& positions);
     void (*bits)(const void* background, const void* foreground, unsigned bits, int x, int y,
                  std::uint32_t scale);
+    bool (*box)(const void* background, const void* foreground, const NKPixel& surface,
+                const BitBox& box);
   };
   /// Room for a plotter of any kind.
   using Storage = std::array<std::byte, 64>;
 
  private:
   alignas(std::max_align_t) std::array<Storage, 2> plotters_;  // background, foreground
+  const NKPixel& surface_;
   const Runs* runs_;
   bool ownClass_;
 };

@@ -14,6 +14,7 @@
 #include <bit>
 #include <cstddef>
 #include <optional>
+#include <type_traits>
 
 namespace nkdraw {
 
@@ -26,11 +27,21 @@ struct Canvas {
   std::uint32_t pitch;
 };
 
+struct StoreWords;
+
 /// Plots `Write`'s way at the word address.
 template <class Write>
 struct Words {
   Canvas canvas;
   Write write;
+
+  static constexpr int kGroupPixels = 1;
+  static constexpr std::size_t kGroupBytes = 4;
+  [[nodiscard]] char* rowAt(int y) const { return wordAddress(canvas.first, canvas.pitch, 0, y); }
+  /// Only for words that are stored.
+  [[nodiscard]] Words onCanvas(char* first) const requires std::is_same_v<Write, StoreWords> {
+    return {{first, 0}, write};
+  }
 
   std::uint32_t put(int x, int y) const {
     if (y < 0)
@@ -154,6 +165,14 @@ class Plotter<NKPixel> {
       case Way::kAdd:
         return visitor(rgb::Words<rgb::AddBytes>{canvas_, {bytes}});
     }
+  }
+
+  /// The same for two plotters that both store words; false for all others.
+  template <class Visitor>
+  static bool unfoldBoth(const Plotter& first, const Plotter& second, Visitor visitor) {
+    return first.way_ == Way::kStore && second.way_ == Way::kStore &&
+           visitor(rgb::Words<rgb::StoreWords>{first.canvas_, {first.colour_}},
+                   rgb::Words<rgb::StoreWords>{second.canvas_, {second.colour_}});
   }
 
  private:

@@ -20,6 +20,11 @@ void setBits(std::uint8_t* at, const MaskedGroup& group, std::size_t groups) {
   }
 }
 
+void merge(std::uint8_t* at, const std::uint8_t* kept, const std::uint8_t* row, std::size_t bytes) {
+  for (std::size_t i = 0; i < bytes; ++i)
+    at[i] = static_cast<std::uint8_t>((at[i] & kept[i]) | row[i]);
+}
+
 void blendWords(std::uint8_t* at, std::uint32_t colour, double alpha, std::size_t words) {
   for (; words > 0; --words, at += 4)
     store32(at, blendedWord(load32(at), colour, alpha));
@@ -35,6 +40,6 @@ void addBytes(std::uint8_t* at, std::uint32_t addends, std::size_t words) {
 
 }  // namespace
 
-constexpr RunKernels kPlainRuns = {repeat, setBits, blendWords, addBytes};
+constexpr RunKernels kPlainRuns = {repeat, setBits, merge, blendWords, addBytes};
 
 }  // namespace nkdraw

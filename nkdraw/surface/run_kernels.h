@@ -77,6 +77,9 @@ struct RunKernels {
   void (*repeat)(std::uint8_t* at, const Block& block, std::size_t bytes);
   /// Sets the bits that are not kept in groups of sixteen bytes.
   void (*setBits)(std::uint8_t* at, const MaskedGroup& group, std::size_t groups);
+  /// Sets the bits of `row` that are not kept; its kept ones are 0.
+  void (*merge)(std::uint8_t* at, const std::uint8_t* kept, const std::uint8_t* row,
+                std::size_t bytes);
   /// blendedWord of each word, for an alpha above 0.0 and up to 1.0.
   void (*blendWords)(std::uint8_t* at, std::uint32_t colour, double alpha, std::size_t words);
   /// Adds bytes to those of each word, wrapping, and sets the last one to 255.

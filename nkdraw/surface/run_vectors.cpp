@@ -79,6 +79,15 @@ void setBits(std::uint8_t* at, const MaskedGroup& group, std::size_t groups) {
   kPlainRuns.setBits(at, group, groups);
 }
 
+void merge(std::uint8_t* at, const std::uint8_t* kept, const std::uint8_t* row, std::size_t bytes) {
+  std::size_t i = 0;
+  for (; i + kSize <= bytes; i += kSize) {
+    const auto old = hn::And(hn::LoadU(kBytes, at + i), hn::LoadU(kBytes, kept + i));
+    hn::StoreU(hn::Or(old, hn::LoadU(kBytes, row + i)), kBytes, at + i);
+  }
+  kPlainRuns.merge(at + i, kept + i, row + i, bytes - i);
+}
+
 using Doubles = hn::CappedTag<double, 4>;
 constexpr Doubles kDoubles;
 constexpr hn::RebindToUnsigned<Doubles> kWide;
@@ -117,7 +126,7 @@ void addBytes(std::uint8_t* at, std::uint32_t addends, std::size_t words) {
   kPlainRuns.addBytes(at, addends, words);
 }
 
-constexpr RunKernels kKernels = {repeat, setBits, blendWords, addBytes};
+constexpr RunKernels kKernels = {repeat, setBits, merge, blendWords, addBytes};
 
 #endif
 

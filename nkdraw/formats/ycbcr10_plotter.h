@@ -110,6 +110,35 @@ inline MaskedGroup maskedGroup(const Halves& colour) {
           std::bit_cast<std::array<std::uint8_t, kGroupBytes>>(samples)};
 }
 
+/// Some pixels of a group, each in a colour of its own.
+class GroupEditor {
+ public:
+  explicit GroupEditor(char* group) : group_(group) {
+    std::memcpy(&bits_.low, group_, sizeof bits_.low);
+    std::memcpy(&bits_.high, group_ + 8, sizeof bits_.high);
+  }
+
+  /// The pixel with number `m` in the colour `code`, as filledGroup takes it.
+  void put(std::size_t m, std::uint64_t code) {
+    Halves colour;
+    colour.put(kLuma[m], code & kSampleMask);
+    colour.put(kCb[m / 2], (code >> 10) & kSampleMask);
+    colour.put(kCr[m / 2], (code >> 20) & kSampleMask);
+    const Halves& owned = kOwned[m][m + 1];
+    bits_.low = (bits_.low & ~owned.low) | colour.low;
+    bits_.high = (bits_.high & ~owned.high) | colour.high;
+  }
+
+  void store() const {
+    std::memcpy(group_, &bits_.low, sizeof bits_.low);
+    std::memcpy(group_ + 8, &bits_.high, sizeof bits_.high);
+  }
+
+ private:
+  char* group_;
+  Halves bits_;
+};
+
 }  // namespace nkdraw::v210
 
 namespace nkdraw {

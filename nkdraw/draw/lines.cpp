@@ -3,6 +3,7 @@
 // Straight lines: a 16.16 fixed-point stepper along the longer axis, plotted in runs.
 #include <nkdraw/draw/draw.h>
 
+#include <nkdraw/draw/stepper.h>
 #include <nkdraw/platform/memory.h>
 #include <nkdraw/surface/address.h>
 #include <nkdraw/surface/byte_order.h>
@@ -15,62 +16,14 @@ namespace {
 
 constexpr std::uint32_t kRefused = 0xFFFFFFFF;
 
-using nkdraw::magnitude;
-using nkdraw::wrappingAdd;
+using nkdraw::signedMagnitude;
+using nkdraw::Stepper;
 using nkdraw::wrappingSubtract;
 
 /// Pixels from `first` to `last`, which is not less, both included.
 constexpr std::uint32_t span(int first, int last) {
   return static_cast<std::uint32_t>(last) - static_cast<std::uint32_t>(first) + 1;
 }
-
-constexpr int signedMagnitude(int value) {
-  return static_cast<int>(magnitude(value));
-}
-
-/// Walks from (x1, y1) towards (x2, y2) along one axis, one position at a time.
-class Stepper {
- public:
-  Stepper(int x1, int y1, int x2, int y2, bool alongY) : alongY_(alongY) {
-    const int dx = wrappingSubtract(x2, x1), dy = wrappingSubtract(y2, y1);
-    const int majorDelta = alongY_ ? dy : dx, minorDelta = alongY_ ? dx : dy;
-    direction_ = majorDelta > 0 ? 1 : -1;
-    count_ = magnitude(majorDelta) + 1;
-    major_ = alongY_ ? y1 : x1;
-    fixed_ = (static_cast<std::uint32_t>(alongY_ ? x1 : y1) << 16) + kHalf;
-    const std::uint32_t step = majorDelta == 0 ? 0U : slope(minorDelta, majorDelta);
-    step_ = direction_ > 0 ? step : 0U - step;
-  }
-
-  [[nodiscard]] std::uint32_t count() const { return count_; }
-
-  /// Whether all positions lie on one row, or column.
-  [[nodiscard]] bool straight() const { return step_ == 0; }
-
-  void advance() {
-    fixed_ += step_;
-    major_ = wrappingAdd(major_, direction_);
-  }
-
- private:
-  friend class RunGatherer;
-  static constexpr std::uint32_t kHalf = 0x8000;
-
-  /// The shift is a 32-bit one: a minor delta of 32,768 or more overflows.
-  static std::uint32_t slope(int minorDelta, int majorDelta) {
-    const auto shifted = static_cast<int>(static_cast<std::uint32_t>(minorDelta) << 16);
-    return static_cast<std::uint32_t>(std::int64_t{shifted} / majorDelta);
-  }
-
-  [[nodiscard]] int minor() const { return static_cast<int>(fixed_) >> 16; }
-
-  bool alongY_;
-  int direction_;
-  std::uint32_t count_;  // positions, both ends included
-  int major_;
-  std::uint32_t fixed_;  // the other coordinate, 16.16
-  std::uint32_t step_;
-};
 
 /// Gathers neighbouring positions on one row, or column, and plots them as one run.
 class RunGatherer {
@@ -83,7 +36,7 @@ class RunGatherer {
     if (length_ > 0 && minor != minor_)
       flush();
     if (length_ == 0) {
-      first_ = stepper_.major_;
+      first_ = stepper_.major();
       minor_ = minor;
     }
     ++length_;
@@ -99,10 +52,10 @@ class RunGatherer {
   void flush() {
     if (length_ == 0)
       return;
-    if (stepper_.alongY_)
-      plotter_.column(minor_, first_, length_, stepper_.direction_, true);
+    if (stepper_.alongY())
+      plotter_.column(minor_, first_, length_, stepper_.direction(), true);
     else
-      plotter_.row(first_, minor_, length_, stepper_.direction_, true);
+      plotter_.row(first_, minor_, length_, stepper_.direction(), true);
     length_ = 0;
   }
 

@@ -98,16 +98,6 @@ TEST(OperationsToCome, RefuseAndDrawNothing) {
           {"RoundRect", [](NKDraw& d) { return d.RoundRect(1, 1, 9, 9, 2, 2); }},
           {"Pie", [](NKDraw& d) { return d.Pie(0, 0, 9, 9, 1, 1, 2, 2); }},
           {"EraseCanvas", [](NKDraw& d) { return d.EraseCanvas(true); }},
-          {"UseDefaultFont", [](NKDraw& d) { return d.UseDefaultFont(true); }},
-          {"ExtractBMPData",
-           [](NKDraw& d) { return static_cast<std::uint32_t>(d.ExtractBMPData("x")); }},
-          {"ExtractPNGData",
-           [](NKDraw& d) { return static_cast<std::uint32_t>(d.ExtractPNGData("x")); }},
-          {"LineA",
-           [](NKDraw& d) {
-             d.LineA(nullptr, &kRect, 0, 0, 9, 9);
-             return 0xFFFFFFFF;
-           }},
       },
       0xFFFFFFFF);
 }

@@ -4,6 +4,7 @@
 #include <nkdraw/draw/draw.h>
 
 #include <nkdraw/draw/stepper.h>
+#include <nkdraw/draw/weighted_line.h>
 #include <nkdraw/platform/graphics.h>
 #include <nkdraw/surface/wrapping.h>
 
@@ -30,22 +31,27 @@ class PlacedRegion {
   int left_, top_;
 };
 
-struct Channels {
-  double r = 0.0, g = 0.0, b = 0.0, a = 0.0;
-};
-
-/// Plots one pixel in the colour found at `source`. Meant: the pen's own colour has no weight, all
-/// colours are divided by 255 although they go from 0 to 1, and so the pen darkens with each pixel.
+/// Plots one pixel in the colour found at `source`. Meant: the pen's own colour has no weight, and
+/// all are dimmed, so that the pen darkens with each pixel.
 void plotInColourOf(NKDraw& surface, tagPOINT source, int x, int y, const PlacedRegion& allowed) {
-  Channels found, pen;
+  nkdraw::Channels found;
   surface.GetPixelRGBA(source.x, source.y, found.r, found.g, found.b, found.a);
-  surface.GetColorRGBA(pen.r, pen.g, pen.b, pen.a, true);
-  const auto mixed = [](double own, double other) { return (own * 0.0 + other) / 255.0; };
-  surface.SetColorRGBA(mixed(pen.r, found.r), mixed(pen.g, found.g), mixed(pen.b, found.b),
-                       mixed(pen.a, found.a), true);
+  const nkdraw::Channels pen = nkdraw::penColour(surface);
+  nkdraw::setDimmedPen(surface, nkdraw::mixed(0.0, pen, 1.0, found));
   if (allowed(x, y))
     surface.PutPixel(x, y, true);
-  surface.SetColorRGBA(pen.r / 255.0, pen.g / 255.0, pen.b / 255.0, pen.a / 255.0, true);
+  nkdraw::setDimmedPen(surface, pen);
+}
+
+void plainLine(NKDraw& surface, Stepper stepper, int x1, int y2, const PlacedRegion& allowed) {
+  for (std::uint32_t left = stepper.count(); left > 0; --left) {
+    const int major = stepper.major(), minor = stepper.minor();
+    if (stepper.alongY())
+      plotInColourOf(surface, {x1, y2}, minor, major, allowed);
+    else
+      plotInColourOf(surface, {major, y2}, major, minor, allowed);
+    stepper.advance();
+  }
 }
 
 }  // namespace
@@ -57,12 +63,8 @@ void NKDraw::LineA(const nkRegion* region, const tagRECT* rect, int x1, int y1, 
   }
   const int dx = wrappingSubtract(x2, x1), dy = wrappingSubtract(y2, y1);
   const PlacedRegion allowed(region, *rect);
-  Stepper stepper(x1, y1, x2, y2, dy > signedMagnitude(dx));
-  for (std::uint32_t left = stepper.count(); left > 0; --left) {
-    if (stepper.alongY())
-      plotInColourOf(*this, {x1, y2}, stepper.minor(), stepper.major(), allowed);
-    else
-      plotInColourOf(*this, {stepper.major(), y2}, stepper.major(), stepper.minor(), allowed);
-    stepper.advance();
-  }
+  if (antialias && dx != 0 && dy != 0 && signedMagnitude(dx) != dy)
+    nkdraw::weightedLine(*this, x1, y1, x2, y2, allowed);
+  else
+    plainLine(*this, Stepper(x1, y1, x2, y2, dy > signedMagnitude(dx)), x1, y2, allowed);
 }

@@ -42,6 +42,11 @@ struct ByteOrder {
   return type == ptBGR24 ? ByteOrder{2, 1, 0, 3, 3} : ByteOrder{0, 1, 2, 3, 3};
 }
 
+/// The layouts whose rows and canvases are filled as blocks of memory.
+[[nodiscard]] constexpr bool isFourByteRgb(pixelType type) {
+  return type >= ptRGBA32 && type <= ptABGR32;
+}
+
 [[nodiscard]] constexpr bool isThreeByteType(pixelType type) {
   return type == ptRGB24 || type == ptBGR24;
 }
@@ -68,6 +73,11 @@ inline void readChannels(const std::uint8_t* pixel, ByteOrder order, double& r, 
 
 inline void store32(void* to, std::uint32_t word) {
   std::memcpy(to, &word, sizeof word);
+}
+
+/// Between the machine's byte order and the big-endian one.
+[[nodiscard]] constexpr std::uint32_t swapBytes(std::uint32_t word) {
+  return word >> 24 | (word >> 8 & 0xFF00) | (word & 0xFF00) << 8 | word << 24;
 }
 
 }  // namespace nkdraw

@@ -4,6 +4,7 @@
 // mask; lines, curves and pixels are the surface's own.
 #include <nkdraw/text/text_paths.h>
 
+#include <nkdraw/draw/weighted_line.h>
 #include <nkdraw/platform/graphics.h>
 #include <nkdraw/platform/memory.h>
 #include <nkdraw/surface/truncate.h>
@@ -16,6 +17,8 @@
 
 namespace {
 
+using nkdraw::Channels;
+using nkdraw::penColour;
 using nkdraw::wrappingAdd;
 
 // Arguments as the platform's graphics interface numbers them.
@@ -50,16 +53,6 @@ Block<Element> allocate(std::uint32_t count) {
   if (block)
     nkOSZeroMemory(block.get(), bytes);
   return block;
-}
-
-struct Channels {
-  double r = 0.0, g = 0.0, b = 0.0, a = 0.0;
-};
-
-Channels foregroundOf(NKDraw& surface) {
-  Channels colour;
-  surface.GetColorRGBA(colour.r, colour.g, colour.b, colour.a, true);
-  return colour;
 }
 
 /// Meant: channels go from 0 to 1 already, so that this darkens nearly to black.
@@ -233,7 +226,7 @@ void copyMask(NKDraw& surface, PlatformText& text, const tagRECT& rect, const Ch
         continue;
       setDarkened(surface, colour, 0.0);
       surface.PutPixel(wrappingAdd(rect.left, x), wrappingAdd(rect.top, y), true);
-      setDarkened(surface, foregroundOf(surface), 1.0);
+      setDarkened(surface, penColour(surface), 1.0);
     }
   }
 }
@@ -246,12 +239,12 @@ void nkdraw::drawOutlineText(NKDraw& surface, const char* text, std::int32_t cou
   if (!platform.hasFont())
     return;
   platform.makeMask();
-  platform.chooseColour(foregroundOf(surface));
+  platform.chooseColour(penColour(surface));
   Outline outline = platform.record();
-  setDarkened(surface, foregroundOf(surface), 1.0);
+  setDarkened(surface, penColour(surface), 1.0);
   platform.fillMask();
   platform.recordFlat(outline, rect, format);
-  const Channels colour = foregroundOf(surface);
+  const Channels colour = penColour(surface);
   OutlineWalk(surface, outline, rect).draw();
   copyMask(surface, platform, rect, colour);
 }

@@ -34,8 +34,7 @@ inline constexpr std::uint32_t DT_HIDEPREFIX = 0x100000;
 /// only LineHoriz, EraseCanvas and a FillRect of the whole canvas on the 32-bit RGB layouts fill
 /// memory without asking PutPixel. A
 /// status is 0, or 0xFFFFFFFF for a refused call; what PutPixel returns does not change it. The
-/// operations marked empty return 0 and do nothing whatever they get; those marked as not served
-/// return 0xFFFFFFFF and do nothing.
+/// operations marked empty return 0 and do nothing whatever they get.
 class NKDRAW_API NKDraw : public virtual NKPixel {
  public:
   enum nkFilterType : std::int32_t { nkFilterNone = 0 };

@@ -27,23 +27,32 @@ struct Release {
     release(handle);
   }
 };
+using Configuration = std::unique_ptr<FcConfig, Release<FcConfigDestroy>>;
 using Pattern = std::unique_ptr<FcPattern, Release<FcPatternDestroy>>;
 using Library = std::unique_ptr<FT_LibraryRec_, Release<FT_Done_FreeType>>;
 using Face = std::unique_ptr<FT_FaceRec_, Release<FT_Done_Face>>;
 
+/// The fonts that are installed, looked up once. It ends with the process; the program's own use of
+/// Fontconfig is not disturbed.
+FcConfig* installedFonts() {
+  static const Configuration fonts(FcInitLoadConfigAndFonts());
+  return fonts.get();
+}
+
 /// The pattern of the installed font that comes nearest; null when there is none.
 Pattern nearest(const char* family, int weight, bool italic) {
+  FcConfig* const fonts = installedFonts();
   const Pattern wanted(FcPatternCreate());
-  if (!wanted)
+  if (fonts == nullptr || !wanted)
     return nullptr;
   FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
   FcPatternAddInteger(wanted.get(), FC_WEIGHT, FcWeightFromOpenType(weight));
   FcPatternAddInteger(wanted.get(), FC_SLANT, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
   FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
-  FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+  FcConfigSubstitute(fonts, wanted.get(), FcMatchPattern);
   FcDefaultSubstitute(wanted.get());
   FcResult result = FcResultNoMatch;
-  return Pattern(FcFontMatch(nullptr, wanted.get(), &result));
+  return Pattern(FcFontMatch(fonts, wanted.get(), &result));
 }
 
 Face openFace(FT_Library library, FcPattern* found) {

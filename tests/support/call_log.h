@@ -58,10 +58,11 @@ class CallLog final : public CDrawRGBA32 {
   }
 
   static void channelsAt(int x, int y, double& r, double& g, double& b, double& a) {
-    const auto channel = [x, y](int salt) {
-      return static_cast<double>((x * 7 + y * 13 + salt) & 0xFF) / 255.0;
+    const auto channel = [x, y](unsigned salt) {
+      return (static_cast<unsigned>(x) * 7 + static_cast<unsigned>(y) * 13 + salt) & 0xFF;
     };
-    r = channel(1) * 255.0, g = channel(50) * 255.0, b = channel(99) * 255.0, a = channel(180);
+    // Not from 0 to 1: what is divided by 255 shall be seen in the bytes of a pen.
+    r = channel(1), g = channel(50), b = channel(99), a = channel(180);
   }
 
   [[nodiscard]] long count(const std::string& name) const {

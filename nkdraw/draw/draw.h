@@ -250,4 +250,7 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   std::uint32_t labelFontScale = 1;
   bool defaultFontWanted = false;
   std::shared_ptr<nkdraw::OpenFile> refusedFile;  // the last font file that was refused, kept open
+
+ private:
+  void fillRows(const tagRECT& rect);
 };

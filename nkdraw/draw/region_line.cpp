@@ -3,7 +3,7 @@
 // The line through a region: every pixel is asked for, since a region may have any shape.
 #include <nkdraw/draw/draw.h>
 
-#include <nkdraw/draw/stepper.h>
+#include <nkdraw/draw/line_runner.h>
 #include <nkdraw/draw/weighted_line.h>
 #include <nkdraw/platform/graphics.h>
 #include <nkdraw/surface/wrapping.h>
@@ -13,7 +13,6 @@
 namespace {
 
 using nkdraw::signedMagnitude;
-using nkdraw::Stepper;
 using nkdraw::wrappingSubtract;
 
 /// A region whose origin lies at a rectangle's upper left corner.
@@ -43,14 +42,13 @@ void plotInColourOf(NKDraw& surface, tagPOINT source, int x, int y, const Placed
   nkdraw::setDimmedPen(surface, pen);
 }
 
-void plainLine(NKDraw& surface, Stepper stepper, int x1, int y2, const PlacedRegion& allowed) {
-  for (std::uint32_t left = stepper.count(); left > 0; --left) {
-    const int major = stepper.major(), minor = stepper.minor();
-    if (stepper.alongY())
-      plotInColourOf(surface, {x1, y2}, minor, major, allowed);
+void plainLine(NKDraw& surface, nkdraw::Slope line, int x1, int y2, const PlacedRegion& allowed) {
+  for (; line.count > 0; line.skip(1)) {
+    const int minor = static_cast<int>(line.minor) >> 16;
+    if (line.alongY)
+      plotInColourOf(surface, {x1, y2}, minor, line.major, allowed);
     else
-      plotInColourOf(surface, {major, y2}, major, minor, allowed);
-    stepper.advance();
+      plotInColourOf(surface, {line.major, y2}, line.major, minor, allowed);
   }
 }
 
@@ -66,5 +64,5 @@ void NKDraw::LineA(const nkRegion* region, const tagRECT* rect, int x1, int y1, 
   if (antialias && dx != 0 && dy != 0 && signedMagnitude(dx) != dy)
     nkdraw::weightedLine(*this, x1, y1, x2, y2, allowed);
   else
-    plainLine(*this, Stepper(x1, y1, x2, y2, dy > signedMagnitude(dx)), x1, y2, allowed);
+    plainLine(*this, nkdraw::slopeOfLine(x1, y1, x2, y2), x1, y2, allowed);
 }

@@ -92,7 +92,6 @@ TEST_P(ContactSheets, OfLabelsShowAllCells) {
       }
     }
   }
-  sheet.write(sheetName("label", m, lightOnDark));
 }
 
 TEST_P(ContactSheets, OfDrawTextShowTheAsciiLines) {

@@ -11,7 +11,8 @@ constexpr double kWordScale = 65536.0 / 255.0;
 constexpr std::size_t kGroupBytes = 64;  // more than any layout's group of pixels
 
 /// On 24-bit layouts a background pixel is plotted at four times x, in the last row thus as far
-/// behind the frame as a third of a row; chroma planes are read one pixel on.
+/// behind the frame as a third of a row; erasing plots one pixel more than a row has, and chroma
+/// planes are read one pixel on.
 std::size_t roomBehind(std::size_t pitch) {
   return pitch + kGroupBytes;
 }

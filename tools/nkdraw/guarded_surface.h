@@ -25,15 +25,14 @@ class Edge {
     if (!stray_)
       stray_ = tagPOINT{x, y};
   }
-  void forgetSince(const std::optional<tagPOINT>& before) { stray_ = before; }
-  [[nodiscard]] const std::optional<tagPOINT>& stray() const { return stray_; }
 
  private:
   std::optional<tagPOINT> stray_;
 };
 
-/// A surface of the library that plots pixels of its canvas only. All else is as in `Surface`, to
-/// the bit; a whole-canvas rectangle that lies elsewhere is drawn where it lies.
+/// A surface of the library that plots pixels of its canvas only, and those just past the rows'
+/// ends that EraseCanvas plots. All else is as in `Surface`, to the bit; a whole-canvas rectangle
+/// that lies elsewhere is drawn where it lies.
 template <class Surface>
 class Guarded final : public Surface, public Edge {
  public:
@@ -75,16 +74,16 @@ class Guarded final : public Surface, public Edge {
     return 0;
   }
 
-  /// Each row's one pixel past its end, which belongs to the operation, is no stray.
+  /// Each row's one pixel past its end belongs to the operation.
   std::uint32_t EraseCanvas(bool flag) override {
-    const auto before = stray();
+    pastEnd_ = 1;
     const std::uint32_t status = Surface::EraseCanvas(flag);
-    forgetSince(before);
+    pastEnd_ = 0;
     return status;
   }
 
  private:
-  [[nodiscard]] int right() const { return static_cast<int>(this->width); }
+  [[nodiscard]] int right() const { return static_cast<int>(this->width) + pastEnd_; }
   [[nodiscard]] int bottom() const { return static_cast<int>(this->height); }
   [[nodiscard]] bool leavesOutLast() const {
     return ptRGBA32 <= this->pixelKind && this->pixelKind <= ptABGR32;
@@ -99,6 +98,8 @@ class Guarded final : public Surface, public Edge {
     if (x2 >= right() || y2 >= bottom())
       note(x2, y2);
   }
+
+  int pastEnd_ = 0;  // further columns
 };
 
 /// A surface, and what tells where it was drawn outside of it.

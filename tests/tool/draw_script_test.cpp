@@ -8,9 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <algorithm>
 #include <iterator>
 #include <set>
 #include <sstream>
@@ -81,14 +81,14 @@ const Complaint kComplaints[] = {
     {"arcto 10 10 20 30 20 15 2 2", "not drawn: s:1:1, arcto; the second corner"},
     {"pie 10 10 20 10 1 1 2 2", "not drawn: s:1:1, pie; the second corner"},
     {"\nline 0 0 96 0", "outside the canvas: s:2:1, line plots 96,0; keep to 0,0 to 95,63, or"},
-    {" circle 10 10 11", "outside the canvas: s:1:2, circle plots "},
+    {" circle 10 10 12", "outside the canvas: s:1:2, circle plots "},
     {"point 0 64", "outside the canvas: s:1:1, point plots 0,64"},
     {"fill -1 0 5 5", "outside the canvas: s:1:1, fill plots -1,0"},
     {"fill 0 0 96 65", "outside the canvas: s:1:1, fill plots 95,64"},
     {"fill 1 0 97 64", "outside the canvas: s:1:1, fill plots 96,63"},
     {"horiz 90 0 97", "outside the canvas: s:1:1, horiz plots 96,0"},
     {"wu 0 63 9 63", "outside the canvas: s:1:1, wu plots 0,64"},
-    {"label 89 0 A", "outside the canvas: s:1:1, label plots 96"},
+    {"label 90 0 A", "outside the canvas: s:1:1, label plots 96"},
     {"text 0 60 20 AA", "outside the canvas: s:1:1, text plots "},
     {std::string(65537, ' '), "too long a line: s:1:"},
     {"line " + std::string(65000, '9'), "no X2 for line"},
@@ -170,8 +170,8 @@ void addArgument(std::ostream& statement, const Parameter& parameter,
   }
 }
 
-/// A statement of `verb` whose numbers lie anywhere in the ranges of its parameters, mostly near the
-/// canvas.
+/// A statement of `verb` whose numbers lie anywhere in the ranges of its parameters, mostly near
+/// the canvas.
 std::string randomStatement(const Verb& verb, nkdraw::test::Random& random) {
   std::string usage(verb.usage);
   std::erase_if(usage, [](char letter) { return letter == '[' || letter == ']' || letter == '.'; });
@@ -429,7 +429,8 @@ TEST(Verbs, AreTheCallsOfTheLibraryInEveryLayout) {
 TEST(Verbs, AreAllComparedWithTheirCalls) {
   std::set<std::string_view> compared;
   for (const VerbCall& entry : kVerbCalls) {
-    for (const Statement& statement : DrawScript("s", entry.statements).statements())
+    const DrawScript script("s", entry.statements);
+    for (const Statement& statement : script.statements())
       compared.insert(statement.verb->name);
   }
   for (const Verb& verb : verbs())
@@ -442,7 +443,8 @@ TEST(Verbs, AreAllShownInAnExample) {
     std::ifstream file(entry.path(), std::ios::binary);
     const std::string text(std::istreambuf_iterator<char>(file), {});
     EXPECT_TRUE(text.starts_with("# ")) << entry.path() << " has no title";
-    for (const Statement& statement : DrawScript(entry.path(), text).statements())
+    const DrawScript script(entry.path(), text);
+    for (const Statement& statement : script.statements())
       shown.insert(statement.verb->name);
   }
   for (const Verb& verb : verbs())

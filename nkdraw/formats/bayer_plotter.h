@@ -6,6 +6,7 @@
 #include <nkdraw/formats/bayer.h>
 #include <nkdraw/surface/address.h>
 #include <nkdraw/surface/plotter.h>
+#include <nkdraw/surface/run_kernels.h>
 
 #include <array>
 #include <cstddef>
@@ -65,8 +66,17 @@ class Plotter<CDrawBayer> {
   }
 
   void row(int x, int y, int count) const {
-    for (; count > 0; --count, ++x)
+    if (canvas_ == nullptr || count <= 0)
+      return;
+    if ((x & 1) != 0 || x < 0) {  // left of the canvas addresses are rounded another way
       put(x, y);
+      return row(x + 1, y, count - 1);
+    }
+    const std::size_t pairs = static_cast<std::size_t>(count) / 2;
+    storeRun(reinterpret_cast<std::uint8_t*>(bayer::address(canvas_, pitch_, x, y)),
+             triples_[y & 1], pairs);
+    if (count % 2 != 0)
+      put(x + count - 1, y);
   }
 
   /// Stores the pixel's sample, which begins at an address that the surface gives.

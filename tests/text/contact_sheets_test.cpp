@@ -97,7 +97,6 @@ TEST_P(ContactSheets, OfLabelsShowAllCells) {
       }
     }
   }
-  sheet.write(sheetName("label", m, lightOnDark));
 }
 
 TEST_P(ContactSheets, OfDrawTextShowTheAsciiLines) {

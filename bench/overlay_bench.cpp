@@ -2,7 +2,7 @@
 //
 // A whole burn-in pass over a 1920x1080 frame: three timecode rows, the format line, two texts of
 // 20 characters. Then single layers: watermark, meters, two rows of 32 characters of captions.
-#include "frame.h"
+#include "burn_in_scene.h"
 
 #include <tests/support/caption_stream.h>
 
@@ -12,48 +12,17 @@
 
 namespace {
 
-class Overlay : public CNkOverlay {
- public:
-  explicit Overlay(bool fill) {
-    Enabled = 1;
-    FillBackground = fill ? 1 : 0;
-    TimeCodeLTCEnable = TimeCodeVITCEnable = TimeCodeVsyncEnable = 1;
-    SourceFormatEnable = 1;
-    for (int slot = 0; slot < 2; ++slot) {
-      CustomTextEnabled[slot] = 1;
-      CustomText[slot] = new char[128]{"TWENTY CHARACTERS 01"};
-      CustomTextX[slot] = 100;
-      CustomTextY[slot] = 100 + slot * 60;
-    }
-  }
-};
-
 class CaptionOverlay : public CNkOverlay {
  public:
   CaptionOverlay() { Enabled = CaptionsEnable = 1; }
   ~CaptionOverlay() override { ccBurnClose(captionHandle); }
 };
 
-HZWVIDEO videoOf(const bench::Layout& layout) {
-  HZWVIDEO video = {};
-  video.biSize = sizeof video;
-  video.biWidth = bench::kWidth;
-  video.biHeight = bench::kHeight;
-  video.biBitCount = 32;
-  video.biCompression = layout.compression;
-  video.biSizeImage = layout.frameBytes;
-  video.frameRate = 25;
-  video.frameScale = 1;
-  return video;
-}
-
-const HZWSYSTEM kSystem = {sizeof kSystem, hzwFileMOV, {}};
-
 void burnIn(benchmark::State& state, const bench::Layout& layout, bool fill) {
   std::vector<char> pixels(layout.frameBytes, '\x40');
-  const HZWVIDEO video = videoOf(layout);
-  Overlay overlay(fill);
-  overlay.Create(&video, &kSystem);
+  const HZWVIDEO video = bench::videoOf(layout);
+  bench::Overlay overlay(fill);
+  overlay.Create(&video, &bench::kSystem);
   QFRAME frame = {};
   frame.frameBuffer = pixels.data();
   bench::measure(state, layout.frameBytes, [&] {
@@ -64,9 +33,9 @@ void burnIn(benchmark::State& state, const bench::Layout& layout, bool fill) {
 
 void burnCaptions(benchmark::State& state, const bench::Layout& layout) {
   std::vector<char> pixels(layout.frameBytes, '\x40');
-  const HZWVIDEO video = videoOf(layout);
+  const HZWVIDEO video = bench::videoOf(layout);
   CaptionOverlay overlay;
-  overlay.Create(&video, &kSystem);
+  overlay.Create(&video, &bench::kSystem);
   QFRAME frame = {};
   frame.frameBuffer = pixels.data();
   const char* const row = "THIRTY-TWO CHARACTERS OF CAPTION";
@@ -113,7 +82,7 @@ class Layers : public CNkOverlay {
 
 void burnLayer(benchmark::State& state, const bench::Layout& layout, void (Layers::*layer)()) {
   std::vector<char> pixels(layout.frameBytes, '\x40');
-  HZWVIDEO video = videoOf(layout);
+  HZWVIDEO video = bench::videoOf(layout);
   // The codes by which a watermark knows its frames.
   if (layout.type == ptUYVY)
     video.biCompression = bench::fourcc("yuv2");
@@ -121,7 +90,7 @@ void burnLayer(benchmark::State& state, const bench::Layout& layout, void (Layer
     video.biCompression = bench::fourcc("012v");
   Layers overlay;
   (overlay.*layer)();
-  overlay.Create(&video, &kSystem);
+  overlay.Create(&video, &bench::kSystem);
   QFRAME frame = {};
   frame.frameBuffer = pixels.data();
   const std::uint32_t levels[4] = {0xFFFF0400, 0x80004000, 0x20001000, 0xC0000800};

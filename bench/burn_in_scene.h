@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The burn-in pass that is measured.
+#pragma once
+
+#include "frame.h"
+
+namespace bench {
+
+/// Three timecode rows, the format line, two texts of 20 characters.
+class Overlay : public CNkOverlay {
+ public:
+  explicit Overlay(bool fill) {
+    Enabled = 1;
+    FillBackground = fill ? 1 : 0;
+    TimeCodeLTCEnable = TimeCodeVITCEnable = TimeCodeVsyncEnable = 1;
+    SourceFormatEnable = 1;
+    for (int slot = 0; slot < 2; ++slot) {
+      CustomTextEnabled[slot] = 1;
+      CustomText[slot] = new char[128]{"TWENTY CHARACTERS 01"};
+      CustomTextX[slot] = 100;
+      CustomTextY[slot] = 100 + slot * 60;
+    }
+  }
+};
+
+/// The host's record of a stream in a layout.
+inline HZWVIDEO videoOf(const Layout& layout) {
+  HZWVIDEO video = {};
+  video.biSize = sizeof video;
+  video.biWidth = kWidth;
+  video.biHeight = kHeight;
+  video.biBitCount = 32;
+  video.biCompression = layout.compression;
+  video.biSizeImage = layout.frameBytes;
+  video.frameRate = 25;
+  video.frameScale = 1;
+  return video;
+}
+
+inline constexpr HZWSYSTEM kSystem = {sizeof kSystem, hzwFileMOV, {}};
+
+}  // namespace bench

@@ -103,7 +103,8 @@ struct CentredEllipse {
 
 /// Joins the points of a sweep; returns the last one.
 template <class Ellipse>
-tagPOINT drawSweep(const nkdraw::LineRunner& lines, const Ellipse& ellipse, Sweep sweep) {
+tagPOINT drawSweep(NKDraw& surface, bool antialiased, const Ellipse& ellipse, Sweep sweep) {
+  nkdraw::LineRunner lines(surface, antialiased);
   const Directions& all = directions();
   tagPOINT last = ellipse.at(all.of(sweep.start));
   for (std::int64_t degree = std::int64_t{sweep.start} + 1; degree <= sweep.end; ++degree) {
@@ -150,7 +151,7 @@ std::uint32_t NKDraw::Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4
   const tagPOINT first = ellipse.at(directions().of(sweep.start));
   arcStartX = first.x;
   arcStartY = first.y;
-  const tagPOINT last = drawSweep(nkdraw::LineRunner(*this, antialias), ellipse, sweep);
+  const tagPOINT last = drawSweep(*this, antialias, ellipse, sweep);
   arcEndX = last.x;
   arcEndY = last.y;
   return 0;
@@ -175,14 +176,13 @@ std::uint32_t NKDraw::Pie(int x1, int y1, int x2, int y2, int x3, int y3, int x4
 
 std::uint32_t NKDraw::AngleArc(int x, int y, std::uint32_t radius, float start, float end) {
   const auto signedRadius = static_cast<int>(radius);
-  drawSweep(nkdraw::LineRunner(*this, antialias), CentredEllipse(x, y, signedRadius, signedRadius),
-            Sweep(start, end));
+  drawSweep(*this, antialias, CentredEllipse(x, y, signedRadius, signedRadius), Sweep(start, end));
   return 0;
 }
 
 std::uint32_t NKDraw::AngleArcTo(int x, int y, int radiusX, int radiusY, float start, float end) {
-  const tagPOINT last = drawSweep(nkdraw::LineRunner(*this, antialias),
-                                  CentredEllipse(x, y, radiusX, radiusY), Sweep(start, end));
+  const tagPOINT last =
+      drawSweep(*this, antialias, CentredEllipse(x, y, radiusX, radiusY), Sweep(start, end));
   penX = last.x;
   penY = last.y;
   return 0;

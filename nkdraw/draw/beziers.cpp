@@ -89,7 +89,7 @@ bool drawWhole(const Cubic& curve, Flat flat) {
 
 std::uint32_t NKDraw::Bezier(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
   const Cubic curve = {{x1, y1}, {x2, y2}, {x3, y3}, {x4, y4}};
-  const nkdraw::LineRunner lines(*this, antialias);
+  nkdraw::LineRunner lines(*this, antialias);
   const auto flat = [&](const Cubic& part) {
     penX = part.start.x;
     penY = part.start.y;

@@ -7,7 +7,10 @@
 #include <nkdraw/surface/resolver.h>
 #include <nkdraw/surface/wrapping.h>
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <utility>
 
 namespace nkdraw {
@@ -52,28 +55,41 @@ namespace nkdraw {
   return slopeBetween(x1, y1, x2, y2, alongY);
 }
 
-/// Draws lines and rows as the surface's virtual Line and LineHoriz do: on a class of the library's
-/// own, which overrides neither, without a call for each.
+/// Draws lines as the surface's virtual Line does: on a class of the library's own, which does not
+/// override it, many at once.
 class LineRunner {
  public:
   /// For one shape: while it draws, the surface keeps its canvas, colours and transparency. An
   /// `antialiased` surface gets its lines one by one, since these change its colour.
   LineRunner(NKDraw& surface, bool antialiased)
       : surface_(surface), plotter_(surface), direct_(plotter_.ownClass() && !antialiased) {}
+  LineRunner(const LineRunner&) = delete;
+  LineRunner& operator=(const LineRunner&) = delete;
+  ~LineRunner() { flush(); }
 
   [[nodiscard]] bool direct() const { return direct_; }
 
-  void line(int x1, int y1, int x2, int y2) const {
-    if (direct_)
-      plotter_.slope(slopeOfLine(x1, y1, x2, y2), true);
-    else
+  void line(int x1, int y1, int x2, int y2) {
+    if (!direct_) {
       surface_.Line(x1, y1, x2, y2);
+      return;
+    }
+    if (waiting_ == slopes_.size())
+      flush();
+    slopes_[waiting_++] = slopeOfLine(x1, y1, x2, y2);
   }
 
  private:
+  void flush() {
+    plotter_.slopes(std::span(slopes_).first(waiting_), true);
+    waiting_ = 0;
+  }
+
   NKDraw& surface_;
   RunPlotter plotter_;
   bool direct_;
+  std::size_t waiting_ = 0;
+  std::array<Slope, 64> slopes_;
 };
 
 }  // namespace nkdraw

@@ -48,8 +48,8 @@ constexpr RunPlotter::Runs kRunsOf = {
     [](const void* plotter, int x, int y, std::uint32_t count, int step) {
       plotRow(plotterAt<AnyPlotter>(plotter), x, y, count, step);
     },
-    [](const void* plotter, const Slope& slope) {
-      plotSlope(plotterAt<AnyPlotter>(plotter), slope);
+    [](const void* plotter, std::span<const Slope> all) {
+      plotSlopes(plotterAt<AnyPlotter>(plotter), all);
     },
     [](const void* background, const void* foreground, unsigned bits, int x, int y,
        std::uint32_t scale) {

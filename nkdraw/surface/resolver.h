@@ -74,8 +74,11 @@ class RunPlotter {
     slope({true, step, count, y, static_cast<std::uint32_t>(x) << 16, 0}, foreground);
   }
 
-  void slope(const Slope& positions, bool foreground) const {
-    runs_->slope(plotters_[foreground ? 1 : 0].data(), positions);
+  void slope(const Slope& positions, bool foreground) const { slopes({&positions, 1}, foreground); }
+
+  /// Plots one slope after the other.
+  void slopes(std::span<const Slope> all, bool foreground) const {
+    runs_->slopes(plotters_[foreground ? 1 : 0].data(), all);
   }
 
   /// Plots eight bits, the highest at (x, y) and the others to its right, each `scale` pixels wide:
@@ -94,7 +97,7 @@ class RunPlotter {
   /// How a kind of plotter, given by its address, plots.
   struct Runs {
     void (*row)(const void* plotter, int x, int y, std::uint32_t count, int step);
-    void (*slope)(const void* plotter, const Slope& positions);
+    void (*slopes)(const void* plotter, std::span<const Slope> all);
     void (*bits)(const void* background, const void* foreground, unsigned bits, int x, int y,
                  std::uint32_t scale);
     bool (*box)(const void* background, const void* foreground, const NKPixel& surface,

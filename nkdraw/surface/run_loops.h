@@ -10,6 +10,7 @@
 #include <bit>
 #include <cstdint>
 #include <limits>
+#include <span>
 
 namespace nkdraw {
 
@@ -95,14 +96,16 @@ void unfolded(const AnyPlotter& plotter, Draw draw) {
 }
 
 template <class AnyPlotter>
-void plotSlope(const AnyPlotter& plotter, const Slope& slope) {
-  unfolded(plotter, [&slope](const auto& way) {
-    if (hasRows<AnyPlotter> && isFlat(slope))
-      plotFlat(way, slope);
-    else if (slope.alongY)
-      plotSteep<true>(way, slope);
-    else
-      plotSteep<false>(way, slope);
+void plotSlopes(const AnyPlotter& plotter, std::span<const Slope> all) {
+  unfolded(plotter, [all](const auto& way) {
+    for (const Slope& slope : all) {
+      if (hasRows<AnyPlotter> && isFlat(slope))
+        plotFlat(way, slope);
+      else if (slope.alongY)
+        plotSteep<true>(way, slope);
+      else
+        plotSteep<false>(way, slope);
+    }
   });
 }
 

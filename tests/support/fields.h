@@ -74,4 +74,40 @@ struct PairFields : CDrawYCbCrYUYV {
   }
 };
 
+/// Of CDrawRGB48, CDrawRGBHalf48 and CDrawARGB64.
+template <class Surface>
+struct WordFields : Surface {
+  static auto& words(Surface& s, bool ink) {
+    return ink ? s.*&WordFields::foregroundWords : s.*&WordFields::backgroundWords;
+  }
+};
+
+struct BayerFields : CDrawBayer {
+  static auto& rgba(CDrawBayer& s, bool ink) {
+    return ink ? s.*&BayerFields::foregroundRGBA : s.*&BayerFields::backgroundRGBA;
+  }
+};
+
+/// Of the 16-bit YCbCr surfaces and the chroma planes.
+template <class Surface>
+struct SampleFields : Surface {
+  /// Y, Cb, Cr.
+  static std::array<std::uint32_t*, 3> samples(Surface& s, bool ink) {
+    if (ink)
+      return {&(s.*&SampleFields::foreY), &(s.*&SampleFields::foreCb), &(s.*&SampleFields::foreCr)};
+    return {&(s.*&SampleFields::backY), &(s.*&SampleFields::backCb), &(s.*&SampleFields::backCr)};
+  }
+  static auto scales(Surface& s) {
+    return std::array<double*, 6>{&(s.*&SampleFields::yOffset),  &(s.*&SampleFields::yScale),
+                                  &(s.*&SampleFields::cbOffset), &(s.*&SampleFields::cbScale),
+                                  &(s.*&SampleFields::crOffset), &(s.*&SampleFields::crScale)};
+  }
+};
+
+struct SampleAlphaFields : CDrawYCbCrYCbCrA16 {
+  static auto& alpha(CDrawYCbCrYCbCrA16& s, bool ink) {
+    return ink ? s.*&SampleAlphaFields::foreAlpha : s.*&SampleAlphaFields::backAlpha;
+  }
+};
+
 }  // namespace nkdraw::test

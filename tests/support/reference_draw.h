@@ -4,6 +4,8 @@
 // which they are made; rows that the 32-bit layouts fill at once stand in their place.
 #pragma once
 
+#include <tests/support/surfaces.h>
+
 #include <nkdraw/nkdraw.h>
 
 #include <cstdint>
@@ -26,7 +28,7 @@ struct Step {
 
 class ReferenceDraw {
  public:
-  explicit ReferenceDraw(int type) : fillsRows_(type >= 1 && type <= 4) {}
+  explicit ReferenceDraw(pixelType type) : fillsRows_(fillsRows(type)) {}
 
   std::vector<Step> steps;
 

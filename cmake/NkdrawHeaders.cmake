@@ -5,8 +5,14 @@
 set(NKDRAW_PUBLIC_HEADERS
   nkdraw/draw/draw.h
   nkdraw/export.h
+  nkdraw/formats/bayer.h
+  nkdraw/formats/chroma_planes.h
+  nkdraw/formats/component_words.h
+  nkdraw/formats/rgb16.h
+  nkdraw/formats/rgb30_dpx.h
   nkdraw/formats/rgb8.h
   nkdraw/formats/ycbcr10.h
+  nkdraw/formats/ycbcr16.h
   nkdraw/formats/ycbcr8.h
   nkdraw/nkdraw.h
   nkdraw/nkdraw_c.h

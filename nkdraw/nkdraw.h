@@ -4,8 +4,13 @@
 #pragma once
 
 #include <nkdraw/draw/draw.h>
+#include <nkdraw/formats/bayer.h>
+#include <nkdraw/formats/chroma_planes.h>
+#include <nkdraw/formats/rgb16.h>
+#include <nkdraw/formats/rgb30_dpx.h>
 #include <nkdraw/formats/rgb8.h>
 #include <nkdraw/formats/ycbcr10.h>
+#include <nkdraw/formats/ycbcr16.h>
 #include <nkdraw/formats/ycbcr8.h>
 #include <nkdraw/nkdraw_c.h>
 #include <nkdraw/overlay/overlay.h>

@@ -3,22 +3,13 @@
 // 8-bit RGB surfaces: NKPixel plots and reads them, so little is left.
 #include <nkdraw/formats/rgb8.h>
 
+#include <nkdraw/formats/rgb_reads.h>
 #include <nkdraw/surface/byte_order.h>
-#include <nkdraw/surface/hsv.h>
 
 namespace {
 
-constexpr double kColourlessHue = -1.0;
-
 const std::uint8_t* bytesAt(NKPixel& surface, int x, int y) {
   return static_cast<const std::uint8_t*>(surface.GetPixel(x, y));
-}
-
-std::uint32_t readHsv(NKPixel& surface, int x, int y, double& h, double& s, double& v, double& a) {
-  double r = 0.0, g = 0.0, b = 0.0;
-  surface.GetPixelRGBA(x, y, r, g, b, a);
-  nkdraw::toHsv(r, g, b, kColourlessHue, h, s, v);
-  return 0;
 }
 
 }  // namespace
@@ -45,7 +36,7 @@ std::uint32_t CDrawRGBA32::GetPixelYCbCr(int x, int y, double& y2, double& cb, d
 }
 
 std::uint32_t CDrawRGBA32::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {
-  return readHsv(*this, x, y, h, s, v, a);
+  return nkdraw::readHsv(*this, x, y, h, s, v, a);
 }
 
 CDrawRGB24::CDrawRGB24(pixelType type) : NKDraw(type) {
@@ -70,5 +61,5 @@ std::uint32_t CDrawRGB24::GetPixelYCbCr(int x, int y, double& y2, double& cb, do
 }
 
 std::uint32_t CDrawRGB24::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {
-  return readHsv(*this, x, y, h, s, v, a);
+  return nkdraw::readHsv(*this, x, y, h, s, v, a);
 }

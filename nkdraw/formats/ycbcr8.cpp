@@ -3,6 +3,7 @@
 // The packed 8-bit 4:2:2 surface.
 #include <nkdraw/formats/ycbcr8.h>
 
+#include <nkdraw/formats/mode_for_width.h>
 #include <nkdraw/formats/ycbcr8_plotter.h>
 #include <nkdraw/surface/colour_matrix.h>
 #include <nkdraw/surface/truncate.h>
@@ -78,10 +79,7 @@ std::uint32_t CDrawYCbCrYUYV::SetCanvas(char* newCanvas, int newHeight, int newW
   canvas = newCanvas;
   flipped = false;
   pitch = std::max(static_cast<std::uint32_t>(newPitch), width * 2);
-  if (newWidth > 720)
-    ycbcrMode = ycbcrMode == mode709Full ? mode709Full : mode709Studio;
-  else
-    ycbcrMode = ycbcrMode == mode601Full ? mode601Full : mode601Studio;
+  ycbcrMode = nkdraw::modeForWidth(ycbcrMode, newWidth);
   return 0;
 }
 

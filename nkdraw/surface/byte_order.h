@@ -70,4 +70,9 @@ inline void store32(void* to, std::uint32_t word) {
   std::memcpy(to, &word, sizeof word);
 }
 
+/// Between the machine's byte order and the big-endian one.
+[[nodiscard]] constexpr std::uint32_t swapBytes(std::uint32_t word) {
+  return word >> 24 | (word >> 8 & 0xFF00) | (word & 0xFF00) << 8 | word << 24;
+}
+
 }  // namespace nkdraw

@@ -4,6 +4,10 @@
 #include <nkdraw/surface/factory.h>
 
 #include <nkdraw/draw/draw.h>
+#include <nkdraw/formats/bayer.h>
+#include <nkdraw/formats/chroma_planes.h>
+#include <nkdraw/formats/rgb16.h>
+#include <nkdraw/formats/rgb30_dpx.h>
 #include <nkdraw/formats/rgb8.h>
 #include <nkdraw/formats/ycbcr10.h>
 #include <nkdraw/formats/ycbcr8.h>
@@ -34,6 +38,14 @@ constexpr Maker kMakers[] = {
     {ptRGB24, ptBGR24, make<CDrawRGB24>},
     {ptYUYV, ptVYUY, make<CDrawYCbCrYUYV>},
     {ptV210, ptV210, make<CDrawYCbCr10>},
+    {ptRGB30DPX, ptRGB30DPX, make<CDrawRGB30DPX>},
+    {ptBayerBGGR, ptBayerGRBG12, make<CDrawBayer>},
+    {ptRGB48, ptRGB48, make<CDrawRGB48>},
+    {ptARGB64, ptARGB64, make<CDrawARGB64>},
+    {ptRGBHalf48, ptRGBHalf48, make<CDrawRGBHalf48>},
+    {ptRGBAHalf64, ptRGBAHalf64, make<CDrawARGB64>},
+    {ptUV8, ptUV8, make<CDrawUV8>},
+    {ptUV16, ptUV16, make<CDrawUV16>},
 };
 
 }  // namespace

@@ -12,7 +12,8 @@ namespace nkdraw {
 ///     void row(int x, int y, int count) const;        // put for x, x + 1, ...
 ///
 /// and keeps in it what is the same for all pixels of a run. A row has the result of its puts one
-/// after the other, to the bit; the order of the pixels inside a run makes no difference.
+/// after the other, to the bit; the order of the pixels inside a run makes no difference. A layout
+/// whose pixels overlap has no row.
 template <class Surface>
 class Plotter;
 

@@ -3,8 +3,13 @@
 // Picks the concrete class of a surface, once for a primitive.
 #include <nkdraw/surface/resolver.h>
 
+#include <nkdraw/formats/bayer_plotter.h>
+#include <nkdraw/formats/chroma_plotter.h>
+#include <nkdraw/formats/rgb16_plotter.h>
+#include <nkdraw/formats/rgb30_dpx.h>
 #include <nkdraw/formats/rgb8.h>
 #include <nkdraw/formats/ycbcr10_plotter.h>
+#include <nkdraw/formats/ycbcr16_plotter.h>
 #include <nkdraw/formats/ycbcr8_plotter.h>
 #include <nkdraw/surface/rgb_plotter.h>
 #include <nkdraw/surface/wrapping.h>
@@ -65,6 +70,15 @@ void construct(Surface& surface, std::array<RunPlotter::Storage, 2>& plotters) {
   new (plotters[1].data()) AnyPlotter(surface, true);
 }
 
+/// Where pixels overlap, each is plotted in its turn.
+template <class AnyPlotter>
+constexpr RunPlotter::Run rowOf() {
+  if constexpr (requires(const AnyPlotter& plotter) { plotter.row(0, 0, 0); })
+    return inlinedRow<AnyPlotter>;
+  else
+    return putRow<AnyPlotter>;
+}
+
 /// What is known of one of the library's own classes.
 struct Entry {
   const std::type_info* type;
@@ -81,7 +95,7 @@ Entry entryFor() {
           [](NKPixel& surface, std::array<RunPlotter::Storage, 2>& plotters) {
             construct<Inlined>(dynamic_cast<Plotted&>(surface), plotters);
           },
-          inlinedRow<Inlined>, putColumn<Inlined>};
+          rowOf<Inlined>(), putColumn<Inlined>};
 }
 
 const Entry* entryOf(const NKPixel& surface) {
@@ -90,6 +104,15 @@ const Entry* entryOf(const NKPixel& surface) {
       entryFor<CDrawYCbCrYUYV>(),
       entryFor<CDrawRGBA32, NKPixel>(),
       entryFor<CDrawRGB24, NKPixel>(),
+      entryFor<CDrawRGB30DPX, NKPixel>(),
+      entryFor<CDrawRGB48, WordSurface<3>>(),
+      entryFor<CDrawRGBHalf48, WordSurface<3>>(),
+      entryFor<CDrawARGB64, WordSurface<4>>(),
+      entryFor<CDrawBayer>(),
+      entryFor<CDrawUV8>(),
+      entryFor<CDrawUV16>(),
+      entryFor<CDrawYCbCrYCbCr16>(),
+      entryFor<CDrawYCbCrYCbCrA16>(),
   };
   const auto* const entry =
       std::find_if(std::begin(kEntries), std::end(kEntries),

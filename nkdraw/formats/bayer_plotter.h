@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Mosaics of 12-bit samples: which place has which colour, and how pixels are written.
+#pragma once
+
+#include <nkdraw/formats/bayer.h>
+#include <nkdraw/surface/address.h>
+#include <nkdraw/surface/plotter.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace nkdraw::bayer {
+
+/// The channel, R, G or B, of each place of a cell, by row and column.
+struct Cell {
+  std::uint8_t channel[2][2];
+};
+
+inline constexpr std::uint8_t kR = 0, kG = 1, kB = 2;
+
+/// By pixelType from ptBayerBGGR on, twice the same.
+inline constexpr std::array<Cell, 4> kCells = {{
+    {{{kB, kG}, {kG, kR}}},
+    {{{kR, kG}, {kG, kB}}},
+    {{{kG, kB}, {kR, kG}}},
+    {{{kG, kR}, {kB, kG}}},
+}};
+
+/// The index into tables by mosaic order; types that are none count as the first.
+[[nodiscard]] constexpr std::size_t orderIndex(pixelType type) {
+  return type >= ptBayerBGGR && type <= ptBayerGRBG12
+             ? static_cast<std::size_t>(type - ptBayerBGGR) % kCells.size()
+             : 0;
+}
+
+/// Where the sample of column x begins.
+[[nodiscard]] constexpr char* address(char* canvas, std::uint32_t pitch, int x, int y) {
+  return canvas + rowOffset(pitch, y) + std::ptrdiff_t{3} * x / 2;
+}
+
+}  // namespace nkdraw::bayer
+
+namespace nkdraw {
+
+// Byte      0         1                    2
+// bits   7..0      7..4      3..0       7..4      3..0
+//        s0 11..4  s0 3..0   s1 11..8   s1 7..4   s1 3..0
+template <>
+class Plotter<CDrawBayer> {
+ public:
+  Plotter(const CDrawBayer& surface, bool foreground)
+      : canvas_(surface.canvas), pitch_(surface.pitch) {
+    const std::uint8_t* const colour = foreground ? surface.foregroundRGBA : surface.backgroundRGBA;
+    const bayer::Cell& cell = bayer::kCells[bayer::orderIndex(surface.pixelKind)];
+    for (std::size_t row = 0; row < 2; ++row)
+      triples_[row] = triple(colour[cell.channel[row][0]], colour[cell.channel[row][1]]);
+  }
+
+  std::uint32_t put(int x, int y) const {
+    if (canvas_ != nullptr)
+      write(bayer::address(canvas_, pitch_, x, y), x, y);
+    return 0;
+  }
+
+  void row(int x, int y, int count) const {
+    for (; count > 0; --count, ++x)
+      put(x, y);
+  }
+
+  /// Stores the pixel's sample, which begins at an address that the surface gives.
+  void write(void* at, int x, int y) const {
+    const auto& bytes = triples_[y & 1];
+    auto* const sample = static_cast<std::uint8_t*>(at);
+    if ((x & 1) == 0) {
+      sample[0] = bytes[0];
+    } else {
+      sample[0] = bytes[1];
+      sample[1] = bytes[2];
+    }
+  }
+
+ private:
+  using Triple = std::array<std::uint8_t, 3>;
+
+  /// The bytes that an even pixel of channel value `even` and an odd one of `odd` write. Meant as
+  /// it is: the odd one's low bits are the even one's.
+  static constexpr Triple triple(std::uint8_t even, std::uint8_t odd) {
+    return {even, static_cast<std::uint8_t>(odd >> 4), static_cast<std::uint8_t>(even << 4)};
+  }
+
+  char* canvas_;
+  std::uint32_t pitch_;
+  std::array<Triple, 2> triples_;  // by the parity of y
+};
+
+}  // namespace nkdraw

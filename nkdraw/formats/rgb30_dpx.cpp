@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The surface of 10-bit RGB words: NKPixel plots them, so that only the packing is left.
+#include <nkdraw/formats/rgb30_dpx.h>
+
+#include <nkdraw/formats/rgb_reads.h>
+#include <nkdraw/surface/byte_order.h>
+#include <nkdraw/surface/truncate.h>
+
+namespace {
+
+// Bits 31..22  21..12  11..2  1..0
+//        R       G       B      0
+constexpr unsigned kRedShift = 22, kGreenShift = 12, kBlueShift = 2;
+constexpr std::uint32_t kCodeMask = 0x3FF;
+constexpr double kLargestCode = 1023.0;
+
+struct Codes {
+  std::uint32_t r, g, b;
+};
+
+/// A big-endian word from memory.
+Codes codesAt(const void* pixel) {
+  const std::uint32_t word = nkdraw::swapBytes(nkdraw::load32(pixel));
+  return {word >> kRedShift, (word >> kGreenShift) & kCodeMask, (word >> kBlueShift) & kCodeMask};
+}
+
+/// Red has nothing above it that it could spoil, and loses its upper bits.
+void packCodes(void* pixel, Codes codes) {
+  const std::uint32_t word = codes.r << kRedShift | (codes.g & kCodeMask) << kGreenShift |
+                             (codes.b & kCodeMask) << kBlueShift;
+  nkdraw::store32(pixel, nkdraw::swapBytes(word));
+}
+
+void readCodes(const void* pixel, double& r, double& g, double& b, double& a) {
+  const Codes codes = codesAt(pixel);
+  r = codes.r / kLargestCode;
+  g = codes.g / kLargestCode;
+  b = codes.b / kLargestCode;
+  a = 1.0;
+}
+
+/// The weights of GetLuma, the system's own.
+struct LumaWeights {
+  double green, red, blue;
+};
+
+constexpr LumaWeights kWeights = {0.587, 0.299, 0.114};
+/// For the modes from 2 on.
+constexpr LumaWeights kWeightsOfModes[] = {
+    {0.504, 0.257, 0.098}, {0.715, 0.213, 0.072}, {0.614, 0.183, 0.062}};
+
+const LumaWeights& lumaWeights(std::int32_t mode) {
+  return mode >= 2 && mode <= 4 ? kWeightsOfModes[mode - 2] : kWeights;
+}
+
+}  // namespace
+
+CDrawRGB30DPX::CDrawRGB30DPX(pixelType type) : NKDraw(type) {
+  pixelKind = type;
+}
+
+CDrawRGB30DPX& CDrawRGB30DPX::operator=(CDrawRGB30DPX& other) {
+  NKDraw::operator=(other);
+  return *this;
+}
+
+int CDrawRGB30DPX::GetPitch() {
+  return static_cast<int>(width * 4);
+}
+
+std::uint32_t CDrawRGB30DPX::GetPixelRGBA(int x, int y, double& r, double& g, double& b,
+                                          double& a) {
+  readCodes(GetPixel(x, y), r, g, b, a);
+  return 0;
+}
+
+std::uint32_t CDrawRGB30DPX::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {
+  return nkdraw::readHsv(*this, x, y, h, s, v, a);
+}
+
+double CDrawRGB30DPX::GetLuma(int x, int y) {
+  const Codes codes = codesAt(GetPixel(x, y));
+  const LumaWeights& weights = lumaWeights(ycbcrMode);
+  return (weights.green * codes.g + weights.red * codes.r + weights.blue * codes.b) *
+         0.0009765625;  // 1/1024
+}
+
+std::uint32_t CDrawRGB30DPX::GetColorRGBA(double& r, double& g, double& b, double& a,
+                                          bool foreground) {
+  readCodes(foreground ? foregroundPixel : backgroundPixel, r, g, b, a);
+  return 0;
+}
+
+std::uint32_t CDrawRGB30DPX::SetColorRGBA(double r, double g, double b, double /*a*/,
+                                          bool foreground) {
+  packCodes(foreground ? foregroundPixel : backgroundPixel,
+            {nkdraw::truncateToLow32(r * kLargestCode), nkdraw::truncateToLow32(g * kLargestCode),
+             nkdraw::truncateToLow32(b * kLargestCode)});
+  return 0;
+}

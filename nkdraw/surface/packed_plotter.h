@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Plotting where a pixel is a whole number of bytes that hold a colour and nothing else.
+#pragma once
+
+#include <nkdraw/surface/address.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace nkdraw {
+
+/// Stores the bytes of one colour; pixels lie `kBytes` apart. Nothing is refused but a missing
+/// canvas, on which nothing can be drawn.
+template <std::size_t kBytes>
+class PackedPlotter {
+ public:
+  using Bytes = std::array<std::uint8_t, kBytes>;
+
+  PackedPlotter(char* canvas, std::uint32_t pitch, const Bytes& colour)
+      : canvas_(canvas), pitch_(pitch), colour_(colour) {}
+
+  std::uint32_t put(int x, int y) const {
+    if (canvas_ != nullptr)
+      write(address(x, y));
+    return 0;
+  }
+
+  void row(int x, int y, int count) const {
+    if (canvas_ == nullptr)
+      return;
+    for (char* at = address(x, y); count > 0; --count, at += kBytes)
+      write(at);
+  }
+
+  /// Stores the colour at an address that a surface gives.
+  void write(void* at) const { std::memcpy(at, colour_.data(), kBytes); }
+
+ private:
+  [[nodiscard]] char* address(int x, int y) const {
+    return canvas_ + rowOffset(pitch_, y) + static_cast<std::ptrdiff_t>(kBytes) * x;
+  }
+
+  char* canvas_;
+  std::uint32_t pitch_;
+  Bytes colour_;
+};
+
+}  // namespace nkdraw

@@ -79,11 +79,10 @@ std::vector<std::uint16_t> wordsOf(std::span<const std::uint8_t> bytes) {
 std::vector<std::uint16_t> decodedWords(std::span<const std::uint8_t> frame,
                                         const std::string& from, int width, int height,
                                         const std::string& to) {
-  return wordsOf(throughFfmpeg(
-      frame, ".raw",
-      {"-f", "rawvideo", "-pixel_format", from, "-video_size",
-       std::to_string(width) + "x" + std::to_string(height), "-i", "{}", "-f", "rawvideo",
-       "-pix_fmt", to, "-"}));
+  return wordsOf(throughFfmpeg(frame, ".raw",
+                               {"-f", "rawvideo", "-pixel_format", from, "-video_size",
+                                std::to_string(width) + "x" + std::to_string(height), "-i", "{}",
+                                "-f", "rawvideo", "-pix_fmt", to, "-"}));
 }
 
 }  // namespace nkdraw::test

@@ -60,8 +60,8 @@ TEST_P(DeepRgb, StartsWithWordsOf255AndZero) {
     EXPECT_EQ(element(*surface, true, i), 255U);
     EXPECT_EQ(element(*surface, false, i), 0U);
   }
-  EXPECT_EQ(sizeof(WordFields<CDrawRGB48>::words(dynamic_cast<CDrawRGB48&>(*makeSurface(
-                       ptRGB48, 1, 1, 0, nullptr)), true)),
+  EXPECT_EQ(sizeof(WordFields<CDrawRGB48>::words(
+                dynamic_cast<CDrawRGB48&>(*makeSurface(ptRGB48, 1, 1, 0, nullptr)), true)),
             12U);
 }
 
@@ -390,9 +390,8 @@ TEST_P(DecodedDeepRgb, FfmpegReadsTheChannelsThatWeRead) {
   }
   const bool alpha = step == 8;
   // Planes of G, B, R and the alpha.
-  const std::vector<std::uint16_t> planes =
-      decodedWords(raw, alpha ? "rgba64le" : "rgb48le", kWidth, kHeight,
-                   alpha ? "gbrap16le" : "gbrp16le");
+  const std::vector<std::uint16_t> planes = decodedWords(
+      raw, alpha ? "rgba64le" : "rgb48le", kWidth, kHeight, alpha ? "gbrap16le" : "gbrp16le");
   ASSERT_EQ(planes.size(), static_cast<std::size_t>(kWidth * kHeight * GetParam().words));
   const std::size_t plane = kWidth * kHeight;
   for (int y = 0; y < kHeight; ++y) {

@@ -20,8 +20,8 @@ using namespace nkdraw::test;
 using Bytes = std::vector<std::uint8_t>;
 
 std::uint32_t bigEndian(const std::uint8_t* at) {
-  return (std::uint32_t{at[0]} << 24) | (std::uint32_t{at[1]} << 16) |
-         (std::uint32_t{at[2]} << 8) | at[3];
+  return (std::uint32_t{at[0]} << 24) | (std::uint32_t{at[1]} << 16) | (std::uint32_t{at[2]} << 8) |
+         at[3];
 }
 
 std::uint8_t* packed(NKDraw& surface, bool ink) {

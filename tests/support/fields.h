@@ -82,6 +82,17 @@ struct WordFields : Surface {
   }
 };
 
+/// Sets what PutPixel writes from on the surfaces whose words no colour call reaches; does nothing
+/// on others.
+inline void setDeepWord(NKDraw& surface, bool ink, int i, std::uint32_t word) {
+  if (auto* const rgb = dynamic_cast<CDrawRGB48*>(&surface); rgb != nullptr && i < 3)
+    WordFields<CDrawRGB48>::words(*rgb, ink)[i] = word;
+  if (auto* const half = dynamic_cast<CDrawRGBHalf48*>(&surface); half != nullptr && i < 3)
+    WordFields<CDrawRGBHalf48>::words(*half, ink)[i] = word;
+  if (auto* const argb = dynamic_cast<CDrawARGB64*>(&surface); argb != nullptr && i < 4)
+    WordFields<CDrawARGB64>::words(*argb, ink)[i] = word;
+}
+
 struct BayerFields : CDrawBayer {
   static auto& rgba(CDrawBayer& s, bool ink) {
     return ink ? s.*&BayerFields::foregroundRGBA : s.*&BayerFields::backgroundRGBA;

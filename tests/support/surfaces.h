@@ -15,27 +15,39 @@ namespace nkdraw::test {
 /// The layouts that the library draws in. The two of 16-bit YCbCr have no row in the factory, and
 /// surfaces that present themselves as ptRGBA32.
 inline constexpr pixelType kLayouts[] = {
-    ptRGBA32,     ptARGB32,      ptBGRA32,    ptABGR32,    ptRGB24,     ptBGR24,
-    ptYUYV,       ptUYVY,        ptYVYU,      ptVYUY,      ptV210,      ptRGB30DPX,
-    ptBayerBGGR,  ptBayerRGGB,   ptBayerGBRG, ptBayerGRBG, ptRGB48,     ptARGB64,
-    ptRGBHalf48,  ptYCbCr48,     ptYCbCrA64,  ptUV8,       ptUV16};
+    ptRGBA32, ptARGB32, ptBGRA32,    ptABGR32,   ptRGB24,     ptBGR24,     ptYUYV,      ptUYVY,
+    ptYVYU,   ptVYUY,   ptV210,      ptRGB30DPX, ptBayerBGGR, ptBayerRGGB, ptBayerGBRG, ptBayerGRBG,
+    ptRGB48,  ptARGB64, ptRGBHalf48, ptYCbCr48,  ptYCbCrA64,  ptUV8,       ptUV16};
 
 [[nodiscard]] inline std::string layoutName(pixelType type) {
-  static const std::map<pixelType, std::string> kNames = {
-      {ptRGBA32, "RGBA32"},         {ptARGB32, "ARGB32"},
-      {ptBGRA32, "BGRA32"},         {ptABGR32, "ABGR32"},
-      {ptRGB24, "RGB24"},           {ptBGR24, "BGR24"},
-      {ptYUYV, "YUYV"},             {ptUYVY, "UYVY"},
-      {ptYVYU, "YVYU"},             {ptVYUY, "VYUY"},
-      {ptV210, "V210"},             {ptRGB30DPX, "RGB30DPX"},
-      {ptBayerBGGR, "BayerBGGR"},   {ptBayerRGGB, "BayerRGGB"},
-      {ptBayerGBRG, "BayerGBRG"},   {ptBayerGRBG, "BayerGRBG"},
-      {ptBayerBGGR12, "BayerBGGR12"}, {ptBayerRGGB12, "BayerRGGB12"},
-      {ptBayerGBRG12, "BayerGBRG12"}, {ptBayerGRBG12, "BayerGRBG12"},
-      {ptRGB48, "RGB48"},           {ptARGB64, "ARGB64"},
-      {ptRGBHalf48, "RGBHalf48"},   {ptRGBAHalf64, "RGBAHalf64"},
-      {ptYCbCr48, "YCbCr48"},       {ptYCbCrA64, "YCbCrA64"},
-      {ptUV8, "UV8"},               {ptUV16, "UV16"}};
+  static const std::map<pixelType, std::string> kNames = {{ptRGBA32, "RGBA32"},
+                                                          {ptARGB32, "ARGB32"},
+                                                          {ptBGRA32, "BGRA32"},
+                                                          {ptABGR32, "ABGR32"},
+                                                          {ptRGB24, "RGB24"},
+                                                          {ptBGR24, "BGR24"},
+                                                          {ptYUYV, "YUYV"},
+                                                          {ptUYVY, "UYVY"},
+                                                          {ptYVYU, "YVYU"},
+                                                          {ptVYUY, "VYUY"},
+                                                          {ptV210, "V210"},
+                                                          {ptRGB30DPX, "RGB30DPX"},
+                                                          {ptBayerBGGR, "BayerBGGR"},
+                                                          {ptBayerRGGB, "BayerRGGB"},
+                                                          {ptBayerGBRG, "BayerGBRG"},
+                                                          {ptBayerGRBG, "BayerGRBG"},
+                                                          {ptBayerBGGR12, "BayerBGGR12"},
+                                                          {ptBayerRGGB12, "BayerRGGB12"},
+                                                          {ptBayerGBRG12, "BayerGBRG12"},
+                                                          {ptBayerGRBG12, "BayerGRBG12"},
+                                                          {ptRGB48, "RGB48"},
+                                                          {ptARGB64, "ARGB64"},
+                                                          {ptRGBHalf48, "RGBHalf48"},
+                                                          {ptRGBAHalf64, "RGBAHalf64"},
+                                                          {ptYCbCr48, "YCbCr48"},
+                                                          {ptYCbCrA64, "YCbCrA64"},
+                                                          {ptUV8, "UV8"},
+                                                          {ptUV16, "UV16"}};
   const auto found = kNames.find(type);
   return found == kNames.end() ? "type" + std::to_string(static_cast<int>(type)) : found->second;
 }
@@ -114,8 +126,8 @@ using Surface = std::unique_ptr<NKDraw, Releaser>;
 [[nodiscard]] inline Surface makeSurface(pixelType type, int width, int height, int pitch,
                                          char* canvas) {
   if (isDeepYCbCr(type)) {
-    Surface surface = withClassOf(
-        type, [type]<class Base>(Base*) { return Surface(new Base(type)); });
+    Surface surface =
+        withClassOf(type, [type]<class Base>(Base*) { return Surface(new Base(type)); });
     surface->SetCanvas(canvas, height, width, pitch);
     return surface;
   }

@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr std::uint32_t kNotServed = 0xFFFFFFFF;
-
 void setChannels(double (&colour)[4], double red, double green, double blue, double alpha) {
   colour[0] = red;
   colour[1] = green;
@@ -133,55 +131,4 @@ std::uint32_t NKDraw::EMFDraw(int, int, int, int, bool) {
 }
 std::uint32_t NKDraw::Arrow(int, int, int, int, bool) {
   return 0;
-}
-
-// Not served by this version: refused, so that nobody takes them for drawn.
-
-std::uint32_t NKDraw::LineWuTo(int, int) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::LineWu(int, int, int, int) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::Circle(int, int, int) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::Ellipse(int, int, int, int) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::Arc(int, int, int, int, int, int, int, int) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::ArcTo(int, int, int, int, int, int, int, int) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::AngleArc(int, int, std::uint32_t, float, float) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::AngleArcTo(int, int, int, int, float, float) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::Bezier(int, int, int, int, int, int, int, int) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::PolyBezier(const tagPOINT*, std::uint32_t) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::PolyBezierTo(const tagPOINT*, std::uint32_t) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::FillRect(const tagRECT*) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::Rectangle(int, int, int, int) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::RoundRect(int, int, int, int, int, int) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::Pie(int, int, int, int, int, int, int, int) {
-  return kNotServed;
-}
-std::uint32_t NKDraw::EraseCanvas(bool) {
-  return kNotServed;
 }

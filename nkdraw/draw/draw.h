@@ -31,7 +31,8 @@ inline constexpr std::uint32_t DT_HIDEPREFIX = 0x100000;
 /// Coordinates are signed pixels from the first pixel of the canvas, x to the right, y down. No
 /// operation clips; what lies outside is for the surface's PutPixel to refuse. Operations call
 /// each other through the table, so that a class that overrides one changes all that use it;
-/// only LineHoriz on the 32-bit RGB layouts fills memory without asking PutPixel. A
+/// only LineHoriz, EraseCanvas and a FillRect of the whole canvas on the 32-bit RGB layouts fill
+/// memory without asking PutPixel. A
 /// status is 0, or 0xFFFFFFFF for a refused call; what PutPixel returns does not change it. The
 /// operations marked empty return 0 and do nothing whatever they get; those marked as not served
 /// return 0xFFFFFFFF and do nothing.
@@ -58,11 +59,18 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   virtual std::uint32_t MoveTo(int x, int y);
   /// A line from the pen, which then stands at its end.
   virtual std::uint32_t LineTo(int x, int y);
-  /// A line, both ends included, the same pixels whichever end comes first.
+  /// A line, both ends included, the same pixels whichever end comes first. Where a derived class
+  /// sets `antialias`, lines that are neither straight nor exactly diagonal are mixed with the
+  /// canvas, and leave the foreground colour nearly black.
   virtual std::uint32_t Line(int x1, int y1, int x2, int y2);
   virtual std::uint32_t Line(tagPOINT& from, tagPOINT& to);
-  virtual std::uint32_t LineWuTo(int x, int y);                  ///< not served
-  virtual std::uint32_t LineWu(int x1, int y1, int x2, int y2);  ///< not served
+  /// LineWu from the pen, which then stands at its end.
+  virtual std::uint32_t LineWuTo(int x, int y);
+  /// Xiaolin Wu's antialiased line: two pixels at each step, whose weights go into the alpha of the
+  /// foreground colour. It shows on layouts that plot through NKPixel in additive mode; on all
+  /// others the two pixels are plotted alike, and YCbCr surfaces, which do not tell their colour,
+  /// draw it in white. The colour keeps the last weight as its alpha.
+  virtual std::uint32_t LineWu(int x1, int y1, int x2, int y2);
   /// A column, both ends included; nothing when y1 is greater than y2.
   virtual std::uint32_t LineVert(int x, int y1, int y2);
   /// A row. On the 32-bit RGB layouts x2 is left out, nothing blends, and x1 must not be greater
@@ -70,31 +78,57 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   virtual std::uint32_t LineHoriz(int x1, int y, int x2);
   /// A line of `on` plotted and `off` skipped pixels in turn, begun at (x1, y1).
   virtual std::uint32_t Dash(int x1, int y1, int x2, int y2, int on, int off);
-  virtual std::uint32_t Circle(int x, int y, int radius);                 ///< not served
-  virtual std::uint32_t Ellipse(int x, int y, int radiusX, int radiusY);  ///< not served
-  virtual std::uint32_t Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4,
-                            int y4);  ///< not served
-  virtual std::uint32_t ArcTo(int x1, int y1, int x2, int y2, int x3, int y3, int x4,
-                              int y4);  ///< not served
-  virtual std::uint32_t AngleArc(int x, int y, std::uint32_t radius, float start,
-                                 float end);  ///< not served
-  virtual std::uint32_t AngleArcTo(int x, int y, int radiusX, int radiusY, float start,
-                                   float end);  ///< not served
-  virtual std::uint32_t Bezier(int x1, int y1, int x2, int y2, int x3, int y3, int x4,
-                               int y4);                                             ///< not served
-  virtual std::uint32_t PolyBezier(const tagPOINT* points, std::uint32_t count);    ///< not served
-  virtual std::uint32_t PolyBezierTo(const tagPOINT* points, std::uint32_t count);  ///< not served
+
+  // Curves are chains of lines. Angles are degrees from the right, counter-clockwise on the screen,
+  // cut to whole ones; an end below the start is reached by going round. A degree is 3.14 / 180 of
+  // the angle that sine and cosine take, so that arcs end a little short of the axes.
+
+  /// AngleArc and AngleArcTo of 0 to 360 degrees. Circle leaves the pen; Ellipse leaves it at its
+  /// rightmost point. Radii, not a box.
+  virtual std::uint32_t Circle(int x, int y, int radius);
+  virtual std::uint32_t Ellipse(int x, int y, int radiusX, int radiusY);
+  /// An arc of the ellipse in the box from (x1, y1) to (x2, y2), from the direction of (x3, y3) to
+  /// that of (x4, y4). A box that is empty or turned round, and a direction point in the centre,
+  /// are refused. The pen stays.
+  virtual std::uint32_t Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4);
+  /// Arc with its start in the direction of (y3, x3), the coordinates exchanged; then the pen
+  /// stands at (x4, y4). Returns 0, drawn or not.
+  virtual std::uint32_t ArcTo(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4);
+  /// An arc around (x, y) from one angle to another. The pen stays.
+  virtual std::uint32_t AngleArc(int x, int y, std::uint32_t radius, float start, float end);
+  /// The same of an ellipse; the pen then stands at the last point.
+  virtual std::uint32_t AngleArcTo(int x, int y, int radiusX, int radiusY, float start, float end);
+  /// A cubic curve with its two control points, split until both lie less than a pixel from the
+  /// chord. Two ends that coincide are refused. The pen stands at the start of the last line drawn.
+  /// Coordinates lie within 2^29 of 0: beyond that sums wrap, and the halves need not meet.
+  virtual std::uint32_t Bezier(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4);
+  /// Curves that share their ends: 7, 10, 13 ... points. Any other count is refused, 4 too.
+  virtual std::uint32_t PolyBezier(const tagPOINT* points, std::uint32_t count);
+  /// The same, after which the pen stands at points[count + 2]: the array holds three points more.
+  virtual std::uint32_t PolyBezierTo(const tagPOINT* points, std::uint32_t count);
   /// Lines from point to point. Fewer than two points are refused.
   virtual std::uint32_t Polyline(const tagPOINT* points, std::uint32_t count);
   /// The same, after which the pen stands at points[count]: the array holds one point more.
   virtual std::uint32_t PolylineTo(const tagPOINT* points, std::uint32_t count);
-  virtual std::uint32_t FillRect(const tagRECT* rect);              ///< not served
-  virtual std::uint32_t Rectangle(int x1, int y1, int x2, int y2);  ///< not served
-  virtual std::uint32_t RoundRect(int x1, int y1, int x2, int y2, int width,
-                                  int height);  ///< not served
-  virtual std::uint32_t Pie(int x1, int y1, int x2, int y2, int x3, int y3, int x4,
-                            int y4);                                       ///< not served
-  virtual std::uint32_t EraseCanvas(bool flag);                            ///< not served
+  /// Rows of LineHoriz from top to bottom, bottom left out; right is left out on the 32-bit RGB
+  /// layouts and included on all others. On those layouts a rectangle of the canvas's size,
+  /// wherever it lies, is EraseCanvas, and left must not be greater than right. `rect` must not be
+  /// null.
+  virtual std::uint32_t FillRect(const tagRECT* rect);
+  /// Four lines; all edges are included, the corners plotted twice.
+  virtual std::uint32_t Rectangle(int x1, int y1, int x2, int y2);
+  /// A rectangle whose corners are quarters of an ellipse `width` by `height`; refused when that is
+  /// larger than the rectangle. The pen stands at the last corner's last point.
+  virtual std::uint32_t RoundRect(int x1, int y1, int x2, int y2, int width, int height);
+  /// ArcTo's arc, and lines from its ends to the middle of the box, as an outline. A refused arc
+  /// leaves the two lines, which then go to the ends of the last arc of the process. The pen stays.
+  /// Pies drawn by several threads at once get each other's ends.
+  virtual std::uint32_t Pie(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4);
+  /// Fills the canvas with the foreground colour. On the 32-bit RGB layouts width times height
+  /// pixels from the first byte on, whatever the pitch, and nothing blends. On all others every row
+  /// through LineHoriz, which plots one pixel more at its right end: the canvas has room for it.
+  /// `flag` is not read.
+  virtual std::uint32_t EraseCanvas(bool flag);
   virtual std::uint32_t Fill(int x, int y, double value);                  ///< empty
   virtual std::uint32_t GradientRect(int, int, int, int, int);             ///< empty
   virtual std::uint32_t SymGradientRect(int, int, int, int, int);          ///< empty

@@ -3,6 +3,7 @@
 // Straight lines: a 16.16 fixed-point stepper along the longer axis, plotted in runs.
 #include <nkdraw/draw/draw.h>
 
+#include <nkdraw/draw/weighted_line.h>
 #include <nkdraw/platform/memory.h>
 #include <nkdraw/surface/address.h>
 #include <nkdraw/surface/byte_order.h>
@@ -129,8 +130,10 @@ std::uint32_t NKDraw::Line(int x1, int y1, int x2, int y2) {
     std::swap(y1, y2);
   }
   const int dx = wrappingSubtract(x2, x1), dy = wrappingSubtract(y2, y1);
-  if (antialias && dx != 0 && dy != 0 && signedMagnitude(dx) != dy)
-    return kRefused;  // the weighted path is not served; the library never sets the flag
+  if (antialias && dx != 0 && dy != 0 && signedMagnitude(dx) != dy) {
+    nkdraw::weightedLine(*this, x1, y1, x2, y2, [](int, int) { return true; });
+    return 0;
+  }
   Stepper stepper(x1, y1, x2, y2, dy > signedMagnitude(dx));
   RunGatherer run(*this, stepper);
   if (stepper.straight()) {
@@ -156,7 +159,7 @@ std::uint32_t NKDraw::LineVert(int x, int y1, int y2) {
 }
 
 std::uint32_t NKDraw::LineHoriz(int x1, int y, int x2) {
-  if (pixelKind < ptRGBA32 || pixelKind > ptABGR32) {
+  if (!nkdraw::isFourByteRgb(pixelKind)) {
     if (x1 <= x2)
       nkdraw::RunPlotter(*this).row(x1, y, span(x1, x2), 1, true);
     return 0;

@@ -42,6 +42,11 @@ struct ByteOrder {
   return type == ptBGR24 ? ByteOrder{2, 1, 0, 3, 3} : ByteOrder{0, 1, 2, 3, 3};
 }
 
+/// The layouts whose rows and canvases are filled as blocks of memory.
+[[nodiscard]] constexpr bool isFourByteRgb(pixelType type) {
+  return type >= ptRGBA32 && type <= ptABGR32;
+}
+
 [[nodiscard]] constexpr bool isThreeByteType(pixelType type) {
   return type == ptRGB24 || type == ptBGR24;
 }

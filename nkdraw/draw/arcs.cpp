@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Arcs: chains of lines, one for each whole degree whatever the radius.
+#include <nkdraw/draw/draw.h>
+
+#include <nkdraw/surface/truncate.h>
+#include <nkdraw/surface/wrapping.h>
+
+#include <atomic>
+#include <cmath>
+#include <optional>
+
+namespace {
+
+constexpr std::uint32_t kRefused = 0xFFFFFFFF;
+
+using nkdraw::truncateToInt32;
+using nkdraw::wrappingAdd;
+
+// Meant as they are: made with 3.14, so that a full turn ends a little early.
+constexpr double kDegreesPerRadian = 57.324840764331206;    // 180 / 3.14
+constexpr double kRadiansPerDegree = 0.017444444444444446;  // 3.14 / 180
+
+/// The ends of the last arc of the process, of any surface, for Pie. Threads that draw pies at once
+/// get each other's ends.
+std::atomic<std::int32_t> arcStartX, arcStartY, arcEndX, arcEndY;
+
+/// Whole degrees from `start` on, both ends included, counter-clockwise on the screen.
+struct Sweep {
+  std::int32_t start, end;
+
+  /// An end below the start becomes the next angle with the same remainder.
+  Sweep(double from, double to) : start(truncateToInt32(from)), end(truncateToInt32(to)) {
+    if (end >= start)
+      return;
+    const std::uint32_t turns =
+        (static_cast<std::uint32_t>(start) - static_cast<std::uint32_t>(end) - 1) / 360;
+    end = wrappingAdd(end, std::int64_t{turns} * 360 + 360);
+  }
+
+  /// What sine and cosine take, for any number of turns.
+  static double radians(std::int32_t degree) { return degree % 360 * kRadiansPerDegree; }
+};
+
+/// An ellipse from the middle of a box.
+struct BoxedEllipse {
+  double radiusX, radiusY, centreX, centreY;
+
+  [[nodiscard]] tagPOINT at(double radians) const {
+    const double px =
+        double{static_cast<float>(std::cos(radians)) * static_cast<float>(radiusX)} + centreX;
+    const double py =
+        centreY - double{static_cast<float>(std::sin(radians)) * static_cast<float>(radiusY)};
+    return {truncateToInt32(px), truncateToInt32(py)};
+  }
+};
+
+/// An ellipse around a pixel, whose points are computed in single precision throughout.
+struct CentredEllipse {
+  float x, y, radiusX, radiusY;
+
+  CentredEllipse(int centreX, int centreY, int rx, int ry)
+      : x(static_cast<float>(centreX)),
+        y(static_cast<float>(centreY)),
+        radiusX(static_cast<float>(rx)),
+        radiusY(static_cast<float>(ry)) {}
+
+  [[nodiscard]] tagPOINT at(double radians) const {
+    const float px = static_cast<float>(std::cos(radians)) * radiusX + x;
+    const float py = y - static_cast<float>(std::sin(radians)) * radiusY;
+    return {truncateToInt32(double{px}), truncateToInt32(double{py})};
+  }
+};
+
+/// Joins the points of a sweep; returns the last one.
+template <class Ellipse>
+tagPOINT drawSweep(NKDraw& surface, const Ellipse& ellipse, Sweep sweep) {
+  tagPOINT last = ellipse.at(Sweep::radians(sweep.start));
+  for (std::int64_t degree = std::int64_t{sweep.start} + 1; degree <= sweep.end; ++degree) {
+    const tagPOINT next = ellipse.at(Sweep::radians(static_cast<std::int32_t>(degree)));
+    surface.Line(last.x, last.y, next.x, next.y);
+    last = next;
+  }
+  return last;
+}
+
+/// atan(numerator / denominator) in degrees, the quotient in single precision.
+double angleOf(double numerator, double denominator) {
+  const float quotient = static_cast<float>(numerator) / static_cast<float>(denominator);
+  return std::atan(double{quotient}) * kDegreesPerRadian;
+}
+
+/// The angle at which a point lies from a centre; none for the centre. Meant as it is: straight
+/// below is 90 and straight above 270, the reverse of all other directions.
+std::optional<double> angleOfPoint(double px, double py, double cx, double cy) {
+  if (px == cx && py == cy)
+    return std::nullopt;
+  if (px == cx)
+    return py > cy ? 90.0 : 270.0;
+  if (py == cy)
+    return px > cx ? 0.0 : 180.0;
+  if (py > cy)
+    return px > cx ? -angleOf(py - cy, px - cx) : 180.0 + angleOf(py - cy, cx - px);
+  return px > cx ? 360.0 - angleOf(py - cy, px - cx) : angleOf(py - cy, cx - px) + 180.0;
+}
+
+}  // namespace
+
+std::uint32_t NKDraw::Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
+  if (x2 <= x1 || y2 <= y1)
+    return kRefused;
+  const double right = x2, bottom = y2;
+  const double radiusX = (right - x1) * 0.5, radiusY = (bottom - y1) * 0.5;
+  const BoxedEllipse ellipse = {radiusX, radiusY, right - radiusX, bottom - radiusY};
+  const auto from = angleOfPoint(x3, y3, ellipse.centreX, ellipse.centreY);
+  const auto to = angleOfPoint(x4, y4, ellipse.centreX, ellipse.centreY);
+  if (!from || !to)
+    return kRefused;
+  const Sweep sweep(*from, *to);
+  const tagPOINT first = ellipse.at(Sweep::radians(sweep.start));
+  arcStartX = first.x;
+  arcStartY = first.y;
+  const tagPOINT last = drawSweep(*this, ellipse, sweep);
+  arcEndX = last.x;
+  arcEndY = last.y;
+  return 0;
+}
+
+// The start ray is meant to go through (y3, x3).
+std::uint32_t NKDraw::ArcTo(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
+  Arc(x1, y1, x2, y2, y3, x3, x4, y4);
+  penX = x4;
+  penY = y4;
+  return 0;
+}
+
+// The start ray as in ArcTo. When the arc is refused, the radii go to the ends of an earlier one.
+std::uint32_t NKDraw::Pie(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
+  const int cx = wrappingAdd(x1, x2) / 2, cy = wrappingAdd(y1, y2) / 2;
+  Arc(x1, y1, x2, y2, y3, x3, x4, y4);
+  Line(arcStartX, arcStartY, cx, cy);
+  Line(arcEndX, arcEndY, cx, cy);
+  return 0;
+}
+
+std::uint32_t NKDraw::AngleArc(int x, int y, std::uint32_t radius, float start, float end) {
+  const auto signedRadius = static_cast<int>(radius);
+  drawSweep(*this, CentredEllipse(x, y, signedRadius, signedRadius), Sweep(start, end));
+  return 0;
+}
+
+std::uint32_t NKDraw::AngleArcTo(int x, int y, int radiusX, int radiusY, float start, float end) {
+  const tagPOINT last = drawSweep(*this, CentredEllipse(x, y, radiusX, radiusY), Sweep(start, end));
+  penX = last.x;
+  penY = last.y;
+  return 0;
+}
+
+std::uint32_t NKDraw::Circle(int x, int y, int radius) {
+  AngleArc(x, y, static_cast<std::uint32_t>(radius), 0.0F, 360.0F);
+  return 0;
+}
+
+std::uint32_t NKDraw::Ellipse(int x, int y, int radiusX, int radiusY) {
+  AngleArcTo(x, y, radiusX, radiusY, 0.0F, 360.0F);
+  return 0;
+}

@@ -78,26 +78,9 @@ TEST(EmptyOperations, ReturnZeroWhateverTheyGet) {
 }
 
 TEST(OperationsToCome, RefuseAndDrawNothing) {
-  static const tagPOINT kPoints[8] = {};
   static const tagRECT kRect = {1, 1, 9, 9};
   expectNothingDrawn(
       {
-          {"LineWuTo", [](NKDraw& d) { return d.LineWuTo(9, 5); }},
-          {"LineWu", [](NKDraw& d) { return d.LineWu(0, 0, 9, 5); }},
-          {"Circle", [](NKDraw& d) { return d.Circle(9, 9, 5); }},
-          {"Ellipse", [](NKDraw& d) { return d.Ellipse(9, 9, 5, 4); }},
-          {"Arc", [](NKDraw& d) { return d.Arc(0, 0, 9, 9, 1, 1, 2, 2); }},
-          {"ArcTo", [](NKDraw& d) { return d.ArcTo(0, 0, 9, 9, 1, 1, 2, 2); }},
-          {"AngleArc", [](NKDraw& d) { return d.AngleArc(9, 9, 5, 0.0F, 90.0F); }},
-          {"AngleArcTo", [](NKDraw& d) { return d.AngleArcTo(9, 9, 5, 4, 0.0F, 90.0F); }},
-          {"Bezier", [](NKDraw& d) { return d.Bezier(0, 0, 1, 1, 2, 2, 3, 3); }},
-          {"PolyBezier", [](NKDraw& d) { return d.PolyBezier(kPoints, 4); }},
-          {"PolyBezierTo", [](NKDraw& d) { return d.PolyBezierTo(kPoints, 4); }},
-          {"FillRect", [](NKDraw& d) { return d.FillRect(&kRect); }},
-          {"Rectangle", [](NKDraw& d) { return d.Rectangle(1, 1, 9, 9); }},
-          {"RoundRect", [](NKDraw& d) { return d.RoundRect(1, 1, 9, 9, 2, 2); }},
-          {"Pie", [](NKDraw& d) { return d.Pie(0, 0, 9, 9, 1, 1, 2, 2); }},
-          {"EraseCanvas", [](NKDraw& d) { return d.EraseCanvas(true); }},
           {"UseDefaultFont", [](NKDraw& d) { return d.UseDefaultFont(true); }},
           {"ExtractBMPData",
            [](NKDraw& d) { return static_cast<std::uint32_t>(d.ExtractBMPData("x")); }},

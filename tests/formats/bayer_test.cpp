@@ -313,10 +313,10 @@ TEST(BayerBytes, AnOddColumnOfAnOddRowTakesItsOwnPair) {
 
 TEST(BayerBytes, AnyOtherTypeIsPlottedAndReadAsBggr) {
   for (const int type : {-1, 0, 1, 20, 29, 10000}) {
-    Frame one(64, 5), two(64, 5);
+    Frame one(128, 5), two(128, 5);
     CDrawBayer odd(static_cast<pixelType>(type)), plain(ptBayerBGGR);
-    odd.SetCanvas(one.canvas(), 4, 8, 16);
-    plain.SetCanvas(two.canvas(), 4, 8, 16);
+    odd.SetCanvas(one.canvas(), 4, 8, 32);
+    plain.SetCanvas(two.canvas(), 4, 8, 32);
     for (CDrawBayer* const surface : {&odd, &plain}) {
       surface->SetColorRGBA(0.9, 0.6, 0.3, 1.0, true);
       for (int y = 0; y < 4; ++y) {

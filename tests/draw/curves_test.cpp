@@ -28,16 +28,6 @@ std::pair<int, int> penOf(ShapeLog& log) {
   return {log.pen().x, log.pen().y};
 }
 
-/// What the next Pie would draw from: the process's arc state, seen through two radii.
-ArcEnds arcEnds() {
-  ShapeLog log;
-  EXPECT_EQ(log.Pie(0, 0, 0, 0, 1, 1, 1, 1), 0U);  // its arc fails
-  EXPECT_EQ(log.lines.size(), 2U);
-  if (log.lines.size() != 2)
-    return {};
-  return {log.lines[0].x1, log.lines[0].y1, log.lines[1].x1, log.lines[1].y1};
-}
-
 TEST(Arc, RunsOverTheTopFromTheRightToTheLeft) {
   ShapeLog log;
   EXPECT_EQ(log.Arc(0, 0, 100, 100, 100, 50, 0, 50), 0U);

@@ -37,4 +37,12 @@ class ShapeLog final : public CDrawRGB24 {
   int plots = 0;
 };
 
+/// What the next Pie would draw from: the process's arc state, as the radii of one whose arc fails
+/// show it.
+inline ArcEnds arcEnds() {
+  ShapeLog log;
+  log.Pie(0, 0, 0, 0, 1, 1, 1, 1);
+  return {log.lines.at(0).x1, log.lines.at(0).y1, log.lines.at(1).x1, log.lines.at(1).y1};
+}
+
 }  // namespace nkdraw::test

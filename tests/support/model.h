@@ -91,6 +91,18 @@ struct Model {
       std::memcpy(wordAddress(x, y), ink, 4);
   }
 
+  /// The same of the 32-bit layouts' canvas, packed from its first byte whatever the pitch.
+  void fillAll() {
+    for (std::uint32_t i = 0; i < width * height; ++i)
+      std::memcpy(canvas + std::size_t{4} * i, ink, 4);
+  }
+
+  /// Whether both plot the foreground alike.
+  [[nodiscard]] bool hasInkOf(const Model& other) const {
+    return std::memcmp(ink, other.ink, 4) == 0 && inkCode == other.inkCode &&
+           inkSamples == other.inkSamples;
+  }
+
   [[nodiscard]] std::uint8_t* wordAddress(int x, int y) const {
     const std::uint32_t row = (pitch * static_cast<std::uint32_t>(y)) >> 2;
     return canvas + 4 * (std::int64_t{row} + x);

@@ -47,6 +47,8 @@ namespace nkdraw {
 // Byte      0         1                    2
 // bits   7..0      7..4      3..0       7..4      3..0
 //        s0 11..4  s0 3..0   s1 11..8   s1 7..4   s1 3..0
+//
+// There are no runs: left of the canvas, where half bytes are cut towards it, pixels overlap.
 template <>
 class Plotter<CDrawBayer> {
  public:
@@ -62,11 +64,6 @@ class Plotter<CDrawBayer> {
     if (canvas_ != nullptr)
       write(bayer::address(canvas_, pitch_, x, y), x, y);
     return 0;
-  }
-
-  void row(int x, int y, int count) const {
-    for (; count > 0; --count, ++x)
-      put(x, y);
   }
 
   /// Stores the pixel's sample, which begins at an address that the surface gives.

@@ -25,16 +25,16 @@ namespace {
 
 using namespace nkdraw::test;
 
-constexpr std::size_t kSlack = 1 << 18;
+constexpr std::size_t kSlack = 1 << 17;
 
 /// The surfaces under test, and the model.
 class Bench {
  public:
   Bench(pixelType type, int width, int height, int pitch, std::uint32_t seed)
       : known_(bytes(height, pitch), seed, kSlack),
-        unknown_(bytes(height, pitch), seed, kSlack),
-        watched_(bytes(height, pitch), seed, kSlack),
-        model_(bytes(height, pitch), seed, kSlack),
+        unknown_(known_),
+        watched_(known_),
+        model_(known_),
         type_(type) {
     surfaces_[0] = makeSurface(type, width, height, pitch, known_.canvas());
     surfaces_[1] = makeDerived<Unknown>(type, width, height, pitch, unknown_.canvas());
@@ -94,10 +94,14 @@ class Bench {
   NKDraw& first() { return *surfaces_[0]; }
 
  private:
-  /// Some surfaces write wherever they are told to: not above the canvas, then.
+  /// Nothing is clipped, and some surfaces write above the canvas when they are told to.
   [[nodiscard]] bool hasRoom(const ReferenceDraw& reference) const {
-    return takesRowsAbove(type_) || std::all_of(reference.steps.begin(), reference.steps.end(),
-                                                [](const Step& step) { return step.y >= 0; });
+    const auto fits = [this](const Step& step) {
+      const std::int64_t pitch = surfaces_[0]->Pitch();
+      return (step.y >= 0 || takesRowsAbove(type_)) &&
+             step.y * pitch + std::int64_t{8} * std::abs(step.x) < std::int64_t{kSlack};
+    };
+    return std::all_of(reference.steps.begin(), reference.steps.end(), fits);
   }
 
   template <class Work>

@@ -113,6 +113,27 @@ TEST(FillRect, OfTheSizeOfAnyOtherCanvasGoesByRows) {
   EXPECT_EQ(log->plots.back(), (Plot{11, 5, true}));
 }
 
+class EraseLog final : public CDrawRGBA32 {
+ public:
+  EraseLog() : NKDraw(ptRGBA32), CDrawRGBA32(ptRGBA32) {}
+  std::uint32_t EraseCanvas(bool) override {
+    ++erased;
+    return 0;
+  }
+  int erased = 0;
+};
+
+TEST(FillRect, OfAWholeCanvasDoesNotAskForAnErase) {
+  Frame frame(16);
+  frame.fill(0x55);
+  EraseLog surface;
+  surface.SetCanvas(frame.canvas(), 2, 2, 0);
+  const tagRECT whole = {0, 0, 2, 2};
+  EXPECT_EQ(surface.FillRect(&whole), 0U);
+  EXPECT_EQ(surface.erased, 0);
+  EXPECT_EQ(frame.changed().size(), 16U);
+}
+
 TEST(FillRect, OfThe32BitLayoutsIsOpaqueAndARectangleIsMixed) {
   Frame frame(20 * 20 * 4);
   frame.fill(100);

@@ -2,8 +2,8 @@
 //
 // The wipes of packed 4:2:2 frames: both inputs are expanded to three bytes a pixel, wiped, and
 // packed again.
+#include <nkdraw/surface/vector_targets.h>
 #include "samples_422.h"
-#include "vector_targets.h"
 #include "wipe_bands.h"
 #include "wipe_kernels.h"
 

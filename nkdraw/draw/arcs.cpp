@@ -3,9 +3,11 @@
 // Arcs: chains of lines, one for each whole degree whatever the radius.
 #include <nkdraw/draw/draw.h>
 
+#include <nkdraw/draw/line_runner.h>
 #include <nkdraw/surface/truncate.h>
 #include <nkdraw/surface/wrapping.h>
 
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <optional>
@@ -37,20 +39,47 @@ struct Sweep {
         (static_cast<std::uint32_t>(start) - static_cast<std::uint32_t>(end) - 1) / 360;
     end = wrappingAdd(end, std::int64_t{turns} * 360 + 360);
   }
-
-  /// What sine and cosine take, for any number of turns.
-  static double radians(std::int32_t degree) { return degree % 360 * kRadiansPerDegree; }
 };
+
+struct Direction {
+  float cosine, sine;
+};
+
+/// Those of all whole degrees, computed once and then read by all threads.
+class Directions {
+ public:
+  Directions() {
+    for (int i = 0; i < kTurn; ++i) {
+      const double radians = i * kRadiansPerDegree;
+      turn_[static_cast<std::size_t>(i)] = {static_cast<float>(std::cos(radians)),
+                                            static_cast<float>(std::sin(radians))};
+    }
+  }
+
+  /// For any number of turns, forward or backward.
+  [[nodiscard]] Direction of(std::int32_t degree) const {
+    const std::int32_t within = degree % kTurn;  // with the sign of the degree
+    const Direction& direction = turn_[nkdraw::magnitude(within)];
+    return {direction.cosine, within < 0 ? -direction.sine : direction.sine};
+  }
+
+ private:
+  static constexpr int kTurn = 360;
+  std::array<Direction, kTurn> turn_;
+};
+
+const Directions& directions() {
+  static const Directions all;
+  return all;
+}
 
 /// An ellipse from the middle of a box.
 struct BoxedEllipse {
   double radiusX, radiusY, centreX, centreY;
 
-  [[nodiscard]] tagPOINT at(double radians) const {
-    const double px =
-        double{static_cast<float>(std::cos(radians)) * static_cast<float>(radiusX)} + centreX;
-    const double py =
-        centreY - double{static_cast<float>(std::sin(radians)) * static_cast<float>(radiusY)};
+  [[nodiscard]] tagPOINT at(Direction direction) const {
+    const double px = double{direction.cosine * static_cast<float>(radiusX)} + centreX;
+    const double py = centreY - double{direction.sine * static_cast<float>(radiusY)};
     return {truncateToInt32(px), truncateToInt32(py)};
   }
 };
@@ -65,20 +94,21 @@ struct CentredEllipse {
         radiusX(static_cast<float>(rx)),
         radiusY(static_cast<float>(ry)) {}
 
-  [[nodiscard]] tagPOINT at(double radians) const {
-    const float px = static_cast<float>(std::cos(radians)) * radiusX + x;
-    const float py = y - static_cast<float>(std::sin(radians)) * radiusY;
+  [[nodiscard]] tagPOINT at(Direction direction) const {
+    const float px = direction.cosine * radiusX + x;
+    const float py = y - direction.sine * radiusY;
     return {truncateToInt32(double{px}), truncateToInt32(double{py})};
   }
 };
 
 /// Joins the points of a sweep; returns the last one.
 template <class Ellipse>
-tagPOINT drawSweep(NKDraw& surface, const Ellipse& ellipse, Sweep sweep) {
-  tagPOINT last = ellipse.at(Sweep::radians(sweep.start));
+tagPOINT drawSweep(const nkdraw::LineRunner& lines, const Ellipse& ellipse, Sweep sweep) {
+  const Directions& all = directions();
+  tagPOINT last = ellipse.at(all.of(sweep.start));
   for (std::int64_t degree = std::int64_t{sweep.start} + 1; degree <= sweep.end; ++degree) {
-    const tagPOINT next = ellipse.at(Sweep::radians(static_cast<std::int32_t>(degree)));
-    surface.Line(last.x, last.y, next.x, next.y);
+    const tagPOINT next = ellipse.at(all.of(static_cast<std::int32_t>(degree)));
+    lines.line(last.x, last.y, next.x, next.y);
     last = next;
   }
   return last;
@@ -117,10 +147,10 @@ std::uint32_t NKDraw::Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4
   if (!from || !to)
     return kRefused;
   const Sweep sweep(*from, *to);
-  const tagPOINT first = ellipse.at(Sweep::radians(sweep.start));
+  const tagPOINT first = ellipse.at(directions().of(sweep.start));
   arcStartX = first.x;
   arcStartY = first.y;
-  const tagPOINT last = drawSweep(*this, ellipse, sweep);
+  const tagPOINT last = drawSweep(nkdraw::LineRunner(*this, antialias), ellipse, sweep);
   arcEndX = last.x;
   arcEndY = last.y;
   return 0;
@@ -145,12 +175,14 @@ std::uint32_t NKDraw::Pie(int x1, int y1, int x2, int y2, int x3, int y3, int x4
 
 std::uint32_t NKDraw::AngleArc(int x, int y, std::uint32_t radius, float start, float end) {
   const auto signedRadius = static_cast<int>(radius);
-  drawSweep(*this, CentredEllipse(x, y, signedRadius, signedRadius), Sweep(start, end));
+  drawSweep(nkdraw::LineRunner(*this, antialias), CentredEllipse(x, y, signedRadius, signedRadius),
+            Sweep(start, end));
   return 0;
 }
 
 std::uint32_t NKDraw::AngleArcTo(int x, int y, int radiusX, int radiusY, float start, float end) {
-  const tagPOINT last = drawSweep(*this, CentredEllipse(x, y, radiusX, radiusY), Sweep(start, end));
+  const tagPOINT last = drawSweep(nkdraw::LineRunner(*this, antialias),
+                                  CentredEllipse(x, y, radiusX, radiusY), Sweep(start, end));
   penX = last.x;
   penY = last.y;
   return 0;

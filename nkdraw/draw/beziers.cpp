@@ -3,6 +3,7 @@
 // Cubic Béziers, split in halves until a line will do.
 #include <nkdraw/draw/draw.h>
 
+#include <nkdraw/draw/line_runner.h>
 #include <nkdraw/surface/truncate.h>
 #include <nkdraw/surface/wrapping.h>
 
@@ -53,24 +54,53 @@ struct Halves {
   }
 };
 
+/// Two ends and their control points.
+struct Cubic {
+  tagPOINT start, control1, control2, end;
+};
+
+/// Calls `flat(curve)` for one that a line will do for, else `half(curve)` for both of its halves.
+/// False for a curve whose ends coincide.
+template <class Flat, class Half>
+bool divide(const Cubic& curve, Flat flat, Half half) {
+  const auto& [p1, p2, p3, p4] = curve;
+  const Chord chord(p1.x, p1.y, p4.x, p4.y);
+  if (chord.isPoint())
+    return false;
+  if (chord.isNear(p2.x, p2.y) && chord.isNear(p3.x, p3.y)) {
+    flat(curve);
+    return true;
+  }
+  const Halves x(p1.x, p2.x, p3.x, p4.x), y(p1.y, p2.y, p3.y, p4.y);
+  const tagPOINT middle = {x.middle, y.middle};
+  half(Cubic{p1, {x.firstControl1, y.firstControl1}, {x.firstControl2, y.firstControl2}, middle});
+  half(Cubic{
+      middle, {x.secondControl1, y.secondControl1}, {x.secondControl2, y.secondControl2}, p4});
+  return true;
+}
+
+/// All of a curve at once, where no half needs to be seen.
+template <class Flat>
+bool drawWhole(const Cubic& curve, Flat flat) {
+  return divide(curve, flat, [flat](const Cubic& half) { drawWhole(half, flat); });
+}
+
 }  // namespace
 
 std::uint32_t NKDraw::Bezier(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
-  const Chord chord(x1, y1, x4, y4);
-  if (chord.isPoint())
-    return kRefused;
-  if (chord.isNear(x2, y2) && chord.isNear(x3, y3)) {
-    penX = x1;
-    penY = y1;
-    Line(x1, y1, x4, y4);
-    return 0;
-  }
-  const Halves x(x1, x2, x3, x4), y(y1, y2, y3, y4);
-  Bezier(x1, y1, x.firstControl1, y.firstControl1, x.firstControl2, y.firstControl2, x.middle,
-         y.middle);
-  Bezier(x.middle, y.middle, x.secondControl1, y.secondControl1, x.secondControl2, y.secondControl2,
-         x4, y4);
-  return 0;
+  const Cubic curve = {{x1, y1}, {x2, y2}, {x3, y3}, {x4, y4}};
+  const nkdraw::LineRunner lines(*this, antialias);
+  const auto flat = [&](const Cubic& part) {
+    penX = part.start.x;
+    penY = part.start.y;
+    lines.line(part.start.x, part.start.y, part.end.x, part.end.y);
+  };
+  const auto half = [this](const Cubic& part) {
+    const auto& [p1, p2, p3, p4] = part;
+    Bezier(p1.x, p1.y, p2.x, p2.y, p3.x, p3.y, p4.x, p4.y);
+  };
+  const bool drawn = lines.direct() ? drawWhole(curve, flat) : divide(curve, flat, half);
+  return drawn ? 0 : kRefused;
 }
 
 // A single curve, 4 points, is meant to be refused.

@@ -224,4 +224,7 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   std::uint32_t labelFontHeight = 10;
   std::uint32_t labelFontScale = 1;
   bool defaultFontWanted = false;
+
+ private:
+  void fillRows(const tagRECT& rect);
 };

@@ -5,6 +5,7 @@
 
 #include <nkdraw/platform/memory.h>
 #include <nkdraw/surface/byte_order.h>
+#include <nkdraw/surface/resolver.h>
 #include <nkdraw/surface/wrapping.h>
 
 namespace {
@@ -22,20 +23,30 @@ std::uint32_t NKDraw::FillRect(const tagRECT* rect) {
   const auto rows = static_cast<std::uint32_t>(wrappingSubtract(rect->bottom, rect->top));
   if (nkdraw::isFourByteRgb(pixelKind) && columns == width && rows == height)
     return NKDraw::EraseCanvas(true);
-  for (int y = rect->top; y < rect->bottom; ++y)
-    LineHoriz(rect->left, y, rect->right);
+  fillRows(*rect);
   return 0;
 }
 
 std::uint32_t NKDraw::EraseCanvas(bool /*flag*/) {
   const auto rows = static_cast<int>(height), columns = static_cast<int>(width);
   if (!nkdraw::isFourByteRgb(pixelKind)) {
-    for (int y = 0; y < rows; ++y)
-      LineHoriz(0, y, columns);
+    fillRows({0, 0, columns, rows});
   } else if (canvas != nullptr && rows > 0 && columns > 0) {
     SetMemoryFast(canvas, nkdraw::load32(foregroundPixel), height * width * 4);
   }
   return 0;
+}
+
+// As LineHoriz fills each row: there is no need to ask a class that does not override it.
+void NKDraw::fillRows(const tagRECT& rect) {
+  const nkdraw::RunPlotter plotter(*this);
+  const bool direct = plotter.ownClass() && !nkdraw::isFourByteRgb(pixelKind);
+  for (int y = rect.top; y < rect.bottom; ++y) {
+    if (!direct)
+      LineHoriz(rect.left, y, rect.right);
+    else if (rect.left <= rect.right)
+      plotter.row(rect.left, y, nkdraw::span(rect.left, rect.right), 1, true);
+  }
 }
 
 std::uint32_t NKDraw::Rectangle(int x1, int y1, int x2, int y2) {

@@ -6,6 +6,7 @@
 #include <nkdraw/formats/bayer.h>
 #include <nkdraw/surface/address.h>
 #include <nkdraw/surface/plotter.h>
+#include <nkdraw/surface/run_kernels.h>
 
 #include <array>
 #include <cstddef>
@@ -47,8 +48,6 @@ namespace nkdraw {
 // Byte      0         1                    2
 // bits   7..0      7..4      3..0       7..4      3..0
 //        s0 11..4  s0 3..0   s1 11..8   s1 7..4   s1 3..0
-//
-// There are no runs: left of the canvas, where half bytes are cut towards it, pixels overlap.
 template <>
 class Plotter<CDrawBayer> {
  public:
@@ -65,6 +64,25 @@ class Plotter<CDrawBayer> {
       write(bayer::address(canvas_, pitch_, x, y), x, y);
     return 0;
   }
+
+  void row(int x, int y, int count) const {
+    if (canvas_ == nullptr || count <= 0)
+      return;
+    if ((x & 1) != 0) {
+      put(x, y);
+      if (--count == 0)
+        return;
+      ++x;
+    }
+    const std::size_t pairs = static_cast<std::size_t>(count) / 2;
+    storeRun(reinterpret_cast<std::uint8_t*>(bayer::address(canvas_, pitch_, x, y)),
+             triples_[y & 1], pairs);
+    if (count % 2 != 0)
+      put(x + count - 1, y);
+  }
+
+  /// Left of the canvas half bytes are cut the other way, towards it, and pixels overlap.
+  static constexpr bool overlaps(int leftmost) { return leftmost < 0; }
 
   /// Stores the pixel's sample, which begins at an address that the surface gives.
   void write(void* at, int x, int y) const {

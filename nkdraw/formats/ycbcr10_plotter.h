@@ -5,9 +5,11 @@
 
 #include <nkdraw/formats/ycbcr10.h>
 #include <nkdraw/surface/plotter.h>
+#include <nkdraw/surface/run_kernels.h>
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstring>
 
@@ -64,6 +66,29 @@ inline constexpr auto kOwned = [] {
   return table;
 }();
 
+/// Eight bytes of a group hold all samples of one pixel: from which word on, by its pair.
+inline constexpr int kWindowBytes = 8;
+
+/// The window of the pair in a group given by its halves.
+constexpr std::uint64_t window(const Halves& group, int pair) {
+  switch (pair) {
+    case 0:
+      return group.low;
+    case 1:
+      return group.low >> 32 | group.high << 32;
+    default:
+      return group.high;
+  }
+}
+
+/// The bits of its window that a pixel owns or shares.
+inline constexpr auto kOwnedInWindow = [] {
+  std::array<std::uint64_t, kGroupPixels> table{};
+  for (int m = 0; m < kGroupPixels; ++m)
+    table[static_cast<std::size_t>(m)] = window(ownedBits(m, m + 1), m / 2);
+  return table;
+}();
+
 /// A whole group in the colour `code` (Y, Cb, Cr in ten bits each, from bit 0).
 constexpr Halves filledGroup(std::uint64_t code) {
   Halves group;
@@ -76,6 +101,44 @@ constexpr Halves filledGroup(std::uint64_t code) {
   return group;
 }
 
+/// All samples of a group, and the bits that none uses, which stay.
+inline MaskedGroup maskedGroup(const Halves& colour) {
+  const Halves& owned = kOwned[0][kGroupPixels];
+  const std::array<std::uint64_t, 2> kept = {~owned.low, ~owned.high};
+  const std::array<std::uint64_t, 2> samples = {colour.low, colour.high};
+  return {std::bit_cast<std::array<std::uint8_t, kGroupBytes>>(kept),
+          std::bit_cast<std::array<std::uint8_t, kGroupBytes>>(samples)};
+}
+
+/// Some pixels of a group, each in a colour of its own.
+class GroupEditor {
+ public:
+  explicit GroupEditor(char* group) : group_(group) {
+    std::memcpy(&bits_.low, group_, sizeof bits_.low);
+    std::memcpy(&bits_.high, group_ + 8, sizeof bits_.high);
+  }
+
+  /// The pixel with number `m` in the colour `code`, as filledGroup takes it.
+  void put(std::size_t m, std::uint64_t code) {
+    Halves colour;
+    colour.put(kLuma[m], code & kSampleMask);
+    colour.put(kCb[m / 2], (code >> 10) & kSampleMask);
+    colour.put(kCr[m / 2], (code >> 20) & kSampleMask);
+    const Halves& owned = kOwned[m][m + 1];
+    bits_.low = (bits_.low & ~owned.low) | colour.low;
+    bits_.high = (bits_.high & ~owned.high) | colour.high;
+  }
+
+  void store() const {
+    std::memcpy(group_, &bits_.low, sizeof bits_.low);
+    std::memcpy(group_ + 8, &bits_.high, sizeof bits_.high);
+  }
+
+ private:
+  char* group_;
+  Halves bits_;
+};
+
 }  // namespace nkdraw::v210
 
 namespace nkdraw {
@@ -86,14 +149,28 @@ class Plotter<CDrawYCbCr10> {
   Plotter(const CDrawYCbCr10& surface, bool foreground)
       : canvas_(surface.canvas),
         pitch_(surface.pitch),
-        colour_(v210::filledGroup(foreground ? surface.foregroundCode : surface.backgroundCode)) {}
+        colour_(v210::filledGroup(foreground ? surface.foregroundCode : surface.backgroundCode)),
+        windows_{v210::window(colour_, 0), v210::window(colour_, 1), v210::window(colour_, 2)} {}
 
   std::uint32_t put(int x, int y) const {
     if (x < 0 || y < 0)
       return 0xFFFFFFFF;
-    merge(group(x, y), x % v210::kGroupPixels, x % v210::kGroupPixels + 1);
+    const auto m = static_cast<std::size_t>(x % v210::kGroupPixels);
+    mergeHalf(group(x, y) + m / 2 * 4, v210::kOwnedInWindow[m], windows_[m / 2]);
     return 0;
   }
+
+  static constexpr int kGroupPixels = v210::kGroupPixels;
+  static constexpr std::size_t kGroupBytes = v210::kGroupBytes;
+  [[nodiscard]] char* rowAt(int y) const { return group(0, y); }
+  [[nodiscard]] Plotter onCanvas(char* canvas) const {
+    Plotter same = *this;
+    same.canvas_ = canvas;
+    return same;
+  }
+
+  /// For a pixel that is put soon.
+  void prefetch(int x, int y) const { __builtin_prefetch(group(x, y), 1); }
 
   void row(int x, int y, int count) const {
     if (x < 0) {  // the pixels left of the canvas are refused
@@ -103,17 +180,35 @@ class Plotter<CDrawYCbCr10> {
     if (y < 0)
       return;
     char* at = group(x, y);
-    for (int m = x % v210::kGroupPixels; count > 0; m = 0, at += v210::kGroupBytes) {
+    const int m = x % v210::kGroupPixels;
+    if (m != 0) {
       const int length = std::min(count, v210::kGroupPixels - m);
       merge(at, m, m + length);
       count -= length;
+      at += v210::kGroupBytes;
     }
+    at = fillGroups(at, count / v210::kGroupPixels);
+    if (count > 0 && count % v210::kGroupPixels != 0)
+      merge(at, 0, count % v210::kGroupPixels);
   }
 
  private:
   [[nodiscard]] char* group(int x, int y) const {
     return canvas_ + pitch_ * static_cast<std::uint32_t>(y) +
            std::ptrdiff_t{x / v210::kGroupPixels} * v210::kGroupBytes;
+  }
+
+  /// Whole groups, of which only the unused bits stay; the address behind them.
+  char* fillGroups(char* at, int groups) const {
+    constexpr int kFewGroups = 4;
+    if (groups >= kFewGroups) {
+      runKernels().setBits(reinterpret_cast<std::uint8_t*>(at), v210::maskedGroup(colour_),
+                           static_cast<std::size_t>(groups));
+      return at + std::ptrdiff_t{groups} * v210::kGroupBytes;
+    }
+    for (; groups > 0; --groups, at += v210::kGroupBytes)
+      merge(at, 0, v210::kGroupPixels);
+    return at;
   }
 
   void merge(char* at, int first, int last) const {
@@ -133,6 +228,7 @@ class Plotter<CDrawYCbCr10> {
   char* canvas_;
   std::uint32_t pitch_;
   v210::Halves colour_;
+  std::array<std::uint64_t, 3> windows_;
 };
 
 }  // namespace nkdraw

@@ -6,8 +6,11 @@
 #include <nkdraw/formats/ycbcr8.h>
 #include <nkdraw/surface/byte_order.h>
 #include <nkdraw/surface/plotter.h>
+#include <nkdraw/surface/run_kernels.h>
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 
 namespace nkdraw::ycbcr8 {
@@ -60,42 +63,65 @@ class Plotter<CDrawYCbCrYUYV> {
     return 0;
   }
 
+  static constexpr int kGroupPixels = 2;
+  static constexpr std::size_t kGroupBytes = 4;
+  [[nodiscard]] char* rowAt(int y) const { return rowStart(y); }
+  [[nodiscard]] Plotter onCanvas(char* canvas) const {
+    Plotter same = *this;
+    same.canvas_ = canvas;
+    return same;
+  }
+
+  /// For a pixel that is put soon.
+  void prefetch(int x, int y) const {
+    if (drawable())
+      __builtin_prefetch(pairAt(rowStart(y), static_cast<std::uint32_t>(x)), 1);
+  }
+
   void row(int x, int y, int count) const {
     if (!drawable() || count <= 0)
       return;
     char* const start = rowStart(y);
     const auto first = static_cast<std::uint32_t>(x);
     const auto end = first + static_cast<std::uint32_t>(count);
-    if (x < 0 || end > width_) {
-      for (std::uint32_t column = first; column != end; ++column)
-        merge(start, column);
-    } else {
-      fill(start, first, end);
-    }
+    const std::uint32_t inside = x < 0 ? first : std::min(std::max(first, width_), end);
+    fill(start, first, inside);
+    for (std::uint32_t column = inside; column != end; ++column)
+      merge(start, column);
   }
 
  private:
   [[nodiscard]] bool drawable() const { return canvas_ != nullptr && width_ != 0 && height_ != 0; }
 
+  /// Divisions are slow, and hardly ever is anything to wrap.
+  static std::uint32_t wrapped(std::uint32_t value, std::uint32_t limit) {
+    return value < limit ? value : value % limit;
+  }
+
   [[nodiscard]] char* rowStart(int y) const {
-    return canvas_ + (static_cast<std::uint32_t>(y) % height_) * pitch_;
+    return canvas_ + wrapped(static_cast<std::uint32_t>(y), height_) * pitch_;
+  }
+
+  [[nodiscard]] char* pairAt(char* start, std::uint32_t column) const {
+    return start + std::size_t{wrapped(column, width_) >> 1} * 4;
   }
 
   /// Coordinates wrap around the canvas, but the luma is chosen by the column as given.
   void merge(char* start, std::uint32_t column) const {
-    char* const pair = start + std::size_t{(column % width_) >> 1} * 4;
+    char* const pair = pairAt(start, column);
     const std::uint32_t kept = kept_[column & 1];
     store32(pair, (load32(pair) & kept) | (colour_ & ~kept));
   }
 
   /// Columns inside the canvas: both pixels of a pair together replace all of its bytes.
   void fill(char* start, std::uint32_t column, std::uint32_t end) const {
-    if ((column & 1) != 0)
+    if (column < end && (column & 1) != 0)
       merge(start, column++);
-    for (; column + 1 < end; column += 2)
-      store32(start + std::size_t{column} * 2, colour_);
-    if (column < end)
-      merge(start, column);
+    const std::uint32_t pairs = (end - column) / 2;
+    storeRun(reinterpret_cast<std::uint8_t*>(start + std::size_t{column} * 2),
+             std::bit_cast<std::array<std::uint8_t, 4>>(colour_), pairs);
+    if (column + 2 * pairs < end)
+      merge(start, end - 1);
   }
 
   char* canvas_;

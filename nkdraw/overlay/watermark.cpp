@@ -4,6 +4,7 @@
 #include <nkdraw/overlay/overlay.h>
 
 #include <nkdraw/draw/draw.h>
+#include <nkdraw/formats/ycbcr10_plotter.h>
 #include <nkdraw/platform/frame_memory.h>
 #include <nkdraw/platform/log.h>
 #include <nkdraw/platform/media_reader.h>
@@ -195,17 +196,26 @@ void blendYCbCr8(const Placement& place, const std::uint8_t* picture, std::uint8
   });
 }
 
-/// The pixels that lie outside at the left are none of the surface's.
+/// What CDrawYCbCr10 plots pixel by pixel, a group at a time. The pixels that lie outside at the
+/// left are none of the surface's.
 void plotYCbCr10(const Placement& place, const std::uint32_t* picture, NKDraw& frame) {
+  constexpr std::int64_t kPixels = nkdraw::v210::kGroupPixels;
   const std::int64_t groups = (place.width + 1) / 2;
   place.forRows([&](std::int64_t row, std::int64_t frameRow) {
+    auto* const frameGroups = static_cast<char*>(frame.GetPixel(0, static_cast<int>(frameRow)));
     const std::int64_t end = std::min(place.width, place.frameWidth - place.x);
-    for (std::int64_t x = place.firstColumn(); x < end; ++x) {
-      const std::uint32_t* const group =
-          picture + (row * groups + x / 2) * static_cast<std::int64_t>(kGroup);
-      frame.SetColorYCbCr10(group[x % 2 == 0 ? 0 : 2], group[1], group[3], group[4], true);
-      if (group[4] > kInvisible10)
-        frame.PutPixel(static_cast<int>(place.x + x), static_cast<int>(frameRow), true);
+    for (std::int64_t x = place.firstColumn(); x < end;) {
+      const std::int64_t frameGroup = (place.x + x) / kPixels;
+      nkdraw::v210::GroupEditor editor(frameGroups + frameGroup * nkdraw::v210::kGroupBytes);
+      const std::int64_t groupEnd = std::min(end, (frameGroup + 1) * kPixels - place.x);
+      for (; x < groupEnd; ++x) {
+        const std::uint32_t* const group =
+            picture + (row * groups + x / 2) * static_cast<std::int64_t>(kGroup);
+        if (group[4] > kInvisible10)
+          editor.put(static_cast<std::size_t>((place.x + x) % kPixels),
+                     group[x % 2 == 0 ? 0 : 2] + (group[1] << 10) + (group[3] << 20));
+      }
+      editor.store();
     }
   });
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <nkdraw/surface/address.h>
+#include <nkdraw/surface/run_kernels.h>
 
 #include <array>
 #include <cstddef>
@@ -29,11 +30,15 @@ class PackedPlotter {
   }
 
   void row(int x, int y, int count) const {
-    if (canvas_ == nullptr)
-      return;
-    for (char* at = address(x, y); count > 0; --count, at += kBytes)
-      write(at);
+    if (canvas_ != nullptr && count > 0)
+      storeRun(reinterpret_cast<std::uint8_t*>(address(x, y)), colour_,
+               static_cast<std::size_t>(count));
   }
+
+  static constexpr int kGroupPixels = 1;
+  static constexpr std::size_t kGroupBytes = kBytes;
+  [[nodiscard]] char* rowAt(int y) const { return address(0, y); }
+  [[nodiscard]] PackedPlotter onCanvas(char* canvas) const { return {canvas, 0, colour_}; }
 
   /// Stores the colour at an address that a surface gives.
   void write(void* at) const { std::memcpy(at, colour_.data(), kBytes); }

@@ -11,20 +11,19 @@
 #include <nkdraw/formats/ycbcr10_plotter.h>
 #include <nkdraw/formats/ycbcr16_plotter.h>
 #include <nkdraw/formats/ycbcr8_plotter.h>
+#include <nkdraw/surface/bit_box.h>
 #include <nkdraw/surface/rgb_plotter.h>
+#include <nkdraw/surface/run_loops.h>
 #include <nkdraw/surface/wrapping.h>
 
 #include <algorithm>
 #include <iterator>
-#include <limits>
 #include <new>
 #include <type_traits>
 #include <typeinfo>
 
 namespace nkdraw {
 namespace {
-
-constexpr std::uint32_t kLongestRow = std::numeric_limits<int>::max();
 
 /// Plots through the table, for classes that the library does not know.
 class TablePlotter {
@@ -39,28 +38,29 @@ class TablePlotter {
 };
 
 template <class AnyPlotter>
-void putRow(const void* plotter, int x, int y, std::uint32_t count, int step) {
-  for (; count > 0; --count, x = wrappingAdd(x, step))
-    static_cast<const AnyPlotter*>(plotter)->put(x, y);
+const AnyPlotter& plotterAt(const void* plotter) {
+  return *static_cast<const AnyPlotter*>(plotter);
 }
 
+/// The plotting of one kind of plotter, with its type left out.
 template <class AnyPlotter>
-void putColumn(const void* plotter, int x, int y, std::uint32_t count, int step) {
-  for (; count > 0; --count, y = wrappingAdd(y, step))
-    static_cast<const AnyPlotter*>(plotter)->put(x, y);
-}
-
-/// A run of one colour has the same result in both directions.
-template <class AnyPlotter>
-void inlinedRow(const void* plotter, int x, int y, std::uint32_t count, int step) {
-  while (count > 0) {
-    const auto length = static_cast<int>(std::min(count, kLongestRow));
-    const int left = step > 0 ? x : wrappingSubtract(x, length - 1);
-    static_cast<const AnyPlotter*>(plotter)->row(left, y, length);
-    x = wrappingAdd(x, std::int64_t{length} * step);
-    count -= static_cast<std::uint32_t>(length);
-  }
-}
+constexpr RunPlotter::Runs kRunsOf = {
+    [](const void* plotter, int x, int y, std::uint32_t count, int step) {
+      plotRow(plotterAt<AnyPlotter>(plotter), x, y, count, step);
+    },
+    [](const void* plotter, const Slope& slope) {
+      plotSlope(plotterAt<AnyPlotter>(plotter), slope);
+    },
+    [](const void* background, const void* foreground, unsigned bits, int x, int y,
+       std::uint32_t scale) {
+      plotBits(static_cast<const AnyPlotter*>(background), plotterAt<AnyPlotter>(foreground), bits,
+               x, y, scale);
+    },
+    [](const void* background, const void* foreground, const NKPixel& surface, const BitBox& box) {
+      return plotBox(plotterAt<AnyPlotter>(background), plotterAt<AnyPlotter>(foreground), surface,
+                     box);
+    },
+};
 
 template <class AnyPlotter, class Surface>
 void construct(Surface& surface, std::array<RunPlotter::Storage, 2>& plotters) {
@@ -70,21 +70,11 @@ void construct(Surface& surface, std::array<RunPlotter::Storage, 2>& plotters) {
   new (plotters[1].data()) AnyPlotter(surface, true);
 }
 
-/// Where pixels overlap, each is plotted in its turn.
-template <class AnyPlotter>
-constexpr RunPlotter::Run rowOf() {
-  if constexpr (requires(const AnyPlotter& plotter) { plotter.row(0, 0, 0); })
-    return inlinedRow<AnyPlotter>;
-  else
-    return putRow<AnyPlotter>;
-}
-
 /// What is known of one of the library's own classes.
 struct Entry {
   const std::type_info* type;
   void (*construct)(NKPixel& surface, std::array<RunPlotter::Storage, 2>& plotters);
-  RunPlotter::Run row;
-  RunPlotter::Run column;
+  const RunPlotter::Runs* runs;
 };
 
 /// `Surface` is the concrete class, `Plotted` the one whose plotting it uses.
@@ -93,44 +83,48 @@ Entry entryFor() {
   using Inlined = Plotter<Plotted>;
   return {&typeid(Surface),
           [](NKPixel& surface, std::array<RunPlotter::Storage, 2>& plotters) {
-            construct<Inlined>(dynamic_cast<Plotted&>(surface), plotters);
+            // The whole object is known to be a Surface: no search through its bases.
+            auto* const object = static_cast<Surface*>(dynamic_cast<void*>(&surface));
+            construct<Inlined, Plotted>(*object, plotters);
           },
-          rowOf<Inlined>(), putColumn<Inlined>};
+          &kRunsOf<Inlined>};
 }
 
 const Entry* entryOf(const NKPixel& surface) {
   static const Entry kEntries[] = {
-      entryFor<CDrawYCbCr10>(),
-      entryFor<CDrawYCbCrYUYV>(),
       entryFor<CDrawRGBA32, NKPixel>(),
+      entryFor<CDrawYCbCrYUYV>(),
+      entryFor<CDrawYCbCr10>(),
       entryFor<CDrawRGB24, NKPixel>(),
-      entryFor<CDrawRGB30DPX, NKPixel>(),
       entryFor<CDrawRGB48, WordSurface<3>>(),
-      entryFor<CDrawRGBHalf48, WordSurface<3>>(),
       entryFor<CDrawARGB64, WordSurface<4>>(),
+      entryFor<CDrawRGB30DPX, NKPixel>(),
+      entryFor<CDrawRGBHalf48, WordSurface<3>>(),
       entryFor<CDrawBayer>(),
       entryFor<CDrawUV8>(),
       entryFor<CDrawUV16>(),
       entryFor<CDrawYCbCrYCbCr16>(),
       entryFor<CDrawYCbCrYCbCrA16>(),
   };
-  const auto* const entry =
-      std::find_if(std::begin(kEntries), std::end(kEntries),
-                   [&surface](const Entry& row) { return *row.type == typeid(surface); });
+  // By address: a second copy of a class's record, in a program of several libraries, makes it
+  // one that the library does not know, which costs time and changes nothing.
+  const std::type_info* const type = &typeid(surface);
+  const auto* const entry = std::find_if(std::begin(kEntries), std::end(kEntries),
+                                         [type](const Entry& row) { return row.type == type; });
   return entry == std::end(kEntries) ? nullptr : entry;
 }
 
 }  // namespace
 
-RunPlotter::RunPlotter(NKPixel& surface) {
-  if (const Entry* const entry = entryOf(surface)) {
+RunPlotter::RunPlotter(NKPixel& surface) : surface_(surface) {
+  const Entry* const entry = entryOf(surface);
+  ownClass_ = entry != nullptr;
+  if (ownClass_) {
     entry->construct(surface, plotters_);
-    row_ = entry->row;
-    column_ = entry->column;
+    runs_ = entry->runs;
   } else {
     construct<TablePlotter>(surface, plotters_);
-    row_ = putRow<TablePlotter>;
-    column_ = putColumn<TablePlotter>;
+    runs_ = &kRunsOf<TablePlotter>;
   }
 }
 

@@ -7,97 +7,190 @@
 #include <nkdraw/surface/byte_order.h>
 #include <nkdraw/surface/pixel.h>
 #include <nkdraw/surface/plotter.h>
+#include <nkdraw/surface/run_kernels.h>
 #include <nkdraw/surface/truncate.h>
 
+#include <array>
+#include <bit>
 #include <cstddef>
+#include <optional>
+#include <type_traits>
 
 namespace nkdraw {
 
-/// The packed colour as one number, in the machine's byte order.
-struct BlendWord {
+/// The ways of NKPixel to plot, each with what it needs at hand. A negative y is refused. All but
+/// the plain store of three bytes work on four bytes at the word address, in every layout.
+namespace rgb {
+
+struct Canvas {
+  char* first;
+  std::uint32_t pitch;
+};
+
+struct StoreWords;
+
+/// Plots `Write`'s way at the word address.
+template <class Write>
+struct Words {
+  Canvas canvas;
+  Write write;
+
+  static constexpr int kGroupPixels = 1;
+  static constexpr std::size_t kGroupBytes = 4;
+  [[nodiscard]] char* rowAt(int y) const { return wordAddress(canvas.first, canvas.pitch, 0, y); }
+  /// Only for words that are stored.
+  [[nodiscard]] Words onCanvas(char* first) const requires std::is_same_v<Write, StoreWords> {
+    return {{first, 0}, write};
+  }
+
+  std::uint32_t put(int x, int y) const {
+    if (y < 0)
+      return 0xFFFFFFFF;
+    write(address(x, y), 1);
+    return 0;
+  }
+  void row(int x, int y, int count) const {
+    if (y >= 0 && count > 0)
+      write(address(x, y), static_cast<std::size_t>(count));
+  }
+  [[nodiscard]] std::uint8_t* address(int x, int y) const {
+    return reinterpret_cast<std::uint8_t*>(wordAddress(canvas.first, canvas.pitch, x, y));
+  }
+};
+
+struct StoreWords {
+  std::uint32_t colour;
+
+  void operator()(std::uint8_t* at, std::size_t count) const {
+    storeRun(at, std::bit_cast<std::array<std::uint8_t, 4>>(colour), count);
+  }
+};
+
+struct BlendWords {
   std::uint32_t colour;
   double alpha;
 
-  /// word' = (1 - alpha) * word + colour * alpha, over all four bytes at once: a channel's
-  /// fraction carries into the channel below it.
-  void operator()(char* pixel) const {
-    const double word = load32(pixel);
-    store32(pixel, truncateToLow32((1.0 - alpha) * word + colour * alpha));
+  void operator()(std::uint8_t* at, std::size_t count) const {
+    if (count * 4 >= kShortRun)
+      return runKernels().blendWords(at, colour, alpha, count);
+    for (; count > 0; --count, at += 4)
+      store32(at, blendedWord(load32(at), colour, alpha));
   }
 };
 
 /// Adds bytes 0 to 2 of the colour, weighted by its byte 3 whatever channel that is; sums wrap.
 struct AddBytes {
-  const std::uint8_t* colour;
+  std::array<std::uint8_t, 4> colour;
 
-  void operator()(char* pixel) const {
-    for (std::size_t i = 0; i < 3; ++i) {
-      const auto old = static_cast<std::uint8_t>(pixel[i]);
-      pixel[i] = static_cast<char>(truncateToLow8((colour[3] / 255.0) * colour[i] + old));
+  void operator()(std::uint8_t* at, std::size_t count) const {
+    if (const auto addends = count * 4 >= kShortRun ? wholeAddends() : std::nullopt)
+      return runKernels().addBytes(at, *addends, count);
+    for (; count > 0; --count, at += 4) {
+      for (std::size_t i = 0; i < 3; ++i)
+        at[i] = truncateToLow8(weighted(i) + at[i]);
+      at[3] = 255;
     }
-    pixel[3] = static_cast<char>(255);
+  }
+
+  [[nodiscard]] double weighted(std::size_t i) const { return (colour[3] / 255.0) * colour[i]; }
+
+  /// What is added to each byte, where it is the same for all values under it. A weighted channel
+  /// is a whole number of 255ths, so that its fraction is out of reach of the sum's rounding,
+  /// unless it ought to be whole and is not quite.
+  [[nodiscard]] std::optional<std::uint32_t> wholeAddends() const {
+    std::uint32_t addends = 0;
+    for (std::size_t i = 0; i < 3; ++i) {
+      const std::uint8_t whole = truncateToLow8(weighted(i));
+      if (colour[3] * colour[i] % 255 == 0 && weighted(i) != whole)
+        return std::nullopt;
+      addends |= std::uint32_t{whole} << (8 * i);
+    }
+    return addends;
   }
 };
 
-struct StoreWord {
-  std::uint32_t colour;
-  void operator()(char* pixel) const { store32(pixel, colour); }
+struct StoreThreeBytes {
+  Canvas canvas;
+  std::array<std::uint8_t, 3> colour;
+
+  std::uint32_t put(int x, int y) const {
+    if (y < 0)
+      return 0xFFFFFFFF;
+    std::memcpy(address(x, y), colour.data(), colour.size());
+    return 0;
+  }
+  void row(int x, int y, int count) const {
+    if (y >= 0 && count > 0)
+      storeRun(address(x, y), colour, static_cast<std::size_t>(count));
+  }
+  [[nodiscard]] std::uint8_t* address(int x, int y) const {
+    return reinterpret_cast<std::uint8_t*>(threeByteAddress(canvas.first, canvas.pitch, x, y));
+  }
 };
 
-struct StoreThreeBytes {
-  const std::uint8_t* colour;
-  void operator()(char* pixel) const { std::memcpy(pixel, colour, 3); }
-};
+}  // namespace rgb
 
 template <>
 class Plotter<NKPixel> {
  public:
   Plotter(const NKPixel& surface, bool foreground)
-      : surface_(surface),
-        foreground_(foreground),
-        colour_(foreground ? surface.foregroundPixel : surface.backgroundPixel),
-        alpha_(foreground ? surface.foregroundAlpha : surface.backgroundAlpha) {}
+      : canvas_{surface.canvas, surface.pitch},
+        colour_(load32(foreground ? surface.foregroundPixel : surface.backgroundPixel)),
+        alpha_(foreground ? surface.foregroundAlpha : surface.backgroundAlpha),
+        way_(wayOf(surface, foreground)) {}
 
   std::uint32_t put(int x, int y) const {
-    if (refused(y))
-      return 0xFFFFFFFF;
-    run(x, y, 1);
-    return 0;
+    std::uint32_t status = 0xFFFFFFFF;
+    unfold([&](const auto& way) { status = way.put(x, y); });
+    return status;
   }
 
   void row(int x, int y, int count) const {
-    if (!refused(y) && count > 0)
-      run(x, y, count);
+    unfold([x, y, count](const auto& way) { way.row(x, y, count); });
+  }
+
+  /// Hands out the way that this one plots, for a loop over many pixels; none without a canvas.
+  template <class Visitor>
+  void unfold(Visitor visitor) const {
+    if (canvas_.first == nullptr)
+      return;
+    const auto bytes = std::bit_cast<std::array<std::uint8_t, 4>>(colour_);
+    switch (way_) {
+      case Way::kStore:
+        return visitor(rgb::Words<rgb::StoreWords>{canvas_, {colour_}});
+      case Way::kStoreThreeBytes:
+        return visitor(rgb::StoreThreeBytes{canvas_, {bytes[0], bytes[1], bytes[2]}});
+      case Way::kBlend:
+        return visitor(rgb::Words<rgb::BlendWords>{canvas_, {colour_, alpha_}});
+      case Way::kAdd:
+        return visitor(rgb::Words<rgb::AddBytes>{canvas_, {bytes}});
+    }
+  }
+
+  /// The same for two plotters that both store words; false for all others.
+  template <class Visitor>
+  static bool unfoldBoth(const Plotter& first, const Plotter& second, Visitor visitor) {
+    return first.way_ == Way::kStore && second.way_ == Way::kStore &&
+           visitor(rgb::Words<rgb::StoreWords>{first.canvas_, {first.colour_}},
+                   rgb::Words<rgb::StoreWords>{second.canvas_, {second.colour_}});
   }
 
  private:
-  [[nodiscard]] bool refused(int y) const { return surface_.canvas == nullptr || y < 0; }
+  enum class Way : std::uint8_t { kStore, kStoreThreeBytes, kBlend, kAdd };
 
-  /// Only the plain foreground of a three-byte type goes to the pixel's own three bytes; all else
-  /// works on four bytes at the word address, in every layout.
-  void run(int x, int y, int count) const {
-    char* const words = wordAddress(surface_.canvas, surface_.pitch, x, y);
-    if (foreground_ && surface_.alphaAdditive)
-      each(words, 4, count, AddBytes{colour_});
-    else if (surface_.transparencyOn && alpha_ > 0.0)
-      each(words, 4, count, BlendWord{load32(colour_), alpha_});
-    else if (foreground_ && isThreeByteType(surface_.pixelKind))
-      each(threeByteAddress(surface_.canvas, surface_.pitch, x, y), 3, count,
-           StoreThreeBytes{colour_});
-    else
-      each(words, 4, count, StoreWord{load32(colour_)});
+  static Way wayOf(const NKPixel& surface, bool foreground) {
+    if (foreground && surface.alphaAdditive)
+      return Way::kAdd;
+    if (surface.transparencyOn &&
+        (foreground ? surface.foregroundAlpha : surface.backgroundAlpha) > 0.0)
+      return Way::kBlend;
+    return foreground && isThreeByteType(surface.pixelKind) ? Way::kStoreThreeBytes : Way::kStore;
   }
 
-  template <class Write>
-  static void each(char* pixel, std::ptrdiff_t step, int count, Write write) {
-    for (; count > 0; --count, pixel += step)
-      write(pixel);
-  }
-
-  const NKPixel& surface_;
-  bool foreground_;
-  const std::uint8_t* colour_;
+  rgb::Canvas canvas_;
+  std::uint32_t colour_;
   double alpha_;
+  Way way_;
 };
 
 }  // namespace nkdraw

@@ -2,11 +2,14 @@
 //
 // Labels: the built-in font stamped through Point and LineHoriz.
 #include <nkdraw/draw/draw.h>
+#include <nkdraw/surface/resolver.h>
 #include <nkdraw/surface/wrapping.h>
 #include <nkdraw/text/label_glyphs.h>
 
+#include <bit>
 #include <cstddef>
 #include <cstring>
+#include <optional>
 
 namespace {
 
@@ -41,6 +44,30 @@ void plotRow(NKDraw& surface, int x, int y, std::uint32_t scale, unsigned cellRo
     plotBit(surface, x, y, scale, (cellRow & mask) != 0 ? set : clear);
 }
 
+/// Labels of single pixels on the library's own classes, which override neither Point nor
+/// LineHoriz: a line of a cell is plotted at once.
+class DirectLabel {
+ public:
+  DirectLabel(NKDraw& surface, bool invert, bool fill)
+      : plotter_(surface), invert_(invert), fill_(fill) {}
+
+  /// Set pixels without the others are plotted in one colour only, which inverted is the
+  /// background.
+  [[nodiscard]] bool possible() const { return plotter_.ownClass() && (fill_ || !invert_); }
+
+  /// The column of the last point plotted, if there was any.
+  [[nodiscard]] std::optional<int> plotRow(int x, int y, std::uint8_t cellRow) const {
+    plotter_.bits(invert_ ? ~unsigned{cellRow} : cellRow, x, y, 1, !fill_);
+    if (!fill_ && cellRow == 0)
+      return std::nullopt;
+    return nkdraw::wrappingAdd(x, fill_ ? 7 : 7 - std::countr_zero(cellRow));
+  }
+
+ private:
+  nkdraw::RunPlotter plotter_;
+  bool invert_, fill_;
+};
+
 }  // namespace
 
 std::uint32_t NKDraw::LabelFont(const char* /*name*/, std::uint32_t /*size*/) {
@@ -68,13 +95,21 @@ std::uint32_t NKDraw::Label(int x, int y, const char* text, bool invert, bool fi
   const std::uint32_t advance = labelFontWidth * labelFontScale;
   // Signed, so that a label above the canvas walks down into it.
   const int end = nkdraw::wrappingAdd(y, labelFontHeight * labelFontScale);
+  const DirectLabel direct(*this, invert, fill);
+  const bool atOnce = labelFontScale == 1 && direct.possible();
   for (std::size_t i = 0; i < std::strlen(text); ++i) {
     const auto code = static_cast<unsigned char>(text[i]);
     if (code > kLastCode)
       continue;
     const int left = nkdraw::wrappingAdd(x, advance * static_cast<std::uint32_t>(i));
     const std::uint8_t* row = labelFont + (std::size_t{code} + 1) * labelFontHeight - 1;
-    for (int line = y; line < end; --row) {
+    for (int line = y; atOnce && line < end; ++line, --row) {
+      if (const auto last = direct.plotRow(left, line, *row)) {
+        penX = *last;
+        penY = line;
+      }
+    }
+    for (int line = y; !atOnce && line < end; --row) {
       for (std::uint32_t repeat = 0; repeat < labelFontScale;
            ++repeat, line = nkdraw::wrappingAdd(line, 1))
         plotRow(*this, left, line, labelFontScale, *row, clear, set);

@@ -9,7 +9,10 @@
 #include <nkdraw/text/label_glyphs.h>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -50,47 +53,74 @@ void align(tagRECT& rect, std::uint32_t format, std::uint32_t length, std::uint3
     rect.bottom = wrappingAdd(rect.top, nkdraw::kGlyphHeight * magnification);
 }
 
+/// Stamps cells of glyphs. A cell covers one line more than it is high, and its row moves on after
+/// line 0 already: its first byte fills one line, the others `magnification` each, then follows the
+/// first byte of the next cell. The topmost line is always background.
 class GlyphStamp {
  public:
   GlyphStamp(NKPixel& surface, std::uint32_t magnification, bool transparent)
-      : plotter_(surface), magnification_(magnification), transparent_(transparent) {}
+      : plotter_(surface), magnification_(magnification), transparent_(transparent) {
+    constexpr std::uint32_t kMostWide = nkdraw::BitBox::kMostPixels / nkdraw::kGlyphWidth;
+    cellsAtOnce_ =
+        std::min<std::uint32_t>(kMostWide / magnification_, nkdraw::BitLines::kMostBytes);
+    rows_[0].lines = 1;
+    std::fill(rows_.begin() + 1, rows_.end(), nkdraw::BitLines{{}, magnification_});
+    rows_[nkdraw::kGlyphHeight].lines = magnification_ - 1;
+    rows_.back().lines = 1;
+  }
 
-  /// Stamps the cell of `code` with its lower left corner at (left, bottom). A cell covers one line
-  /// more than it is high, and its row moves on after line 0 already: its first byte fills one
-  /// line, the others `magnification` each, then follows the first byte of the next cell. The
-  /// topmost line is always background.
-  void stamp(signed char code, std::int32_t left, std::int32_t bottom) const {
-    const std::uint8_t* row = nkdraw::labelGlyphs + std::ptrdiff_t{code} * nkdraw::kGlyphHeight;
-    const std::uint32_t top = nkdraw::kGlyphHeight * magnification_;
-    std::uint32_t untilNext = 1;
-    for (std::uint32_t line = 0; line <= top; ++line) {
-      plotLine(line == top ? 0 : *row, left, wrappingSubtract(bottom, line));
-      if (--untilNext == 0) {
-        ++row;
-        untilNext = magnification_;
+  /// A text with its lower left corner at (left, bottom). With a background many cells are one box;
+  /// without one, and where there is no short way, they are stamped one after the other.
+  void stamp(std::string_view text, std::int32_t left, std::int32_t bottom) {
+    while (!text.empty()) {
+      const std::string_view cells = text.substr(0, transparent_ ? 1 : std::size_t{cellsAtOnce_});
+      if (transparent_ || !stampBox(cells, left, bottom)) {
+        for (std::size_t i = 0; i < cells.size(); ++i)
+          stampCell(cells[i], wrappingAdd(left, advance(i)), bottom);
       }
+      left = wrappingAdd(left, advance(cells.size()));
+      text.remove_prefix(cells.size());
     }
   }
 
  private:
-  /// One line of a cell as runs of equal bits, from left to right.
-  void plotLine(unsigned cellRow, std::int32_t x, std::int32_t y) const {
-    for (std::uint32_t bit = 0; bit < nkdraw::kGlyphWidth;) {
-      const bool ink = isSet(cellRow, bit);
-      std::uint32_t end = bit + 1;
-      while (end < nkdraw::kGlyphWidth && isSet(cellRow, end) == ink)
-        ++end;
-      if (ink || !transparent_)
-        plotter_.row(wrappingAdd(x, bit * magnification_), y, (end - bit) * magnification_, 1, ink);
-      bit = end;
-    }
+  /// The bytes of a cell from its bottom row on; codes count as signed.
+  static const std::uint8_t* cellOf(char code) {
+    return nkdraw::labelGlyphs +
+           std::ptrdiff_t{static_cast<signed char>(code)} * nkdraw::kGlyphHeight;
   }
 
-  static bool isSet(unsigned cellRow, std::uint32_t bit) { return (cellRow & (0x80U >> bit)) != 0; }
+  [[nodiscard]] std::uint32_t advance(std::size_t cells) const {
+    return nkdraw::kGlyphWidth * static_cast<std::uint32_t>(cells) * magnification_;
+  }
+
+  bool stampBox(std::string_view cells, std::int32_t left, std::int32_t bottom) {
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      const std::uint8_t* const cell = cellOf(cells[i]);
+      for (std::size_t row = 0; row <= nkdraw::kGlyphHeight; ++row)
+        rows_[row].bits[i] = cell[row];
+      rows_.back().bits[i] = 0;
+    }
+    return plotter_.box(
+        {rows_, static_cast<std::uint32_t>(cells.size()), left, bottom, magnification_});
+  }
+
+  void stampCell(char code, std::int32_t left, std::int32_t bottom) const {
+    const std::uint8_t* const cell = cellOf(code);
+    std::int32_t y = bottom;
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
+      const unsigned bits = row <= nkdraw::kGlyphHeight ? cell[row] : 0U;
+      for (std::uint32_t line = 0; line < rows_[row].lines; ++line, y = wrappingSubtract(y, 1))
+        plotter_.bits(bits, left, y, magnification_, transparent_);
+    }
+  }
 
   nkdraw::RunPlotter plotter_;
   std::uint32_t magnification_;
   bool transparent_;
+  std::uint32_t cellsAtOnce_;
+  // Those of a cell, the first of the next one, and the topmost.
+  std::array<nkdraw::BitLines, nkdraw::kGlyphHeight + 2> rows_;
 };
 
 bool fontKindIs(const char (&kind)[4]) {
@@ -110,10 +140,7 @@ std::int32_t NKDraw::DrawText(const char* text, std::int32_t count, tagRECT* rec
   const auto length = static_cast<std::uint32_t>(std::strlen(text));
   const auto counted = static_cast<std::uint32_t>(count);
   align(*rect, format, length, counted, magnification);
-  const GlyphStamp glyphs(*this, magnification, textTransparent);
-  for (std::uint32_t i = 0; i < length; ++i)
-    glyphs.stamp(static_cast<signed char>(text[i]),
-                 wrappingAdd(rect->left, nkdraw::kGlyphWidth * i * magnification), rect->bottom);
+  GlyphStamp(*this, magnification, textTransparent).stamp(text, rect->left, rect->bottom);
   if ((format & DT_CALCRECT) != 0) {
     rect->right = wrappingAdd(rect->left, counted * magnification * nkdraw::kGlyphWidth);
     rect->bottom = wrappingAdd(rect->top, nkdraw::kGlyphHeight * magnification);

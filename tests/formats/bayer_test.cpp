@@ -311,6 +311,22 @@ TEST(BayerBytes, AnOddColumnOfAnOddRowTakesItsOwnPair) {
   EXPECT_EQ(frame[10], 0xD0);  // the foot of green
 }
 
+TEST_P(Bayer, RunsLeftOfTheCanvasWherePixelsOverlapKeepTheOrderOfTheirPixels) {
+  for (const auto& [from, to] : {std::pair(9, -9), std::pair(-9, 9), std::pair(-2, -9),
+                                 std::pair(-9, -2), std::pair(0, -1), std::pair(-1, 0)}) {
+    Frame run(64, 5), byPixel(64, 5);
+    CDrawBayer surface(GetParam());
+    surface.SetColorRGBA(0.9, 0.6, 0.3, 1.0, true);
+    surface.SetCanvas(run.canvas(), 1, 10, 32);
+    surface.Line(from, 0, to, 0);
+    surface.SetCanvas(byPixel.canvas(), 1, 10, 32);
+    for (int x = from; x != to; x += to > from ? 1 : -1)
+      surface.PutPixel(x, 0, true);
+    surface.PutPixel(to, 0, true);
+    EXPECT_TRUE(run.all() == byPixel.all()) << from << " to " << to;
+  }
+}
+
 TEST(BayerBytes, AnyOtherTypeIsPlottedAndReadAsBggr) {
   for (const int type : {-1, 0, 1, 20, 29, 10000}) {
     Frame one(128, 5), two(128, 5);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // What the processor can run, and stores past its caches.
-#include "vector_targets.h"
+#include <nkdraw/surface/vector_targets.h>
 
 #include <hwy/cache_control.h>
 

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Rows, slopes and bits, for any kind of plotter.
+#pragma once
+
+#include <nkdraw/surface/resolver.h>
+#include <nkdraw/surface/wrapping.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <limits>
+
+namespace nkdraw {
+
+template <class AnyPlotter>
+inline constexpr bool hasRows = requires(const AnyPlotter& plotter) {
+  plotter.row(0, 0, 0);
+};
+
+/// Whether pixels of a run that begins there on its left overlap, where they do so on a part of the
+/// layout only.
+template <class AnyPlotter>
+constexpr bool overlaps(int leftmost) {
+  if constexpr (requires { AnyPlotter::overlaps(leftmost); })
+    return AnyPlotter::overlaps(leftmost);
+  else
+    return false;
+}
+
+template <class AnyPlotter>
+void plotInTurn(const AnyPlotter& plotter, int x, int y, std::uint32_t count, int step) {
+  for (; count > 0; --count, x = wrappingAdd(x, step))
+    plotter.put(x, y);
+}
+
+/// A run of one colour has the same result in both directions, unless pixels overlap: then, and on
+/// classes that want to see them, each is plotted in its turn.
+template <class AnyPlotter>
+void plotRow(const AnyPlotter& plotter, int x, int y, std::uint32_t count, int step) {
+  if constexpr (hasRows<AnyPlotter>) {
+    constexpr std::uint32_t kLongestRow = std::numeric_limits<int>::max();
+    while (count > 0) {
+      const auto length = static_cast<int>(std::min(count, kLongestRow));
+      const int left = step > 0 ? x : wrappingSubtract(x, length - 1);
+      if (overlaps<AnyPlotter>(left))
+        plotInTurn(plotter, x, y, static_cast<std::uint32_t>(length), step);
+      else
+        plotter.row(left, y, length);
+      x = wrappingAdd(x, std::int64_t{length} * step);
+      count -= static_cast<std::uint32_t>(length);
+    }
+  } else {
+    plotInTurn(plotter, x, y, count, step);
+  }
+}
+
+constexpr int whole(std::uint32_t fixed) {
+  return static_cast<int>(fixed) >> 16;
+}
+
+/// Positions until the whole part of `fixed` changes.
+inline std::uint32_t untilNext(std::uint32_t fixed, std::uint32_t step) {
+  const std::uint32_t fraction = fixed & 0xFFFF;
+  return static_cast<int>(step) > 0 ? (0x10000 - fraction + step - 1) / step
+                                    : fraction / (0U - step) + 1;
+}
+
+/// Whether positions along a row stay on it for so long that rows pay.
+inline bool isFlat(const Slope& slope) {
+  constexpr std::uint32_t kSteepest = 0x10000 / 8;
+  return !slope.alongY && magnitude(static_cast<int>(slope.step)) <= kSteepest;
+}
+
+template <class AnyPlotter>
+void plotFlat(const AnyPlotter& plotter, Slope slope) {
+  while (slope.count > 0) {
+    const std::uint32_t length =
+        slope.step == 0 ? slope.count : std::min(slope.count, untilNext(slope.minor, slope.step));
+    plotRow(plotter, slope.major, whole(slope.minor), length, slope.direction);
+    slope.skip(length);
+  }
+}
+
+/// Positions of which the pixels are under way from memory while one is written: a plotter that
+/// keeps bits of what was there would wait for each.
+inline constexpr std::uint32_t kAhead = 16;
+
+/// The plotter is a copy: what is stored can't be a part of it, so that it stays in registers.
+template <bool alongY, class AnyPlotter>
+void plotSteep(AnyPlotter plotter, Slope slope) {
+  const auto x = [](const Slope& at) { return alongY ? whole(at.minor) : at.major; };
+  const auto y = [](const Slope& at) { return alongY ? at.major : whole(at.minor); };
+  if constexpr (requires { plotter.prefetch(0, 0); }) {
+    Slope ahead = slope;
+    for (ahead.skip(std::min(kAhead, slope.count)); ahead.count > 0; ahead.skip(1)) {
+      plotter.prefetch(x(ahead), y(ahead));
+      plotter.put(x(slope), y(slope));
+      slope.skip(1);
+    }
+  }
+  for (; slope.count > 0; slope.skip(1))
+    plotter.put(x(slope), y(slope));
+}
+
+/// Calls `draw` with the plotter, or with what it would choose among for every pixel.
+template <class AnyPlotter, class Draw>
+void unfolded(const AnyPlotter& plotter, Draw draw) {
+  if constexpr (requires { plotter.unfold(draw); })
+    plotter.unfold(draw);
+  else
+    draw(plotter);
+}
+
+template <class AnyPlotter>
+void plotSlope(const AnyPlotter& plotter, const Slope& slope) {
+  unfolded(plotter, [&slope](const auto& way) {
+    if (hasRows<AnyPlotter> && isFlat(slope))
+      plotFlat(way, slope);
+    else if (slope.alongY)
+      plotSteep<true>(way, slope);
+    else
+      plotSteep<false>(way, slope);
+  });
+}
+
+/// Neighbouring bits of one kind are one row.
+template <class AnyPlotter>
+void plotBits(const AnyPlotter* background, const AnyPlotter& foreground, unsigned bits, int x,
+              int y, std::uint32_t scale) {
+  constexpr int kBits = 8;
+  auto left = static_cast<std::uint8_t>(bits);
+  for (int done = 0; done < kBits;) {
+    const bool ink = (left & 0x80) != 0;
+    const int length = std::min(ink ? std::countl_one(left) : std::countl_zero(left), kBits - done);
+    const std::uint32_t pixels = static_cast<std::uint32_t>(length) * scale;
+    if (ink)
+      plotRow(foreground, x, y, pixels, 1);
+    else if (background != nullptr)
+      plotRow(*background, x, y, pixels, 1);
+    x = wrappingAdd(x, pixels);
+    left = static_cast<std::uint8_t>(left << length);
+    done += length;
+  }
+}
+
+}  // namespace nkdraw

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The loops under runs of pixels in vectors.
+#include "run_kernels.h"
+
+#include <nkdraw/surface/byte_order.h>
+#include <nkdraw/surface/vector_targets.h>
+
+#include <bit>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "nkdraw/surface/run_vectors.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace nkdraw::HWY_NAMESPACE {
+namespace {
+
+#if HWY_TARGET == HWY_SCALAR
+
+constexpr const RunKernels& kKernels = kPlainRuns;
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+// What pays on a run of a few hundred bytes: no more than 32 bytes in one vector.
+using Bytes = hn::CappedTag<std::uint8_t, 32>;
+constexpr Bytes kBytes;
+constexpr std::size_t kSize = hn::MaxLanes(kBytes);
+
+using Words64 = hn::Repartition<std::uint64_t, Bytes>;
+constexpr Words64 kWords64;
+using ByteVector = hn::Vec<Bytes>;
+
+/// Three vectors are a whole number of blocks.
+struct BlockVectors {
+  ByteVector first, second, third;
+
+  explicit BlockVectors(const Block& block) {
+    constexpr std::size_t kLanes = hn::MaxLanes(kWords64);
+    std::uint64_t words[3 * kLanes];
+    for (std::size_t i = 0; i < 3 * kLanes; ++i)
+      words[i] = block.words()[i % 3];
+    first = hn::BitCast(kBytes, hn::LoadU(kWords64, words));
+    second = hn::BitCast(kBytes, hn::LoadU(kWords64, words + kLanes));
+    third = hn::BitCast(kBytes, hn::LoadU(kWords64, words + 2 * kLanes));
+  }
+};
+
+/// One vector at the head and one at the tail, and between them whole vectors at aligned addresses.
+void repeat(std::uint8_t* at, const Block& block, std::size_t bytes) {
+  if (bytes < kSize)
+    return kPlainRuns.repeat(at, block, bytes);
+  std::uint8_t* const tail = at + bytes - kSize;
+  hn::StoreU(BlockVectors(block).first, kBytes, at);
+  hn::StoreU(BlockVectors(block.from((bytes - kSize) % Block::kBytes)).first, kBytes, tail);
+  const std::size_t toAligned = kSize - std::bit_cast<std::uintptr_t>(at) % kSize;
+  const BlockVectors aligned(block.from(toAligned % Block::kBytes));
+  std::uint8_t* place = at + toAligned;
+  for (; place + 2 * kSize < tail; place += 3 * kSize) {
+    hn::Store(aligned.first, kBytes, place);
+    hn::Store(aligned.second, kBytes, place + kSize);
+    hn::Store(aligned.third, kBytes, place + 2 * kSize);
+  }
+  if (place < tail)
+    hn::Store(aligned.first, kBytes, place);
+  if (place + kSize < tail)
+    hn::Store(aligned.second, kBytes, place + kSize);
+}
+
+void setBits(std::uint8_t* at, const MaskedGroup& group, std::size_t groups) {
+  constexpr std::size_t kGroups = kSize / 16;
+  const auto kept = hn::LoadDup128(kBytes, group.kept.data());
+  const auto colour = hn::AndNot(kept, hn::LoadDup128(kBytes, group.colour.data()));
+  for (; groups >= kGroups; groups -= kGroups, at += kSize)
+    hn::StoreU(hn::Or(hn::And(hn::LoadU(kBytes, at), kept), colour), kBytes, at);
+  kPlainRuns.setBits(at, group, groups);
+}
+
+void merge(std::uint8_t* at, const std::uint8_t* kept, const std::uint8_t* row, std::size_t bytes) {
+  std::size_t i = 0;
+  for (; i + kSize <= bytes; i += kSize) {
+    const auto old = hn::And(hn::LoadU(kBytes, at + i), hn::LoadU(kBytes, kept + i));
+    hn::StoreU(hn::Or(old, hn::LoadU(kBytes, row + i)), kBytes, at + i);
+  }
+  kPlainRuns.merge(at + i, kept + i, row + i, bytes - i);
+}
+
+using Doubles = hn::CappedTag<double, 4>;
+constexpr Doubles kDoubles;
+constexpr hn::RebindToUnsigned<Doubles> kWide;
+constexpr hn::Rebind<std::uint32_t, Doubles> kWords;
+
+/// A 32-bit number in the low bits of 2^52 is a double that much larger; both ways are exact.
+constexpr double kTwoTo52 = 4503599627370496.0;
+
+void blendWords(std::uint8_t* at, std::uint32_t colour, double alpha, std::size_t words) {
+  constexpr std::size_t kLanes = hn::MaxLanes(kDoubles);
+  const auto offset = hn::Set(kDoubles, kTwoTo52);
+  const auto part = hn::Set(kDoubles, colour * alpha);
+  const auto rest = hn::Set(kDoubles, 1.0 - alpha);
+  for (; words >= kLanes; words -= kLanes, at += 4 * kLanes) {
+    const auto old = hn::PromoteTo(
+        kWide,
+        hn::BitCast(kWords, hn::LoadU(hn::Repartition<std::uint8_t, decltype(kWords)>(), at)));
+    const auto word =
+        hn::Sub(hn::BitCast(kDoubles, hn::Or(old, hn::BitCast(kWide, offset))), offset);
+    const auto sum = hn::Add(hn::Mul(rest, word), part);  // below 2^32, never negative
+    const auto whole = hn::Add(hn::Floor(sum), offset);
+    const auto result = hn::TruncateTo(kWords, hn::BitCast(kWide, whole));
+    hn::StoreU(hn::BitCast(hn::Repartition<std::uint8_t, decltype(kWords)>(), result),
+               hn::Repartition<std::uint8_t, decltype(kWords)>(), at);
+  }
+  kPlainRuns.blendWords(at, colour, alpha, words);
+}
+
+void addBytes(std::uint8_t* at, std::uint32_t addends, std::size_t words) {
+  constexpr std::size_t kWordsAtOnce = kSize / 4;
+  const hn::Repartition<std::uint32_t, Bytes> lanes;
+  const auto addend = hn::BitCast(kBytes, hn::Set(lanes, addends & 0x00FFFFFF));
+  const auto last = hn::BitCast(kBytes, hn::Set(lanes, 0xFF000000));
+  for (; words >= kWordsAtOnce; words -= kWordsAtOnce, at += kSize)
+    hn::StoreU(hn::Or(hn::Add(hn::LoadU(kBytes, at), addend), last), kBytes, at);
+  kPlainRuns.addBytes(at, addends, words);
+}
+
+constexpr RunKernels kKernels = {repeat, setBits, merge, blendWords, addBytes};
+
+#endif
+
+}  // namespace
+}  // namespace nkdraw::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace nkdraw {
+namespace {
+
+constexpr ByTarget<RunKernels> kByTarget = {HWY_CHOOSE_TARGET_LIST(kKernels),
+                                            HWY_CHOOSE_FALLBACK(kKernels)};
+
+}  // namespace
+
+const RunKernels& runKernels(std::int64_t targets) {
+  return bestKernels(kByTarget, targets);
+}
+
+const RunKernels& runKernels() {
+  static const RunKernels& kernels = runKernels(runnableTargets());
+  return kernels;
+}
+
+}  // namespace nkdraw
+#endif

@@ -363,22 +363,42 @@ TEST(Arc, ItsQuarterTurnsAreMeantToFallShortOfTheTrueOnes) {
   EXPECT_EQ(log.lines.back().y2, -9999);
 }
 
-/// Two surfaces drawn on by turns: every operation reaches the pixels by Line alone.
-TEST(Arc, WithAntialiasingTakesTheWeightedPathOfItsLines) {
-  Frame plain(200 * 200 * 4), soft(200 * 200 * 4), byHand(200 * 200 * 4);
-  const Surface one = makeSurface(ptRGBA32, 200, 200, 0, plain.canvas());
-  const Surface two = makeSurface(ptRGBA32, 200, 200, 0, soft.canvas());
-  const Surface three = makeSurface(ptRGBA32, 200, 200, 0, byHand.canvas());
-  PixelFields::antialiased(*two) = true;
-  PixelFields::antialiased(*three) = true;
-  one->AngleArc(100, 100, 90, 10.0F, 40.0F);
-  two->AngleArc(100, 100, 90, 10.0F, 40.0F);
-  ReferenceShapes reference;
-  reference.angleArc(100, 100, 90, 10.0F, 40.0F);
-  for (const Segment& line : reference.lines)
-    three->Line(line.x1, line.y1, line.x2, line.y2);
-  EXPECT_FALSE(plain.all() == soft.all());
-  EXPECT_TRUE(byHand.all() == soft.all());
+TEST(Arc, TheQuotientOfItsRaysIsMeantToBeCutToSinglePrecision) {
+  ShapeLog log;
+  // In double precision the angle would be 258.99999980.
+  EXPECT_EQ(log.Arc(0, 0, 4000, 4000, 2000 - 295, 2000 + 1512, 4000, 2000), 0U);
+  EXPECT_EQ(log.lines.size(), 360U - 259);
+}
+
+TEST(Shapes, WithAntialiasingTakeTheWeightedPathOfTheirLines) {
+  const std::array<void (*)(NKDraw&), 9> shapes = {
+      [](NKDraw& d) { d.Arc(10, 10, 190, 150, 190, 90, 100, 10); },
+      [](NKDraw& d) { d.ArcTo(10, 10, 190, 150, 90, 190, 100, 10); },
+      [](NKDraw& d) { d.Pie(10, 10, 190, 150, 90, 190, 100, 10); },
+      [](NKDraw& d) { d.AngleArc(100, 100, 90, 10.0F, 40.0F); },
+      [](NKDraw& d) { d.AngleArcTo(100, 100, 90, 70, 10.0F, 40.0F); },
+      [](NKDraw& d) { d.Circle(100, 100, 90); },
+      [](NKDraw& d) { d.Ellipse(100, 100, 90, 70); },
+      [](NKDraw& d) { d.Bezier(3, 3, 50, 190, 90, 10, 190, 150); },
+      [](NKDraw& d) { d.RoundRect(3, 5, 190, 150, 70, 60); },
+  };
+  for (std::size_t i = 0; i < shapes.size(); ++i) {
+    SCOPED_TRACE(i);
+    Frame plain(200 * 200 * 4), soft(200 * 200 * 4), byHand(200 * 200 * 4);
+    const Surface one = makeSurface(ptRGBA32, 200, 200, 0, plain.canvas());
+    const Surface two = makeSurface(ptRGBA32, 200, 200, 0, soft.canvas());
+    const Surface three = makeSurface(ptRGBA32, 200, 200, 0, byHand.canvas());
+    PixelFields::antialiased(*two) = true;
+    PixelFields::antialiased(*three) = true;
+    ShapeLog log;
+    shapes[i](*one);
+    shapes[i](*two);
+    shapes[i](log);
+    for (const Segment& line : log.lines)
+      three->Line(line.x1, line.y1, line.x2, line.y2);
+    EXPECT_FALSE(plain.all() == soft.all());
+    EXPECT_TRUE(byHand.all() == soft.all());
+  }
 }
 
 }  // namespace

@@ -52,10 +52,10 @@ Frame noise(AVPixelFormat format, std::uint32_t seed) {
   return frame;
 }
 
-/// Two streams of one frame each, again and again, through a filter of two inputs.
+/// One or two streams of one frame each, again and again, through a filter of so many inputs.
 class Graph {
  public:
-  Graph(AVPixelFormat format, const std::string& filter)
+  Graph(AVPixelFormat format, const std::string& filter, int inputs)
       : a_(noise(format, 1)),
         b_(noise(format, 2)),
         out_(av_frame_alloc()),
@@ -63,10 +63,12 @@ class Graph {
     graph_->nb_threads = 1;
     const std::string source = "buffer=video_size=1920x1080:time_base=1/25:frame_rate=25:pix_fmt=" +
                                std::string(av_get_pix_fmt_name(format));
-    const std::string text = source + "[a];" + source + "[b];[a][b]" + filter +
-                             ",format=" + av_get_pix_fmt_name(format) + ",buffersink";
-    AVFilterInOut *inputs = nullptr, *outputs = nullptr;
-    check(avfilter_graph_parse2(graph_.get(), text.c_str(), &inputs, &outputs));
+    const std::string sources =
+        inputs == 1 ? source + "," : source + "[a];" + source + "[b];[a][b]";
+    const std::string text =
+        sources + filter + ",format=" + av_get_pix_fmt_name(format) + ",buffersink";
+    AVFilterInOut *openInputs = nullptr, *openOutputs = nullptr;
+    check(avfilter_graph_parse2(graph_.get(), text.c_str(), &openInputs, &openOutputs));
     check(avfilter_graph_config(graph_.get(), nullptr));
     for (unsigned i = 0; i < graph_->nb_filters; ++i) {
       AVFilterContext* const filterContext = graph_->filters[i];
@@ -78,12 +80,13 @@ class Graph {
     }
   }
 
-  /// One frame in each, one out.
+  /// One frame into each, one out.
   void run() {
     do {
       a_->pts = b_->pts = time_++;
       check(av_buffersrc_add_frame_flags(sources_[0], a_.get(), AV_BUFFERSRC_FLAG_KEEP_REF));
-      check(av_buffersrc_add_frame_flags(sources_[1], b_.get(), AV_BUFFERSRC_FLAG_KEEP_REF));
+      if (sources_[1] != nullptr)
+        check(av_buffersrc_add_frame_flags(sources_[1], b_.get(), AV_BUFFERSRC_FLAG_KEEP_REF));
     } while (av_buffersink_get_frame(sink_, out_.get()) == AVERROR(EAGAIN));
     av_frame_unref(out_.get());
   }
@@ -96,8 +99,9 @@ class Graph {
   std::int64_t time_ = 0;
 };
 
-void throughFilter(benchmark::State& state, AVPixelFormat format, const std::string& filter) {
-  Graph graph(format, filter);
+void throughFilter(benchmark::State& state, AVPixelFormat format, const std::string& filter,
+                   int inputs) {
+  Graph graph(format, filter, inputs);
   graph.run();
   const int bytes = av_image_get_buffer_size(format, kWidth, kHeight, 1);
   bench::measure(state, static_cast<std::uint32_t>(bytes), [&] { graph.run(); });
@@ -120,11 +124,11 @@ void throughOpenCv(benchmark::State& state, Work work) {
   bench::measure(state, kWidth * kHeight * 4, [&] { work(mats); });
 }
 
-void addFilter(AVPixelFormat format, const char* name, const std::string& filter) {
+void addFilter(AVPixelFormat format, const char* name, const std::string& filter, int inputs = 2) {
   const std::string title =
       std::string("ffmpeg/") + av_get_pix_fmt_name(format) + "/1920x1080/" + name;
   benchmark::RegisterBenchmark(title.c_str(), [=](benchmark::State& state) {
-    throughFilter(state, format, filter);
+    throughFilter(state, format, filter, inputs);
   })->Unit(benchmark::kMicrosecond);
 }
 
@@ -150,6 +154,12 @@ const bool added = [] {
   }
   for (const char* const transition : {"wipeleft", "fade"})
     addFilter(AV_PIX_FMT_UYVY422, transition, xfade(transition));
+  // A running timecode of eleven characters. The filter draws on a copy of the frame, which its
+  // caller keeps.
+  const std::string drawtext =
+      "drawtext=fontsize=30:fontcolor=white:x=24:y=600:timecode='01\\:23\\:45\\:12':rate=25";
+  for (const AVPixelFormat format : {AV_PIX_FMT_BGRA, AV_PIX_FMT_UYVY422, AV_PIX_FMT_YUV422P10})
+    addFilter(format, "drawtext", drawtext, 1);
   addOpenCv("two_half_copies", [](Mats& m) {
     m.a.colRange(0, kWidth / 2).copyTo(m.out.colRange(0, kWidth / 2));
     m.b.colRange(kWidth / 2, kWidth).copyTo(m.out.colRange(kWidth / 2, kWidth));

@@ -2,11 +2,8 @@
 //
 // Shapes and text on 1920x1080 frames of every layout: many random lines, circles, curves, fills,
 // labels, a running timecode.
-#include "frame.h"
+#include "scene.h"
 
-#include <array>
-#include <functional>
-#include <random>
 #include <string>
 
 namespace {
@@ -25,38 +22,18 @@ constexpr Kind kKinds[] = {
     {"UV16", ptUV16, 7680},
 };
 
-/// Points of a frame, always the same ones.
-std::vector<tagPOINT> randomPoints(std::size_t count, int margin) {
-  std::mt19937 random(1);
-  const auto below = [&random](int limit) {
-    return static_cast<int>(random() % static_cast<unsigned>(limit));
-  };
-  std::vector<tagPOINT> points(count);
-  for (tagPOINT& point : points)
-    point = {margin + below(bench::kWidth - 2 * margin),
-             margin + below(bench::kHeight - 2 * margin)};
-  return points;
-}
-
-/// Mean length 1,170: the ends lie in the left and the right part of the frame.
 void lines(NKDraw& surface) {
-  static const std::vector<tagPOINT> points = randomPoints(2000, 0);
-  for (std::size_t i = 0; i < points.size(); i += 2)
-    surface.Line(points[i].x / 3, points[i].y, bench::kWidth - 1 - points[i + 1].x / 3,
-                 points[i + 1].y);
+  for (const bench::Stroke& line : bench::lines())
+    surface.Line(line.from.x, line.from.y, line.to.x, line.to.y);
 }
 
 void circles(NKDraw& surface) {
-  static const std::vector<tagPOINT> points = randomPoints(100, 410);
-  int radius = 20;
-  for (const tagPOINT& centre : points) {
-    surface.Circle(centre.x, centre.y, radius);
-    radius += 380 / 99;
-  }
+  for (const bench::Disc& disc : bench::circles())
+    surface.Circle(disc.centre.x, disc.centre.y, disc.radius);
 }
 
 void beziers(NKDraw& surface) {
-  static const std::vector<tagPOINT> points = randomPoints(400, 10);
+  static const std::vector<tagPOINT> points = bench::randomPoints(400, 10);
   for (std::size_t i = 0; i < points.size(); i += 4)
     surface.Bezier(points[i].x, points[i].y, points[i + 1].x, points[i + 1].y, points[i + 2].x,
                    points[i + 2].y, points[i + 3].x, points[i + 3].y);
@@ -67,36 +44,28 @@ void frame(NKDraw& surface) {
 }
 
 void rectangles(NKDraw& surface) {
-  static const std::vector<tagPOINT> points = randomPoints(100, 310);
-  for (const tagPOINT& corner : points) {
-    const tagRECT rect = {corner.x, corner.y, corner.x + 300, corner.y + 200};
+  for (const tagPOINT& corner : bench::corners()) {
+    const tagRECT rect = {corner.x, corner.y, corner.x + bench::kRectWidth,
+                          corner.y + bench::kRectHeight};
     surface.FillRect(&rect);
   }
 }
 
 void softLines(NKDraw& surface) {
-  static const std::vector<tagPOINT> points = randomPoints(200, 10);
+  static const std::vector<tagPOINT> points = bench::randomPoints(200, 10);
   for (std::size_t i = 0; i < points.size(); i += 2)
     surface.LineWu(points[i].x, points[i].y, points[i + 1].x, points[i + 1].y);
 }
 
-constexpr const char* kTexts[] = {"01:23:45:12", "01:23:45:13"};
-
-/// Another text at every call.
-const char* nextText() {
-  static unsigned turn = 0;
-  return kTexts[++turn % 2];
-}
-
 void label(NKDraw& surface) {
-  surface.Label(100, 100, nextText(), false, false);
+  surface.Label(100, 100, bench::nextText(), false, false);
 }
 
 template <int kLines, bool kTransparent>
 void text(NKDraw& surface) {
   surface.SetTextTransparent(kTransparent);
   tagRECT rect = {24, 600, bench::kWidth, 600 + kLines};
-  surface.DrawText(nextText(), 11, &rect, DT_CALCRECT);
+  surface.DrawText(bench::nextText(), 11, &rect, DT_CALCRECT);
 }
 
 struct Work {
@@ -131,10 +100,10 @@ void plainFill(benchmark::State& state, const Kind& kind, int width, int height,
   const std::uint32_t bytes = kind.bytesPerRow * bench::kHeight;
   const auto row = static_cast<std::size_t>(width) * kind.bytesPerRow / bench::kWidth;
   std::vector<char> pixels(bytes, '\x40');
-  const std::vector<tagPOINT> points = randomPoints(100, 310);
   bench::measure(state, bytes, [&] {
     for (int i = 0; i < times; ++i) {
-      const tagPOINT corner = times == 1 ? tagPOINT{0, 0} : points[static_cast<std::size_t>(i)];
+      const tagPOINT corner =
+          times == 1 ? tagPOINT{0, 0} : bench::corners()[static_cast<std::size_t>(i)];
       for (int y = 0; y < height; ++y)
         std::memset(pixels.data() + static_cast<std::size_t>(corner.y + y) * kind.bytesPerRow +
                         static_cast<std::size_t>(corner.x) * kind.bytesPerRow / bench::kWidth,
@@ -154,7 +123,7 @@ const int registered = [] {
     benchmark::RegisterBenchmark((std::string("memset/Frame/") + kind.name).c_str(), plainFill,
                                  kind, bench::kWidth, bench::kHeight, 1);
     benchmark::RegisterBenchmark((std::string("memset/Rectangles100/") + kind.name).c_str(),
-                                 plainFill, kind, 300, 200, 100);
+                                 plainFill, kind, bench::kRectWidth, bench::kRectHeight, 100);
   }
   return 0;
 }();

@@ -22,6 +22,7 @@ set(NKDRAW_PUBLIC_HEADERS
   nkdraw/platform/config.h
   nkdraw/platform/flip.h
   nkdraw/platform/frame_memory.h
+  nkdraw/platform/graphics.h
   nkdraw/platform/host.h
   nkdraw/platform/log.h
   nkdraw/platform/media_names.h

@@ -34,8 +34,7 @@ inline constexpr std::uint32_t DT_HIDEPREFIX = 0x100000;
 /// only LineHoriz, EraseCanvas and a FillRect of the whole canvas on the 32-bit RGB layouts fill
 /// memory without asking PutPixel. A
 /// status is 0, or 0xFFFFFFFF for a refused call; what PutPixel returns does not change it. The
-/// operations marked empty return 0 and do nothing whatever they get; those marked as not served
-/// return 0xFFFFFFFF and do nothing.
+/// operations marked empty return 0 and do nothing whatever they get.
 class NKDRAW_API NKDraw : public virtual NKPixel {
  public:
   enum nkFilterType : std::int32_t { nkFilterNone = 0 };
@@ -175,7 +174,18 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   /// same). `rect` is changed as the format says. Ink is the foreground colour; the rest of each
   /// cell and one line above it are the background colour, unless SetTextTransparent(true), the
   /// initial state. Clears the surface's antialiasing. `text` and `rect` must not be null.
-  /// Returns 0; -1 when the process-wide font kind asks for a path that is not served.
+  /// Returns 0.
+  ///
+  /// The process-wide font kind, which is empty until a program sets it (text/font_data.h), chooses
+  /// two other ways, on which the text hangs from the rectangle's upper left corner:
+  /// - "bmp" reads a font sheet from a fixed path, else keeps the one before, and stamps its glyphs
+  ///   in their own colours, the key's pixels in the background colour. `count` and `format` are
+  ///   not read. The sheet must have a glyph for each code; one that it lacks shows what lies in
+  ///   memory behind its top line, of any width.
+  /// - "ttf" draws `count` characters of code page 1252 in the platform's font: the outlines with
+  ///   Line and Bezier, and the fill with PutPixel if a channel of the foreground is full. The
+  ///   foreground is left nearly black. DT_CALCRECT sets the right edge to the left one plus the
+  ///   text's height. Without a font nothing is drawn.
   std::int32_t DrawText(const char* text, std::int32_t count, tagRECT* rect, std::uint32_t format);
   /// The same as DrawText.
   std::int32_t NKDrawText(const char* text, std::int32_t count, tagRECT* rect,
@@ -193,13 +203,28 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   /// Whether DrawText leaves the pixels between the strokes alone.
   void SetTextTransparent(bool transparent);
 
-  std::uint32_t UseDefaultFont(bool wanted);      ///< not served
-  std::uint32_t SetFont(const char* name);        ///< empty
-  std::uint32_t HaveFont();                       ///< empty
-  std::int32_t ExtractBMPData(const char* path);  ///< not served, -1
-  std::int32_t ExtractPNGData(const char* path);  ///< not served, -1
-  void LineA(const nkRegion* region, const tagRECT* rect, int x1, int y1, int x2,
-             int y2);  ///< not served
+  /// True notes the wish for a default font and returns 1. False looks for the font sheet of this
+  /// width, beside the program and in two more folders, and does not load it: 0 and the wish is
+  /// taken back when the sheet is there, else 1 and it is noted.
+  std::uint32_t UseDefaultFont(bool wanted);
+  std::uint32_t SetFont(const char* name);  ///< empty
+  std::uint32_t HaveFont();                 ///< empty
+  /// Reads a font sheet, a plain 24-bit BMP file that may be written to, into the process-wide font
+  /// data. The pixels must begin in the file's first 256 bytes. Those that there is no room for run
+  /// on into the fields behind them, and end with the block; what the file lacks reads as zero in
+  /// its header and leaves the pixels as they were. 0, or -1 for no such file. A file that was
+  /// opened and refused for its head stays open until this object's next, or its end.
+  std::int32_t ExtractBMPData(const char* path);
+  /// Walks over the chunks of a PNG file and keeps nothing. 0, or -1 when it isn't one or ends
+  /// before its last chunk. A file without the signature or the header chunk stays open as above.
+  std::int32_t ExtractPNGData(const char* path);
+  /// A line, both ends included, of the pixels that `region` has when its origin is laid on the
+  /// upper left corner of `rect`; none in a null region. Each pixel takes, dimmed to a 255th, the
+  /// colour that the canvas has in its column on the row of the lower end (on a steep line in the
+  /// upper end's column), and leaves the foreground a 255th of what it was: the canvas must hold
+  /// these. With antialiasing both ends are plotted whatever the region, and the pixels between
+  /// them in pairs, mixed from canvas and foreground. `rect` must not be null.
+  void LineA(const nkRegion* region, const tagRECT* rect, int x1, int y1, int x2, int y2);
 
  protected:
   friend std::uint32_t(::UseDefaultFont)(NKDraw*& surface, bool wanted);
@@ -224,6 +249,7 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   std::uint32_t labelFontHeight = 10;
   std::uint32_t labelFontScale = 1;
   bool defaultFontWanted = false;
+  std::shared_ptr<nkdraw::OpenFile> refusedFile;  // the last font file that was refused, kept open
 
  private:
   void fillRows(const tagRECT& rect);

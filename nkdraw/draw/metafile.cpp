@@ -3,23 +3,14 @@
 // The head of a 16-bit metafile, with or without the Aldus placeable header in front of it.
 #include <nkdraw/draw/draw.h>
 
+#include <nkdraw/draw/open_file.h>
+
 #include <array>
 #include <cstdint>
-#include <new>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace nkdraw {
-
-struct OpenFile {
-  explicit OpenFile(int opened) : descriptor(opened) {}
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-  ~OpenFile() { close(descriptor); }
-
-  int descriptor;
-};
 
 struct MetafileHeader {
   std::array<std::uint8_t, 18> bytes{};
@@ -55,43 +46,17 @@ namespace {
 constexpr std::uint32_t kRefused = 0xFFFFFFFF;
 constexpr std::uint8_t kPlaceableMark = 0xD7;  // the first byte of the key 0x9AC6CDD7
 
-/// Seeks to a place in the file and reads on; what the file lacks stays as it was.
-template <std::size_t size>
-void readAt(int file, off_t at, std::array<std::uint8_t, size>& bytes) {
-  if (lseek(file, at, SEEK_SET) != at)
-    return;
-  std::size_t have = 0;
-  while (have < size) {
-    const ssize_t got = read(file, bytes.data() + have, size - have);
-    if (got <= 0)
-      return;
-    have += static_cast<std::size_t>(got);
-  }
-}
-
-/// Null when there is no memory.
-template <class Object, class... Arguments>
-std::shared_ptr<Object> tryMakeShared(Arguments... arguments) {
-  try {
-    return std::make_shared<Object>(arguments...);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-}
+using nkdraw::readAt;
+using nkdraw::tryMakeShared;
 
 }  // namespace
 
 std::uint32_t NKDraw::EMFOpen(const char* path) {
   EMFClose();
-  metaFile = open(path, O_RDONLY | O_CLOEXEC);
+  metaFileOwner = nkdraw::takeOver(open(path, O_RDONLY | O_CLOEXEC));
+  metaFile = metaFileOwner ? metaFileOwner->descriptor : -1;
   if (metaFile == -1)
     return kRefused;
-  metaFileOwner = tryMakeShared<nkdraw::OpenFile>(metaFile);
-  if (metaFileOwner == nullptr) {
-    close(metaFile);
-    metaFile = -1;
-    return kRefused;
-  }
   std::array<std::uint8_t, 1> mark{};
   readAt(metaFile, 0, mark);
   const bool placeable = mark[0] == kPlaceableMark;

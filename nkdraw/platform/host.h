@@ -8,6 +8,7 @@
 #include <nkdraw/platform/config.h>
 #include <nkdraw/platform/flip.h>
 #include <nkdraw/platform/frame_memory.h>
+#include <nkdraw/platform/graphics.h>
 #include <nkdraw/platform/log.h>
 #include <nkdraw/platform/media_names.h>
 #include <nkdraw/platform/media_reader.h>

@@ -14,7 +14,7 @@ struct FontData {
   std::uint8_t fontSheetPixels[1048576];  ///< pixel rows of the sheet, as in its file
   std::uint8_t fontSheetHeader[36];       ///< its header from the width on
   char fontKind[4];            ///< "ttf" outlines, "bmp" sheets, anything else built-in glyphs
-  std::int32_t fontPointSize;  ///< height of outlines
+  std::int32_t fontPointSize;  ///< em height of outlines in pixels; 0: 16
   std::uint64_t fontScratch;   ///< cleared by every DrawText
 };
 

@@ -1,26 +1,85 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Font sheets and outlines. This version serves neither; what the library asks for them is refused.
+// Reading a font sheet: a 24-bit BMP file, whose rows go into the process-wide font data as they
+// stand in the file.
 #include <nkdraw/draw/draw.h>
 
-std::uint32_t NKDraw::UseDefaultFont(bool /*wanted*/) {
-  return 0xFFFFFFFF;
+#include <nkdraw/draw/open_file.h>
+#include <nkdraw/text/sheet_data.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include <fcntl.h>
+
+namespace {
+
+constexpr std::int32_t kRefused = -1;
+
+// Places in the file. Of the multi-byte fields that are tested only the low byte is.
+constexpr std::size_t kMark = 0;
+constexpr std::size_t kPixelOffset = 10;
+constexpr std::size_t kHeaderSize = 14;
+constexpr std::size_t kHeader = 18;
+constexpr std::size_t kBytesRead = 50;
+
+using nkdraw::SheetHeader;
+
+/// The head of a file: as many bytes as are read of it, and zeros behind them for those that are
+/// copied without having been read.
+class FileHead {
+ public:
+  explicit FileHead(int file) { nkdraw::readAt(file, 0, std::span(bytes_).first(kBytesRead)); }
+
+  [[nodiscard]] bool isBitmap() const {
+    return bytes_[kMark] == 'B' && bytes_[kMark + 1] == 'M' && bytes_[kHeaderSize] == 40;
+  }
+  /// Meant: a larger offset is cut to its low byte.
+  [[nodiscard]] std::uint8_t pixelOffset() const { return bytes_[kPixelOffset]; }
+
+  void copyHeader() const {
+    std::memcpy(nkdraw::fontData.fontSheetHeader, bytes_.data() + kHeader, SheetHeader::kBytes);
+  }
+
+ private:
+  std::array<std::uint8_t, kHeader + SheetHeader::kBytes> bytes_{};
+};
+
+/// Whether the header that was copied is of a sheet. Meant: of the bits of a pixel the low byte
+/// alone is compared.
+bool isPlain24Bit() {
+  return SheetHeader::word(SheetHeader::kCompression) == 0 &&
+         nkdraw::fontData.fontSheetHeader[SheetHeader::kBitCount] == 24;
 }
 
-std::uint32_t NKDraw::SetFont(const char* /*name*/) {
-  return 0;
+/// The bytes of pixels that the header asks for. Meant: a size that it leaves open comes without
+/// the fill of the rows.
+std::uint32_t sizeOfPixels() {
+  if (SheetHeader::word(SheetHeader::kSizeImage) == 0)
+    SheetHeader::setWord(SheetHeader::kSizeImage, SheetHeader::word(SheetHeader::kWidth) *
+                                                      SheetHeader::word(SheetHeader::kHeight) * 3);
+  return SheetHeader::word(SheetHeader::kSizeImage);
 }
 
-std::uint32_t NKDraw::HaveFont() {
-  return 0;
-}
+}  // namespace
 
-std::int32_t NKDraw::ExtractBMPData(const char* /*path*/) {
-  return -1;
+std::int32_t NKDraw::ExtractBMPData(const char* path) {
+  const auto file = nkdraw::takeOver(open(path, O_RDWR | O_CLOEXEC));
+  if (file == nullptr)
+    return kRefused;
+  refusedFile = file;
+  const FileHead head(file->descriptor);
+  if (!head.isBitmap())
+    return kRefused;
+  head.copyHeader();
+  if (!isPlain24Bit())
+    return kRefused;
+  refusedFile.reset();
+  const std::size_t size = std::min<std::size_t>(sizeOfPixels(), nkdraw::fontBlock().size());
+  const bool read =
+      nkdraw::readAt(file->descriptor, head.pixelOffset(), nkdraw::fontBlock().first(size))
+          .has_value();
+  const bool closed = file->close();
+  return read && closed ? 0 : kRefused;
 }
-
-std::int32_t NKDraw::ExtractPNGData(const char* /*path*/) {
-  return -1;
-}
-
-void NKDraw::LineA(const nkRegion*, const tagRECT*, int, int, int, int) {}

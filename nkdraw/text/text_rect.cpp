@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Text in a rectangle: the built-in glyphs, magnified by whole numbers, drawn upward from the
-// rectangle's bottom edge.
+// Text in a rectangle: the choice of a font, and the built-in glyphs, magnified by whole numbers,
+// drawn upward from the rectangle's bottom edge.
 #include <nkdraw/draw/draw.h>
 #include <nkdraw/surface/resolver.h>
 #include <nkdraw/surface/wrapping.h>
 #include <nkdraw/text/font_data.h>
 #include <nkdraw/text/label_glyphs.h>
+#include <nkdraw/text/text_paths.h>
 
 #include <algorithm>
 #include <array>
@@ -17,7 +18,6 @@
 namespace {
 
 constexpr std::uint32_t kLargestMagnification = 20;
-constexpr std::int32_t kNotServed = -1;
 
 using nkdraw::magnitude;
 using nkdraw::wrappingAdd;
@@ -127,24 +127,31 @@ bool fontKindIs(const char (&kind)[4]) {
   return std::memcmp(nkdraw::fontData.fontKind, kind, sizeof kind) == 0;
 }
 
+void drawGlyphs(NKDraw& surface, const char* text, std::int32_t count, tagRECT& rect,
+                std::uint32_t format, bool transparent) {
+  const std::uint32_t magnification = magnificationFor(rect);
+  const auto length = static_cast<std::uint32_t>(std::strlen(text));
+  const auto counted = static_cast<std::uint32_t>(count);
+  align(rect, format, length, counted, magnification);
+  GlyphStamp(surface, magnification, transparent).stamp(text, rect.left, rect.bottom);
+  if ((format & DT_CALCRECT) != 0) {
+    rect.right = wrappingAdd(rect.left, counted * magnification * nkdraw::kGlyphWidth);
+    rect.bottom = wrappingAdd(rect.top, nkdraw::kGlyphHeight * magnification);
+  }
+}
+
 }  // namespace
 
 std::int32_t NKDraw::DrawText(const char* text, std::int32_t count, tagRECT* rect,
                               std::uint32_t format) {
   nkdraw::fontData.fontScratch = 0;
   antialias = false;
-  if (fontKindIs("ttf") || fontKindIs("bmp"))
-    return kNotServed;
-
-  const std::uint32_t magnification = magnificationFor(*rect);
-  const auto length = static_cast<std::uint32_t>(std::strlen(text));
-  const auto counted = static_cast<std::uint32_t>(count);
-  align(*rect, format, length, counted, magnification);
-  GlyphStamp(*this, magnification, textTransparent).stamp(text, rect->left, rect->bottom);
-  if ((format & DT_CALCRECT) != 0) {
-    rect->right = wrappingAdd(rect->left, counted * magnification * nkdraw::kGlyphWidth);
-    rect->bottom = wrappingAdd(rect->top, nkdraw::kGlyphHeight * magnification);
-  }
+  if (fontKindIs("ttf"))
+    nkdraw::drawOutlineText(*this, text, count, *rect, format);
+  else if (fontKindIs("bmp"))
+    nkdraw::drawSheetText(*this, text, *rect);
+  else
+    drawGlyphs(*this, text, count, *rect, format, textTransparent);
   return 0;
 }
 

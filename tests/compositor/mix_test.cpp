@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // The cross-fade's vector forms against the plain one.
-#include "targets.h"
+#include <tests/support/targets.h>
 
 #include <nkdraw/compositor/wipe_mix.h>
 #include <tests/support/frame.h>

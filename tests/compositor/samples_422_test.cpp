@@ -2,7 +2,7 @@
 //
 // The vector forms of packed 4:2:2 against the plain one.
 #include <tests/support/frame.h>
-#include "targets.h"
+#include <tests/support/targets.h>
 
 #include <nkdraw/compositor/samples_422.h>
 

@@ -3,12 +3,11 @@
 // The head of a metafile, with and without the placeable header.
 #include <tests/support/fields.h>
 #include <tests/support/surfaces.h>
+#include <tests/support/temporary_file.h>
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdio>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -19,26 +18,7 @@ namespace {
 
 using namespace nkdraw::test;
 
-/// A file that goes with its test.
-class File {
- public:
-  explicit File(const std::vector<std::uint8_t>& bytes)
-      : path_(testing::TempDir() + "nkdraw_metafile_" +
-              testing::UnitTest::GetInstance()->current_test_info()->name() +
-              std::to_string(++count_)) {
-    std::ofstream(path_, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
-  }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-  ~File() { std::remove(path_.c_str()); }
-  [[nodiscard]] const char* path() const { return path_.c_str(); }
-
- private:
-  static inline int count_ = 0;
-  std::string path_;
-};
+using File = TemporaryFile;
 
 /// Ten words and, behind them, what they XOR to.
 std::vector<std::uint8_t> placeable(std::array<std::uint16_t, 10> words, std::uint16_t spoil = 0) {

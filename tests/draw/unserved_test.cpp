@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Operations that are there and draw nothing: those that are empty for good return success, those
-// that are still to come refuse.
+// Operations that are there, draw nothing, and return success.
 #include <tests/support/fields.h>
 #include <tests/support/frame.h>
 #include <tests/support/surfaces.h>
@@ -75,24 +74,6 @@ TEST(EmptyOperations, ReturnZeroWhateverTheyGet) {
            [](NKDraw& d) { return static_cast<std::uint32_t>(d.TextOutA(1, 1, "text", 4)); }},
       },
       0);
-}
-
-TEST(OperationsToCome, RefuseAndDrawNothing) {
-  static const tagRECT kRect = {1, 1, 9, 9};
-  expectNothingDrawn(
-      {
-          {"UseDefaultFont", [](NKDraw& d) { return d.UseDefaultFont(true); }},
-          {"ExtractBMPData",
-           [](NKDraw& d) { return static_cast<std::uint32_t>(d.ExtractBMPData("x")); }},
-          {"ExtractPNGData",
-           [](NKDraw& d) { return static_cast<std::uint32_t>(d.ExtractPNGData("x")); }},
-          {"LineA",
-           [](NKDraw& d) {
-             d.LineA(nullptr, &kRect, 0, 0, 9, 9);
-             return 0xFFFFFFFF;
-           }},
-      },
-      0xFFFFFFFF);
 }
 
 }  // namespace

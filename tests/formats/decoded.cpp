@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "decoded.h"
 
+#include <tests/support/temporary_file.h>
+
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -12,25 +13,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace fs = std::filesystem;
-
 namespace nkdraw::test {
 namespace {
-
-/// A file of this process, removed at the end.
-class OwnFile {
- public:
-  explicit OwnFile(const std::string& suffix)
-      : path_(testing::TempDir() + "nkdraw-" + std::to_string(getpid()) + suffix) {}
-  OwnFile(const OwnFile&) = delete;
-  OwnFile& operator=(const OwnFile&) = delete;
-  ~OwnFile() { fs::remove(path_); }
-
-  [[nodiscard]] const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 int run(std::vector<std::string> words, const std::string& output) {
   std::vector<char*> argv;
@@ -55,13 +39,11 @@ int run(std::vector<std::string> words, const std::string& output) {
 std::vector<std::uint8_t> throughFfmpeg(std::span<const std::uint8_t> bytes,
                                         const std::string& suffix,
                                         const std::vector<std::string>& arguments) {
-  const OwnFile input(suffix), output(".out");
-  std::ofstream(input.path(), std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()),
-             static_cast<std::streamsize>(bytes.size()));
+  const std::string base = testing::TempDir() + "nkdraw_" + std::to_string(getpid());
+  const TemporaryFile input(base + suffix, {bytes.begin(), bytes.end()}), output(base + ".out", {});
   std::vector<std::string> words = {"ffmpeg", "-nostdin", "-loglevel", "error"};
   for (const std::string& argument : arguments)
-    words.push_back(argument == "{}" ? input.path() : argument);
+    words.push_back(argument == "{}" ? std::string(input.path()) : argument);
   EXPECT_EQ(run(words, output.path()), 0);
   std::ifstream file(output.path(), std::ios::binary);
   const std::vector<char> read{std::istreambuf_iterator<char>(file),

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // Contact sheets of the label font, for a person to look at: pictures/ under the build folder.
+#include <tests/support/call_log.h>
 #include <tests/support/fields.h>
 #include <tests/support/frame.h>
 #include <tests/support/surfaces.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <string>
 
@@ -43,6 +46,8 @@ class Sheet {
 
   void write(const std::string& name) {
     EXPECT_TRUE(frame_.guardsIntact());
+    for (std::size_t i = 3; i < frame_.bytes().size(); i += 4)
+      frame_.bytes()[i] = 255;  // some texts leave an alpha of none
     const std::filesystem::path folder = NKDRAW_TEST_PICTURES;
     std::filesystem::create_directories(folder);
     png_image image{};
@@ -92,7 +97,6 @@ TEST_P(ContactSheets, OfLabelsShowAllCells) {
       }
     }
   }
-  sheet.write(sheetName("label", m, lightOnDark));
 }
 
 TEST_P(ContactSheets, OfDrawTextShowTheAsciiLines) {
@@ -121,6 +125,79 @@ TEST(Pictures, TextOnAFrameAsAnOverlayPutsIt) {
   rect = {20, 110, 640, 160};
   sheet->DrawText("gjpqy_|^ Quick", 14, &rect, DT_CALCRECT);
   sheet.write("font_overlay_lines");
+}
+
+/// Chooses a way of DrawText, and lets go of it.
+class FontKind {
+ public:
+  explicit FontKind(const char (&kind)[4]) { CleanFontData::chooseKind(kind); }
+
+ private:
+  CleanFontData clean_;
+};
+
+TEST(TextPictures, OfOutlineTextShowFillsAndOutlines) {
+  const FontKind kind("ttf");
+  Sheet sheet(860, 330, false);
+  int y = 6;
+  for (const int em : {12, 20, 32, 48, 96}) {
+    nkdraw::fontData.fontPointSize = em;
+    tagRECT rect = {8, y, 0, 0};
+    sheet->SetColorRGBA(1.0, 1.0, 1.0, 1.0, true);  // the fill shows only of a full colour
+    const std::string text = em < 96 ? "Take 7, \x80 5 \x97 (Sphinx) \xC4\xE9" : "O&g8";
+    sheet->DrawText(text.c_str(), static_cast<int>(text.size()), &rect, 0);
+    rect = {570, y, 0, 0};
+    sheet->SetColorRGBA(0.9, 0.9, 0.9, 1.0, true);
+    sheet->DrawText(text.c_str(), em < 48 ? 15 : 4, &rect, 0);
+    y += em * 4 / 3 + 6;
+  }
+  sheet.write("outline_text");
+}
+
+/// Fills the font data with a sheet of the label font's glyphs, white on blue, the key, a yellow
+/// line for a foot.
+void loadLabelGlyphs(std::uint32_t first, std::uint32_t last) {
+  constexpr std::uint32_t kCell = 10, kHeight = 13;
+  const std::uint32_t width = 6 + (last - first + 1) * kCell;
+  const std::uint32_t stride = width * 3 + width % 4;
+  std::uint8_t* const pixels = CleanFontData::bytes();
+  const auto set = [&](std::uint32_t x, std::uint32_t line, std::array<std::uint8_t, 3> bgr) {
+    std::copy(bgr.begin(), bgr.end(), pixels + (kHeight - 1 - line) * stride + x * 3);
+  };
+  for (std::uint32_t x = 0; x < width; ++x) {
+    const std::uint32_t cell = (x - 6) / kCell, column = (x - 6) % kCell;
+    const bool glyph = x >= 6 && column < 9;
+    for (std::uint32_t line = 0; line < kHeight; ++line) {
+      const std::uint32_t row = 11 - line;  // of the label font, from below
+      const bool ink = glyph && column >= 1 && line >= 2 && line <= 11 &&
+                       (nkdraw::labelGlyphs[(first + cell) * 10 + row] >> (8 - column) & 1) != 0;
+      if (ink)
+        set(x, line, {255, 255, 255});
+      else if (glyph && line == 12)
+        set(x, line, {0, 200, 255});
+      else if (glyph)
+        set(x, line, {200, 40, 0});
+      else
+        set(x, line, {0, 0, 0});
+    }
+  }
+  setWord(nkdraw::fontData.fontSheetHeader, width);
+  setWord(nkdraw::fontData.fontSheetHeader + 4, kHeight);
+}
+
+TEST(TextPictures, OfSheetTextShowTheSheetsGlyphsOnTheBackground) {
+  const FontKind kind("bmp");
+  loadLabelGlyphs(33, 126);
+  Sheet sheet(420, 80, true);
+  sheet->SetColorRGBA(0.5, 0.0, 0.0, 1.0, false);
+  int y = 4;
+  for (const char* const text : {"A font sheet, stamped: 0123456789", "ABCDEFGHIJKLMNOPQRSTUVWXYZ",
+                                 "abcdefghijklmnopqrstuvwxyz {|}~"}) {
+    tagRECT rect = {4, y, 0, 0};
+    sheet->DrawText(text, 0, &rect, 0);
+    y += 24;
+  }
+  sheet.write("sheet_text");
 }
 
 }  // namespace

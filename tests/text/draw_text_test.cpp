@@ -277,21 +277,6 @@ class FontKind {
   ~FontKind() { std::fill_n(nkdraw::fontData.fontKind, 4, '\0'); }
 };
 
-TEST(DrawText, OtherFontKindsAreToComeAndDrawNothing) {
-  for (const std::array<char, 4> kind : {std::array{'t', 't', 'f', '\0'}, {'b', 'm', 'p', '\0'}}) {
-    const FontKind chosen(kind);
-    Log log(ptRGB24);
-    PixelFields::antialiased(log) = true;
-    nkdraw::fontData.fontScratch = 77;
-    tagRECT rect = {1, 2, 30, 40};
-    EXPECT_EQ(log.DrawText("text", 4, &rect, 0), -1);
-    EXPECT_TRUE(log.plots.empty());
-    EXPECT_TRUE(rect == (tagRECT{1, 2, 30, 40}));
-    EXPECT_FALSE(PixelFields::antialiased(log));
-    EXPECT_EQ(nkdraw::fontData.fontScratch, 0U);
-  }
-}
-
 TEST(DrawText, AllFourBytesOfTheFontKindAreCompared) {
   for (const std::array<char, 4> kind : {std::array{'t', 't', 'f', ' '},
                                          {'b', 'm', 'p', 'x'},

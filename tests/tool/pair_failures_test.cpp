@@ -250,7 +250,7 @@ TEST(CompareRefusal, OfAReportThatExistsOrIsAnInputOrTheOutput) {
 }
 
 TEST(SheetRefusal, SaysWhatIsWrong) {
-  expectRefusal({"sheet"}, kUsage, "wipes or modes");
+  expectRefusal({"sheet"}, kUsage, "wipes, modes, glyphs, shapes or layouts");
   expectRefusal({"sheet", "doors", at("s.png")}, kUsage, "doors");
   expectRefusal({"sheet", "wipes", at("s.mov")}, kUsage, ".png");
   expectRefusal({"sheet", "wipes"}, kUsage, ".png");

@@ -4,7 +4,13 @@
 #include "clip.h"
 #include "program.h"
 
+#include <drawing_sheets.h>
+#include <nkdraw/text/label_glyphs.h>
+
 #include <gtest/gtest.h>
+
+#include <array>
+#include <set>
 
 namespace {
 
@@ -60,4 +66,60 @@ TEST(Sheet, ShowsClipsInTheirShape) {
   EXPECT_EQ(colourAt(sheet, left + 172 + 39, top + 60), kBlue);
   EXPECT_EQ(colourAt(sheet, left + 172 + 40, top + 60), kRed);
   EXPECT_EQ(colourAt(sheet, left + 4 * 172 + 159, top + 119), kBlue);
+}
+
+TEST(Sheet, OfGlyphsShowsEveryCellInThreeSizesOnBothGrounds) {
+  const Clip sheet = drawSheet({"glyphs", at("g.png")});
+  constexpr std::array<int, 3> kBlack = {0, 0, 0}, kWhite = {255, 255, 255};
+  int top = 24 + 14;
+  for (const int m : {1, 2, 3}) {
+    for (const bool dark : {true, false}) {
+      const int left = dark ? 44 : 44 + 452 + 24 + 20;
+      for (int code = 0; code < 256; ++code) {
+        for (int pixel = 0; pixel < 80 * m * m; ++pixel) {
+          const int x = pixel % (8 * m), y = pixel / (8 * m);
+          const bool ink = (nkdraw::labelGlyphs[10 * code + 9 - y / m] & (0x80 >> (x / m))) != 0;
+          ASSERT_EQ(colourAt(sheet, left + 4 + code % 16 * (8 * m + 4) + x,
+                             top + 4 + code / 16 * (10 * m + 4) + y),
+                    ink == dark ? kWhite : kBlack)
+              << m << " " << code;
+        }
+      }
+    }
+    top += 16 * (10 * m + 4) + 4 + 14 + 12;
+  }
+}
+
+TEST(Sheet, OfShapesShowsEachAsItsScriptDrawsIt) {
+  const Clip sheet = drawSheet({"shapes", at("s.png")});
+  EXPECT_EQ(sheet.width, 24 + 5 * 172 - 12 + 24);
+  const auto tiles = nkdraw::tool::shapeTiles();
+  for (std::size_t i = 0; i < tiles.size(); ++i) {
+    const int left = 24 + static_cast<int>(i % 5) * 172, top = 24 + static_cast<int>(i / 5) * 130;
+    std::set<std::array<int, 3>> colours;
+    for (int y = 0; y < 90; ++y) {
+      for (int x = 0; x < 160; ++x)
+        colours.insert(colourAt(sheet, left + x, top + y));
+    }
+    EXPECT_GE(colours.size(), 2U) << tiles[i].name;
+  }
+}
+
+TEST(Sheet, OfLayoutsShowsTheSameCardInAllThatKeepIt) {
+  const Clip sheet = drawSheet({"layouts", at("l.png")});
+  EXPECT_EQ(sheet.width, 24 + 4 * 252 - 12 + 24);
+  // The bars of the first six layouts, which are RGB of eight bits, to the bit.
+  for (int tile = 0; tile < 6; ++tile) {
+    const int left = 24 + tile % 4 * 252, top = 24 + tile / 4 * 216;
+    for (int bar = 0; bar < 8; ++bar) {
+      const std::array<int, 3> colour = {(bar & 2) == 0 ? 191 : 0, (bar & 4) == 0 ? 191 : 0,
+                                         (bar & 1) == 0 ? 191 : 0};
+      EXPECT_EQ(colourAt(sheet, left + bar * 30 + 15, top + 30), colour) << tile << " " << bar;
+    }
+  }
+}
+
+TEST(Sheet, OfDrawingsShowsNoClips) {
+  for (const char* const kind : {"glyphs", "shapes", "layouts"})
+    expectRefusal({"sheet", kind, at("o.png"), "--a", "x.mov"}, 1, "this sheet shows no clips");
 }

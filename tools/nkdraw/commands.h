@@ -13,6 +13,7 @@ namespace nkdraw::tool {
 [[nodiscard]] std::unique_ptr<Command> addBurnin(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> addCompare(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> addConfig(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> addDraw(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> addSheet(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> addWipe(CLI::App& app);
 

@@ -22,8 +22,8 @@ namespace {
 constexpr int kSignalBase = 128;
 
 /// In the order of the help.
-constexpr std::unique_ptr<Command> (*kCommands[])(CLI::App&) = {addBurnin, addWipe, addCompare,
-                                                                addSheet, addConfig};
+constexpr std::unique_ptr<Command> (*kCommands[])(CLI::App&) = {addBurnin, addWipe,  addCompare,
+                                                                addDraw,   addSheet, addConfig};
 
 int report(ExitCode code, std::string line) {
   std::ranges::replace(line, '\n', ' ');

@@ -2,15 +2,14 @@
 #include "setting_table.h"
 
 #include "failure.h"
+#include "nearest_name.h"
 #include "option_values.h"
 
 #include <nkdraw/overlay/overlay.h>
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <map>
-#include <numeric>
 #include <string_view>
 
 namespace nkdraw::tool {
@@ -100,23 +99,6 @@ std::vector<Setting> makeTable() {
   return table;
 }
 
-/// How many letters must change, come or go; small and capital ones are the same.
-std::size_t distance(std::string_view from, std::string_view to) {
-  std::vector<std::size_t> row(to.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 1; i <= from.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i;
-    for (std::size_t j = 1; j <= to.size(); ++j) {
-      const bool same = isSameName(from.substr(i - 1, 1), to.substr(j - 1, 1));
-      const std::size_t changed = diagonal + (same ? 0 : 1);
-      diagonal = row[j];
-      row[j] = std::min({changed, row[j] + 1, row[j - 1] + 1});
-    }
-  }
-  return row.back();
-}
-
 bool isPrintable(unsigned char letter) {
   return letter >= ' ' && letter <= '~';
 }
@@ -137,8 +119,7 @@ const Setting& settingNamed(const std::string& key) {
   const std::vector<Setting>& table = settingTable();
   if (const auto found = std::ranges::find(table, key, &Setting::key); found != table.end())
     return *found;
-  const auto nearest = std::ranges::min_element(
-      table, {}, [&](const Setting& setting) { return distance(key, setting.key); });
+  const auto nearest = nearestName(table, key, &Setting::key);
   throw Failure(ExitCode::kUsage, "no such setting", key.empty() ? "(empty)" : key,
                 "the nearest is " + nearest->key + "; see nkdraw config list");
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "commands.h"
 #include "contact_sheet.h"
+#include "drawing_sheets.h"
 #include "failure.h"
 #include "output_file.h"
 #include "sheet_options.h"
@@ -10,13 +11,22 @@
 namespace nkdraw::tool {
 namespace {
 
-struct Sheet {
-  int tileWidth;
-  BgraCanvas (*draw)(SheetPictures& pictures);
-};
+/// A sheet of what is made of two pictures.
+template <int tileWidth, BgraCanvas (*draw)(SheetPictures& pictures)>
+BgraCanvas ofPictures(const SheetOptions& options) {
+  SheetPictures pictures = sheetPictures(options.a, options.b, tileWidth);
+  return draw(pictures);
+}
+
+template <BgraCanvas (*draw)()>
+BgraCanvas ofDrawings(const SheetOptions& /*options*/) {
+  return draw();
+}
 
 /// By SheetKind.
-constexpr Sheet kSheets[] = {{kWipeTileWidth, wipeSheet}, {kModeTileWidth, modeSheet}};
+constexpr BgraCanvas (*kSheets[])(const SheetOptions& options) = {
+    ofPictures<kWipeTileWidth, wipeSheet>, ofPictures<kModeTileWidth, modeSheet>,
+    ofDrawings<glyphSheet>, ofDrawings<shapeSheet>, ofDrawings<layoutSheet>};
 
 void drawSheet(const SheetOptions& options) {
   checkOutputName(options.output, options.overwrite);
@@ -25,9 +35,7 @@ void drawSheet(const SheetOptions& options) {
       throw Failure(ExitCode::kUsage, "the output is an input", options.output,
                     "choose another name");
   }
-  const Sheet& sheet = kSheets[static_cast<std::size_t>(options.kind)];
-  SheetPictures pictures = sheetPictures(options.a, options.b, sheet.tileWidth);
-  const Frame picture = sheet.draw(pictures).frame();
+  const Frame picture = kSheets[static_cast<std::size_t>(options.kind)](options).frame();
   OutputFile file(options.output, options.overwrite);
   writeStill(*picture, file.temporary(), options.output);
   file.commit();

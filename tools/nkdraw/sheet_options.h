@@ -12,7 +12,7 @@ class App;
 
 namespace nkdraw::tool {
 
-enum class SheetKind { kWipes, kModes };
+enum class SheetKind { kWipes, kModes, kGlyphs, kShapes, kLayouts };
 
 struct SheetOptions {
   SheetKind kind = SheetKind::kWipes;

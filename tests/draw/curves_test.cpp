@@ -380,7 +380,7 @@ TEST(Shapes, WithAntialiasingTakeTheWeightedPathOfTheirLines) {
       [](NKDraw& d) { d.Circle(100, 100, 90); },
       [](NKDraw& d) { d.Ellipse(100, 100, 90, 70); },
       [](NKDraw& d) { d.Bezier(3, 3, 50, 190, 90, 10, 190, 150); },
-      [](NKDraw& d) { d.RoundRect(3, 5, 190, 150, 70, 60); },
+      [](NKDraw& d) { d.RoundRect(3, 5, 195, 195, 190, 186); },
   };
   for (std::size_t i = 0; i < shapes.size(); ++i) {
     SCOPED_TRACE(i);

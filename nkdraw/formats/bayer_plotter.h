@@ -68,9 +68,11 @@ class Plotter<CDrawBayer> {
   void row(int x, int y, int count) const {
     if (canvas_ == nullptr || count <= 0)
       return;
-    if ((x & 1) != 0 || x < 0) {  // left of the canvas addresses are rounded another way
+    if ((x & 1) != 0) {
       put(x, y);
-      return row(x + 1, y, count - 1);
+      if (--count == 0)
+        return;
+      ++x;
     }
     const std::size_t pairs = static_cast<std::size_t>(count) / 2;
     storeRun(reinterpret_cast<std::uint8_t*>(bayer::address(canvas_, pitch_, x, y)),
@@ -78,6 +80,9 @@ class Plotter<CDrawBayer> {
     if (count % 2 != 0)
       put(x + count - 1, y);
   }
+
+  /// Left of the canvas half bytes are cut the other way, towards it, and pixels overlap.
+  static constexpr bool overlaps(int leftmost) { return leftmost < 0; }
 
   /// Stores the pixel's sample, which begins at an address that the surface gives.
   void write(void* at, int x, int y) const {

@@ -13,7 +13,10 @@ namespace nkdraw {
 ///
 /// and keeps in it what is the same for all pixels of a run. A row has the result of its puts one
 /// after the other, to the bit; the order of the pixels inside a run makes no difference. A layout
-/// whose pixels overlap has no row.
+/// whose pixels overlap has no row. One where they overlap only in some runs tells which, and gets
+/// those pixel by pixel:
+///
+///     static bool overlaps(int leftmost);             // for a run that begins there on its left
 template <class Surface>
 class Plotter;
 

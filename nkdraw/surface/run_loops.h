@@ -19,6 +19,22 @@ inline constexpr bool hasRows = requires(const AnyPlotter& plotter) {
   plotter.row(0, 0, 0);
 };
 
+/// Whether pixels of a run that begins there on its left overlap, where they do so on a part of the
+/// layout only.
+template <class AnyPlotter>
+constexpr bool overlaps(int leftmost) {
+  if constexpr (requires { AnyPlotter::overlaps(leftmost); })
+    return AnyPlotter::overlaps(leftmost);
+  else
+    return false;
+}
+
+template <class AnyPlotter>
+void plotInTurn(const AnyPlotter& plotter, int x, int y, std::uint32_t count, int step) {
+  for (; count > 0; --count, x = wrappingAdd(x, step))
+    plotter.put(x, y);
+}
+
 /// A run of one colour has the same result in both directions, unless pixels overlap: then, and on
 /// classes that want to see them, each is plotted in its turn.
 template <class AnyPlotter>
@@ -28,13 +44,15 @@ void plotRow(const AnyPlotter& plotter, int x, int y, std::uint32_t count, int s
     while (count > 0) {
       const auto length = static_cast<int>(std::min(count, kLongestRow));
       const int left = step > 0 ? x : wrappingSubtract(x, length - 1);
-      plotter.row(left, y, length);
+      if (overlaps<AnyPlotter>(left))
+        plotInTurn(plotter, x, y, static_cast<std::uint32_t>(length), step);
+      else
+        plotter.row(left, y, length);
       x = wrappingAdd(x, std::int64_t{length} * step);
       count -= static_cast<std::uint32_t>(length);
     }
   } else {
-    for (; count > 0; --count, x = wrappingAdd(x, step))
-      plotter.put(x, y);
+    plotInTurn(plotter, x, y, count, step);
   }
 }
 

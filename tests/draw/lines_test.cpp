@@ -162,7 +162,7 @@ TEST(LineHoriz, IncludesItsEndOnlyWhereItPlotsPixelByPixel) {
     const Surface surface = makeDerived<Recording>(type, 48, 4, 0, frame.canvas(), &log);
     frame.remember();
     EXPECT_EQ(surface->LineHoriz(2, 0, 5), 0U);
-    if (isFourByteRgb(type)) {
+    if (fillsRows(type)) {
       EXPECT_TRUE(log->plots.empty());
       for (int x = 2; x < 5; ++x)
         EXPECT_EQ(wordAt(frame.data() + 4 * x), 0xFFFFFFFF);

@@ -18,12 +18,33 @@ INSTANTIATE_TEST_SUITE_P(AllLayouts, Plotting, testing::ValuesIn(kLayouts),
 
 void setRandomState(NKDraw& surface, Random& random) {
   for (const bool ink : {true, false}) {
+    for (int i = 0; i < 4; ++i)
+      setDeepWord(surface, ink, i, random.word());
     surface.SetColorRGBA(random.real(0, 1), random.real(0, 1), random.real(0, 1), random.real(0, 1),
                          ink);
     surface.SetTransparency(random.between(0, 3) == 0 ? 0.0 : random.real(0, 1), ink);
   }
   surface.SetTransparency(random.flag());
   surface.SetAlphaAdditive(random.between(0, 2) == 0);
+}
+
+/// What GetPixel steps by where each pixel has its own whole words or bytes; else 0.
+int bytesOfDeepPixel(pixelType type) {
+  switch (type) {
+    case ptRGB48:
+    case ptRGBHalf48:
+    case ptYCbCr48:
+      return 6;
+    case ptARGB64:
+    case ptYCbCrA64:
+      return 8;
+    case ptUV8:
+      return 2;
+    case ptUV16:
+      return 4;
+    default:
+      return 0;
+  }
 }
 
 TEST_P(Plotting, WritesWhatTheModelWritesAndNothingElse) {
@@ -41,7 +62,8 @@ TEST_P(Plotting, WritesWhatTheModelWritesAndNothingElse) {
         setRandomState(*surface, random);
       Model model;
       model.take(*surface, want.data());
-      const int x = random.between(-20, width + 20), y = random.between(-3, height + 2);
+      const int x = random.between(-20, width + 20);
+      const int y = random.between(takesRowsAbove(type) ? -3 : 0, height + 2);
       const bool ink = random.flag();
       ASSERT_EQ(surface->PutPixel(x, y, ink), model.put(x, y, ink));
       ASSERT_TRUE(got.all() == want.all())
@@ -82,7 +104,11 @@ TEST_P(Plotting, GetPixelGivesTheAddressOfThePixelThePairOrTheGroup) {
     for (int x = -8; x < 60; ++x) {
       std::ptrdiff_t want = 0;
       const std::ptrdiff_t row = std::ptrdiff_t{surface->Pitch()} * y;
-      if (isFourByteRgb(type))
+      if (isBayer(type))
+        want = row + std::ptrdiff_t{3} * x / 2;
+      else if (const int bytes = bytesOfDeepPixel(type); bytes != 0)
+        want = row + std::ptrdiff_t{bytes} * x;
+      else if (isFourByteRgb(type) || type == ptRGB30DPX)
         want = (row / 4 + x) * 4;
       else if (type == ptRGB24 || type == ptBGR24)
         want = row + 3 * x;

@@ -74,4 +74,51 @@ struct PairFields : CDrawYCbCrYUYV {
   }
 };
 
+/// Of CDrawRGB48, CDrawRGBHalf48 and CDrawARGB64.
+template <class Surface>
+struct WordFields : Surface {
+  static auto& words(Surface& s, bool ink) {
+    return ink ? s.*&WordFields::foregroundWords : s.*&WordFields::backgroundWords;
+  }
+};
+
+/// Sets what PutPixel writes from on the surfaces whose words no colour call reaches; does nothing
+/// on others.
+inline void setDeepWord(NKDraw& surface, bool ink, int i, std::uint32_t word) {
+  if (auto* const rgb = dynamic_cast<CDrawRGB48*>(&surface); rgb != nullptr && i < 3)
+    WordFields<CDrawRGB48>::words(*rgb, ink)[i] = word;
+  if (auto* const half = dynamic_cast<CDrawRGBHalf48*>(&surface); half != nullptr && i < 3)
+    WordFields<CDrawRGBHalf48>::words(*half, ink)[i] = word;
+  if (auto* const argb = dynamic_cast<CDrawARGB64*>(&surface); argb != nullptr && i < 4)
+    WordFields<CDrawARGB64>::words(*argb, ink)[i] = word;
+}
+
+struct BayerFields : CDrawBayer {
+  static auto& rgba(CDrawBayer& s, bool ink) {
+    return ink ? s.*&BayerFields::foregroundRGBA : s.*&BayerFields::backgroundRGBA;
+  }
+};
+
+/// Of the 16-bit YCbCr surfaces and the chroma planes.
+template <class Surface>
+struct SampleFields : Surface {
+  /// Y, Cb, Cr.
+  static std::array<std::uint32_t*, 3> samples(Surface& s, bool ink) {
+    if (ink)
+      return {&(s.*&SampleFields::foreY), &(s.*&SampleFields::foreCb), &(s.*&SampleFields::foreCr)};
+    return {&(s.*&SampleFields::backY), &(s.*&SampleFields::backCb), &(s.*&SampleFields::backCr)};
+  }
+  static auto scales(Surface& s) {
+    return std::array<double*, 6>{&(s.*&SampleFields::yOffset),  &(s.*&SampleFields::yScale),
+                                  &(s.*&SampleFields::cbOffset), &(s.*&SampleFields::cbScale),
+                                  &(s.*&SampleFields::crOffset), &(s.*&SampleFields::crScale)};
+  }
+};
+
+struct SampleAlphaFields : CDrawYCbCrYCbCrA16 {
+  static auto& alpha(CDrawYCbCrYCbCrA16& s, bool ink) {
+    return ink ? s.*&SampleAlphaFields::foreAlpha : s.*&SampleAlphaFields::backAlpha;
+  }
+};
+
 }  // namespace nkdraw::test

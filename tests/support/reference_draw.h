@@ -4,6 +4,9 @@
 // which they are made; rows that the 32-bit layouts fill at once stand in their place.
 #pragma once
 
+#include <tests/support/reference_shapes.h>
+#include <tests/support/surfaces.h>
+
 #include <nkdraw/nkdraw.h>
 
 #include <cstdint>
@@ -14,9 +17,10 @@
 
 namespace nkdraw::test {
 
-/// What a drawing operation does to a surface: one PutPixel, or one row filled without it.
+/// What a drawing operation does to a surface: one PutPixel, or a row or the whole canvas filled
+/// without it.
 struct Step {
-  enum class Kind { kPut, kFill };
+  enum class Kind { kPut, kFill, kFillAll };
   Kind kind;
   int x, y;
   bool foreground;
@@ -26,7 +30,7 @@ struct Step {
 
 class ReferenceDraw {
  public:
-  explicit ReferenceDraw(int type) : fillsRows_(type >= 1 && type <= 4) {}
+  explicit ReferenceDraw(pixelType type) : fillsRows_(fillsRows(type)) {}
 
   std::vector<Step> steps;
 
@@ -74,6 +78,22 @@ class ReferenceDraw {
     }
     for (int x = x1; x <= x2; ++x)
       put(x, y, true);
+  }
+
+  void fillRect(const tagRECT& rect, int width, int height) {
+    if (fillsRows_ && rect.right - rect.left == width && rect.bottom - rect.top == height) {
+      steps.push_back({Step::Kind::kFillAll, 0, 0, true});
+      return;
+    }
+    for (int y = rect.top; y < rect.bottom; ++y)
+      lineHoriz(rect.left, y, rect.right);
+  }
+
+  void eraseCanvas(int width, int height) { fillRect({0, 0, width, height}, width, height); }
+
+  void shape(const std::vector<Segment>& lines) {
+    for (const Segment& segment : lines)
+      line(segment.x1, segment.y1, segment.x2, segment.y2);
   }
 
   void dash(int x1, int y1, int x2, int y2, int on, int off) {

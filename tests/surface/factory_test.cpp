@@ -18,7 +18,20 @@ using namespace nkdraw::test;
 
 /// One row for each value: what GetDraw makes of it, whether its channels are R, G and B, and its
 /// packed pitch.
-enum class Made { kNothing, kRgba32, kRgb24, kYuyv, kV210, kLater };
+enum class Made {
+  kNothing,
+  kRgba32,
+  kRgb24,
+  kYuyv,
+  kV210,
+  kDpx,
+  kBayer,
+  kRgb48,
+  kHalf48,
+  kArgb64,
+  kUv8,
+  kUv16
+};
 
 struct TypeRow {
   std::int32_t type;
@@ -26,7 +39,6 @@ struct TypeRow {
   std::uint32_t isRgb;
 };
 
-/// kLater: a layout of the table whose class is still to come; until then it has no surface.
 constexpr TypeRow kTypes[] = {
     {1, Made::kRgba32, 1},        {2, Made::kRgba32, 1},      {3, Made::kRgba32, 1},
     {4, Made::kRgba32, 1},        {5, Made::kRgb24, 1},       {6, Made::kRgb24, 1},
@@ -34,16 +46,16 @@ constexpr TypeRow kTypes[] = {
     {10, Made::kYuyv, 0},         {11, Made::kYuyv, 0},       {12, Made::kYuyv, 0},
     {13, Made::kYuyv, 0},         {14, Made::kV210, 0},       {15, Made::kNothing, 0},
     {16, Made::kNothing, 0},      {17, Made::kNothing, 0},    {18, Made::kNothing, 0},
-    {19, Made::kNothing, 0},      {20, Made::kLater, 1},      {21, Made::kLater, 1},
-    {22, Made::kLater, 1},        {23, Made::kLater, 1},      {24, Made::kLater, 1},
-    {25, Made::kLater, 1},        {26, Made::kLater, 1},      {27, Made::kLater, 1},
-    {28, Made::kLater, 1},        {29, Made::kNothing, 1},    {30, Made::kNothing, 1},
-    {31, Made::kLater, 1},        {32, Made::kLater, 1},      {33, Made::kNothing, 0},
+    {19, Made::kNothing, 0},      {20, Made::kDpx, 1},        {21, Made::kBayer, 1},
+    {22, Made::kBayer, 1},        {23, Made::kBayer, 1},      {24, Made::kBayer, 1},
+    {25, Made::kBayer, 1},        {26, Made::kBayer, 1},      {27, Made::kBayer, 1},
+    {28, Made::kBayer, 1},        {29, Made::kNothing, 1},    {30, Made::kNothing, 1},
+    {31, Made::kRgb48, 1},        {32, Made::kArgb64, 1},     {33, Made::kNothing, 0},
     {34, Made::kNothing, 0},      {35, Made::kNothing, 0},    {36, Made::kNothing, 0},
-    {37, Made::kLater, 1},        {38, Made::kLater, 1},      {39, Made::kNothing, 1},
+    {37, Made::kHalf48, 1},       {38, Made::kArgb64, 1},     {39, Made::kNothing, 1},
     {0, Made::kNothing, 1},       {-1, Made::kNothing, 0},    {-2, Made::kNothing, 1},
-    {100, Made::kNothing, 1},     {9999, Made::kNothing, 1},  {10000, Made::kLater, 0},
-    {10001, Made::kLater, 0},     {10002, Made::kNothing, 1}, {INT_MIN, Made::kNothing, 1},
+    {100, Made::kNothing, 1},     {9999, Made::kNothing, 1},  {10000, Made::kUv8, 0},
+    {10001, Made::kUv16, 0},      {10002, Made::kNothing, 1}, {INT_MIN, Made::kNothing, 1},
     {INT_MAX, Made::kNothing, 1},
 };
 
@@ -57,6 +69,20 @@ const std::type_info* classOf(Made made) {
       return &typeid(CDrawYCbCrYUYV);
     case Made::kV210:
       return &typeid(CDrawYCbCr10);
+    case Made::kDpx:
+      return &typeid(CDrawRGB30DPX);
+    case Made::kBayer:
+      return &typeid(CDrawBayer);
+    case Made::kRgb48:
+      return &typeid(CDrawRGB48);
+    case Made::kHalf48:
+      return &typeid(CDrawRGBHalf48);
+    case Made::kArgb64:
+      return &typeid(CDrawARGB64);
+    case Made::kUv8:
+      return &typeid(CDrawUV8);
+    case Made::kUv16:
+      return &typeid(CDrawUV16);
     default:
       return nullptr;
   }
@@ -65,10 +91,20 @@ const std::type_info* classOf(Made made) {
 int packedPitch(Made made, int width) {
   switch (made) {
     case Made::kRgba32:
+    case Made::kDpx:
       return width * 4;
     case Made::kRgb24:
       return width * 3;
+    case Made::kRgb48:
+    case Made::kHalf48:
+      return width * 6;
+    case Made::kArgb64:
+      return width * 8;
+    case Made::kBayer:
+      return width * 3 / 2;
     case Made::kYuyv:
+    case Made::kUv8:
+    case Made::kUv16:
       return width * 2;
     default:
       return (width + 47) / 48 * 128;
@@ -111,11 +147,13 @@ TEST(Factory, PackedPitchesGoByTheWidthAlone) {
       const Surface surface = makeSurface(static_cast<pixelType>(row.type), width, 3, 0, nullptr);
       const int packed = packedPitch(row.made, width);
       ASSERT_EQ(surface->GetPitch(), packed);
-      ASSERT_EQ(surface->Pitch(), static_cast<std::uint32_t>(packed));
-      ASSERT_EQ(surface->BufferLength(), static_cast<std::uint32_t>(packed) * 3);
-      surface->SetCanvas(nullptr, 3, width, packed + 1000);
+      // A pixel of the 16-bit chroma plane takes twice what its class asks for.
+      const int bound = row.made == Made::kUv16 ? 2 * packed : packed;
+      ASSERT_EQ(surface->Pitch(), static_cast<std::uint32_t>(bound));
+      ASSERT_EQ(surface->BufferLength(), static_cast<std::uint32_t>(bound) * 3);
+      surface->SetCanvas(nullptr, 3, width, bound + 1000);
       ASSERT_EQ(surface->GetPitch(), packed);
-      ASSERT_EQ(surface->Pitch(), static_cast<std::uint32_t>(packed) + 1000);
+      ASSERT_EQ(surface->Pitch(), static_cast<std::uint32_t>(bound) + 1000);
     }
   }
 }
@@ -145,7 +183,7 @@ TEST(Factory, ATypeOfMinusOneTouchesNothing) {
 }
 
 TEST(Factory, ATypeWithoutASurfaceRebindsTheOneThatIsHeld) {
-  for (const std::uint32_t type : {7U, 15U, 16U, 29U, 30U, 33U, 36U, 5000U}) {
+  for (const std::uint32_t type : {7U, 15U, 16U, 29U, 30U, 33U, 35U, 36U, 5000U}) {
     SCOPED_TRACE(type);
     char byte = 0;
     const Surface held(new CDrawRGB24(ptRGB24));
@@ -311,12 +349,25 @@ TEST(FactoryByHeader, AHeaderThatNoSurfaceServesClearsTheReference) {
   }
 }
 
-TEST(FactoryByHeader, ALayoutWhoseClassIsToComeIsRefusedByTheFactoryByType) {
-  BITMAPINFO info = header(code("L10R"), 1920, 1080, 10, 8294400);
-  NKDraw* surface = nullptr;
-  EXPECT_EQ(GetDraw(&info, nullptr, surface), 0xFFFFFFFE);
-  EXPECT_EQ(surface, nullptr);
-  EXPECT_EQ(info.bmiHeader.biBitCount, 30);
+TEST(FactoryByHeader, DeepAndRawHeadersGiveTheirSurfaces) {
+  const struct {
+    const char* letters;
+    int depth;
+    const std::type_info* wanted;
+  } kRows[] = {
+      {"L10R", 10, &typeid(CDrawRGB30DPX)},
+      {"RYBP", 10, &typeid(CDrawBayer)},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.letters);
+    BITMAPINFO info = header(code(row.letters), 1920, 1080, row.depth, 8294400);
+    NKDraw* surface = nullptr;
+    ASSERT_EQ(GetDraw(&info, nullptr, surface), 0U);
+    const Surface owned(surface);
+    EXPECT_TRUE(typeid(*surface) == *row.wanted);
+    EXPECT_EQ(surface->Width(), 1920U);
+    EXPECT_EQ(surface->Height(), 1080U);
+  }
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ TEST(SurfaceObject, TheConstructorsOfTheClassesStoreTheirTypes) {
   for (const pixelType type : kLayouts) {
     SCOPED_TRACE(layoutName(type));
     const Surface surface = makeSurface(type, 8, 8, 0, nullptr);
-    EXPECT_EQ(surface->PixelType(), type);
+    EXPECT_EQ(surface->PixelType(), presentedType(type));
   }
   // The RGB classes do not test what they get.
   for (const int type : {-1, 0, 1, 6, 14, 38, 10000}) {
@@ -63,17 +63,18 @@ TEST(SurfaceObject, TheConstructorsOfTheClassesStoreTheirTypes) {
   }
 }
 
-TEST(SurfaceObject, TheMatrixStartsAsBt709OnlyIn8Bit422) {
-  NKPixel::cmYCbCr mode{};
-  CDrawYCbCrYUYV pair(ptUYVY);
-  EXPECT_EQ(pair.GetYCbCrMode(mode), 0U);
-  EXPECT_EQ(mode, 3);
-  CDrawYCbCr10 group(ptV210);
-  group.GetYCbCrMode(mode);
-  EXPECT_EQ(mode, 1);
-  CDrawRGBA32 four(ptRGBA32);
-  four.GetYCbCrMode(mode);
-  EXPECT_EQ(mode, 1);
+TEST(SurfaceObject, TheMatrixStartsAsBt709WhereComponentsAreKeptWholeAndIn8Bit422) {
+  for (const pixelType type : kLayouts) {
+    SCOPED_TRACE(layoutName(type));
+    withClassOf(type, [type]<class Class>(Class*) {
+      Class surface(type);
+      NKPixel::cmYCbCr mode{};
+      EXPECT_EQ(surface.GetYCbCrMode(mode), 0U);
+      const bool bt709 = (type >= ptYUYV && type <= ptVYUY) || isDeepYCbCr(type) || type == ptUV8 ||
+                         type == ptUV16;
+      EXPECT_EQ(mode, bt709 ? 3 : 1);
+    });
+  }
 }
 
 /// Bytes a pixel below which SetCanvas of NKPixel does not let the pitch fall.

@@ -1,0 +1,412 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// 16-bit YCbCr: surfaces that present themselves as 32-bit RGB, and plot words.
+#include <tests/support/fields.h>
+#include <tests/support/frame.h>
+#include <tests/support/surfaces.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <type_traits>
+#include <vector>
+
+namespace {
+
+using namespace nkdraw::test;
+
+using Words = std::vector<std::uint32_t>;
+
+std::uint32_t wordOf(const std::uint8_t* pixel, int word) {
+  return pixel[2 * word] + 256U * pixel[2 * word + 1];
+}
+
+/// To a whole number as the machine truncates it; the low 32 bits.
+std::uint32_t whole(double value) {
+  return static_cast<std::uint32_t>(static_cast<std::int64_t>(value));
+}
+
+template <class Surface>
+class YCbCr16 : public testing::Test {
+ protected:
+  static constexpr bool kAlpha = std::is_same_v<Surface, CDrawYCbCrYCbCrA16>;
+  static constexpr int kBytes = kAlpha ? 8 : 6;  // of a pixel in memory
+  static constexpr int kWords = kAlpha ? 4 : 3;
+
+  static Words colour(Surface& surface, bool ink) {
+    Words words;
+    for (const std::uint32_t* const sample : SampleFields<Surface>::samples(surface, ink))
+      words.push_back(*sample);
+    if constexpr (kAlpha)
+      words.push_back(SampleAlphaFields::alpha(surface, ink));
+    return words;
+  }
+};
+
+using Classes = testing::Types<CDrawYCbCrYCbCr16, CDrawYCbCrYCbCrA16>;
+TYPED_TEST_SUITE(YCbCr16, Classes);
+
+TYPED_TEST(YCbCr16, StartsWithItsDocumentedFields) {
+  TypeParam surface(ptYCbCr48);
+  const std::array<double, 6> scales = {
+      4096.0, TestFixture::kAlpha ? 62275.0 : 60160.0, 4864.0, 56064.0, 4608.0, 56064.0};
+  for (std::size_t i = 0; i < 6; ++i)
+    EXPECT_EQ(*SampleFields<TypeParam>::scales(surface)[i], scales[i]);
+  Words ink = {0xEB00, 0x8000, 0x8000}, paper = {0x1000, 0x8000, 0x8000};
+  if (TestFixture::kAlpha) {
+    ink.push_back(0x108F6);  // does not fit a word
+    paper.push_back(0);
+  }
+  EXPECT_EQ(this->colour(surface, true), ink);
+  EXPECT_EQ(this->colour(surface, false), paper);
+  EXPECT_EQ(PixelFields::mode(surface), 3);
+}
+
+TYPED_TEST(YCbCr16, IsMeantToPresentItselfAs32BitRgbWhateverTypeItGot) {
+  for (const int type : {-1, 0, 1, 3, 10, 14, 35, 36, 10001}) {
+    TypeParam surface(static_cast<pixelType>(type));
+    EXPECT_EQ(surface.PixelType(), 1);
+    EXPECT_EQ(surface.IsRgbType(), 1U);
+  }
+}
+
+TYPED_TEST(YCbCr16, SetCanvasKeepsTheSignsAndRaisesThePitch) {
+  TypeParam surface(ptYCbCr48);
+  constexpr unsigned kBytes = TestFixture::kBytes;
+  char byte = 0;
+  EXPECT_EQ(surface.SetCanvas(&byte, -1080, 1920, 0), 0U);
+  EXPECT_EQ(surface.Height(), static_cast<std::uint32_t>(-1080));
+  EXPECT_EQ(surface.Width(), 1920U);
+  EXPECT_EQ(surface.Pitch(), 1920 * kBytes);
+  EXPECT_FALSE(PixelFields::flippedOf(surface));
+  EXPECT_EQ(surface.GetCanvas(), &byte);
+  EXPECT_EQ(surface.GetPitch(), 3840);  // two bytes a pixel, which SetCanvas corrects
+  surface.SetCanvas(&byte, 10, 100, 100 * static_cast<int>(kBytes) - 1);
+  EXPECT_EQ(surface.Pitch(), 100 * kBytes);
+  surface.SetCanvas(&byte, 10, 100, 100 * static_cast<int>(kBytes) + 1);
+  EXPECT_EQ(surface.Pitch(), 100 * kBytes + 1);
+  surface.SetCanvas(&byte, 10, 100, -500);  // large as an unsigned number, and kept as it is
+  EXPECT_EQ(surface.Pitch(), static_cast<std::uint32_t>(-500));
+  surface.SetCanvas(&byte, 10, -100, 0);
+  EXPECT_EQ(surface.Width(), static_cast<std::uint32_t>(-100));
+  EXPECT_EQ(surface.Pitch(), 0U - 100 * kBytes);
+  EXPECT_EQ(surface.GetPitch(), -200);
+}
+
+TYPED_TEST(YCbCr16, SetCanvasKeepsAModeOfTheFamilyThatTheWidthAsksFor) {
+  TypeParam surface(ptYCbCr48);
+  for (const int mode : {0, 1, 2, 3, 4, 5, 6, 7, 8, 1001, 1003, 1004, -1}) {
+    for (const int width : {1, 720, 721, 1920, -1920}) {
+      SCOPED_TRACE(testing::Message() << mode << " " << width);
+      surface.SetYCbCrMode(static_cast<NKPixel::cmYCbCr>(mode));
+      surface.SetCanvas(nullptr, 10, width, 0);
+      const int want =
+          width > 720 ? (mode == 3 || mode == 4 ? mode : 3) : (mode == 1 || mode == 2 ? mode : 1);
+      EXPECT_EQ(PixelFields::mode(surface), want);
+    }
+  }
+}
+
+TYPED_TEST(YCbCr16, ColoursAreTruncatedFrom65536thsWithoutAClampAndTheAlphaIsMeantToBeTheCr) {
+  TypeParam surface(ptYCbCr48);
+  Random random(4001);
+  for (int i = 0; i < 3000; ++i) {
+    const double range = i % 3 == 0 ? 0.0 : i % 3 == 1 ? 3.0 : 1e7;
+    const double y = random.real(-range, 1 + range), cb = random.real(-range, 1 + range);
+    const double cr = random.real(-range, 1 + range);
+    const bool ink = random.flag();
+    const Words other = this->colour(surface, !ink);
+    ASSERT_EQ(surface.SetColorYCbCr(y, cb, cr, random.real(0, 1), ink), 0U);
+    Words want = {whole(y * 65536.0), whole(cb * 65536.0), whole(cr * 65536.0)};
+    if (TestFixture::kAlpha)
+      want.push_back(want[2]);
+    ASSERT_EQ(this->colour(surface, ink), want);
+    ASSERT_EQ(this->colour(surface, !ink), other);
+  }
+}
+
+TYPED_TEST(YCbCr16, TheColoursOfTheBaseAreNotTouched) {
+  TypeParam surface(ptYCbCr48);
+  surface.SetColorRGBA(0.1, 0.2, 0.3, 0.4, true);
+  surface.SetColorYCbCr(0.1, 0.2, 0.3, 0.4, false);
+  EXPECT_EQ(wordAt(PixelFields::foreground(surface)), 0xFFFFFFFFU);
+  EXPECT_EQ(wordAt(PixelFields::background(surface)), 0U);
+  double r = 9, g = 9, b = 9, a = 9;
+  surface.GetColorRGBA(r, g, b, a, true);
+  EXPECT_EQ(r + g + b + a, 4.0);
+}
+
+template <class Base>
+class SetterLog final : public Base {
+ public:
+  SetterLog() : NKDraw(ptYCbCr48), Base(ptYCbCr48) {}
+  std::uint32_t SetColorYCbCr(double y, double cb, double cr, double a, bool ink) override {
+    got = {y, cb, cr, a};
+    inkSeen = ink;
+    return 888;
+  }
+  std::array<double, 4> got{};
+  bool inkSeen = false;
+};
+
+TYPED_TEST(YCbCr16, RgbColoursGoThroughTheMatrixAndTheVirtualSetter) {
+  SetterLog<TypeParam> surface;
+  Random random(4003);
+  for (int mode = 0; mode <= 8; ++mode) {
+    surface.SetYCbCrMode(static_cast<NKPixel::cmYCbCr>(mode));
+    for (int i = 0; i < 50; ++i) {
+      const double r = random.real(0, 1), g = random.real(0, 1), b = random.real(0, 1);
+      double y = 0, cb = 0, cr = 0, unused = 0;
+      surface.RGBToYCbCr(r, g, b, 0.0, y, cb, cr, unused);
+      const bool ink = random.flag();
+      ASSERT_EQ(surface.SetColorRGBA(r, g, b, 0.7, ink), 0U);
+      ASSERT_EQ(surface.got, (std::array<double, 4>{y, cb, cr, 0.7}));
+      ASSERT_EQ(surface.inkSeen, ink);
+    }
+  }
+}
+
+TYPED_TEST(YCbCr16, ByteAndTenBitColoursEndInTheSamePlace) {
+  TypeParam surface(ptYCbCr48);
+  surface.SetColorYCbCr8(51, 102, 153, 0, true);
+  Words want = {whole(51 / 255.0 * 65536.0), whole(102 / 255.0 * 65536.0),
+                whole(153 / 255.0 * 65536.0)};
+  if (TestFixture::kAlpha)
+    want.push_back(want[2]);
+  EXPECT_EQ(this->colour(surface, true), want);
+  surface.SetColorYCbCr10(512, 256, 768, 0, false);
+  want = {0x8000, 0x4000, 0xC000};
+  if (TestFixture::kAlpha)
+    want.push_back(0xC000);
+  EXPECT_EQ(this->colour(surface, false), want);
+}
+
+TYPED_TEST(YCbCr16, SetPixelTakesRedGreenAndBlue) {
+  Frame frame(64);
+  TypeParam surface(ptYCbCr48);
+  surface.SetCanvas(frame.canvas(), 1, 4, 0);
+  TypeParam other(ptYCbCr48);
+  other.SetCanvas(nullptr, 1, 4, 0);  // of the same mode
+  other.SetColorRGBA(0.9, 0.5, 0.1, 0.0, true);
+  EXPECT_EQ(surface.SetPixel(0, 0, 0.9, 0.5, 0.1, 0.0, true), 0U);
+  const Words colour = this->colour(other, true);
+  for (int word = 0; word < TestFixture::kWords; ++word)
+    EXPECT_EQ(wordOf(frame.data(), word), colour[static_cast<std::size_t>(word)] & 0xFFFF);
+}
+
+TYPED_TEST(YCbCr16, PlotsAreMeantToLieSixBytesApartInBothClasses) {
+  Random random(4007);
+  for (int i = 0; i < 400; ++i) {
+    Frame got(4096, 3, 256), want(4096, 3, 256);
+    TypeParam surface(ptYCbCr48);
+    const int pitch = 60 + random.between(0, 50);
+    surface.SetCanvas(got.canvas(), 9, 7, pitch);
+    const bool ink = random.flag();
+    for (std::uint32_t* const sample : SampleFields<TypeParam>::samples(surface, ink))
+      *sample = random.word();
+    if constexpr (TestFixture::kAlpha)
+      SampleAlphaFields::alpha(surface, ink) = random.word();
+    // Neither switch is consulted, nor a coordinate tested.
+    surface.SetTransparency(0.5, ink);
+    surface.SetTransparency(random.flag());
+    surface.SetAlphaAdditive(random.flag());
+    const int x = random.between(-9, 20), y = random.between(0, 12);
+    ASSERT_EQ(surface.PutPixel(x, y, ink), 0U);
+    const Words colour = this->colour(surface, ink);
+    for (int word = 0; word < TestFixture::kWords; ++word) {
+      const std::uint32_t value = colour[static_cast<std::size_t>(word)];
+      want[y * pitch + 6 * x + 2 * word] = static_cast<std::uint8_t>(value);
+      want[y * pitch + 6 * x + 2 * word + 1] = static_cast<std::uint8_t>(value >> 8);
+    }
+    ASSERT_TRUE(got.all() == want.all());
+  }
+}
+
+TYPED_TEST(YCbCr16, GetPixelStepsByTheWholePixel) {
+  Frame frame(4096, 1, 256);
+  TypeParam surface(ptYCbCr48);
+  surface.SetCanvas(frame.canvas(), 10, 8, 77);
+  for (int y = 0; y < 10; ++y) {
+    for (int x = -8; x < 20; ++x) {
+      ASSERT_EQ(static_cast<char*>(surface.GetPixel(x, y)) - frame.canvas(),
+                77 * y + TestFixture::kBytes * x);
+    }
+  }
+}
+
+TYPED_TEST(YCbCr16, WordsReadOver65536AndOnlyTheFourthIsAnAlpha) {
+  Frame frame(65536 * 8 + 16, 5);
+  TypeParam surface(ptYCbCr48);
+  surface.SetCanvas(frame.canvas(), 1, 65536, 0);
+  for (int value = 0; value < 65536; ++value) {
+    std::uint8_t* const at = frame.data() + TestFixture::kBytes * value;
+    at[0] = static_cast<std::uint8_t>(value);
+    at[1] = static_cast<std::uint8_t>(value >> 8);
+  }
+  for (int x = 0; x < 65536; ++x) {
+    const std::uint8_t* const at = frame.data() + TestFixture::kBytes * x;
+    double y2 = 9, cb = 9, cr = 9, a = 9;
+    ASSERT_EQ(surface.GetPixelYCbCr(x, 0, y2, cb, cr, a), 0U);
+    ASSERT_EQ(y2, x / 65536.0);
+    ASSERT_EQ(cb, wordOf(at, 1) / 65536.0);
+    ASSERT_EQ(cr, wordOf(at, 2) / 65536.0);
+    ASSERT_EQ(a, TestFixture::kAlpha ? wordOf(at, 3) / 65536.0 : 9.0);
+    ASSERT_EQ(surface.GetLuma(x, 0), x / 65536.0);
+  }
+}
+
+TYPED_TEST(YCbCr16, RgbReadsGoThroughTheMatrixAndLeaveTheAlpha) {
+  Frame frame(2048, 7);
+  TypeParam surface(ptYCbCr48);
+  surface.SetCanvas(frame.canvas(), 1, 200, 0);
+  for (const int mode : {0, 1, 2, 3, 4, 5, 6, 7, 8, 1001, 1003}) {
+    surface.SetYCbCrMode(static_cast<NKPixel::cmYCbCr>(mode));
+    for (int x = 0; x < 200; ++x) {
+      double y2 = 0, cb = 0, cr = 0, unused = 0;
+      surface.GetPixelYCbCr(x, 0, y2, cb, cr, unused);
+      double want[] = {9, 9, 9};
+      surface.YCbCrToRGB(y2, cb, cr, 0.0, want[0], want[1], want[2], unused);
+      double r = 9, g = 9, b = 9, a = 9;
+      ASSERT_EQ(surface.GetPixelRGBA(x, 0, r, g, b, a), 0U);
+      ASSERT_EQ(r, want[0]);
+      ASSERT_EQ(g, want[1]);
+      ASSERT_EQ(b, want[2]);
+      ASSERT_EQ(a, 9.0);
+    }
+  }
+}
+
+template <class Base>
+class ReadLog final : public Base {
+ public:
+  ReadLog() : NKDraw(ptYCbCr48), Base(ptYCbCr48) {}
+  std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr,
+                              double& a) override {
+    y2 = x / 16.0;
+    cb = 0.5;
+    cr = 0.5;
+    a = y;
+    return 77;
+  }
+};
+
+TYPED_TEST(YCbCr16, TheRgbReadCallsTheVirtualYCbCrRead) {
+  ReadLog<TypeParam> surface;
+  surface.SetYCbCrMode(NKPixel::mode709Full);
+  double r = 9, g = 9, b = 9, a = 9;
+  EXPECT_EQ(surface.GetPixelRGBA(4, 3, r, g, b, a), 0U);
+  EXPECT_EQ(r, 0.25);
+  EXPECT_EQ(g, 0.25);
+  EXPECT_EQ(b, 0.25);
+  EXPECT_EQ(a, 9.0);
+  // The base forms of the coded reads stand on it, too.
+  std::uint32_t y10 = 0, cb10 = 0, cr10 = 0, a10 = 0;
+  EXPECT_EQ(surface.GetPixelYCbCr10(4, 1, y10, cb10, cr10, a10), 0U);
+  EXPECT_EQ(y10, 256U);
+  EXPECT_EQ(cb10, 512U);
+  EXPECT_EQ(a10, 1024U);
+}
+
+TYPED_TEST(YCbCr16, HsvReadsAreRefusedAndWriteNothing) {
+  Frame frame(64);
+  TypeParam surface(ptYCbCr48);
+  surface.SetCanvas(frame.canvas(), 1, 4, 0);
+  double h = 9, s = 8, v = 7, a = 6;
+  EXPECT_EQ(surface.GetPixelHSV(0, 0, h, s, v, a), 0xFFFFFFFF);
+  EXPECT_EQ(h, 9);
+  EXPECT_EQ(s, 8);
+  EXPECT_EQ(v, 7);
+  EXPECT_EQ(a, 6);
+}
+
+TYPED_TEST(YCbCr16, TheFastFillsAreMeantToWriteTheBasesColourFourBytesAPixel) {
+  Frame frame(256);
+  TypeParam surface(ptYCbCr48);
+  surface.SetCanvas(frame.canvas(), 2, 8, 0);
+  frame.fill(0x11);
+  surface.SetColorRGBA(0.1, 0.2, 0.3, 0.4, true);
+  EXPECT_EQ(surface.LineHoriz(0, 0, 4), 0U);
+  EXPECT_EQ(frame.changed().size(), 16U);
+  for (int i = 0; i < 16; ++i)
+    EXPECT_EQ(frame[i], 0xFF);
+  frame.fill(0x11);
+  EXPECT_EQ(surface.EraseCanvas(false), 0U);
+  EXPECT_EQ(frame.changed().size(), 2U * 8 * 4);
+  EXPECT_EQ(frame.changed().back(), 63);
+  frame.fill(0x11);
+  const tagRECT rect = {3, 3, 11, 5};
+  EXPECT_EQ(surface.FillRect(&rect), 0U);
+  EXPECT_EQ(frame.changed().size(), 2U * 8 * 4);
+  EXPECT_EQ(frame.changed().front(), 0);
+  EXPECT_TRUE(frame.guardsIntact());
+}
+
+TYPED_TEST(YCbCr16, CopiesAndAssignmentsTakeEveryField) {
+  Frame one(64, 1), two(64, 2);
+  TypeParam left(ptYCbCr48), right(ptYCbCr48);
+  left.SetCanvas(one.canvas(), 1, 2, 0);
+  right.SetCanvas(two.canvas(), 1, 2, 0);
+  for (const bool ink : {true, false}) {
+    std::uint32_t value = ink ? 100 : 200;
+    for (std::uint32_t* const sample : SampleFields<TypeParam>::samples(right, ink))
+      *sample = value++;
+    if constexpr (TestFixture::kAlpha)
+      SampleAlphaFields::alpha(right, ink) = value;
+  }
+  double scale = 1.0;
+  for (double* const field : SampleFields<TypeParam>::scales(right))
+    *field = scale++;
+  TypeParam copy(right);
+  TypeParam& result = (left = right);
+  EXPECT_EQ(&result, &left);
+  for (TypeParam* const taken : {&copy, &left}) {
+    EXPECT_EQ(this->colour(*taken, true), this->colour(right, true));
+    EXPECT_EQ(this->colour(*taken, false), this->colour(right, false));
+    for (std::size_t i = 0; i < 6; ++i)
+      EXPECT_EQ(*SampleFields<TypeParam>::scales(*taken)[i], 1.0 + static_cast<double>(i));
+  }
+  EXPECT_EQ(wordOf(two.data(), 0), 100U);
+  EXPECT_TRUE(one.untouched());
+}
+
+TEST(YCbCr16Bytes, AFullLumaIsMeantToPlotAsZero) {
+  Frame frame(16);
+  CDrawYCbCrYCbCr16 surface(ptYCbCr48);
+  surface.SetCanvas(frame.canvas(), 1, 2, 0);
+  surface.SetColorYCbCr(0.5, 0.5, 0.5, 0, true);
+  surface.PutPixel(0, 0, true);
+  for (int word = 0; word < 3; ++word)
+    EXPECT_EQ(wordOf(frame.data(), word), 0x8000U);
+  surface.SetColorYCbCr(1.0, 0.5, 0.5, 0, true);
+  surface.PutPixel(0, 0, true);
+  EXPECT_EQ(wordOf(frame.data(), 0), 0U);
+  EXPECT_EQ(wordOf(frame.data(), 1), 0x8000U);
+}
+
+TEST(YCbCr16Bytes, APlotOfTheSurfaceWithAlphaIsMeantToCoverTheAlphaBeforeIt) {
+  Frame frame(32);
+  CDrawYCbCrYCbCrA16 surface(ptYCbCrA64);
+  surface.SetCanvas(frame.canvas(), 1, 3, 0);
+  surface.PutPixel(0, 0, true);
+  EXPECT_EQ(wordOf(frame.data(), 3), 0x08F6U);
+  surface.SetColorYCbCr(0.25, 0.5, 0.75, 1.0, true);
+  surface.PutPixel(1, 0, true);
+  const Words want = {0xEB00, 0x8000, 0x8000, 0x4000, 0x8000, 0xC000, 0xC000};
+  for (int word = 0; word < 7; ++word)
+    EXPECT_EQ(wordOf(frame.data(), word), want[static_cast<std::size_t>(word)]) << word;
+  EXPECT_EQ(surface.GetPixel(1, 0), frame.canvas() + 8);
+  double y = 0, cb = 0, cr = 0, a = 0;
+  surface.GetPixelYCbCr(1, 0, y, cb, cr, a);
+  EXPECT_EQ(y, 0.5);  // not the pixel that was put there
+}
+
+TEST(YCbCr16Bytes, LumaOfAMiddleWordIsAHalf) {
+  Frame frame(16);
+  frame[0] = 0x00;
+  frame[1] = 0x80;
+  CDrawYCbCrYCbCr16 surface(ptYCbCr48);
+  surface.SetCanvas(frame.canvas(), 1, 2, 0);
+  EXPECT_EQ(surface.GetLuma(0, 0), 0.5);
+}
+
+}  // namespace

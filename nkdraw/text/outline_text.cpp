@@ -62,8 +62,8 @@ void setDarkened(NKDraw& surface, const Channels& colour, double alpha) {
 
 /// The path of a text as it was recorded.
 struct Outline {
-  Block<tagPOINT> points;
   Block<std::uint8_t> types;
+  Block<tagPOINT> points;
   int count = 0;  ///< 0 when there was no memory for them
 };
 
@@ -115,7 +115,7 @@ class PlatformText {
     endPath();
     const int count = std::max(GetPath(canvas_.get(), nullptr, nullptr, 0), 0);
     const auto room = static_cast<std::uint32_t>(count);
-    Outline outline{allocate<tagPOINT>(room), allocate<std::uint8_t>(room), count};
+    Outline outline{allocate<std::uint8_t>(room), allocate<tagPOINT>(room), count};
     if (!outline.points || !outline.types)
       outline.count = 0;
     return outline;

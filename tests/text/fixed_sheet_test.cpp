@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // The sheet that text in sheet glyphs reads. Its path is fixed; this program's own `open` notes the
-// paths and has another file in its place.
+// paths and has another file in its place. Its own `read` and `close` fail when they are told to.
 #include <tests/support/call_log.h>
+#include <tests/support/surfaces.h>
 #include <tests/support/temporary_file.h>
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <optional>
+#include <string_view>
 
 #include <fcntl.h>
 #include <sys/syscall.h>
@@ -17,6 +20,8 @@ namespace {
 
 std::vector<std::string> opened;
 std::optional<std::string> inItsPlace;
+std::optional<int> readsThatSucceed;  // before others fail
+bool closeFails = false;
 constexpr const char* kSheetPath = "/ref/nkdraw/fonts code/BFont++/test.bmp";
 
 }  // namespace
@@ -27,6 +32,19 @@ extern "C" NKDRAW_API int open(const char* path, int flags, ...) {
   if (asked == kSheetPath && inItsPlace)
     asked = *inItsPlace;
   return static_cast<int>(syscall(SYS_openat, AT_FDCWD, asked.c_str(), flags, 0600));
+}
+
+extern "C" NKDRAW_API ssize_t read(int file, void* bytes, std::size_t size) {
+  if (readsThatSucceed && (*readsThatSucceed)-- <= 0) {
+    errno = EIO;
+    return -1;
+  }
+  return syscall(SYS_read, file, bytes, size);
+}
+
+extern "C" NKDRAW_API int close(int file) {
+  const auto status = static_cast<int>(syscall(SYS_close, file));
+  return closeFails ? -1 : status;
 }
 
 namespace {
@@ -99,6 +117,43 @@ TEST_F(FixedSheet, ThatIsMissingOrRefusedLeavesTheOneBefore) {
   const TemporaryFile noSheet({'B', 'N'});
   inItsPlace = noSheet.path();
   EXPECT_EQ(pixelsOf("!"), 3);
+}
+
+class FontFileErrors : public testing::Test {
+ protected:
+  ~FontFileErrors() override {
+    readsThatSucceed.reset();
+    closeFails = false;
+  }
+
+  CleanFontData clean_;
+  Surface surface_ = makeSurface(ptRGBA32, 4, 4, 0, nullptr);
+};
+
+TEST_F(FontFileErrors, OfReadingOrClosingASheetRefuseIt) {
+  const TemporaryFile file(sheetOf(3));
+  EXPECT_EQ(surface_->ExtractBMPData(file.path()), 0);
+  for (const int reads : {0, 1}) {  // the head, and the pixels
+    readsThatSucceed = reads;
+    EXPECT_EQ(surface_->ExtractBMPData(file.path()), -1) << reads;
+  }
+  readsThatSucceed.reset();
+  closeFails = true;
+  EXPECT_EQ(surface_->ExtractBMPData(file.path()), -1);
+}
+
+TEST_F(FontFileErrors, OfReadingOrClosingAPngFileRefuseIt) {
+  constexpr std::string_view kPng("\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR12345678901234567\0\0\0\0IEND",
+                                  41);
+  const TemporaryFile file(std::vector<std::uint8_t>(kPng.begin(), kPng.end()));
+  EXPECT_EQ(surface_->ExtractPNGData(file.path()), 0);
+  for (const int reads : {0, 1}) {  // the start, and the last chunk
+    readsThatSucceed = reads;
+    EXPECT_EQ(surface_->ExtractPNGData(file.path()), -1) << reads;
+  }
+  readsThatSucceed.reset();
+  closeFails = true;
+  EXPECT_EQ(surface_->ExtractPNGData(file.path()), -1);
 }
 
 }  // namespace

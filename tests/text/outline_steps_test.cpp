@@ -6,11 +6,14 @@
 #include <tests/support/fields.h>
 
 #include <nkdraw/platform/graphics.h>
+#include <nkdraw/platform/memory.h>
 
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstdlib>
 #include <memory>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <utility>
@@ -41,6 +44,9 @@ struct Platform {
   std::set<std::pair<int, int>> ink;
   tagSIZE extent = {3, 2};
   bool hasFont = true;
+  bool losesPath = false;           // gives out the number of its points and then none
+  std::optional<int> blocksToGive;  // before memory runs out
+  int blocks = 0;
   int contexts = 0, objects = 0, regions = 0;
 };
 Platform platform;
@@ -162,6 +168,8 @@ int EndPath(nkDeviceContext* c) {
 }
 int GetPath(nkDeviceContext* c, tagPOINT* points, std::uint8_t* types, int size) {
   note("GetPath", c->name, size);
+  if (platform.losesPath && size != 0)
+    return -1;
   const auto count = static_cast<int>(platform.path.size());
   for (int i = 0; i < std::min(count, size); ++i) {
     const PathPoint& point = platform.path[static_cast<std::size_t>(i)];
@@ -205,6 +213,18 @@ std::uint32_t GetPixel(nkDeviceContext* c, int x, int y) {
   note("GetPixel", c->name, x, y);
   return platform.ink.contains({x, y}) ? 0x010101 : 0;
 }
+/// Blocks that are full of the type of a line's end.
+void* NKAlloc(std::uint32_t bytes) {
+  note("NKAlloc", bytes);
+  if (platform.blocksToGive && (*platform.blocksToGive)-- <= 0)
+    return nullptr;
+  ++platform.blocks;
+  return std::memset(std::malloc(bytes + 1), PT_LINETO, bytes);
+}
+void NKFree(void* block) {
+  platform.blocks -= block != nullptr ? 1 : 0;
+  std::free(block);
+}
 std::uint32_t GetLastError() {
   note("GetLastError");
   return 0;
@@ -225,6 +245,7 @@ class OutlineSteps : public testing::Test {
     EXPECT_EQ(platform.contexts, 0);
     EXPECT_EQ(platform.objects, 0);
     EXPECT_EQ(platform.regions, 0);
+    EXPECT_EQ(platform.blocks, 0);
   }
 
   tagRECT draw(const char* text = "text", int count = 4, std::uint32_t format = 0) {
@@ -275,6 +296,8 @@ TEST_F(OutlineSteps, AskThePlatformInTheirOrder) {
       "CloseFigure dc",
       "EndPath dc",
       "GetPath dc 0",
+      "NKAlloc 2",
+      "NKAlloc 16",
       "FlattenPath dc",
       "SelectClipPath dc 4",
       "FillPath dc",
@@ -379,6 +402,46 @@ TEST_F(OutlineSteps, DarkenTheForegroundBeforeTheLinesAndAtEachPixelOfTheFill) {
                                   {"pixel", {102, 201, 1}},
                                   after};
   EXPECT_EQ(log_.calls, want);
+}
+
+TEST_F(OutlineSteps, FillInTheForegroundFromBeforeTheLines) {
+  /// Leaves another foreground with each line.
+  class Repainting final : public CDrawRGBA32 {
+   public:
+    Repainting() : NKDraw(ptRGBA32), CDrawRGBA32(ptRGBA32) {}
+    std::uint32_t Line(int, int, int, int) override {
+      return SetColorRGBA(1.0, 1.0, 1.0, 1.0, true);
+    }
+    std::uint32_t PutPixel(int, int, bool) override {
+      inkIsBlack = PixelFields::foreground(*this)[0] == 0;
+      return 0;
+    }
+    bool inkIsBlack = false;
+  } surface;
+  platform.path = {{0, 0, 6}, {1, 0, 2}};
+  platform.ink = {{0, 0}};
+  surface.SetColorRGBA(1.0, 1.0, 1.0, 1.0, true);
+  tagRECT rect = {};
+  surface.DrawText("text", 4, &rect, 0);
+  EXPECT_TRUE(surface.inkIsBlack);
+}
+
+TEST_F(OutlineSteps, DrawNoOutlineOfAPathThatIsLost) {
+  platform.path = {{0, 0, 6}, {1, 0, 2}, {2, 2, 3}};
+  platform.ink = {{0, 0}};
+  platform.losesPath = true;
+  draw();
+  EXPECT_TRUE(lines().empty());
+  EXPECT_EQ(log_.count("pixel"), 1);
+}
+
+TEST_F(OutlineSteps, DrawNoOutlineWithoutMemoryForItsPoints) {
+  platform.path = {{0, 0, 6}, {1, 0, 2}, {2, 2, 3}};
+  for (const int blocks : {0, 1}) {
+    platform.blocksToGive = blocks;
+    draw();
+    EXPECT_TRUE(lines().empty()) << blocks;
+  }
 }
 
 TEST_F(OutlineSteps, FillInAColourThatIsBlackUnlessAChannelIsFull) {

@@ -92,6 +92,12 @@ TEST_F(PngWalk, OfAFileWithoutALastChunkEndsWithTheFile) {
   EXPECT_EQ(walk(PngFile().chunk("IHDR", 13).chunk("iend", 0).bytes), -1);
 }
 
+TEST_F(PngWalk, CompletesNoTypeThatIsCutOffFromTheChunkBefore) {
+  Bytes file = PngFile().chunk("IHDR", 13).chunk("texD", 0).chunk("IEN", 0).bytes;
+  file.resize(file.size() - 4);  // without the checksum
+  EXPECT_EQ(walk(file), -1);
+}
+
 TEST_F(PngWalk, WantsEachByteOfTheSignatureAndOfTheFirstChunksHead) {
   for (std::size_t at = 0; at < 40; ++at) {
     Bytes damaged = picture().bytes;

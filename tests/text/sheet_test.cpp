@@ -104,6 +104,7 @@ TEST_F(SheetFile, GoesIntoTheFontDataAsItStands) {
 }
 
 TEST_F(SheetFile, GivesThirtyTwoBytesOfTheHeaderAndLeavesTheLastFourZero) {
+  std::fill_n(nkdraw::fontData.fontSheetHeader, 36, std::uint8_t{0x5A});
   ASSERT_EQ(read(bitmapFile(5, 4, 60, noise(60, 3))), 0);
   EXPECT_EQ(wordAt(nkdraw::fontData.fontSheetHeader + 28), 0xCAFE0001U);
   EXPECT_EQ(wordAt(nkdraw::fontData.fontSheetHeader + 32), 0U);
@@ -549,6 +550,15 @@ TEST_F(SheetText, EndsItsSearchWithTheBlock) {
     for (const Call& call : log_.only("pixel"))
       ASSERT_LT(call.values[0], 10.0 + width);
   }
+}
+
+TEST_F(SheetText, ShowsTheBlocksLastPixelAndNoneBehindIt) {
+  // The second of two lines begins four pixels before the end, in bytes that a text leaves zero.
+  constexpr std::uint32_t kStride = kBlockBytes - 12;
+  static_assert(kStride % 4 == 0);
+  setWord(nkdraw::fontData.fontSheetHeader, kStride / 12 * 4 + kStride % 12 / 4);
+  setWord(nkdraw::fontData.fontSheetHeader + 4, 2);
+  EXPECT_EQ(columns(draw(" ")), 4);
 }
 
 /// Takes any pixel, and has nothing to put it into.

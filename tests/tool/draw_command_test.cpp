@@ -115,6 +115,18 @@ TEST(DrawCommand, ReadsTheStandardInput) {
   EXPECT_NE(bad.err.find("standard input:1:1, 'lane'; the nearest is line"), std::string::npos);
 }
 
+TEST(DrawCommand, RefusesAStandardInputThatCannotBeRead) {
+  for (const char* const redirection : {"<&-", "< ."}) {
+    const Outcome outcome =
+        runProgram("bash", {"-c", std::string("\"$@\" ") + redirection, "bash", NKDRAW_TOOL, "draw",
+                            "-", at("o.png"), "--layout", "rgb24", "--size", "2x1"});
+    EXPECT_EQ(outcome.exitCode, kInput) << redirection;
+    EXPECT_TRUE(outcome.err.starts_with("nkdraw: cannot read the script: standard input; "))
+        << outcome.err;
+    EXPECT_FALSE(exists(at("o.png"))) << redirection;
+  }
+}
+
 TEST(DrawCommand, RefusesWhatLeavesTheFrameAndWritesNothing) {
   expectRefusal(drawing("o.png", "bgra", "erase\n  circle 90 24 20"), kInput, "s.nkd:2:3, circle");
   Arguments clipped = drawing("o.png", "bgra", "erase\n  circle 90 24 20");

@@ -90,6 +90,8 @@ const Complaint kComplaints[] = {
     {"wu 0 63 9 63", "outside the canvas: s:1:1, wu plots 0,64"},
     {"label 90 0 A", "outside the canvas: s:1:1, label plots 96"},
     {"text 0 60 20 AA", "outside the canvas: s:1:1, text plots "},
+    {"text 0 0 10 " + std::string(3073, 'x'), "too long a text: s:1:13; at most 3072 characters"},
+    {"\xef\xbb\xbflane", "no such verb: s:1:1, 'lane'; the nearest is line"},
     {std::string(65537, ' '), "too long a line: s:1:"},
     {"line " + std::string(65000, '9'), "no X2 for line"},
 };
@@ -120,8 +122,21 @@ TEST(DrawScript, TakesCommentsBlankLinesAndEveryKindOfLineEnd) {
   EXPECT_EQ(script.statements()[3].values.numbers, (std::vector<double>{7, 8}));
 }
 
+TEST(DrawScript, MayBeginWithAByteOrderMarkAndHaveItNowhereElse) {
+  const DrawScript script("s", "\xef\xbb\xbfpoint 5 6");
+  ASSERT_EQ(script.statements().size(), 1U);
+  EXPECT_EQ(script.statements()[0].place.column, 1);
+  EXPECT_NE(complaint("\xef\xbb\xbf\xef\xbb\xbfpoint 5 6"), "");
+  EXPECT_NE(complaint("\n\xef\xbb\xbfpoint 5 6"), "");
+}
+
+TEST(DrawScript, TakesTextsThatReachAcrossTheWidestCanvas) {
+  const std::string text(3072, 'x');
+  EXPECT_EQ(DrawScript("s", "label 0 0 " + text).statements()[0].values.text, text);
+}
+
 TEST(DrawScript, OfNothingDrawsNothing) {
-  for (const char* const text : {"", "\n", "\r\n", "#", "# only\n\n"}) {
+  for (const char* const text : {"", "\n", "\r\n", "#", "# only\n\n", "\xef\xbb\xbf"}) {
     EXPECT_EQ(complaint(text), "") << text;
     EXPECT_TRUE(DrawScript("s", text).statements().empty());
   }

@@ -136,8 +136,9 @@ TEST_P(Interrupt, LeavesTheOldFileAsItWas) {
 
 TEST_P(Interrupt, EndsAWaitForTheInput) {
   const std::string clip = clipBytes();
-  const auto [outcome, stopped] = burninFed(
-      {"", at("pipe.nut"), clip.substr(0, clip.size() / 2), "", GetParam()}, at("out.nut"));
+  const auto [outcome, stopped] =
+      toolFed({"", at("pipe.nut"), clip.substr(0, clip.size() / 2), "", GetParam()},
+              {"burnin", at("pipe.nut"), at("out.nut")});
   EXPECT_TRUE(stopped);
   EXPECT_EQ(outcome.exitCode, 128 + GetParam());
   EXPECT_TRUE(outcome.err.starts_with("nkdraw: interrupted")) << outcome.err;
@@ -146,12 +147,29 @@ TEST_P(Interrupt, EndsAWaitForTheInput) {
 TEST_P(Interrupt, ThatTheProcessIgnoresIsIgnored) {
   const std::string clip = clipBytes();
   const std::string shell = "trap '' " + std::to_string(GetParam()) + "; ";
-  const auto [outcome, stopped] = burninFed({shell, at("pipe.nut"), clip.substr(0, clip.size() / 2),
-                                             clip.substr(clip.size() / 2), GetParam()},
-                                            at("out.nut"));
+  const auto [outcome, stopped] = toolFed({shell, at("pipe.nut"), clip.substr(0, clip.size() / 2),
+                                           clip.substr(clip.size() / 2), GetParam()},
+                                          {"burnin", at("pipe.nut"), at("out.nut")});
   EXPECT_FALSE(stopped);
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_EQ(decode(at("out.nut")).frames.size(), 5U);
+}
+
+TEST_P(Interrupt, EndsAWaitForAScript) {
+  struct Row {
+    const char *script, *shell;
+  };
+  const std::string pipe = at("pipe.nkd");
+  const std::string shell = "exec <'" + pipe + "'; ";
+  for (const auto& [script, before] : {Row{pipe.c_str(), ""}, Row{"-", shell.c_str()}}) {
+    const auto [outcome, stopped] =
+        toolFed({before, pipe, "erase\n", "", GetParam()},
+                {"draw", script, at("out.png"), "--layout", "bgra", "--size", "8x8"});
+    EXPECT_TRUE(stopped) << script;
+    EXPECT_EQ(outcome.exitCode, 128 + GetParam()) << script;
+    EXPECT_TRUE(outcome.err.starts_with("nkdraw: interrupted")) << outcome.err;
+    EXPECT_EQ(filesAtWork(), std::vector<std::string>{"pipe.nkd"});
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, Interrupt, testing::Values(SIGINT, SIGTERM, SIGHUP));

@@ -188,12 +188,13 @@ Outcome burninUntil(const Arguments& arguments, const std::string& prefix, int s
   return capture.wait(child);
 }
 
-Fed burninFed(const Feed& feed, const std::string& output) {
+Fed toolFed(const Feed& feed, const Arguments& arguments) {
   mkfifo(feed.pipe.c_str(), 0600);
   signal(SIGPIPE, SIG_IGN);
   const Capture capture;
-  const pid_t child = capture.start(
-      "bash", {"-c", feed.shell + "exec \"$@\"", "bash", NKDRAW_TOOL, "burnin", feed.pipe, output});
+  Arguments all = {"-c", feed.shell + "exec \"$@\"", "bash", NKDRAW_TOOL};
+  all.insert(all.end(), arguments.begin(), arguments.end());
+  const pid_t child = capture.start("bash", all);
   const int pipe = open(feed.pipe.c_str(), O_WRONLY | O_CLOEXEC);  // waits for the reader
   EXPECT_TRUE(writeAll(pipe, feed.head));
   EXPECT_TRUE(comesTrue(10000, [&] { return bytesIn(pipe) == 0 && stateOf(child) == 'S'; }))

@@ -32,8 +32,8 @@ Outcome burnin(const Arguments& arguments);
 /// The same, but sends `signal` once a file whose name begins with `prefix` is being written.
 Outcome burninUntil(const Arguments& arguments, const std::string& prefix, int signal);
 
-/// `nkdraw burnin` behind `shell` in a shell, its input the FIFO `pipe`: gets `head`, the signal
-/// while it waits for more, and `tail` if it runs on all the same.
+/// `nkdraw ARGUMENTS` behind `shell` in a shell, which reads the FIFO `pipe`: gets `head`, the
+/// signal while it waits for more, and `tail` if it runs on all the same.
 struct Feed {
   std::string shell, pipe, head, tail;
   int signal;
@@ -42,7 +42,7 @@ struct Fed {
   Outcome outcome;
   bool stopped = false;  // by the signal, and not by the end of the input
 };
-Fed burninFed(const Feed& feed, const std::string& output);
+Fed toolFed(const Feed& feed, const Arguments& arguments);
 
 /// Makes a clip with the ffmpeg command, whose output is the last argument. Fails the test if that
 /// does not work.

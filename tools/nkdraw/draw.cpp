@@ -43,8 +43,7 @@ void drawFile(const DrawOptions& options) {
   if (isSameFile(options.script, options.output))
     throw Failure(ExitCode::kUsage, "the output is the script", options.output,
                   "choose another name");
-  const DrawScript script(options.script == "-" ? "standard input" : options.script,
-                          readScript(options.script));
+  const DrawScript script(scriptName(options.script), readScript(options.script));
   DrawCanvas canvas(*options.layout, options.width, options.height);
   script.draw(canvas, options.clip ? Outside::kLeftOut : Outside::kRefused);
   OutputFile file(options.output, options.overwrite);

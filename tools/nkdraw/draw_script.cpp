@@ -7,18 +7,22 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <iostream>
+#include <memory>
 #include <utility>
 
 namespace nkdraw::tool {
 namespace {
 
 constexpr std::size_t kLongestScript = std::size_t{4} << 20, kLongestLine = std::size_t{64} << 10;
+/// As many characters as the widest canvas shows of a text that begins at the smallest x.
+constexpr std::size_t kLongestText = 3072;
 constexpr std::size_t kLongestQuote = 40;
 constexpr char kBlanks[] = " \t";
 constexpr std::string_view kRepeated = "...";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr char kStandardInput[] = "standard input";
 
 bool isPrintable(unsigned char letter) {
   return letter >= ' ' && letter <= '~';
@@ -166,6 +170,9 @@ class ArgumentReader {
     const std::string_view text = line_.takeRest();
     if (text.empty())
       line_.fail("no TEXT for " + std::string(verb_.name), place, "", usageOf(verb_));
+    if (text.size() > kLongestText)
+      line_.fail("too long a text", place, "",
+                 "at most " + std::to_string(kLongestText) + " characters");
     const auto bad = std::ranges::find_if_not(text, isPrintable);
     if (bad != text.end()) {
       const auto before = static_cast<int>(bad - text.begin());
@@ -180,25 +187,37 @@ class ArgumentReader {
   Values values_;
 };
 
-Failure cannotRead(const std::string& path, const std::string& why) {
-  return {ExitCode::kInput, "cannot read the script", path, why};
+Failure cannotRead(const std::string& name, const std::string& why) {
+  return {ExitCode::kInput, "cannot read the script", name, why};
 }
 
-std::string readAll(std::istream& in, const std::string& path) {
+/// Throws what ended a call of the system's that failed: an interrupt, or a Failure.
+[[noreturn]] void failToRead(const std::string& name, const char* advice) {
+  const int error = errno;
+  throwIfInterrupted();
+  throw cannotRead(name, std::string(std::strerror(error)) + "; " + advice);
+}
+
+/// By C's streams, which end a read that is interrupted, and tell an error from an end.
+std::string readAll(std::FILE* in, const std::string& name) {
   std::string text(kLongestScript + 1, '\0');
-  in.read(text.data(), static_cast<std::streamsize>(text.size()));
-  const auto length = static_cast<std::size_t>(in.gcount());
-  if (in.bad())
-    throw cannotRead(path, std::string(std::strerror(errno)) + "; name a file");
-  if (length > kLongestScript)
-    throw cannotRead(path, "it is longer than 4 MiB; draw in several runs");
-  text.resize(length);
+  text.resize(std::fread(text.data(), 1, text.size(), in));
+  if (std::ferror(in) != 0)
+    failToRead(name, "name a file");
+  if (text.size() > kLongestScript)
+    throw cannotRead(name, "it is longer than 4 MiB; draw in several runs");
   return text;
 }
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
 
 }  // namespace
 
 DrawScript::DrawScript(std::string name, std::string_view text) : name_(std::move(name)) {
+  if (text.starts_with(kByteOrderMark))
+    text.remove_prefix(kByteOrderMark.size());
   for (int number = 1; !text.empty(); ++number) {
     std::string_view line = takeUntil(text, "\n");
     text.remove_prefix(std::min<std::size_t>(text.size(), 1));
@@ -246,14 +265,18 @@ void DrawScript::draw(const Statement& statement, DrawCanvas& canvas, Outside ou
                       std::to_string(canvas.height() - 1) + ", or give --clip");
 }
 
+std::string scriptName(const std::string& path) {
+  return path == "-" ? kStandardInput : path;
+}
+
 std::string readScript(const std::string& path) {
+  const std::string name = scriptName(path);
   if (path == "-")
-    return readAll(std::cin, path);
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
+    return readAll(stdin, name);
+  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rbe"));
   if (!file)
-    throw cannotRead(path, std::string(std::strerror(errno)) + "; name a file or -");
-  return readAll(file, path);
+    failToRead(name, "name a file or -");
+  return readAll(file.get(), name);
 }
 
 }  // namespace nkdraw::tool

@@ -28,8 +28,8 @@ enum class Outside { kRefused, kLeftOut };
 
 class DrawScript {
  public:
-  /// The script that is `text`; messages call it `name`. Throws Failure for the first line that
-  /// can't be understood.
+  /// The script that is `text`, with or without a byte order mark of UTF-8; messages call it
+  /// `name`. Throws Failure for the first line that can't be understood.
   DrawScript(std::string name, std::string_view text);
 
   /// Throws Failure for the first statement that the library refuses or that leaves the canvas
@@ -46,7 +46,11 @@ class DrawScript {
   std::vector<Statement> statements_;
 };
 
-/// The text of a script in a file, or in the standard input for "-". Throws Failure.
+/// What messages call the script at `path`.
+[[nodiscard]] std::string scriptName(const std::string& path);
+
+/// The text of a script in a file, or in the standard input for "-". Throws Failure, and
+/// Interrupted for a signal that comes while it waits.
 [[nodiscard]] std::string readScript(const std::string& path);
 
 }  // namespace nkdraw::tool

@@ -191,7 +191,7 @@ class Plotter<CDrawYCbCr10> {
       at += v210::kGroupBytes;
     }
     at = fillGroups(at, count / v210::kGroupPixels);
-    if (count > 0 && count % v210::kGroupPixels != 0)
+    if (count % v210::kGroupPixels != 0)
       merge(at, 0, count % v210::kGroupPixels);
   }
 

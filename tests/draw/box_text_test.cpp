@@ -159,14 +159,17 @@ TEST_P(BoxedText, IsItsPixelsHoweverManyCellsItHas) {
 }
 
 TEST_P(BoxedText, IsItsPixelsWhereRowsOverlap) {
-  // Layouts that take any pitch get one that is smaller than their rows.
+  // Layouts that take any pitch get one that is smaller than their rows, by a byte and by more.
   for (int m = 1; m <= 3; ++m) {
-    for (int i = 0; i < 12; ++i) {
-      changeColours();
-      const Writing writing = {text(2), random_.between(0, 12), 10 * m, m};
-      const int width = writing.left + writing.width();
-      ASSERT_NO_FATAL_FAILURE(
-          expectSame({width, writing.lines(), random_.between(1, 8 * width)}, writing));
+    for (int bytesPerPixel = 1; bytesPerPixel <= 8; ++bytesPerPixel) {
+      for (const int lessThanRow : {0, 1, 2, 5, random_.between(6, 20)}) {
+        changeColours();
+        const Writing writing = {text(3), random_.flag() ? 0 : random_.between(0, 12), 10 * m, m};
+        const int width = writing.left + writing.width();
+        const int pitch = bytesPerPixel * width - lessThanRow;
+        ASSERT_GT(pitch, 0);
+        ASSERT_NO_FATAL_FAILURE(expectSame({width, writing.lines(), pitch}, writing));
+      }
     }
   }
 }

@@ -166,6 +166,54 @@ TEST(GroupRuns, OverTheEndOfTheCoordinatesAreRefusedFromThereOn) {
   EXPECT_EQ(bytes, wanted);
 }
 
+TEST(PairText, OfRowsThatGoBackwardThroughMemoryIsThatOfSinglePixels) {
+  // A raw negative pitch: each row begins a little in front of the one above it, 4 GB further on.
+  constexpr int kWidth = 40, kHeight = 14, kPitch = -24;
+  const Reserved first, second;
+  if (!first.there() || !second.there())
+    GTEST_SKIP() << "no room for the rows";
+  const Surface known = makeSurface(ptUYVY, kWidth, kHeight, kPitch, first.canvas());
+  const Surface unknown = makeDerived<Unknown>(ptUYVY, kWidth, kHeight, kPitch, second.canvas());
+  for (const Surface* const surface : {&known, &unknown}) {
+    (*surface)->SetColorRGBA(0.9, 0.4, 0.2, 0.6, true);
+    (*surface)->SetColorRGBA(0.1, 0.3, 0.8, 0.7, false);
+    (*surface)->SetTextTransparent(false);
+    tagRECT rect = {0, 2, 40, 12};
+    (*surface)->DrawText("#A@W", 4, &rect, DT_BOTTOM);
+  }
+  const std::ptrdiff_t lastRow = (std::ptrdiff_t{1} << 32) + kPitch * (kHeight - 1);
+  EXPECT_EQ(std::memcmp(first.canvas() + lastRow, second.canvas() + lastRow, 800), 0);
+}
+
+TEST(Surfaces, OfAnyLayoutButV210DrawNothingWithoutACanvas) {
+  for (const pixelType type : kLayouts) {
+    if (type == ptV210)
+      continue;
+    const Surface surface = makeSurface(type, 90, 40, 800, nullptr);
+    for (const bool blends : {false, true}) {
+      surface->SetTransparency(0.5, true);
+      surface->SetTransparency(blends);
+      EXPECT_EQ(surface->Line(1, 2, 80, 9), 0U);
+      EXPECT_EQ(surface->Line(1, 2, 9, 38), 0U);
+      EXPECT_EQ(surface->LineVert(40000, 0, 30), 0U);
+      EXPECT_EQ(surface->LineHoriz(0, 3, 80), 0U);
+      EXPECT_EQ(surface->Dash(0, 3, 80, 8, 3, 2), 0U);
+      EXPECT_EQ(surface->Circle(20, 20, 15), 0U);
+      EXPECT_EQ(surface->Bezier(1, 1, 9, 28, 44, 0, 70, 20), 0U);
+      EXPECT_EQ(surface->RoundRect(1, 1, 60, 30, 20, 10), 0U);
+      const tagRECT part = {2, 2, 80, 30};
+      EXPECT_EQ(surface->FillRect(&part), 0U);
+      EXPECT_EQ(surface->EraseCanvas(true), 0U);
+      EXPECT_EQ(surface->Label(3, 3, "label", false, true), 0U);
+      for (const bool transparent : {false, true}) {
+        surface->SetTextTransparent(transparent);
+        tagRECT rect = {2, 2, 80, 22};
+        EXPECT_EQ(surface->DrawText("text", 4, &rect, 0), 0);
+      }
+    }
+  }
+}
+
 /// A surface of the library's own class with what only a derived one can set.
 template <class Base>
 struct Odd final : public Base {

@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -53,11 +54,40 @@ struct Twin {
 TEST(LineVert, ReachesColumnsBeyond16Bits) {
   constexpr int kWidth = 70000;
   for (const pixelType type : kLayouts) {
-    Twin twin(type, kWidth, 2, 0, std::size_t{kWidth} * 8 * 3);
+    Twin twin(type, kWidth, 2, 0, std::size_t{kWidth} * 8 * 2);
     for (const int x : {32767, 32768, 40000, 65535, 65536, 69999}) {
       SCOPED_TRACE(testing::Message() << layoutName(type) << " " << x);
       twin.draw([x](NKDraw& d) { d.LineVert(x, 0, 1); },
                 [x](ReferenceDraw& r) { r.lineVert(x, 0, 1); });
+    }
+  }
+}
+
+TEST(FlatLines, OfAnyLengthAndSlopeAreTheirPixels) {
+  constexpr int kWidth = 3000, kHeight = 40;
+  Random random(43);
+  for (const pixelType type : kLayouts) {
+    Twin twin(type, kWidth, kHeight, 0, std::size_t{kWidth + 96} * 8 * (kHeight + 1));
+    for (int i = 0; i < 16; ++i) {
+      const int length = random.between(0, kWidth - 1);
+      const int rise = random.between(0, i % 3 == 0 ? length * (kHeight - 1) / (kWidth - 1) : 12);
+      int x1 = random.between(0, kWidth - 1 - length), x2 = x1 + length;
+      int y1 = random.between(0, kHeight - 1 - rise), y2 = y1 + rise;
+      if (random.flag())
+        std::swap(x1, x2);
+      if (random.flag())
+        std::swap(y1, y2);
+      const int on = random.between(1, 900), off = random.between(1, 300);
+      SCOPED_TRACE(testing::Message() << layoutName(type) << " " << x1 << "," << y1 << " " << x2
+                                      << "," << y2 << " " << on << " " << off);
+      if (i % 2 == 0) {
+        ASSERT_NO_FATAL_FAILURE(twin.draw([=](NKDraw& d) { d.Line(x1, y1, x2, y2); },
+                                          [=](ReferenceDraw& r) { r.line(x1, y1, x2, y2); }));
+      } else {
+        ASSERT_NO_FATAL_FAILURE(
+            twin.draw([=](NKDraw& d) { d.Dash(x1, y1, x2, y2, on, off); },
+                      [=](ReferenceDraw& r) { r.dash(x1, y1, x2, y2, on, off); }));
+      }
     }
   }
 }

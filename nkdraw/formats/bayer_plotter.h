@@ -65,20 +65,16 @@ class Plotter<CDrawBayer> {
     return 0;
   }
 
+  /// The bytes of neighbouring pixels follow each other: a pair's three, from the pixel's own on.
   void row(int x, int y, int count) const {
     if (canvas_ == nullptr || count <= 0)
       return;
-    if ((x & 1) != 0) {
-      put(x, y);
-      if (--count == 0)
-        return;
-      ++x;
-    }
-    const std::size_t pairs = static_cast<std::size_t>(count) / 2;
-    storeRun(reinterpret_cast<std::uint8_t*>(bayer::address(canvas_, pitch_, x, y)),
-             triples_[y & 1], pairs);
-    if (count % 2 != 0)
-      put(x + count - 1, y);
+    const bool odd = (x & 1) != 0;
+    const auto pixels = static_cast<std::size_t>(count);
+    const std::size_t oddPixels = (pixels + (odd ? 1 : 0)) / 2;
+    const Triple& pair = triples_[y & 1];
+    storeBytes(reinterpret_cast<std::uint8_t*>(bayer::address(canvas_, pitch_, x, y)),
+               odd ? Triple{pair[1], pair[2], pair[0]} : pair, pixels + oddPixels);
   }
 
   /// Left of the canvas half bytes are cut the other way, towards it, and pixels overlap.

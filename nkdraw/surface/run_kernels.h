@@ -98,15 +98,24 @@ extern const RunKernels kPlainRuns;
 /// are only stored.
 inline constexpr std::size_t kShortRun = 64, kShortStores = 128;
 
+/// Stores `bytes` bytes of pixels of one colour, the last of which may be cut.
+template <std::size_t kBytes>
+inline void storeBytes(std::uint8_t* at, const std::array<std::uint8_t, kBytes>& colour,
+                       std::size_t bytes) {
+  if (bytes >= kShortStores)
+    return runKernels().repeat(at, Block(colour), bytes);
+  const std::array<std::uint8_t, kBytes> pixel = colour;  // out of reach of the stores
+  for (; bytes >= kBytes; bytes -= kBytes, at += kBytes)
+    std::memcpy(at, pixel.data(), kBytes);
+  for (std::size_t i = 0; i < bytes; ++i)
+    at[i] = pixel[i];
+}
+
 /// Stores `count` pixels of one colour.
 template <std::size_t kBytes>
 inline void storeRun(std::uint8_t* at, const std::array<std::uint8_t, kBytes>& colour,
                      std::size_t count) {
-  if (count * kBytes >= kShortStores)
-    return runKernels().repeat(at, Block(colour), count * kBytes);
-  const std::array<std::uint8_t, kBytes> pixel = colour;  // out of reach of the stores
-  for (; count > 0; --count, at += kBytes)
-    std::memcpy(at, pixel.data(), kBytes);
+  storeBytes(at, colour, count * kBytes);
 }
 
 }  // namespace nkdraw

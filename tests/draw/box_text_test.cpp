@@ -8,9 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -95,7 +93,6 @@ class BoxedText : public testing::TestWithParam<pixelType> {
       model.put(step.x, step.y, step.foreground);
     rect = writing.rect();
     surface_->DrawText(writing.text.c_str(), 0, &rect, DT_BOTTOM);
-    ++drawn_;
     ASSERT_TRUE(frame_.all() == wanted_.all())
         << writing.text << " at " << writing.left << "," << writing.bottom << " times "
         << writing.magnification << " on " << canvas.width << " by " << canvas.height << ", pitch "
@@ -112,7 +109,6 @@ class BoxedText : public testing::TestWithParam<pixelType> {
   Random random_;
   Frame frame_, wanted_;
   Surface surface_;
-  int drawn_ = 0;
 };
 
 INSTANTIATE_TEST_SUITE_P(AllLayouts, BoxedText, testing::ValuesIn(kLayouts),

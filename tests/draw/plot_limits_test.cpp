@@ -17,7 +17,6 @@
 #include <cstring>
 #include <limits>
 #include <utility>
-#include <vector>
 
 namespace {
 

@@ -50,7 +50,7 @@ std::uint32_t NKDraw::Line(tagPOINT& from, tagPOINT& to) {
 
 std::uint32_t NKDraw::LineVert(int x, int y1, int y2) {
   if (y1 <= y2)
-    nkdraw::RunPlotter(*this).column(x, y1, nkdraw::span(y1, y2), 1, true);
+    nkdraw::RunPlotter(*this).column(x, y1, nkdraw::span(y1, y2), true);
   return 0;
 }
 

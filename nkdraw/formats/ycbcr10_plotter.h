@@ -170,14 +170,17 @@ class Plotter<CDrawYCbCr10> {
   }
 
   /// For a pixel that is put soon.
-  void prefetch(int x, int y) const { __builtin_prefetch(group(x, y), 1); }
+  void prefetch(int x, int y) const {
+    if ((x | y) >= 0)
+      __builtin_prefetch(group(x, y), 1);
+  }
 
   void row(int x, int y, int count) const {
     if (x < 0) {  // the pixels left of the canvas are refused
       count = static_cast<int>(std::max<std::int64_t>(std::int64_t{count} + x, 0));
       x = 0;
     }
-    if (y < 0)
+    if (y < 0 || count == 0)
       return;
     char* at = group(x, y);
     const int m = x % v210::kGroupPixels;
@@ -188,7 +191,7 @@ class Plotter<CDrawYCbCr10> {
       at += v210::kGroupBytes;
     }
     at = fillGroups(at, count / v210::kGroupPixels);
-    if (count > 0 && count % v210::kGroupPixels != 0)
+    if (count % v210::kGroupPixels != 0)
       merge(at, 0, count % v210::kGroupPixels);
   }
 

@@ -9,7 +9,7 @@ namespace nkdraw {
 ///
 ///     Plotter(const Surface& surface, bool foreground);
 ///     std::uint32_t put(int x, int y) const;          // PutPixel of the surface
-///     void row(int x, int y, int count) const;        // put for x, x + 1, ...
+///     void row(int x, int y, int count) const;        // put for x, x + 1, ... that do not wrap
 ///
 /// and keeps in it what is the same for all pixels of a run. A row has the result of its puts one
 /// after the other, to the bit; the order of the pixels inside a run makes no difference. A layout

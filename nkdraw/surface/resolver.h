@@ -69,9 +69,12 @@ class RunPlotter {
     runs_->row(plotters_[foreground ? 1 : 0].data(), x, y, count, step);
   }
 
-  /// Plots (x, y) and further pixels of its column, downward or with `step` -1 upward.
-  void column(int x, int y, std::uint32_t count, int step, bool foreground) const {
-    slope({true, step, count, y, static_cast<std::uint32_t>(x) << 16, 0}, foreground);
+  /// Plots (x, y) and the pixels below it, `count` in all.
+  void column(int x, int y, std::uint32_t count, bool foreground) const {
+    if (x == static_cast<std::int16_t>(x))
+      return slope({true, 1, count, y, static_cast<std::uint32_t>(x) << 16, 0}, foreground);
+    for (; count > 0; --count, y = wrappingAdd(y, 1))  // out of a slope's reach
+      row(x, y, 1, 1, foreground);
   }
 
   void slope(const Slope& positions, bool foreground) const { slopes({&positions, 1}, foreground); }

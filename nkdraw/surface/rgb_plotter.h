@@ -71,7 +71,7 @@ struct BlendWords {
   double alpha;
 
   void operator()(std::uint8_t* at, std::size_t count) const {
-    if (count * 4 >= kShortRun)
+    if (count * 4 >= kShortRun && alpha <= 1.0)  // a derived class may have left any other
       return runKernels().blendWords(at, colour, alpha, count);
     for (; count > 0; --count, at += 4)
       store32(at, blendedWord(load32(at), colour, alpha));

@@ -35,8 +35,8 @@ void plotInTurn(const AnyPlotter& plotter, int x, int y, std::uint32_t count, in
     plotter.put(x, y);
 }
 
-/// A run of one colour has the same result in both directions, unless pixels overlap: then, and on
-/// classes that want to see them, each is plotted in its turn.
+/// A run of one colour has the same result in both directions, unless pixels overlap: then, on
+/// classes that want to see them, and where coordinates wrap, each is plotted in its turn.
 template <class AnyPlotter>
 void plotRow(const AnyPlotter& plotter, int x, int y, std::uint32_t count, int step) {
   if constexpr (hasRows<AnyPlotter>) {
@@ -44,7 +44,8 @@ void plotRow(const AnyPlotter& plotter, int x, int y, std::uint32_t count, int s
     while (count > 0) {
       const auto length = static_cast<int>(std::min(count, kLongestRow));
       const int left = step > 0 ? x : wrappingSubtract(x, length - 1);
-      if (overlaps<AnyPlotter>(left))
+      const bool wraps = wrappingAdd(left, length - 1) < left;
+      if (wraps || overlaps<AnyPlotter>(left))
         plotInTurn(plotter, x, y, static_cast<std::uint32_t>(length), step);
       else
         plotter.row(left, y, length);

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -153,6 +154,32 @@ TEST_P(RunKernelsTest, BlendsOfExtremeWordsAreThoseOfDoubles) {
           ASSERT_EQ(word, want) << under << " under " << colour << " at " << alpha;
       }
     }
+  }
+}
+
+TEST_P(RunKernelsTest, BlendsRoundEachOfTheirProducts) {
+  // Words that come out one different where a product is fused with the sum.
+  struct Blend {
+    std::uint32_t under, colour;
+    double alpha;
+  };
+  constexpr Blend kBlends[] = {
+      {0x9A96FFA0, 0x41A424CC, 0.3},       {0x36958E71, 0x01DA1283, 0.3},
+      {0x1B47B95E, 0xDE7F1CCC, 1.0 / 3.0}, {0x92057A67, 0x2CE07597, 0.55},
+      {0x016191C1, 0x7942D728, 1.0 / 3.0}, {0x1E1B7A80, 0x226EBA52, 0.3},
+  };
+  for (const auto& [under, colour, alpha] : kBlends) {
+    const double rest = (1.0 - alpha) * under, part = colour * alpha;
+    const double fused = std::floor(std::fma(1.0 - alpha, under, part));
+    const double alsoFused = std::floor(std::fma(colour, alpha, rest));
+    const double want = std::floor(rest + part);
+    EXPECT_TRUE(fused != want || alsoFused != want);
+    std::array<std::uint32_t, 9> words;
+    words.fill(under);
+    nkdraw::runKernels(GetParam())
+        .blendWords(reinterpret_cast<std::uint8_t*>(words.data()), colour, alpha, words.size());
+    for (const std::uint32_t word : words)
+      EXPECT_EQ(word, want) << under << " under " << colour << " at " << alpha;
   }
 }
 

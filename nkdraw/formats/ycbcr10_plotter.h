@@ -169,10 +169,11 @@ class Plotter<CDrawYCbCr10> {
     return same;
   }
 
-  /// For a pixel that is put soon.
+  /// For a pixel that is put soon, or refused: the address is a number, and may lie anywhere.
   void prefetch(int x, int y) const {
-    if ((x | y) >= 0)
-      __builtin_prefetch(group(x, y), 1);
+    const auto address =
+        std::bit_cast<std::uintptr_t>(canvas_) + static_cast<std::uintptr_t>(offset(x, y));
+    __builtin_prefetch(std::bit_cast<const char*>(address), 1);
   }
 
   void row(int x, int y, int count) const {
@@ -196,10 +197,12 @@ class Plotter<CDrawYCbCr10> {
   }
 
  private:
-  [[nodiscard]] char* group(int x, int y) const {
-    return canvas_ + pitch_ * static_cast<std::uint32_t>(y) +
+  [[nodiscard]] std::ptrdiff_t offset(int x, int y) const {
+    return std::ptrdiff_t{pitch_ * static_cast<std::uint32_t>(y)} +
            std::ptrdiff_t{x / v210::kGroupPixels} * v210::kGroupBytes;
   }
+
+  [[nodiscard]] char* group(int x, int y) const { return canvas_ + offset(x, y); }
 
   /// Whole groups, of which only the unused bits stay; the address behind them.
   char* fillGroups(char* at, int groups) const {

@@ -25,16 +25,15 @@ inline constexpr std::uint32_t DT_BOTTOM = 0x8;
 inline constexpr std::uint32_t DT_CALCRECT = 0x400;
 inline constexpr std::uint32_t DT_HIDEPREFIX = 0x100000;
 
-/// Draws on any surface through the virtual PutPixel: one-pixel lines in the foreground colour,
-/// and text. It keeps a pen position and the state of the text.
+/// Draws on any surface through the virtual PutPixel: one-pixel lines, curves and rectangles in the
+/// foreground colour, and text. It keeps a pen position and the state of the text.
 ///
 /// Coordinates are signed pixels from the first pixel of the canvas, x to the right, y down. No
-/// operation clips; what lies outside is for the surface's PutPixel to refuse. Operations call
-/// each other through the table, so that a class that overrides one changes all that use it;
-/// only LineHoriz, EraseCanvas and a FillRect of the whole canvas on the 32-bit RGB layouts fill
-/// memory without asking PutPixel. A
-/// status is 0, or 0xFFFFFFFF for a refused call; what PutPixel returns does not change it. The
-/// operations marked empty return 0 and do nothing whatever they get.
+/// operation clips; what lies outside is for the surface's PutPixel to refuse. Operations call each
+/// other through the table, so that a class that overrides one changes all that use it; only
+/// LineHoriz, EraseCanvas and a FillRect of the whole canvas on the 32-bit RGB layouts fill memory
+/// without asking PutPixel. A status is 0, or 0xFFFFFFFF for a refused call; what PutPixel returns
+/// does not change it. The operations marked empty return 0 and do nothing whatever they get.
 class NKDRAW_API NKDraw : public virtual NKPixel {
  public:
   enum nkFilterType : std::int32_t { nkFilterNone = 0 };

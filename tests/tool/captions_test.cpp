@@ -4,7 +4,7 @@
 #include "clip.h"
 #include "layers.h"
 
-#include <burner.h>
+#include <burnin/burner.h>
 #include <gtest/gtest.h>
 
 #include <string>

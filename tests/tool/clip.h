@@ -3,7 +3,7 @@
 // Clips as FFmpeg reads them.
 #pragma once
 
-#include <libav.h>
+#include <media/libav.h>
 
 #include <cstdint>
 #include <string>

@@ -5,7 +5,7 @@
 #include "clip.h"
 #include "program.h"
 
-#include <mux_modes.h>
+#include <compare/mux_modes.h>
 
 #include <nkdraw/compositor/wipe_bands.h>
 #include <nkdraw/nkdraw_c.h>

@@ -4,8 +4,8 @@
 #include "clip.h"
 #include "program.h"
 
-#include <draw_layouts.h>
-#include <draw_verbs.h>
+#include <draw/draw_layouts.h>
+#include <draw/draw_verbs.h>
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // Drawing scripts: how they are read, and that each verb is its call of the library.
-#include <draw_script.h>
-#include <failure.h>
+#include <draw/draw_script.h>
+#include <media/failure.h>
 #include <tests/support/frame.h>
 #include <tests/support/surfaces.h>
 

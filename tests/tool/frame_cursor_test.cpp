@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // Walking along a clip by frame numbers, gaps included.
-#include <frame_cursor.h>
+#include <media/frame_cursor.h>
 
 #include <gtest/gtest.h>
 

@@ -5,8 +5,8 @@
 #include "program.h"
 #include "reference_overlay.h"
 
-#include <layouts.h>
-#include <v210_rows.h>
+#include <media/layouts.h>
+#include <media/v210_rows.h>
 
 #include <gtest/gtest.h>
 

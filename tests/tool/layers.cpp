@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "layers.h"
 
-#include <layouts.h>
+#include <media/layouts.h>
 
 #include <gtest/gtest.h>
 

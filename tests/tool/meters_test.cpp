@@ -4,8 +4,8 @@
 #include "clip.h"
 #include "layers.h"
 
+#include <burnin/meter_feed.h>
 #include <gtest/gtest.h>
-#include <meter_feed.h>
 
 #include <algorithm>
 #include <cmath>

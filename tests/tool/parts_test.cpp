@@ -4,13 +4,13 @@
 // places of texts, and numbering by time.
 #include "reference_overlay.h"
 
-#include <canvas_stage.h>
-#include <failure.h>
-#include <layouts.h>
-#include <overlay_plan.h>
-#include <packet_rows.h>
-#include <timecode_source.h>
-#include <v210_rows.h>
+#include <burnin/overlay_plan.h>
+#include <media/canvas_stage.h>
+#include <media/failure.h>
+#include <media/layouts.h>
+#include <media/packet_rows.h>
+#include <media/timecode_source.h>
+#include <media/v210_rows.h>
 
 #include <gtest/gtest.h>
 

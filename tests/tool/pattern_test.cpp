@@ -4,7 +4,7 @@
 #include "clip.h"
 #include "program.h"
 
-#include <layouts.h>
+#include <media/layouts.h>
 
 #include <gtest/gtest.h>
 

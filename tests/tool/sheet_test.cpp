@@ -4,8 +4,8 @@
 #include "clip.h"
 #include "program.h"
 
-#include <drawing_sheets.h>
 #include <nkdraw/text/label_glyphs.h>
+#include <sheet/drawing_sheets.h>
 
 #include <gtest/gtest.h>
 

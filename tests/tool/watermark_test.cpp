@@ -5,7 +5,7 @@
 #include "layers.h"
 
 #include <gtest/gtest.h>
-#include <layouts.h>
+#include <media/layouts.h>
 #include <nkdraw/nkdraw.h>
 
 #include <string>

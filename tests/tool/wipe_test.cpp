@@ -4,8 +4,8 @@
 #include "clip.h"
 #include "program.h"
 
-#include <layouts.h>
-#include <wipe_names.h>
+#include <media/layouts.h>
+#include <wipe/wipe_names.h>
 
 #include <nkdraw/compositor/wipe_bands.h>
 #include <nkdraw/nkdraw_c.h>

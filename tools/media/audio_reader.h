@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// A track of sound as samples without gaps, counted from the first frame of the video.
+#pragma once
+
+#include "media/libav.h"
+#include "media/media_input.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace nkdraw::tool {
+
+/// Rate and channels of samples. Doubles, the channels of one moment side by side, carry every
+/// format of PCM without loss.
+struct AudioShape {
+  /// The shape of a track; channels without names get the usual ones.
+  explicit AudioShape(const AVCodecParameters& track);
+  AudioShape(const AudioShape& other);
+  AudioShape& operator=(const AudioShape&) = delete;
+  ~AudioShape();
+
+  [[nodiscard]] std::size_t channels() const {
+    return static_cast<std::size_t>(layout.nb_channels);
+  }
+
+  int rate = 0;
+  AVChannelLayout layout = {};
+};
+
+class AudioReader {
+ public:
+  /// Reads stream `stream` of the file `path`, converted to `shape`. Throws Failure, with `advice`.
+  AudioReader(const std::string& path, int stream, const AudioShape& shape,
+              const std::string& advice = "leave it out with --audio none");
+
+  /// Reads the next `count` moments into `samples`; those before the track's first are silent. The
+  /// number that were read, fewer at the track's end only.
+  [[nodiscard]] std::size_t read(double* samples, std::size_t count);
+
+ private:
+  void decodeMore();
+  void take(const AVFrame& frame);
+  void skipOrFill(std::int64_t moments);
+  void convert(const AVFrame* frame);
+
+  MediaInput input_;  // of its own, so that sound and pictures are read each at its own pace
+  AVStream& stream_;
+  AudioShape shape_;
+  std::string advice_;
+  CodecContext decoder_;
+  Resampler resampler_;
+  Frame frame_ = makeFrame();
+  std::vector<double> ready_;
+  std::size_t used_ = 0;                    // of ready_
+  std::size_t toSkip_ = 0;                  // moments before the video
+  std::int64_t expected_ = AV_NOPTS_VALUE;  // time of the next frame, in microseconds
+  bool ended_ = false;
+};
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "media/drawn_format.h"
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr int kShallow = 8;  // bits that the 8-bit layouts hold
+
+}  // namespace
+
+AVPixelFormat drawnFormat(AVPixelFormat source) {
+  const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(source);
+  const bool isRGB = (facts.flags & (AV_PIX_FMT_FLAG_RGB | AV_PIX_FMT_FLAG_PAL)) != 0;
+  if (isRGB)
+    return (facts.flags & (AV_PIX_FMT_FLAG_ALPHA | AV_PIX_FMT_FLAG_PAL)) != 0 ? AV_PIX_FMT_BGRA
+                                                                              : AV_PIX_FMT_BGR0;
+  return facts.comp[0].depth > kShallow ? AV_PIX_FMT_YUV422P10 : AV_PIX_FMT_UYVY422;
+}
+
+const Layout& canvasFor(AVPixelFormat drawn) {
+  return *layoutOf(drawn == AV_PIX_FMT_YUV422P10 ? AV_CODEC_ID_V210 : AV_CODEC_ID_RAWVIDEO, drawn);
+}
+
+Picture planesOf(AVFrame& picture) {
+  Picture planes;
+  for (std::size_t i = 0; i < planes.planes.size(); ++i) {
+    planes.planes[i] = picture.data[i];
+    planes.pitches[i] = picture.linesize[i];
+  }
+  return planes;
+}
+
+}  // namespace nkdraw::tool

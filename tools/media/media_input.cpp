@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "media/media_input.h"
+
+#include "media/failure.h"
+#include "media/interrupt.h"
+#include "media/libav_log.h"
+
+#include <nkdraw/platform/media_names.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <iterator>
+#include <span>
+#include <string_view>
+
+#include <sys/stat.h>
+
+namespace nkdraw::tool {
+namespace {
+
+int stopWhenInterrupted(void* /*context*/) {
+  return pendingInterrupt() != 0 ? 1 : 0;
+}
+
+struct FileTypeName {
+  std::string_view format;  // how the names of FFmpeg's reader begin
+  hzwFileType type;
+};
+
+constexpr FileTypeName kFileTypes[] = {
+    {"mov", hzwFileMOV},       {"avi", hzwFileAVI},      {"matroska", hzwFileMKV},
+    {"nut", hzwFileNUT},       {"mxf", hzwFileMXF},      {"mpegts", hzwFileMPEGTS},
+    {"mpeg", hzwFileMPEGPS},   {"yuv4mpeg", hzwFileY4M}, {"rawvideo", hzwFileRaw},
+    {"ogg", hzwFileOGG},       {"gxf", hzwFileGXF},      {"dpx", hzwFileDPX},
+    {"image2", hzwFileStills}, {"png", hzwFileStills},
+};
+
+struct Extension {
+  const char* suffix;  // in any case
+  hzwFileType type;
+};
+/// Formats that share a reader are told apart by the file's name.
+constexpr Extension kExtensions[] = {{"mp4", hzwFileMP4}, {"webm", hzwFileWebM}};
+
+void checkIsFile(const std::string& path) {
+  struct stat facts = {};
+  if (stat(path.c_str(), &facts) != 0)
+    throw Failure(ExitCode::kInput, "cannot read the input", path,
+                  std::string(std::strerror(errno)) + "; check the name");
+  if (S_ISDIR(facts.st_mode))
+    throw Failure(ExitCode::kInput, "the input is a folder", path, "name a media file");
+}
+
+/// To FFmpeg a cover picture is a video stream, too.
+bool isVideo(const AVStream& stream) {
+  return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO &&
+         (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) == 0;
+}
+
+int findVideo(AVFormatContext& file) {
+  const int best = av_find_best_stream(&file, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+  if (best < 0 || isVideo(*file.streams[best]))
+    return best;
+  const std::span streams(file.streams, file.nb_streams);
+  const auto found = std::ranges::find_if(streams, [](AVStream* each) { return isVideo(*each); });
+  return found != streams.end() ? (*found)->index : -1;
+}
+
+/// A packet that a file's end cut short. In transport streams the flag also means lost packets, as
+/// recordings have them.
+bool isCut(const AVPacket& packet, const AVInputFormat& format) {
+  return (packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && std::string_view(format.name) != "mpegts";
+}
+
+}  // namespace
+
+MediaInput::MediaInput(const std::string& path) : path_(path) {
+  checkIsFile(path);
+  AVFormatContext* context = avformat_alloc_context();
+  if (context == nullptr)
+    throw std::bad_alloc();
+  context->interrupt_callback.callback = stopWhenInterrupted;
+  // The prefix keeps a colon in the name from meaning a protocol.
+  if (const int error = avformat_open_input(&context, ("file:" + path).c_str(), nullptr, nullptr);
+      error < 0) {
+    throwIfInterrupted();
+    throw Failure(ExitCode::kInput, "not a media file that can be read", path,
+                  explained(error) + "; check it with ffprobe");
+  }
+  file_.reset(context);
+  if (const int error = avformat_find_stream_info(file_.get(), nullptr); error < 0) {
+    throwIfInterrupted();
+    throw Failure(ExitCode::kInput, "the file's streams can't be read", path,
+                  explained(error) + "; check it with ffprobe");
+  }
+  videoIndex_ = findVideo(*file_);
+  if (videoIndex_ < 0)
+    throw Failure(ExitCode::kInput, "no video in the file", path, "give a file with video");
+  const AVCodecParameters& codec = *video().codecpar;
+  if (codec.width <= 0 || codec.height <= 0)
+    throw Failure(ExitCode::kInput, "the video has no frame size", path, "check it with ffprobe");
+}
+
+void MediaInput::readOnly(const AVStream& stream) {
+  for (unsigned i = 0; i < file_->nb_streams; ++i)
+    file_->streams[i]->discard = file_->streams[i] == &stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+}
+
+AVRational MediaInput::frameRate() {
+  const AVRational rate = av_guess_frame_rate(file_.get(), &video(), nullptr);
+  return rate.num > 0 && rate.den > 0 ? rate : AVRational{25, 1};
+}
+
+bool MediaInput::interlaced() {
+  const AVFieldOrder order = video().codecpar->field_order;
+  return order != AV_FIELD_UNKNOWN && order != AV_FIELD_PROGRESSIVE;
+}
+
+std::int64_t MediaInput::frameCount() {
+  if (video().nb_frames > 0)
+    return video().nb_frames;
+  const AVRational frameTime = av_inv_q(frameRate());
+  if (video().duration > 0)
+    return av_rescale_q(video().duration, video().time_base, frameTime);
+  if (file_->duration > 0)
+    return av_rescale_q(file_->duration, AVRational{1, AV_TIME_BASE}, frameTime);
+  return 0;
+}
+
+std::uint32_t MediaInput::fileType() const {
+  for (const Extension& extension : kExtensions) {
+    if (av_match_ext(path_.c_str(), extension.suffix) != 0)
+      return extension.type;
+  }
+  const std::string_view format = file_->iformat->name;
+  const auto* const found = std::ranges::find_if(
+      kFileTypes, [&](const FileTypeName& entry) { return format.starts_with(entry.format); });
+  return found != std::end(kFileTypes) ? found->type : 0xFFU;
+}
+
+bool MediaInput::read(AVPacket& packet) {
+  throwIfInterrupted();
+  const int error = av_read_frame(file_.get(), &packet);
+  throwIfInterrupted();
+  if (error == AVERROR_EOF ? libavSawCut() : error < 0 || isCut(packet, *file_->iformat))
+    throw Failure(ExitCode::kInput, "the file breaks off", path_,
+                  explained(error < 0 ? error : AVERROR_EOF) + "; the input may be incomplete");
+  return error >= 0;
+}
+
+}  // namespace nkdraw::tool

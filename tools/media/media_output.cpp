@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "media/media_output.h"
+
+#include "media/failure.h"
+#include "media/interrupt.h"
+#include "media/libav_log.h"
+
+#include <filesystem>
+
+namespace nkdraw::tool {
+namespace {
+
+int stopWhenInterrupted(void* /*context*/) {
+  return pendingInterrupt() != 0 ? 1 : 0;
+}
+
+}  // namespace
+
+const AVOutputFormat& formatFor(const std::string& path) {
+  // A suffix of its own, so that a folder's name can't take part.
+  const std::string suffix = std::filesystem::path(path).extension().string();
+  const AVOutputFormat* const format = av_guess_format(nullptr, suffix.c_str(), nullptr);
+  constexpr int kNoSingleFile = AVFMT_NOFILE | AVFMT_NEEDNUMBER;
+  if (format == nullptr || (format->flags & kNoSingleFile) != 0 ||
+      format->video_codec == AV_CODEC_ID_NONE)
+    throw Failure(ExitCode::kUsage, "the output's suffix names no video file", path,
+                  "use .mov, .avi, .mkv or .nut, or another of FFmpeg's");
+  return *format;
+}
+
+bool holds(const AVOutputFormat& format, AVCodecID codec) {
+  return avformat_query_codec(&format, codec, FF_COMPLIANCE_NORMAL) == 1;
+}
+
+MediaOutput::MediaOutput(const std::string& file, const AVOutputFormat& format,
+                         const std::string& name)
+    : name_(name) {
+  if (avformat_alloc_output_context2(&file_, &format, nullptr, nullptr) < 0)
+    throw std::bad_alloc();
+  const AVIOInterruptCB interrupt = {stopWhenInterrupted, nullptr};
+  file_->interrupt_callback = interrupt;
+  const int error =
+      avio_open2(&file_->pb, ("file:" + file).c_str(), AVIO_FLAG_WRITE, &interrupt, nullptr);
+  if (error < 0) {
+    avformat_free_context(file_);
+    throw Failure(ExitCode::kOutput, "cannot write the output", name_,
+                  errorText(error) + "; choose another place");
+  }
+}
+
+MediaOutput::~MediaOutput() {
+  close();
+}
+
+void MediaOutput::close() {
+  if (file_ == nullptr)
+    return;
+  avio_closep(&file_->pb);
+  avformat_free_context(file_);
+  file_ = nullptr;
+}
+
+void MediaOutput::fail(const char* what, int error) const {
+  throwIfInterrupted();
+  throw Failure(ExitCode::kOutput, what, name_, explained(error) + "; nothing was written");
+}
+
+AVStream& MediaOutput::addStream() {
+  AVStream* const stream = avformat_new_stream(file_, nullptr);
+  if (stream == nullptr)
+    throw std::bad_alloc();
+  return *stream;
+}
+
+void MediaOutput::begin() {
+  Options options;
+  options.set("allow_raw_vfw", "1");  // Matroska: keep uncompressed RGB as Windows programs do
+  if (const int error = avformat_write_header(file_, options.get()); error < 0)
+    fail("the output's head can't be written", error);
+}
+
+void MediaOutput::write(AVPacket& packet, AVRational timeBase) {
+  av_packet_rescale_ts(&packet, timeBase, file_->streams[packet.stream_index]->time_base);
+  packet.pos = -1;
+  if (const int error = av_interleaved_write_frame(file_, &packet); error < 0)
+    fail("the output can't be written", error);
+}
+
+void MediaOutput::finish() {
+  if (const int error = av_write_trailer(file_); error < 0)
+    fail("the output's end can't be written", error);
+  if (const int error = avio_closep(&file_->pb); error < 0)
+    fail("the output can't be closed", error);
+  close();
+}
+
+}  // namespace nkdraw::tool

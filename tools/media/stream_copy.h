@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// What goes from the input to the output beside the burnt video: the other streams, tags and
+// chapters.
+#pragma once
+
+#include "media/media_input.h"
+#include "media/media_output.h"
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nkdraw::tool {
+
+/// What becomes of a stream of the input.
+enum class StreamFate {
+  kBurn,      ///< it is the video that is drawn on
+  kCopy,      ///< its packets are copied
+  kTimecode,  ///< its timecode is written as the video's, which makes a new track where there are
+              ///< any
+  kLeaveOut,  ///< the output's kind of file has no place for it
+};
+
+/// One fate for each stream. Throws Failure when sound, pictures or subtitles would be lost.
+[[nodiscard]] std::vector<StreamFate> streamFates(MediaInput& input, const AVOutputFormat& format);
+
+/// Whether FFmpeg reads and writes both kinds of files as one.
+[[nodiscard]] bool isSameKind(const AVInputFormat& in, const AVOutputFormat& out);
+
+/// "audio, pcm_s16le"
+[[nodiscard]] std::string describe(const AVStream& stream);
+
+/// The part of the input that is kept, in FFmpeg's AV_TIME_BASE.
+struct TimeWindow {
+  std::int64_t shift = 0;  // taken off all times
+  std::int64_t video = 0;  // the first kept frame
+  std::int64_t first = std::numeric_limits<std::int64_t>::min();
+  std::int64_t end = std::numeric_limits<std::int64_t>::max();  // of what goes beside the video
+
+  [[nodiscard]] bool isWhole() const { return end == std::numeric_limits<std::int64_t>::max(); }
+};
+
+/// Makes `timecode` the video's, and the file's where that has one; an empty one takes them away.
+void setTimecodeTag(MediaOutput& output, AVStream& video, const std::string& timecode);
+
+/// AVI has no tags of streams: there the video's timecode becomes the file's.
+void keepTimecodeTag(MediaOutput& output, const AVStream& video);
+
+/// Gives `to` the tags, disposition, shape, side data and times of `from`.
+void copyFacts(const AVStream& from, AVStream& to);
+
+/// Gives `to` the codec and the pixels' shape of `from`, with the tag that the output's kind of
+/// file has for the codec.
+void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format);
+
+/// Takes packets from the input to the output.
+class StreamCopier {
+ public:
+  /// Adds all streams that have a place in the output, in the input's order, copies tags and, for
+  /// the whole clip, chapters. `timecode`, if given, becomes the video's timecode; an empty one
+  /// takes the input's away.
+  StreamCopier(MediaInput& input, MediaOutput& output, const std::vector<StreamFate>& fates,
+               const TimeWindow& window, const std::optional<std::string>& timecode);
+
+  /// The stream for the burnt video, whose codec the caller sets.
+  [[nodiscard]] AVStream& video() { return *output_.file().streams[videoIndex_]; }
+
+  /// Writes a packet of another stream, if that stream is copied and the packet lies in the window.
+  void write(AVPacket& packet);
+  /// Writes a packet of the burnt video, times in the input's time base.
+  void writeVideo(AVPacket& packet);
+  /// The same for a packet whose times, in `timeBase`, begin at 0 with the first kept frame.
+  void writeEncoded(AVPacket& packet, AVRational timeBase);
+  /// Whether all audio has passed the end of the window.
+  [[nodiscard]] bool audioIsThrough() const;
+
+ private:
+  void copyTags(const std::optional<std::string>& timecode);
+  void copyChapters();
+
+  MediaInput& input_;
+  MediaOutput& output_;
+  TimeWindow window_;
+  std::vector<int> target_;    // the output's stream for each of the input's, -1 for none
+  std::vector<bool> through_;  // for each of the input's: past the window, or not waited for
+  int videoIndex_ = -1;
+};
+
+}  // namespace nkdraw::tool

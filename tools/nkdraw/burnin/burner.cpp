@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "burnin/burner.h"
+
+#include "burnin/caption_track.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace nkdraw::tool {
+
+Burner::Burner(const Job& job, Storage storage)
+    : job_(job),
+      stage_(*job.layout, storage, job.frames.width, job.frames.height, job.plan.rows(),
+             job.plan.canvasUse()),
+      session_(job.plan, job.frames, job.timecode, stage_.canvasLayout()) {
+  if (job.sound != nullptr)
+    meters_.emplace(*job.sound, job.frames.rate);
+}
+
+/// A file's captions go by the frame's number, and those of numbers without a frame count, too.
+Captions Burner::captionsAt(std::int64_t index, Captions own) {
+  hadCaptions_ = hadCaptions_ || !own.empty();
+  if (job_.captions == nullptr)
+    return own;
+  for (; next_ < index; ++next_)
+    session_.pass(job_.captions->at(next_));
+  if (next_ > index)
+    return {};  // a second frame at one time
+  ++next_;
+  return job_.captions->at(index);
+}
+
+void Burner::burn(const Picture& picture, std::int64_t index, Captions captions) {
+  FrameExtras extras;
+  if (job_.plan.request.captions)
+    extras.captions = captionsAt(index, captions);
+  if (meters_) {
+    meters_->advanceTo(index);
+    extras.levels = meters_->levels();
+    extras.peaks = meters_->peaks();
+  }
+  stage_.draw(picture, [&](std::uint8_t* canvas) { session_.burn(canvas, index, extras); });
+}
+
+void Burner::pass(std::int64_t index, Captions captions) {
+  if (job_.plan.request.captions)
+    session_.pass(captionsAt(index, captions));
+}
+
+void Burner::finish(const std::string& path) const {
+  const auto& asked = job_.plan.request.captions;
+  if (asked && !asked->file && !hadCaptions_)
+    std::fprintf(stderr, "nkdraw: no captions came with the video: %s; try --captions-file\n",
+                 path.c_str());
+}
+
+Captions captionsOf(const AVFrame& frame) {
+  const AVFrameSideData* const side = av_frame_get_side_data(&frame, AV_FRAME_DATA_A53_CC);
+  return side != nullptr ? Captions(side->data, side->size) : Captions();
+}
+
+Captions captionsOf(const AVPacket& packet) {
+  std::size_t size = 0;
+  const std::uint8_t* const data = av_packet_get_side_data(&packet, AV_PKT_DATA_A53_CC, &size);
+  return data != nullptr ? Captions(data, size) : Captions();
+}
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Burns a job's overlay into frames, however their rows are stored.
+#pragma once
+
+#include "burnin/job.h"
+#include "burnin/meter_feed.h"
+#include "burnin/overlay_session.h"
+#include "media/canvas_stage.h"
+#include "media/libav.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace nkdraw::tool {
+
+class Burner {
+ public:
+  Burner(const Job& job, Storage storage);
+
+  /// Draws on the frame, `index` frames after the clip's first; `captions` are the clip's own.
+  void burn(const Picture& picture, std::int64_t index, Captions captions);
+  /// Takes note of a frame that is not drawn on.
+  void pass(std::int64_t index, Captions captions);
+  /// After the last frame: tells the user if captions were asked for and never came.
+  void finish(const std::string& path) const;
+
+ private:
+  [[nodiscard]] Captions captionsAt(std::int64_t index, Captions own);
+
+  const Job& job_;
+  CanvasStage stage_;
+  OverlaySession session_;
+  std::optional<MeterFeed> meters_;
+  std::int64_t next_ = 0;  // the first frame whose captions in a file are still to come
+  bool hadCaptions_ = false;
+};
+
+/// The captions that a frame brings, or a packet that is one.
+[[nodiscard]] Captions captionsOf(const AVFrame& frame);
+[[nodiscard]] Captions captionsOf(const AVPacket& packet);
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "burnin/burnin_options.h"
+
+#include "cli/option_values.h"
+#include "media/failure.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr char kDescription[] =
+    "Burn timecode, clock, source format, texts, a watermark, captions and meters into a video.";
+constexpr unsigned kLargestSize = 20;  // of the timecode rows
+
+constexpr char kMore[] =
+    "Uncompressed video (v210, UYVY, YUY2, YVYU, 24- and 32-bit RGB) is drawn on in place: pixels\n"
+    "outside the texts stay as they are, bit for bit. Other video is decoded, drawn on and\n"
+    "encoded, losslessly unless --codec says otherwise. Sound and all else is copied.\n"
+    "\n"
+    "Examples:\n"
+    "  nkdraw burnin reel.mov burnt.mov\n"
+    "      The file's own timecode, at the lower left.\n"
+    "  nkdraw burnin --clock --text 96,54,\"Reel 7\" reel.mov burnt.mov\n"
+    "      Timecode, wall clock and a text whose upper left corner is at 96,54.\n"
+    "  nkdraw burnin --start-timecode '10:00:00;00' --codec libx264:crf=18 in.mov out.mov\n"
+    "      A viewing copy that starts at ten o'clock, drop-frame.\n"
+    "  nkdraw burnin --still 100 reel.mov frame100.png\n"
+    "  nkdraw burnin --layout v210 --pattern-size 1280x720 bars.mov\n"
+    "      A moving test pattern with timecode.\n"
+    "\n"
+    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing; 129, 130 and 143\n"
+    "interrupted. More in nkdraw(1).";
+
+/// The glyphs beyond 7-bit ASCII are out of reach, and control codes have none that mean anything.
+bool canBeDrawn(char character) {
+  return character >= ' ' && character <= '~';
+}
+
+PlacedText readText(const std::string& argument) {
+  std::string_view left = argument;
+  const auto at = takePair(left, ',');
+  if (!at || !take(left, ',') || left.empty())
+    badValue("--text", argument, "write X,Y,TEXT, for example 96,54,\"Reel 7\"");
+  if (!std::ranges::all_of(left, canBeDrawn))
+    badValue("--text", argument, "use printable ASCII characters");
+  if (left.size() > kLongestText)
+    badValue("--text", argument.substr(0, 40) + "...",
+             "use at most " + std::to_string(kLongestText) + " characters");
+  return {*at, std::string(left)};
+}
+
+/// The broadcast rates that are usually written short: 29.97 is 30000/1001.
+AVRational exactRate(AVRational rate) {
+  constexpr double kNear = 0.006;
+  for (const int whole : {24, 30, 48, 60, 120}) {
+    const AVRational exact = {whole * 1000, 1001};
+    if (std::abs(av_q2d(rate) - av_q2d(exact)) < kNear)
+      return exact;
+  }
+  return rate;
+}
+
+}  // namespace
+
+void BurninArguments::addTo(CLI::App& command) {
+  command.description(kDescription);
+  command.footer(kMore);
+  command.add_option("INPUT", input_, "The clip; left out with --layout")->type_name("");
+  command.add_option("OUTPUT", output_, "The clip to write; its suffix says what kind of file")
+      ->type_name("");
+  addOverlayTo(command);
+  addLookTo(command);
+  layers_.addTo(command);
+  addWritingTo(command);
+  addPatternTo(command);
+  command.add_flag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
+  command.add_flag("-v,--verbose", verbose_, "Say more, with FFmpeg's messages");
+}
+
+void BurninArguments::addOverlayTo(CLI::App& command) {
+  constexpr char kGroup[] = "What is burnt in";
+  command.add_flag("--ltc", ltc_, "The row with the timecode (on by default)")->group(kGroup);
+  command.add_flag("--no-ltc", noLtc_, "Leave it out")->group(kGroup);
+  command.add_flag("--vitc", vitc_, "A second row with the timecode, for VITC")->group(kGroup);
+  command.add_flag("--clock", clock_, "A row with the time of day")->group(kGroup);
+  command.add_flag("--format-line", formatLine_, "A line that names the source's format")
+      ->group(kGroup);
+  command
+      .add_option("--text", texts_,
+                  "A text with its upper left corner at that pixel, up to\n"
+                  "ten times; characters are 24 pixels wide, 31 rows high")
+      ->type_name("X,Y,TEXT")
+      ->allow_extra_args(false)
+      ->group(kGroup);
+  command
+      .add_option("--start-timecode", startTimecode_,
+                  "The first frame's timecode, instead of the file's;\n"
+                  "';' before the frames counts drop-frame")
+      ->type_name("HH:MM:SS:FF")
+      ->group(kGroup);
+}
+
+void BurninArguments::addLookTo(CLI::App& command) {
+  constexpr char kGroup[] = "How it looks";
+  command
+      .add_option("--position", position_,
+                  "Upper left corner of the timecode rows (lower left of\nthe frame by default)")
+      ->type_name("X,Y")
+      ->group(kGroup);
+  command
+      .add_option("--size", size_,
+                  "Magnification of the timecode rows' 8 by 10 pixel\n"
+                  "characters, 1 to 20 (by the frame's height: 4 at 1080)")
+      ->type_name("N")
+      ->group(kGroup);
+  command.add_flag("--fill", fill_, "A black box behind the texts (on by default)")->group(kGroup);
+  command.add_flag("--no-fill", noFill_, "Leave it out")->group(kGroup);
+}
+
+void BurninArguments::addWritingTo(CLI::App& command) {
+  constexpr char kGroup[] = "What is written";
+  command
+      .add_option("--frames", frames_,
+                  "These frames only, counted from 0, with the sound that\nbelongs to them")
+      ->type_name("FROM-TO")
+      ->group(kGroup);
+  command.add_option("--still", still_, "Frame N as a picture; OUTPUT ends in .png")
+      ->type_name("N")
+      ->group(kGroup);
+  command
+      .add_option("--codec", codec_,
+                  "Encode with this encoder of FFmpeg (losslessly, by\n"
+                  "layout and kind of file)")
+      ->type_name("NAME[:KEY=VALUE...]")
+      ->group(kGroup);
+  command.add_flag("--overwrite", overwrite_, "Replace OUTPUT if it exists")->group(kGroup);
+  command.add_flag("--dry-run", dryRun_, "Say what would be done and write nothing")->group(kGroup);
+}
+
+void BurninArguments::addPatternTo(CLI::App& command) {
+  constexpr char kGroup[] = "Test pattern";
+  command.add_option("--layout", layout_, "Burn into a test pattern in this layout")
+      ->type_name("NAME")
+      ->group(kGroup);
+  command.add_option("--pattern-size", patternSize_, "Its frame size (1920x1080)")
+      ->type_name("WxH")
+      ->group(kGroup);
+  command.add_option("--pattern-rate", patternRate_, "Its frames a second (25)")
+      ->type_name("RATE")
+      ->group(kGroup);
+  command.add_option("--pattern-frames", patternFrames_, "How many frames it has (250)")
+      ->type_name("N")
+      ->group(kGroup);
+}
+
+BurninOptions BurninArguments::read() const {
+  BurninOptions options;
+  options.overwrite = overwrite_;
+  options.dryRun = dryRun_;
+  options.listLayouts = listLayouts_;
+  options.verbose = verbose_;
+  if (listLayouts_)
+    return options;
+  readFiles(options);
+  readOverlay(options.overlay);
+  readRange(options);
+  readPattern(options);
+  if (startTimecode_ && startTimecode_->empty())
+    badValue("--start-timecode", "", "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
+  options.startTimecode = startTimecode_;
+  if (codec_ && codec_->empty())
+    badValue("--codec", "", "see ffmpeg -encoders");
+  options.codec = codec_;
+  if (options.still && options.codec)
+    badValue("--codec", *codec_, "leave it out: a still is always PNG");
+  return options;
+}
+
+void BurninArguments::readFiles(BurninOptions& options) const {
+  if (!input_)
+    throw Failure(ExitCode::kUsage, "no files named", "nkdraw burnin",
+                  "give INPUT and OUTPUT; see nkdraw burnin --help");
+  if (!output_ && !layout_)
+    throw Failure(ExitCode::kUsage, "only one file named", *input_,
+                  "give INPUT and OUTPUT, or --layout for a test pattern");
+  if (output_)
+    options.input = input_;
+  options.output = output_.value_or(*input_);
+  if (options.output.empty() || input_->empty())
+    throw Failure(ExitCode::kUsage, "a file name is empty", "nkdraw burnin",
+                  "give INPUT and OUTPUT");
+}
+
+void BurninArguments::readOverlay(OverlayRequest& overlay) const {
+  if ((ltc_ && noLtc_) || (fill_ && noFill_))
+    throw Failure(ExitCode::kUsage, "options that exclude each other",
+                  ltc_ && noLtc_ ? "--ltc and --no-ltc" : "--fill and --no-fill",
+                  "give one of them");
+  const OverlaySettings settings = layers_.settings();
+  overlay = settings.request;
+  overlay.ltc = (overlay.ltc || ltc_) && !noLtc_;
+  overlay.vitc = overlay.vitc || vitc_;
+  overlay.clock = overlay.clock || clock_;
+  overlay.formatLine = overlay.formatLine || formatLine_;
+  readLook(overlay);
+  readTexts(overlay);
+  layers_.apply(settings, overlay);
+  const bool hasRows = overlay.ltc || overlay.vitc || overlay.clock;
+  if (hasRows && overlay.size && (*overlay.size < 1 || *overlay.size > kLargestSize))
+    throw Failure(ExitCode::kUsage, "the settings have no size that rows can have",
+                  "TimeCodeSize " + std::to_string(*overlay.size), "give --size N, 1 to 20");
+  if (!hasRows && !overlay.formatLine && overlay.texts.empty() && !overlay.watermark &&
+      !overlay.captions && !overlay.meters)
+    throw Failure(ExitCode::kUsage, "nothing to burn in", noLtc_ ? "--no-ltc" : "--settings",
+                  "ask for a row, the format line, a text or another layer");
+}
+
+void BurninArguments::readLook(OverlayRequest& overlay) const {
+  overlay.fill = (overlay.fill || fill_) && !noFill_;
+  if (size_)
+    overlay.size = static_cast<unsigned>(
+        readNumber("--size", *size_, 1, kLargestSize, "write a whole number from 1 to 20"));
+  if (position_) {
+    std::string_view left = *position_;
+    overlay.position = takePair(left, ',');
+    if (!overlay.position || !left.empty())
+      badValue("--position", *position_, "write X,Y in pixels");
+  }
+}
+
+void BurninArguments::readTexts(OverlayRequest& overlay) const {
+  if (texts_.size() > kMostTexts)
+    throw Failure(ExitCode::kUsage, "too many texts", std::to_string(texts_.size()),
+                  "give --text at most ten times");
+  if (!texts_.empty())
+    overlay.texts.clear();
+  for (const std::string& text : texts_)
+    overlay.texts.push_back(readText(text));
+}
+
+void BurninArguments::readRange(BurninOptions& options) const {
+  if (still_) {
+    if (frames_)
+      badValue("--frames", *frames_, "leave it out: --still names the frame");
+    options.still = true;
+    const std::int64_t frame = readNumber("--still", *still_, 0, kMostFrames,
+                                          "write the number of a frame, counted from 0");
+    options.range = {frame, frame};
+  }
+  const bool isPicture = av_match_ext(options.output.c_str(), "png") != 0;
+  if (options.still != isPicture)
+    throw Failure(
+        ExitCode::kUsage, isPicture ? "a picture needs a frame" : "a still is written as PNG",
+        options.output, isPicture ? "give --still N" : "name an output that ends in .png");
+  if (!frames_)
+    return;
+  std::string_view left = *frames_;
+  const auto first = takeNumber<std::int64_t>(left);
+  const auto last = take(left, '-') ? takeNumber<std::int64_t>(left) : std::nullopt;
+  if (!first || !last || !left.empty() || *first < 0 || *last < *first)
+    badValue("--frames", *frames_, "write FROM-TO, counted from 0, for example 100-199");
+  options.range = {std::min(*first, kMostFrames), std::min(*last, kMostFrames)};
+}
+
+void BurninArguments::readPattern(BurninOptions& options) const {
+  const bool any = layout_ || patternSize_ || patternRate_ || patternFrames_;
+  if (any && options.input)
+    throw Failure(ExitCode::kUsage, "the test pattern's options don't go with an input",
+                  *options.input, "leave out --layout and --pattern-...");
+  if (layout_) {
+    options.layout = layoutNamed(*layout_);
+    if (options.layout == nullptr)
+      badValue("--layout", *layout_, "see nkdraw burnin --list-layouts");
+  }
+  if (patternSize_) {
+    std::string_view left = *patternSize_;
+    const auto size = takePair(left, 'x');
+    constexpr int kSmallest = 32, kLargest = 16384;
+    if (!size || !left.empty() || std::min(size->x, size->y) < kSmallest ||
+        std::max(size->x, size->y) > kLargest)
+      badValue("--pattern-size", *patternSize_, "write WxH, 32x32 to 16384x16384");
+    options.pattern.width = size->x;
+    options.pattern.height = size->y;
+  }
+  if (patternRate_) {
+    AVRational rate = {};
+    if (av_parse_ratio(&rate, patternRate_->c_str(), 1001000, AV_LOG_QUIET, nullptr) < 0 ||
+        rate.num <= 0 || rate.den <= 0)
+      badValue("--pattern-rate", *patternRate_, "write frames a second: 25, 29.97, 30000/1001");
+    options.pattern.rate = exactRate(rate);
+  }
+  if (patternFrames_)
+    options.pattern.frames = readNumber("--pattern-frames", *patternFrames_, 1, kMostFrames,
+                                        "write how many frames, 1 or more");
+}
+
+}  // namespace nkdraw::tool

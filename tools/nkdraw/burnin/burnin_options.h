@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The command line of `nkdraw burnin`.
+#pragma once
+
+#include "burnin/job.h"
+#include "burnin/layer_options.h"
+#include "burnin/overlay_plan.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace nkdraw::tool {
+
+struct PatternOptions {
+  int width = 1920, height = 1080;
+  AVRational rate = {25, 1};
+  std::int64_t frames = 250;
+};
+
+/// What a run was asked for.
+struct BurninOptions {
+  std::optional<std::string> input;  // none: the test pattern
+  std::string output;
+  OverlayRequest overlay;
+  std::optional<std::string> startTimecode;
+  FrameRange range;
+  bool still = false;  // the range is one frame, the output a picture
+  std::optional<std::string> codec;
+  const Layout* layout = nullptr;  // of the test pattern
+  PatternOptions pattern;
+  bool overwrite = false, dryRun = false, listLayouts = false, verbose = false;
+};
+
+/// The options as they stand on the command line.
+class BurninArguments {
+ public:
+  /// Puts them on the command line of a sub-command, which they must outlive.
+  void addTo(CLI::App& command);
+
+  /// What they mean. Throws Failure for values that can't be.
+  [[nodiscard]] BurninOptions read() const;
+
+ private:
+  void addOverlayTo(CLI::App& group);
+  void addLookTo(CLI::App& group);
+  void addWritingTo(CLI::App& group);
+  void addPatternTo(CLI::App& group);
+  void readFiles(BurninOptions& options) const;
+  void readOverlay(OverlayRequest& overlay) const;
+  void readLook(OverlayRequest& overlay) const;
+  void readTexts(OverlayRequest& overlay) const;
+  void readRange(BurninOptions& options) const;
+  void readPattern(BurninOptions& options) const;
+
+  std::optional<std::string> input_, output_;  // one alone is the output
+  std::vector<std::string> texts_;
+  std::optional<std::string> position_, size_, startTimecode_, frames_, still_, codec_;
+  std::optional<std::string> layout_, patternSize_, patternRate_, patternFrames_;
+  LayerArguments layers_;
+  bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, formatLine_ = false;
+  bool fill_ = false, noFill_ = false;
+  bool overwrite_ = false, dryRun_ = false, listLayouts_ = false, verbose_ = false;
+};
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Captions from a file of their own, Scenarist SCC.
+#pragma once
+
+#include "burnin/overlay_session.h"
+#include "media/libav.h"
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+
+namespace nkdraw::tool {
+
+class CaptionTrack {
+ public:
+  /// Reads the file. Times become frame numbers at `rate`; the pairs of a line follow each other
+  /// frame by frame, and wait while an earlier line is not through. Throws Failure.
+  CaptionTrack(const std::string& path, AVRational rate);
+
+  /// What comes with frame `index`, counted from the clip's first.
+  [[nodiscard]] Captions at(std::int64_t index) const;
+
+ private:
+  using Triplet = std::array<std::uint8_t, 3>;
+
+  void add(const AVPacket& line, AVRational timeBase, AVRational rate);
+
+  std::map<std::int64_t, Triplet> triplets_;
+};
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "burnin/clip_plan.h"
+
+#include "burnin/layer_sources.h"
+#include "media/clip_facts.h"
+#include "media/drawn_format.h"
+#include "media/failure.h"
+#include "media/output_file.h"
+#include "media/raw_stream.h"
+
+#include <algorithm>
+
+namespace nkdraw::tool {
+namespace {
+
+TimeWindow windowOf(MediaInput& input, const Job& job) {
+  constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
+  AVStream& video = input.video();
+  const std::int64_t fileStart =
+      input.file().start_time != AV_NOPTS_VALUE ? input.file().start_time : 0;
+  const std::int64_t videoStart =
+      video.start_time != AV_NOPTS_VALUE
+          ? av_rescale_q(video.start_time, video.time_base, kMicroseconds)
+          : fileStart;
+  if (job.range.isWhole())
+    return {.shift = fileStart, .video = videoStart};
+  const AVRational frameTime = av_inv_q(job.frames.rate);
+  const std::int64_t first = videoStart + av_rescale_q(job.range.first, frameTime, kMicroseconds);
+  const std::int64_t end = videoStart + av_rescale_q(job.range.last + 1, frameTime, kMicroseconds);
+  return {.shift = first, .video = first, .first = first, .end = end};
+}
+
+void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options) {
+  const Job& job = plan.job;
+  const bool counts = countsAllFrames(job.timecode, job.frames.rate);
+  if (!counts)
+    plan.timecodeTag = "";
+  else if (job.timecode.known)
+    plan.timecodeTag = timecodeText(job.timecode, job.range.first);
+  plan.format = &formatFor(options.output);
+  if (!job.inPlace)
+    plan.codec = chooseCodec(options.codec, plan.drawn, *plan.format);
+  else if (!isSameKind(*input.file().iformat, *plan.format))
+    checkKeeps(*plan.format, *job.layout);
+  plan.fates = streamFates(input, *plan.format);
+  if (!counts)
+    std::ranges::replace(plan.fates, StreamFate::kTimecode, StreamFate::kLeaveOut);
+}
+
+const char* fateText(StreamFate fate) {
+  switch (fate) {
+    case StreamFate::kCopy:
+      return "copied";
+    case StreamFate::kTimecode:
+      return "kept as the video's timecode";
+    default:
+      return "left out";
+  }
+}
+
+}  // namespace
+
+ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
+  ClipPlan plan;
+  Job& job = plan.job;
+  const Layout* const own = ownLayout(input);
+  job.inPlace = own != nullptr && !options.codec;
+  if (!job.inPlace)
+    plan.drawn = drawnFormat(decodedFormat(input));
+  job.layout = job.inPlace ? own : &canvasFor(plan.drawn);
+  job.frames = framesOf(input, own);
+  job.frames.pairs = isYCbCr(job.layout->type);
+  job.timecode = options.startTimecode ? timecodeFromOption(*options.startTimecode, job.frames.rate)
+                                       : timecodeOf(input.file(), input.video(), job.frames.rate);
+  job.range = options.range;
+  job.plan = planOverlay(options.overlay, job.frames, job.timecode);
+  job.captions = captionsFor(job);
+  job.sound = job.plan.request.meters ? soundOf(input) : nullptr;
+  plan.window = windowOf(input, job);
+  if (!options.still)
+    planOutput(plan, input, options);
+  return plan;
+}
+
+std::string rangeText(FrameRange range) {
+  if (range.isWhole())
+    return "all";
+  return std::to_string(range.first) + (range.isBounded() && range.last != range.first
+                                            ? " to " + std::to_string(range.last)
+                                            : "");
+}
+
+void describe(std::FILE* to, const Job& job) {
+  std::fprintf(to, "frames    %dx%d, %s, %s\n", job.frames.width, job.frames.height,
+               rateText(job.frames.rate).c_str(),
+               job.frames.interlaced ? "interlaced" : "progressive");
+  std::fprintf(to, "layout    %s: %s\n", std::string(job.layout->name).c_str(),
+               std::string(job.layout->description).c_str());
+  std::fprintf(to, "timecode  %s, %s%s\n", timecodeText(job.timecode, 0).c_str(),
+               job.timecode.origin.c_str(),
+               countsAllFrames(job.timecode, job.frames.rate)
+                   ? ""
+                   : "; not written to the file, which would count otherwise at this rate");
+  for (const TextBox& box : job.plan.boxes)
+    std::fprintf(to, "burn in   %s \"%s\": %d,%d to %lld,%lld, magnified %u\n", box.what.c_str(),
+                 box.text.c_str(), box.at.x, box.at.y, static_cast<long long>(box.right() - 1),
+                 static_cast<long long>(box.bottom() - 1), box.magnification);
+  for (const LayerBox& layer : job.plan.layers)
+    std::fprintf(to, "burn in   %s, %s: %d,%d to %d,%d\n", layer.what.c_str(), layer.source.c_str(),
+                 layer.at.x, layer.at.y, layer.at.x + layer.size.x - 1,
+                 layer.at.y + layer.size.y - 1);
+  std::fprintf(to, "written   %s\n",
+               job.range.isWhole() ? "all frames" : ("frames " + rangeText(job.range)).c_str());
+}
+
+void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
+              const BurninOptions& options) {
+  const std::int64_t frames = input.video().nb_frames;  // 0 where the file doesn't say
+  std::fprintf(to, "input     %s: %s, %s%s\n", input.path().c_str(), input.file().iformat->name,
+               avcodec_get_name(input.video().codecpar->codec_id),
+               frames > 0 ? (", " + std::to_string(frames) + " frames").c_str() : "");
+  std::fprintf(to, "road      %s\n",
+               plan.job.inPlace ? "in place: the file's own frames are drawn on"
+                                : "converting: frames are decoded and converted");
+  describe(to, plan.job);
+  for (std::size_t i = 0; i < plan.fates.size(); ++i) {
+    if (plan.fates[i] == StreamFate::kBurn)
+      continue;
+    std::fprintf(to, "stream %zu  %s: %s\n", i, describe(*input.file().streams[i]).c_str(),
+                 fateText(plan.fates[i]));
+  }
+  std::string codec = "unchanged";
+  if (options.still)
+    codec = "png, one picture";
+  else if (plan.codec)
+    codec =
+        std::string(plan.codec->codec->name) + ", " + av_get_pix_fmt_name(plan.codec->pixelFormat);
+  std::fprintf(to, "codec     %s\n", codec.c_str());
+  std::fprintf(to, "output    %s%s%s\n", options.output.c_str(), plan.format != nullptr ? ": " : "",
+               plan.format != nullptr ? plan.format->name : "");
+}
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Everything that is settled about a clip before its first frame: the road, the layout, the
+// timecode, the texts' places, the codec and the output.
+#pragma once
+
+#include "burnin/burnin_options.h"
+#include "burnin/job.h"
+#include "media/media_input.h"
+#include "media/stream_copy.h"
+#include "media/video_encoder.h"
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nkdraw::tool {
+
+struct ClipPlan {
+  Job job;
+  AVPixelFormat drawn = AV_PIX_FMT_NONE;   // of decoded frames
+  const AVOutputFormat* format = nullptr;  // null for a still
+  std::optional<CodecChoice> codec;        // when frames are encoded
+  std::vector<StreamFate> fates;
+  TimeWindow window;
+  std::optional<std::string> timecodeTag;  // the first written frame's; empty to drop the input's
+};
+
+/// Throws Failure for what can't be done.
+[[nodiscard]] ClipPlan planClip(MediaInput& input, const BurninOptions& options);
+
+/// "all", "5" or "5 to 9"
+[[nodiscard]] std::string rangeText(FrameRange range);
+
+/// Tells a person, a line for each fact.
+void describe(std::FILE* to, const Job& job);
+void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan, const BurninOptions& options);
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// What a burn-in settles before the first frame.
+#pragma once
+
+#include "burnin/overlay_plan.h"
+#include "media/frame_kind.h"
+#include "media/layouts.h"
+#include "media/timecode_source.h"
+
+#include <memory>
+
+namespace nkdraw::tool {
+
+class CaptionTrack;
+struct SoundTrack;
+
+/// One clip's burn-in.
+struct Job {
+  const Layout* layout = nullptr;  // of the frames that are drawn on
+  bool inPlace = false;            // they are the file's own packets
+  FrameKind frames;
+  TimecodeStart timecode;
+  OverlayPlan plan;
+  FrameRange range;
+  std::shared_ptr<const CaptionTrack> captions;  // from a file of their own
+  std::shared_ptr<const SoundTrack> sound;       // for the meters
+};
+
+}  // namespace nkdraw::tool

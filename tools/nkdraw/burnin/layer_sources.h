@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Where meters and captions get what they show.
+#pragma once
+
+#include "burnin/caption_track.h"
+#include "burnin/job.h"
+#include "burnin/meter_feed.h"
+#include "media/media_input.h"
+
+#include <memory>
+
+namespace nkdraw::tool {
+
+/// The captions that the job's plan has in a file; null without one. Throws Failure.
+[[nodiscard]] std::shared_ptr<const CaptionTrack> captionsFor(const Job& job);
+
+/// The clip's first sound. Throws Failure when it has none that can be metered.
+[[nodiscard]] std::shared_ptr<const SoundTrack> soundOf(MediaInput& input);
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "burnin/overlay_plan.h"
+
+#include "media/failure.h"
+
+#include <nkdraw/platform/media_names.h>
+#include <nkdraw/text/label_glyphs.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr int kCellWidth = static_cast<int>(kGlyphWidth),
+              kCellHeight = static_cast<int>(kGlyphHeight);
+constexpr unsigned kTextMagnification = 3;  // the library's, for the format line and the texts
+// The default size grows by one for every so many lines: 2 at 360, 4 at 1080, 8 at 2160.
+constexpr int kLinesPerSize = 270, kLinesBefore = 180;
+constexpr int kMarginShare = 20;  // the default margins are this part of the frame
+constexpr char kLongestClock[] = "00:00:00.000";
+
+int even(int value) {
+  return value & ~1;
+}
+
+/// The rows of the timecode block from top to bottom.
+std::vector<TextBox> timecodeRows(const OverlayRequest& request, const TimecodeStart& timecode) {
+  std::vector<TextBox> rows;
+  const std::string start = timecodeText(timecode, 0);
+  if (request.ltc)
+    rows.push_back({"LTC row", start, {}, 1});
+  if (request.vitc)
+    rows.push_back({"VITC row", start, {}, 1});
+  if (request.clock)
+    rows.push_back({"clock row", kLongestClock, {}, 1});
+  return rows;
+}
+
+/// The largest size, up to the one that suits the frame's height, at which the rows fit.
+unsigned defaultSize(const std::vector<TextBox>& rows, const FrameKind& frames) {
+  std::size_t longest = 1;
+  for (const TextBox& row : rows)
+    longest = std::max(longest, row.text.size());
+  const int step = frames.interlaced ? 2 : 1;
+  int size = std::clamp((frames.height + kLinesBefore) / kLinesPerSize, step, 20);
+  size -= size % step;
+  const auto fits = [&](int candidate) {
+    return static_cast<int>(longest) * kCellWidth * candidate <= frames.width &&
+           static_cast<int>(rows.size()) * kCellHeight * candidate < frames.height;
+  };
+  while (size > step && !fits(size))
+    size -= step;
+  return static_cast<unsigned>(size);
+}
+
+/// A margin that leaves room for `extent` pixels, as far as there is any.
+int margin(int frame, int extent) {
+  return even(std::clamp(frame / kMarginShare, 0, std::max((frame - extent) / 2, 0)));
+}
+
+std::string formatLine(const FrameKind& frames) {
+  char text[512];
+  const float rate = static_cast<float>(frames.rate.num) / static_cast<float>(frames.rate.den);
+  std::snprintf(text, sizeof text, "%.2f %s %s %dx%d %s", static_cast<double>(rate),
+                hzwutilFileTypeString(frames.fileType), hzwutilCodecTypeString(frames.sourceCode),
+                frames.width, frames.height, frames.interlaced ? "i" : "p");
+  return text;
+}
+
+std::string coordinates(Point point) {
+  return std::to_string(point.x) + "," + std::to_string(point.y);
+}
+
+/// The far corners, the first column and row beyond, count as inside.
+void checkInside(const std::string& what, Point at, std::int64_t right, std::int64_t bottom,
+                 const FrameKind& frames, const std::string& advice) {
+  const char* const side = at.x < 0                 ? "left"
+                           : at.y < 0               ? "upper"
+                           : right > frames.width   ? "right"
+                           : bottom > frames.height ? "lower"
+                                                    : nullptr;
+  if (side == nullptr)
+    return;
+  throw Failure(ExitCode::kUsage, what + " leaves the frame at the " + side + " edge",
+                std::to_string(right - at.x) + "x" + std::to_string(bottom - at.y) + " pixels at " +
+                    coordinates(at) + " in a frame of " + std::to_string(frames.width) + "x" +
+                    std::to_string(frames.height),
+                advice);
+}
+
+/// The panel, with the mark of the faintest peak below it.
+constexpr Point kMeterPanel = {281, 213};
+
+void addLayer(OverlayPlan& plan, const FrameKind& frames, const LayerBox& box,
+              const std::string& option) {
+  checkInside(box.what, box.at, std::int64_t{box.at.x} + box.size.x,
+              std::int64_t{box.at.y} + box.size.y, frames, "give another place with " + option);
+  plan.layers.push_back(box);
+}
+
+/// The watermark's and the captions' rows would be sought where a single pixel's half pair is not.
+void checkPairs(const OverlayRequest& request, const FrameKind& frames) {
+  if (frames.pairs && frames.width % 2 != 0 && (request.watermark || request.captions))
+    throw Failure(ExitCode::kUsage, "no watermark and no captions in 4:2:2 of odd width",
+                  std::to_string(frames.width) + "x" + std::to_string(frames.height),
+                  "make the width even first");
+}
+
+void planLayers(OverlayPlan& plan, const FrameKind& frames) {
+  OverlayRequest& request = plan.request;
+  checkPairs(request, frames);
+  if (request.watermark) {
+    WatermarkRequest& watermark = *request.watermark;
+    if (frames.pairs)
+      watermark.at.x = even(watermark.at.x);
+    addLayer(plan, frames, {"watermark", watermark.path, watermark.at, watermark.size},
+             "--watermark-at");
+  }
+  if (request.meters) {
+    if (frames.interlaced)
+      request.meters->y = even(request.meters->y);
+    addLayer(plan, frames, {"meter panel", "the clip's sound", *request.meters, kMeterPanel},
+             "--meters-at");
+  }
+  if (request.captions)
+    plan.layers.push_back(
+        {std::string("captions ") + kCaptionChannels[request.captions->source - 1],
+         request.captions->file.value_or("the clip's own"),
+         {},
+         {frames.width, frames.height}});
+}
+
+}  // namespace
+
+std::int64_t TextBox::right() const {
+  return std::int64_t{at.x} + std::ssize(text) * kCellWidth * magnification;
+}
+
+std::int64_t TextBox::bottom() const {
+  return std::int64_t{at.y} + std::int64_t{kCellHeight} * magnification + 1;
+}
+
+std::vector<RowSpan> OverlayPlan::rows() const {
+  std::vector<RowSpan> spans;
+  for (const TextBox& box : boxes)
+    spans.push_back({box.at.y, static_cast<int>(box.bottom())});
+  for (const LayerBox& layer : layers)
+    spans.push_back({layer.at.y, layer.at.y + layer.size.y});
+  std::ranges::sort(spans, {}, &RowSpan::first);
+  std::vector<RowSpan> joined;
+  for (const RowSpan span : spans) {
+    if (joined.empty() || span.first > joined.back().end)
+      joined.push_back(span);
+    else
+      joined.back().end = std::max(joined.back().end, span.end);
+  }
+  return joined;
+}
+
+CanvasUse OverlayPlan::canvasUse() const {
+  if (request.watermark)
+    return CanvasUse::kWatermark;
+  const auto isWhole = [](const TextBox& box) {
+    return box.at.x % 2 == 0 && box.magnification % 2 == 0;
+  };
+  return layers.empty() && std::ranges::all_of(boxes, isWhole) ? CanvasUse::kWholePairs
+                                                               : CanvasUse::kStrokes;
+}
+
+OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
+                        const TimecodeStart& timecode) {
+  OverlayPlan plan;
+  plan.request = request;
+  const auto row = [&](int y) { return frames.interlaced ? even(y) : y; };
+  const auto add = [&](const TextBox& box) {
+    checkInside(box.what, box.at, box.right(), box.bottom(), frames,
+                "move it, shorten it or make it smaller");
+    plan.boxes.push_back(box);
+  };
+
+  std::vector<TextBox> block = timecodeRows(request, timecode);
+  plan.timecodeSize = request.size.value_or(defaultSize(block, frames));
+  if (frames.interlaced)  // the overlay makes sizes even on interlaced frames
+    plan.timecodeSize = std::max(plan.timecodeSize & ~1U, 2U);
+  const int lineHeight = kCellHeight * static_cast<int>(plan.timecodeSize);
+  if (!block.empty()) {
+    std::size_t longest = 0;
+    for (const TextBox& line : block)
+      longest = std::max(longest, line.text.size());
+    const int width = static_cast<int>(longest) * kCellWidth * static_cast<int>(plan.timecodeSize);
+    const int height = static_cast<int>(block.size()) * lineHeight + 1;
+    const int top = frames.height - height - margin(frames.height, height);
+    plan.timecodeAt =
+        request.position.value_or(Point{margin(frames.width, width), top >= 0 ? even(top) : top});
+  }
+  plan.timecodeAt.y = row(plan.timecodeAt.y);
+  for (TextBox& line : block) {
+    line.at = {plan.timecodeAt.x,
+               plan.timecodeAt.y + static_cast<int>(plan.boxes.size()) * lineHeight};
+    line.magnification = plan.timecodeSize;
+    add(line);
+  }
+
+  if (request.formatLine) {
+    TextBox box = {"format line", formatLine(frames), {}, kTextMagnification};
+    plan.formatAt =
+        request.formatAt.value_or(Point{margin(frames.width, static_cast<int>(box.right())),
+                                        margin(frames.height, static_cast<int>(box.bottom()))});
+    plan.formatAt.y = row(plan.formatAt.y);
+    box.at = plan.formatAt;
+    add(box);
+  }
+  for (PlacedText& placed : plan.request.texts) {
+    placed.at.y = row(placed.at.y);
+    const auto number = static_cast<std::size_t>(&placed - plan.request.texts.data()) + 1;
+    add({"text " + std::to_string(number), placed.text, placed.at, kTextMagnification});
+  }
+  planLayers(plan, frames);
+  return plan;
+}
+
+}  // namespace nkdraw::tool

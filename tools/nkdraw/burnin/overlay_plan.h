@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// What is burnt in, and where: the user's wishes, the defaults that fit the frame, and the check
+// that all of it lies inside the frame.
+#pragma once
+
+#include "cli/point.h"
+#include "media/canvas_stage.h"
+#include "media/frame_kind.h"
+#include "media/libav.h"
+#include "media/timecode_source.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nkdraw::tool {
+
+struct PlacedText {
+  Point at;
+  std::string text;
+};
+
+struct WatermarkRequest {
+  std::string path;
+  Point at;
+  Point size;  // of the picture
+};
+
+/// The caption channels by the overlay's CaptionSource, from 1 on.
+inline constexpr const char* kCaptionChannels[] = {"CC1", "CC2", "CC3", "CC4",
+                                                   "T1",  "T2",  "T3",  "T4"};
+
+struct CaptionRequest {
+  std::optional<std::string> file;  // none: the clip's own
+  unsigned source = 1;              // the overlay's CaptionSource
+  bool boxes = true;
+};
+
+/// What the user asks for. What is not set follows from the frame.
+struct OverlayRequest {
+  bool ltc = true, vitc = false, clock = false, formatLine = false, fill = true;
+  std::optional<Point> position, formatAt;
+  std::optional<unsigned> size;  // magnification of the timecode rows, 1 to 20
+  std::vector<PlacedText> texts;
+  std::optional<WatermarkRequest> watermark;
+  std::optional<CaptionRequest> captions;
+  std::optional<Point> meters;  // the panel's upper left corner
+};
+
+/// One line of text in the frame. Cells are 8 by 10 pixels times the magnification, and one line
+/// more.
+struct TextBox {
+  std::string what;  // "LTC row", "text 2"
+  std::string text;  // an example, for what changes from frame to frame
+  Point at;
+  unsigned magnification;
+
+  // The first column and the first row beyond, also of a box that no frame could hold.
+  [[nodiscard]] std::int64_t right() const;
+  [[nodiscard]] std::int64_t bottom() const;
+};
+
+/// A part of the frame that is not text.
+struct LayerBox {
+  std::string what;  // "watermark"
+  std::string source;
+  Point at, size;
+};
+
+struct OverlayPlan {
+  OverlayRequest request;
+  Point timecodeAt, formatAt;
+  unsigned timecodeSize = 0;
+  std::vector<TextBox> boxes;  // in the order in which they are drawn
+  std::vector<LayerBox> layers;
+
+  /// The rows that the boxes cover, from top to bottom, without overlaps.
+  [[nodiscard]] std::vector<RowSpan> rows() const;
+  [[nodiscard]] CanvasUse canvasUse() const;
+};
+
+/// At most this many texts, of at most this many characters.
+inline constexpr std::size_t kMostTexts = 10;
+inline constexpr std::size_t kLongestText = 511;
+
+/// Throws Failure when something would leave the frame. Interlaced frames get even rows and sizes,
+/// watermarks an even column in 4:2:2.
+[[nodiscard]] OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
+                                      const TimecodeStart& timecode);
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "burnin/overlay_session.h"
+
+#include "cli/library_log.h"
+#include "media/failure.h"
+
+#include <nkdraw/draw/draw.h>
+#include <nkdraw/surface/factory.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr std::uint32_t kInterlacedFrames = 0x100;
+
+/// The columns of the canvas: a pair in 4:2:2 is always whole.
+int canvasWidth(const Layout& canvas, int width) {
+  return isYCbCr(canvas.type) ? width + width % 2 : width;
+}
+
+struct BlendedCode {
+  pixelType canvas;
+  std::uint32_t code;
+};
+/// What the overlay blends watermarks into, by codes of its own.
+constexpr BlendedCode kBlendedCodes[] = {
+    {ptBGRA32, 0},
+    {ptUYVY, MKTAG('y', 'u', 'v', '2')},
+    {ptV210, MKTAG('0', '1', '2', 'v')},
+};
+
+std::uint32_t codeOf(const Layout& canvas, bool watermark) {
+  const auto* const blended = std::ranges::find(kBlendedCodes, canvas.type, &BlendedCode::canvas);
+  return watermark && blended != std::end(kBlendedCodes) ? blended->code : canvas.compression;
+}
+
+HZWVIDEO headerOf(const Layout& canvas, const FrameKind& frames, bool watermark) {
+  HZWVIDEO header = {};
+  header.biSize = sizeof header;
+  header.biWidth = frames.width;
+  header.biHeight = frames.height;
+  header.biPlanes = 1;
+  header.biBitCount = canvas.bitCount;
+  header.biCompression = codeOf(canvas, watermark);
+  header.biSizeImage = static_cast<std::uint32_t>(packedPitch(canvas.type, frames.width) *
+                                                  static_cast<std::size_t>(frames.height));
+  header.redMask = canvas.redMask;
+  header.frameRate = static_cast<std::uint32_t>(frames.rate.num);
+  header.frameScale = static_cast<std::uint32_t>(frames.rate.den);
+  header.scanFlags = frames.interlaced ? kInterlacedFrames : 0;
+  return header;
+}
+
+HZWSYSTEM systemOf(const FrameKind& frames) {
+  HZWSYSTEM system = {};
+  system.size = sizeof system;
+  system.fileType = frames.fileType;
+  return system;
+}
+
+}  // namespace
+
+OverlaySession::OverlaySession(const OverlayPlan& plan, const FrameKind& frames,
+                               const TimecodeStart& timecode, const Layout& canvas)
+    : timecode_(timecode) {
+  place(plan);
+  const HZWVIDEO header = headerOf(canvas, frames, plan.request.watermark.has_value());
+  const HZWSYSTEM host = systemOf(frames);
+  Create(&header, &host);
+  timeCodeType = static_cast<std::uint32_t>(timecode.type);
+
+  videoHeader.bmiHeader.biWidth = canvasWidth(canvas, frames.width);
+  NKDraw* made = nullptr;
+  if (GetDraw(&videoHeader, nullptr, made) != 0)
+    throw Failure(ExitCode::kProcessing, "no surface draws in this layout",
+                  std::string(canvas.name), "see nkdraw burnin --list-layouts");
+  surface = made;
+  // With the surface made, the code only serves the format line, which names the source.
+  videoHeader.bmiHeader.biCompression = frames.sourceCode;
+  if (plan.request.captions)
+    openCaptions(header, *plan.request.captions);
+}
+
+OverlaySession::~OverlaySession() {
+  ccBurnClose(captionHandle);
+}
+
+/// The overlay would open them with the first frame, and go on without them if that failed.
+void OverlaySession::openCaptions(const HZWVIDEO& header, const CaptionRequest& request) {
+  const LibraryLog quiet;
+  captionHandle = ccBurnOpen(&header);
+  if (captionHandle == nullptr)
+    throw Failure(ExitCode::kProcessing, "captions can't be shown", "libnkcc.so",
+                  "install this module of nkdraw beside its libraries");
+  ccBurnSetCCType(captionHandle, request.source);
+  ccBurnSetCCDisplay(captionHandle, CaptionsEnable);
+}
+
+void OverlaySession::place(const OverlayPlan& plan) {
+  const OverlayRequest& request = plan.request;
+  Enabled = 1;
+  FillBackground = request.fill ? 1 : 0;
+  TimeCodeLTCEnable = request.ltc ? 1 : 0;
+  TimeCodeVITCEnable = request.vitc ? 1 : 0;
+  TimeCodeVsyncEnable = request.clock ? 1 : 0;
+  TimeCodeX = plan.timecodeAt.x;
+  TimeCodeY = plan.timecodeAt.y;
+  TimeCodeSize = plan.timecodeSize;
+  SourceFormatEnable = request.formatLine ? 1 : 0;
+  SourceFormatX = plan.formatAt.x;
+  SourceFormatY = plan.formatAt.y;
+  placeTexts(request);
+  placeLayers(request);
+}
+
+void OverlaySession::placeTexts(const OverlayRequest& request) {
+  static_assert(kMostTexts == kCustomTexts);
+  for (std::size_t slot = 0; slot < request.texts.size(); ++slot) {
+    const PlacedText& placed = request.texts[slot];
+    auto* const text = new char[kLongestText + 1]();
+    CustomText[slot] = text;
+    std::ranges::copy(placed.text, text);
+    CustomTextEnabled[slot] = 1;
+    CustomTextX[slot] = placed.at.x;
+    CustomTextY[slot] = placed.at.y;
+  }
+}
+
+void OverlaySession::placeLayers(const OverlayRequest& request) {
+  if (request.watermark) {
+    watermark_ = request.watermark->path;
+    SetWatermarkPath(watermark_.c_str());
+    WatermarkEnable = 1;
+    WatermarkX = request.watermark->at.x;
+    WatermarkY = request.watermark->at.y;
+  }
+  if (request.meters) {
+    AudioEnable = 1;
+    AudioX = request.meters->x;
+    AudioY = request.meters->y;
+  }
+  constexpr std::uint32_t kWithBoxes = 1, kCharactersAlone = 2;
+  if (request.captions)
+    CaptionsEnable = request.captions->boxes ? kWithBoxes : kCharactersAlone;
+}
+
+void OverlaySession::burn(std::uint8_t* canvas, std::int64_t index, const FrameExtras& extras) {
+  QFRAME frame = {};
+  frame.ltcCount = static_cast<std::uint32_t>(timecode_.frame + index);
+  frame.vitcCount = frame.ltcCount;
+  frame.frameBuffer = reinterpret_cast<char*>(canvas);
+  frame.captionData = extras.captions.data();
+  frame.captionBytes = static_cast<std::uint32_t>(extras.captions.size());
+  BurnIn(&frame, extras.levels, extras.peaks, 0);
+}
+
+void OverlaySession::pass(Captions captions) {
+  QFRAME frame = {};
+  frame.captionData = captions.data();
+  frame.captionBytes = static_cast<std::uint32_t>(captions.size());
+  ccBurnAddCCData(captionHandle, &frame);
+}
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The library's overlay, set up for one clip.
+#pragma once
+
+#include "burnin/overlay_plan.h"
+#include "media/layouts.h"
+
+#include <nkdraw/overlay/overlay.h>
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace nkdraw::tool {
+
+/// A frame's cc_data triplets.
+using Captions = std::span<const std::uint8_t>;
+
+/// What a frame brings along besides its picture. Levels and peaks are four words each, two
+/// channels a word, or null.
+struct FrameExtras {
+  Captions captions;
+  const std::uint32_t *levels = nullptr, *peaks = nullptr;
+};
+
+/// Burns what a plan asks for into the frames of one clip.
+class OverlaySession : private CNkOverlay {
+ public:
+  OverlaySession(const OverlayPlan& plan, const FrameKind& frames, const TimecodeStart& timecode,
+                 const Layout& canvas);
+  OverlaySession(const OverlaySession&) = delete;
+  OverlaySession& operator=(const OverlaySession&) = delete;
+  ~OverlaySession() override;
+
+  /// Draws on a packed frame of the canvas layout, the one `index` frames after the first.
+  void burn(std::uint8_t* canvas, std::int64_t index, const FrameExtras& extras);
+  /// Takes the captions of a frame that is not drawn on.
+  void pass(Captions captions);
+
+ private:
+  void place(const OverlayPlan& plan);
+  void placeTexts(const OverlayRequest& request);
+  void placeLayers(const OverlayRequest& request);
+  void openCaptions(const HZWVIDEO& header, const CaptionRequest& request);
+
+  std::string watermark_;  // its path
+  TimecodeStart timecode_;
+};
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "burnin/pattern_burnin.h"
+
+#include "burnin/burner.h"
+#include "burnin/clip_plan.h"
+#include "burnin/layer_sources.h"
+#include "burnin/test_pattern.h"
+#include "cli/progress.h"
+#include "media/failure.h"
+#include "media/interrupt.h"
+#include "media/media_output.h"
+#include "media/output_file.h"
+#include "media/picture_converter.h"
+#include "media/raw_stream.h"
+#include "media/still.h"
+#include "media/video_decoder.h"
+#include "media/video_encoder.h"
+
+#include <nkdraw/platform/media_names.h>
+
+#include <algorithm>
+#include <functional>
+
+namespace nkdraw::tool {
+namespace {
+
+void checkPatternHas(const OverlayRequest& request) {
+  if (request.meters)
+    throw Failure(ExitCode::kUsage, "the test pattern has no sound", "--meters",
+                  "leave it out, or name a clip");
+  if (request.captions && !request.captions->file)
+    throw Failure(ExitCode::kUsage, "the test pattern has no captions", "--captions",
+                  "give --captions-file, or name a clip");
+}
+
+Job planPattern(const BurninOptions& options) {
+  const PatternOptions& pattern = options.pattern;
+  Job job;
+  job.layout = options.layout;
+  job.inPlace = true;
+  job.frames = {pattern.width,
+                pattern.height,
+                pattern.rate,
+                false,
+                hzwFileNone,
+                options.layout->compression,
+                isYCbCr(options.layout->type)};
+  job.timecode = options.startTimecode ? timecodeFromOption(*options.startTimecode, pattern.rate)
+                                       : midnight(pattern.rate);
+  job.range = options.range;
+  job.range.last = std::min(job.range.last, pattern.frames - 1);
+  if (job.range.last < job.range.first)
+    throw Failure(ExitCode::kUsage, "the pattern ends before the frames asked for",
+                  std::to_string(pattern.frames) + " frames", "raise --pattern-frames");
+  checkPatternHas(options.overlay);
+  job.plan = planOverlay(options.overlay, job.frames, job.timecode);
+  job.captions = captionsFor(job);
+  return job;
+}
+
+/// Draws the pattern's frames, burns the overlay into them and hands them on as packets.
+class PatternSource {
+ public:
+  explicit PatternSource(const Job& job)
+      : job_(job),
+        pattern_(*job.layout, job.frames.width, job.frames.height),
+        burner_(job, Storage::kPacked) {}
+
+  void run(const std::function<void(AVPacket& packet)>& take) {
+    const Packet packet = makePacket();
+    for (std::int64_t index = job_.range.first; index <= job_.range.last; ++index) {
+      throwIfInterrupted();
+      if (av_new_packet(packet.get(), static_cast<int>(pattern_.frameBytes())) < 0)
+        throw std::bad_alloc();
+      draw(packet->data, index);
+      packet->pts = packet->dts = index - job_.range.first;
+      packet->duration = 1;
+      packet->flags = AV_PKT_FLAG_KEY;
+      take(*packet);
+      av_packet_unref(packet.get());
+    }
+  }
+
+ private:
+  void draw(std::uint8_t* canvas, std::int64_t index) {
+    pattern_.draw(canvas, index);
+    Picture picture;
+    picture.planes[0] = canvas;
+    picture.pitches[0] =
+        static_cast<std::ptrdiff_t>(packedPitch(job_.layout->type, job_.frames.width));
+    burner_.burn(picture, index, {});
+  }
+
+  const Job& job_;
+  TestPattern pattern_;
+  Burner burner_;
+};
+
+/// What the numbers of the pattern's colours mean.
+template <class Owner>
+void describeColours(const Job& job, Owner& owner, AVColorSpace& matrix) {
+  if (!isYCbCr(job.layout->type))
+    return;
+  matrix = matrixForWidth(job.frames.width);
+  const bool highDefinition = matrix == AVCOL_SPC_BT709;
+  owner.color_range = AVCOL_RANGE_MPEG;
+  owner.color_primaries = highDefinition ? AVCOL_PRI_BT709 : AVCOL_PRI_SMPTE170M;
+  owner.color_trc = highDefinition ? AVCOL_TRC_BT709 : AVCOL_TRC_SMPTE170M;
+}
+
+/// The pattern as a stream, for a decoder.
+CodecParameters parametersOf(const Job& job) {
+  CodecParameters codec = owned<CodecParameters>(avcodec_parameters_alloc());
+  codec->codec_type = AVMEDIA_TYPE_VIDEO;
+  codec->codec_id = job.layout->codec;
+  codec->format = job.layout->pixelFormat;
+  codec->width = job.frames.width;
+  codec->height = job.frames.height;
+  describeColours(job, *codec, codec->color_space);
+  return codec;
+}
+
+void writeRaw(const Job& job, MediaOutput& output, AVStream& stream) {
+  describeRaw(stream, *job.layout, job.frames, output.format());
+  describeColours(job, *stream.codecpar, stream.codecpar->color_space);
+  output.begin();
+  Progress progress(job.range.last - job.range.first + 1);
+  PatternSource(job).run([&](AVPacket& packet) {
+    packet.stream_index = stream.index;
+    output.write(packet, av_inv_q(job.frames.rate));
+    progress.advance();
+  });
+}
+
+void writeEncoded(const Job& job, const CodecChoice& choice, MediaOutput& output,
+                  AVStream& stream) {
+  const Frame example = makeFrame();
+  example->format = job.layout->pixelFormat;
+  example->width = job.frames.width;
+  example->height = job.frames.height;
+  describeColours(job, *example, example->colorspace);
+  VideoEncoder encoder(choice, *example, job.frames, output.format());
+  encoder.describeTo(stream);
+  output.begin();
+  const auto write = [&](AVPacket& packet) {
+    packet.stream_index = stream.index;
+    output.write(packet, encoder.timeBase());
+  };
+  const CodecParameters codec = parametersOf(job);
+  VideoDecoder decoder(*codec, encoder.timeBase(), "the test pattern");
+  Progress progress(job.range.last - job.range.first + 1);
+  std::int64_t next = 0;
+  const auto encode = [&](AVFrame& picture) {
+    encoder.encode(&picture, next++, write);
+    progress.advance();
+  };
+  PatternSource(job).run([&](AVPacket& packet) { decoder.decode(&packet, encode); });
+  decoder.decode(nullptr, encode);
+  encoder.encode(nullptr, 0, write);
+}
+
+void writePatternClip(const Job& job, const BurninOptions& options, const AVOutputFormat& format,
+                      const std::optional<CodecChoice>& choice) {
+  OutputFile file(options.output, options.overwrite);
+  MediaOutput output(file.temporary(), format, options.output);
+  AVStream& stream = output.addStream();
+  if (countsAllFrames(job.timecode, job.frames.rate))
+    av_dict_set(&stream.metadata, "timecode", timecodeText(job.timecode, job.range.first).c_str(),
+                0);
+  keepTimecodeTag(output, stream);
+  if (choice)
+    writeEncoded(job, *choice, output, stream);
+  else
+    writeRaw(job, output, stream);
+  output.finish();
+  file.commit();
+}
+
+void writePatternStill(const Job& job, const BurninOptions& options) {
+  OutputFile file(options.output, options.overwrite);
+  const CodecParameters codec = parametersOf(job);
+  VideoDecoder decoder(*codec, av_inv_q(job.frames.rate), "the test pattern");
+  const auto take = [&](AVFrame& picture) {
+    writeStill(picture, file.temporary(), options.output);
+  };
+  PatternSource(job).run([&](AVPacket& packet) { decoder.decode(&packet, take); });
+  decoder.decode(nullptr, take);
+  file.commit();
+}
+
+}  // namespace
+
+void burnPattern(const BurninOptions& options) {
+  const Job job = planPattern(options);
+  const AVOutputFormat* format = nullptr;
+  std::optional<CodecChoice> choice;
+  if (!options.still) {
+    format = &formatFor(options.output);
+    if (options.codec)
+      choice = chooseCodec(options.codec, job.layout->pixelFormat, *format);
+    else
+      checkKeeps(*format, *job.layout);
+  }
+  checkOutputName(options.output, options.overwrite);
+  if (options.dryRun || options.verbose) {
+    std::FILE* const to = options.dryRun ? stdout : stderr;
+    std::fprintf(to, "input     test pattern\n");
+    describe(to, job);
+    std::fprintf(to, "codec     %s\n",
+                 options.still ? "png, one picture"
+                 : choice      ? choice->codec->name
+                               : "uncompressed");
+    std::fprintf(to, "output    %s\n", options.output.c_str());
+  }
+  if (options.dryRun)
+    return;
+  if (options.still)
+    writePatternStill(job, options);
+  else
+    writePatternClip(job, options, *format, choice);
+}
+
+}  // namespace nkdraw::tool

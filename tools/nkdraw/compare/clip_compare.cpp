@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "compare/clip_compare.h"
+
+#include "cli/progress.h"
+#include "compare/difference_report.h"
+#include "compare/mux_display.h"
+#include "media/clip_pair.h"
+#include "media/failure.h"
+#include "media/frame_cursor.h"
+#include "media/media_output.h"
+#include "media/output_file.h"
+#include "media/picture_converter.h"
+#include "media/stream_copy.h"
+#include "media/video_encoder.h"
+#include "media/video_feed.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <optional>
+
+namespace nkdraw::tool {
+namespace {
+
+/// What a screen shows: RGB without alpha.
+constexpr AVPixelFormat kShown = AV_PIX_FMT_BGR0;
+
+struct ComparePlan {
+  MuxCall call;
+  const AVOutputFormat* format = nullptr;  // null without an output
+  std::optional<CodecChoice> codec;
+};
+
+ComparePlan planCompare(ClipPair& clips, const CompareOptions& options) {
+  ComparePlan plan;
+  plan.call = planMux(options.display, clips.frames.width, clips.frames.height);
+  if (options.output) {
+    plan.format = &formatFor(*options.output);
+    plan.codec = chooseCodec(options.codec, kShown, *plan.format);
+  }
+  return plan;
+}
+
+/// The clip that shows both.
+class DisplayClip {
+ public:
+  DisplayClip(ClipPair& clips, const ComparePlan& plan, const std::string& path, bool overwrite)
+      : file_(path, overwrite),
+        output_(file_.temporary(), *plan.format, path),
+        stream_(output_.addStream()),
+        toFirst_(AV_PIX_FMT_BGRA, clips.a.interlaced()),
+        toSecond_(AV_PIX_FMT_BGRA, clips.b.interlaced()),
+        display_(plan.call, clips.frames.width, clips.frames.height),
+        encoder_(*plan.codec, *example(clips), clips.frames, *plan.format) {
+    encoder_.describeTo(stream_);
+    output_.begin();
+  }
+
+  void add(AVFrame& a, AVFrame& b, std::int64_t index) {
+    AVFrame& first = toFirst_.convert(a);
+    const std::uint8_t* const shown = display_.show(first, toSecond_.convert(b));
+    const Frame picture = makeFrame();
+    picture->format = kShown;
+    picture->width = first.width;
+    picture->height = first.height;
+    if (av_frame_get_buffer(picture.get(), 0) < 0 || av_frame_copy_props(picture.get(), &first) < 0)
+      throw std::bad_alloc();
+    const auto pitch = static_cast<std::ptrdiff_t>(first.width) * 4;
+    for (int y = 0; y < first.height; ++y)
+      std::memcpy(picture->data[0] + std::ptrdiff_t{picture->linesize[0]} * y, shown + pitch * y,
+                  static_cast<std::size_t>(pitch));
+    encoder_.encode(picture.get(), index, take_);
+  }
+
+  void finish() {
+    encoder_.encode(nullptr, 0, take_);
+    output_.finish();
+    file_.commit();
+  }
+
+ private:
+  /// The shape of the clips and the colours of RGB.
+  static Frame example(ClipPair& clips) {
+    Frame shape = exampleOf(clips.a, kShown);
+    shape->color_range = AVCOL_RANGE_UNSPECIFIED;
+    shape->colorspace = AVCOL_SPC_UNSPECIFIED;
+    return shape;
+  }
+
+  OutputFile file_;
+  MediaOutput output_;
+  AVStream& stream_;
+  PictureConverter toFirst_, toSecond_;
+  MuxDisplay display_;
+  VideoEncoder encoder_;
+  VideoEncoder::TakePacket take_ = [this](AVPacket& packet) {
+    packet.stream_index = stream_.index;
+    output_.write(packet, encoder_.timeBase());
+  };
+};
+
+/// How many frames there were, and the clip that has more of them, null when none has.
+struct Compared {
+  std::int64_t frames;
+  const MediaInput* longer;
+};
+
+/// Hands on both clips' frames up to the end of the shorter one.
+template <class Take>
+Compared forEachPair(ClipPair& clips, Take take) {
+  DecodedFeed feedA(clips.a, clips.frames), feedB(clips.b, clips.frames);
+  FrameCursor<DecodedFeed> a(feedA), b(feedB);
+  for (std::int64_t index = 0;; ++index) {
+    Frame* const first = a.shownAt(index);
+    Frame* const second = b.shownAt(index);
+    if (first != nullptr && second != nullptr)
+      take(**first, **second, index);
+    else if (index == 0)
+      throw Failure(ExitCode::kInput, "no frames in the video",
+                    (first == nullptr ? clips.a : clips.b).path(), "check it with ffprobe");
+    else if (first != nullptr)
+      return {index, &clips.a};
+    else
+      return {index, second != nullptr ? &clips.b : nullptr};
+  }
+}
+
+void describe(std::FILE* to, ClipPair& clips, const ComparePlan& plan,
+              const CompareOptions& options) {
+  for (MediaInput* const clip : {&clips.a, &clips.b})
+    std::fprintf(to, "input     %s: %s, %s, %s\n", clip->path().c_str(), clip->file().iformat->name,
+                 avcodec_get_name(clip->video().codecpar->codec_id),
+                 av_get_pix_fmt_name(decodedFormat(*clip)));
+  std::fprintf(to, "frames    %dx%d, %s\n", clips.frames.width, clips.frames.height,
+               rateText(clips.frames.rate).c_str());
+  if (options.report)
+    std::fprintf(
+        to, "report    %s: compared as %s\n", options.report->c_str(),
+        av_get_pix_fmt_name(comparedFormat(decodedFormat(clips.a), decodedFormat(clips.b))));
+  if (!options.output)
+    return;
+  std::fprintf(to, "mode      %s: %s\n", std::string(options.display.mode->name).c_str(),
+               std::string(options.display.mode->description).c_str());
+  std::fprintf(to, "codec     %s, %s\n", plan.codec->codec->name,
+               av_get_pix_fmt_name(plan.codec->pixelFormat));
+  std::fprintf(to, "output    %s: %s\n", options.output->c_str(), plan.format->name);
+}
+
+/// Neither the inputs nor each other.
+void checkNames(const CompareOptions& options) {
+  if (options.report) {
+    for (const std::string& input : {options.a, options.b}) {
+      if (isSameFile(input, *options.report))
+        throw Failure(ExitCode::kUsage, "the report is an input", *options.report,
+                      "choose another name");
+    }
+    checkOutputName(*options.report, options.overwrite);
+  }
+  if (options.output)
+    checkOutputName(*options.output, options.overwrite);
+  if (options.output && options.report &&
+      (*options.output == *options.report || isSameFile(*options.output, *options.report)))
+    throw Failure(ExitCode::kUsage, "the report is the output", *options.report,
+                  "choose another name");
+}
+
+}  // namespace
+
+void compareClips(const CompareOptions& options) {
+  ClipPair clips(options.a, options.b, options.output.value_or(""));
+  const ComparePlan plan = planCompare(clips, options);
+  checkNames(options);
+  if (options.dryRun || options.verbose)
+    describe(options.dryRun ? stdout : stderr, clips, plan, options);
+  if (options.dryRun)
+    return;
+  std::optional<DisplayClip> display;
+  std::optional<DifferenceReport> report;
+  if (options.output)
+    display.emplace(clips, plan, *options.output, options.overwrite);
+  if (options.report)
+    report.emplace(*options.report, options.overwrite, clips);
+  const auto compare = [&] {
+    Progress progress(std::min(countOf(clips.a).frames, countOf(clips.b).frames));
+    return forEachPair(clips, [&](AVFrame& a, AVFrame& b, std::int64_t index) {
+      if (report)
+        report->add(a, b, index);
+      if (display)
+        display->add(a, b, index);
+      progress.advance();
+    });
+  };
+  const Compared compared = compare();
+  if (display)
+    display->finish();
+  if (report)
+    report->finish();
+  if (compared.longer != nullptr)
+    std::fprintf(stderr, "nkdraw: %s is longer: the first %lld frames were compared\n",
+                 compared.longer->path().c_str(), static_cast<long long>(compared.frames));
+}
+
+}  // namespace nkdraw::tool

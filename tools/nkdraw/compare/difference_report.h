@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The table of differences between two clips.
+#pragma once
+
+#include "compare/picture_difference.h"
+#include "media/clip_pair.h"
+#include "media/output_file.h"
+#include "media/picture_converter.h"
+#include "media/timecode_source.h"
+
+#include <fstream>
+#include <string>
+
+namespace nkdraw::tool {
+
+/// The format in which the pictures of two clips are compared: their own, or BGRA where they have
+/// different ones or none that holds numbers.
+[[nodiscard]] AVPixelFormat comparedFormat(AVPixelFormat a, AVPixelFormat b);
+
+/// A line for each frame: its number, timecode and time, the pixels that differ, the largest
+/// difference, and that of every channel.
+class DifferenceReport {
+ public:
+  /// Throws Failure when `path` can't be written.
+  DifferenceReport(const std::string& path, bool overwrite, ClipPair& clips);
+
+  void add(AVFrame& a, AVFrame& b, std::int64_t index);
+  /// Gives the file its name, and says on standard output what came of it.
+  void finish();
+
+ private:
+  void checkWritten();
+
+  OutputFile file_;
+  std::string path_;
+  std::ofstream table_;
+  AVRational rate_;
+  TimecodeStart timecode_;
+  PictureConverter convertA_, convertB_;
+  PictureComparer comparer_;
+  std::int64_t frames_ = 0, framesThatDiffer_ = 0, pixels_ = 0;
+  std::uint32_t largest_ = 0;
+};
+
+}  // namespace nkdraw::tool

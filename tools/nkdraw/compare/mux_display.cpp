@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "compare/mux_display.h"
+
+#include <nkdraw/compositor/wipe_bands.h>
+#include <nkdraw/nkdraw_c.h>
+
+#include <cstring>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr std::size_t kPixelBytes = 4;
+
+/// Some modes reach a row past an odd height and a pixel past an odd width.
+std::size_t roomFor(std::size_t pitch, int height) {
+  return pitch * (static_cast<std::size_t>(height) + 1) + kPixelBytes;
+}
+
+}  // namespace
+
+MuxDisplay::MuxDisplay(const MuxCall& call, int width, int height)
+    : call_(call),
+      width_(width),
+      height_(height),
+      pitch_(static_cast<std::size_t>(width) * kPixelBytes),
+      first_(roomFor(pitch_, height)),
+      second_(roomFor(pitch_, height)),
+      shown_(roomFor(pitch_, height)) {}
+
+void MuxDisplay::load(const AVFrame& picture, std::vector<std::uint8_t>& frame) const {
+  for (int y = 0; y < height_; ++y)
+    std::memcpy(frame.data() + pitch_ * static_cast<std::size_t>(y),
+                picture.data[0] + std::ptrdiff_t{picture.linesize[0]} * y, pitch_);
+}
+
+const std::uint8_t* MuxDisplay::show(const AVFrame& first, const AVFrame& second) {
+  load(first, first_);
+  load(second, second_);
+  const auto bytes = static_cast<std::uint32_t>(pitch_ * static_cast<std::size_t>(height_));
+  const PatientWipes wait;
+  NKDraw_DisplayMuxRGBA(first_.data(), bytes, second_.data(), bytes, shown_.data(), 0, call_.mode,
+                        call_.wipe, call_.amount, call_.threshold, call_.splitX, call_.splitY,
+                        call_.gridType, call_.gridX, call_.gridY,
+                        static_cast<std::uint32_t>(width_), static_cast<std::uint32_t>(height_),
+                        static_cast<std::uint32_t>(pitch_));
+  return shown_.data();
+}
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "compare/mux_modes.h"
+
+#include "cli/option_values.h"
+#include "media/failure.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr auto kOneWay = MuxRuns::kOneWay;
+constexpr auto kHorizontally = MuxRuns::kHorizontally;
+constexpr auto kVertically = MuxRuns::kVertically;
+
+constexpr MuxMode kModes[] = {
+    {"plain", 1, kOneWay, 0, "the first picture"},
+    {"second", 2, kOneWay, 0, "the second picture"},
+    {"red-blue", 4, kOneWay, 0, "red of the first, blue of the second, no green"},
+    {"red-cyan", 8, kOneWay, 0, "red of the first, green and blue of the second"},
+    {"yellow-blue", 16, kOneWay, 0, "red and green of the first, blue of the second"},
+    {"green-magenta", 32, kOneWay, 0, "green of the first, red and blue of the second"},
+    {"interleave", 64, kVertically, 0, "rows, or columns, of both in turn"},
+    {"average", 128, kOneWay, 0, "half of each"},
+    {"difference", 256, kOneWay, kTakesGain,
+     "grey where they are equal, brighter where the first is"},
+    {"over-under", 512, kOneWay, 0, "every other row of the first over those of the second"},
+    {"side-by-side", 1024, kOneWay, 0, "both squeezed to half their width"},
+    {"split", 2048, kHorizontally, kTakesSplit | kTakesMark, "the first up to a column, or a row"},
+    {"mirror", 4096, kHorizontally, 0, "half of the first, the mirrored half of the second"},
+    {"compare", 16384, kOneWay, kTakesThreshold, "black, or with --swap white, where they differ"},
+    {"fade", 32768, kOneWay, kTakesAmount, "a mixture, --amount of it the first"},
+    {"wipe", 65536, kOneWay, kTakesAmount | kTakesWipe,
+     "a numbered wipe that has come to --amount"},
+    {"checker", 262144, kOneWay, 0, "pixels of both in turn, like a chess board"},
+    {"blocks", 524288, kOneWay, kTakesBlock, "blocks of both in turn, like a chess board"},
+    {"quarter", 1048576, kOneWay, 0, "both at half their size on black"},
+    {"crop", 2097152, kHorizontally, kTakesSplit, "half of each, uncut in the other direction"},
+    {"grey", 8388608, kOneWay, kTakesChannel, "one channel of the first as grey"},
+};
+static_assert(std::ranges::is_sorted(kModes, {}, &MuxMode::value));
+
+struct OptionName {
+  unsigned takes;
+  std::string_view name;
+};
+constexpr OptionName kOptions[] = {
+    {kTakesSplit, "--split-x --split-y"}, {kTakesMark, "--mark-split"},
+    {kTakesThreshold, "--threshold"},     {kTakesGain, "--gain"},
+    {kTakesAmount, "--amount"},           {kTakesBlock, "--block"},
+    {kTakesChannel, "--channel"},         {kTakesWipe, "--wipe"},
+};
+
+std::string optionsOf(const MuxMode& mode) {
+  std::string names;
+  if (mode.runs != MuxRuns::kOneWay)
+    names += mode.runs == MuxRuns::kHorizontally ? " --vertical" : " --horizontal";
+  for (const OptionName& option : kOptions) {
+    if ((mode.takes & option.takes) != 0)
+      names.append(" ").append(option.name);
+  }
+  return names;
+}
+
+}  // namespace
+
+std::span<const MuxMode> muxModes() {
+  return kModes;
+}
+
+const MuxMode& muxModeNamed(const std::string& name) {
+  const auto* const row = std::ranges::find_if(
+      kModes, [&](const MuxMode& each) { return isSameName(each.name, name); });
+  if (row == std::end(kModes))
+    badValue("--mode", name, "see nkdraw compare --list");
+  return *row;
+}
+
+void listMuxModes() {
+  for (const MuxMode& mode : kModes) {
+    std::printf("%-14s %7u  %s\n", std::string(mode.name).c_str(), mode.value,
+                std::string(mode.description).c_str());
+    if (const std::string options = optionsOf(mode); !options.empty())
+      std::printf("%23s%s\n", "", options.c_str());
+  }
+}
+
+}  // namespace nkdraw::tool

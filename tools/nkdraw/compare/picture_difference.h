@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// How much two pictures differ, sample by sample.
+#pragma once
+
+#include "media/libav.h"
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace nkdraw::tool {
+
+struct Difference {
+  std::int64_t pixels = 0;                 // that differ in a channel
+  std::array<std::uint32_t, 4> largest{};  // by channel, as pixels of the format list them
+
+  [[nodiscard]] std::uint32_t largestOfAll() const;
+};
+
+/// Compares pictures of one size and one pixel format in that format: a pixel differs when a sample
+/// of its own differs or one that it shares with its neighbours.
+class PictureComparer {
+ public:
+  /// Whether pictures of the format have samples that can be compared as numbers.
+  [[nodiscard]] static bool takes(AVPixelFormat format);
+
+  explicit PictureComparer(AVPixelFormat format);
+
+  /// "y", "cb", "cr" or "r", "g", "b", "a"
+  [[nodiscard]] std::span<const std::string> channels() const { return names_; }
+  [[nodiscard]] Difference compare(const AVFrame& a, const AVFrame& b);
+
+ private:
+  [[nodiscard]] bool isSameRow(const AVFrame& a, const AVFrame& b, int y) const;
+  void compareRow(const AVFrame& a, const AVFrame& b, int y, Difference& difference);
+
+  const AVPixFmtDescriptor& format_;
+  std::vector<std::string> names_;
+  std::vector<std::uint16_t> rowA_, rowB_;  // samples of one channel
+  std::vector<std::uint8_t> differs_;       // by column, 1 or 0
+};
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "config/config_options.h"
+
+#include "media/failure.h"
+
+#include <CLI/CLI.hpp>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr char kDescription[] = "Show and change the overlay's settings, for burnin --settings.";
+
+constexpr char kMore[] =
+    "Examples:\n"
+    "  nkdraw config list\n"
+    "      Every setting with its value, default, range and meaning.\n"
+    "  nkdraw config set TimeCodeLTCEnable 1\n"
+    "  nkdraw config set CustomText0 \"Reel 7\"\n"
+    "  nkdraw config get CustomText0\n"
+    "  nkdraw config unset CustomText0\n"
+    "      Its default again.\n"
+    "  nkdraw config path\n"
+    "      The file that keeps them.";
+
+constexpr char kUsage[] = "write list, get KEY, set KEY VALUE, unset KEY or path";
+
+/// Each argument is there when, and only when, the action takes it.
+void checkTaken(const char* what, bool takes, const std::optional<std::string>& argument,
+                const std::string& action) {
+  if (takes == argument.has_value())
+    return;
+  throw Failure(ExitCode::kUsage,
+                std::string(takes ? "no " : "too many arguments, beginning with the ") + what,
+                "config " + action, kUsage);
+}
+
+}  // namespace
+
+void ConfigArguments::addTo(CLI::App& command) {
+  command.description(kDescription);
+  command.footer(kMore);
+  command.add_option("ACTION", action_, "list, get, set, unset or path")->type_name("");
+  command.add_option("KEY", key_, "The setting; see nkdraw config list")->type_name("");
+  command.add_option("VALUE", value_, "What it becomes; behind -- if it begins with a dash")
+      ->type_name("");
+  command.add_flag("-v,--verbose", verbose_, "Say more");
+}
+
+ConfigOptions ConfigArguments::read() const {
+  ConfigOptions options;
+  const std::string name = action_.value_or("");
+  options.action = configActionNamed(name);
+  if (options.action == nullptr)
+    throw Failure(ExitCode::kUsage, "no such action", name.empty() ? "(none)" : name, kUsage);
+  checkTaken("key", options.action->takesKey, key_, name);
+  checkTaken("value", options.action->takesValue, value_, name);
+  options.verbose = verbose_;
+  if (key_)
+    options.setting = &settingNamed(*key_);
+  if (value_)
+    options.value = checkedValue(*options.setting, *value_);
+  return options;
+}
+
+}  // namespace nkdraw::tool

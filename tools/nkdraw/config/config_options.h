@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// The command line of `nkdraw config`.
+#pragma once
+
+#include "config/setting_table.h"
+
+#include <optional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace nkdraw::tool {
+
+struct ConfigOptions {
+  const struct ConfigAction* action = nullptr;
+  const Setting* setting = nullptr;  // for the actions that take one
+  std::string value;
+  bool verbose = false;
+};
+
+/// What `nkdraw config` can do, by its name.
+struct ConfigAction {
+  const char* name;
+  bool takesKey, takesValue;
+  void (*run)(const ConfigOptions& options);
+};
+
+/// The options as they stand on the command line.
+class ConfigArguments {
+ public:
+  /// Puts them on the command line of a sub-command, which they must outlive.
+  void addTo(CLI::App& command);
+
+  /// What they mean. Throws Failure for values that can't be.
+  [[nodiscard]] ConfigOptions read() const;
+
+ private:
+  std::optional<std::string> action_, key_, value_;
+  bool verbose_ = false;
+};
+
+/// The action with this name; null when there is none.
+[[nodiscard]] const ConfigAction* configActionNamed(const std::string& name);
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "cli/commands.h"
+#include "cli/sub_command.h"
+#include "draw/draw_canvas.h"
+#include "draw/draw_options.h"
+#include "draw/draw_script.h"
+#include "media/failure.h"
+#include "media/output_file.h"
+#include "media/still.h"
+
+#include <cstdio>
+#include <fstream>
+
+namespace nkdraw::tool {
+namespace {
+
+void listLayouts() {
+  for (const DrawLayout& layout : drawLayouts())
+    std::printf("%-13s %s\n", std::string(layout.name).c_str(),
+                std::string(layout.description).c_str());
+}
+
+void listVerbs() {
+  for (const Verb& verb : verbs())
+    std::printf("%s\n    %s\n",
+                (std::string(verb.name) + (verb.usage.empty() ? "" : " ") + std::string(verb.usage))
+                    .c_str(),
+                std::string(verb.meaning).c_str());
+}
+
+void writeRaw(const DrawCanvas& canvas, const std::string& file, const std::string& name) {
+  const auto bytes = canvas.frame();
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
+  out.close();
+  if (!out)
+    throw Failure(ExitCode::kOutput, "the frame can't be written", name, "is the disk full?");
+}
+
+void drawFile(const DrawOptions& options) {
+  checkOutputName(options.output, options.overwrite);
+  if (isSameFile(options.script, options.output))
+    throw Failure(ExitCode::kUsage, "the output is the script", options.output,
+                  "choose another name");
+  const DrawScript script(scriptName(options.script), readScript(options.script));
+  DrawCanvas canvas(*options.layout, options.width, options.height);
+  script.draw(canvas, options.clip ? Outside::kLeftOut : Outside::kRefused);
+  OutputFile file(options.output, options.overwrite);
+  if (options.raw)
+    writeRaw(canvas, file.temporary(), options.output);
+  else
+    writeStill(*canvas.picture(), file.temporary(), options.output);
+  file.commit();
+}
+
+void drawOrList(const DrawOptions& options) {
+  if (options.listLayouts)
+    listLayouts();
+  if (options.listVerbs)
+    listVerbs();
+  if (options.layout != nullptr)
+    drawFile(options);
+}
+
+}  // namespace
+
+std::unique_ptr<Command> addDraw(CLI::App& app) {
+  return std::make_unique<SubCommand<DrawArguments, drawOrList>>(app, "draw");
+}
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// A frame in any layout to draw on, and its picture.
+#pragma once
+
+#include "draw/draw_layouts.h"
+#include "media/libav.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace nkdraw::tool {
+
+/// Widths and heights of frames.
+inline constexpr int kLargestCanvas = 8192;
+
+/// A frame of zero bytes with a surface on it, whose colours are white on black. Rows are packed as
+/// the layout packs them.
+class DrawCanvas {
+ public:
+  /// The size must be whole in the layout's units.
+  DrawCanvas(const DrawLayout& layout, int width, int height);
+
+  [[nodiscard]] NKDraw& surface() { return *guarded_.surface; }
+  /// The first pixel outside the canvas that was drawn since the last call; none is ever plotted.
+  [[nodiscard]] std::optional<tagPOINT> takeStray() { return guarded_.edge->takeStray(); }
+
+  [[nodiscard]] int width() const { return width_; }
+  [[nodiscard]] int height() const { return height_; }
+  /// The frame's bytes.
+  [[nodiscard]] std::span<const std::uint8_t> frame() const;
+  /// The frame as 8-bit RGB, as its layout is shown. Channels are cut to 0.0 to 1.0 and rounded.
+  [[nodiscard]] Frame picture();
+
+ private:
+  const DrawLayout& layout_;
+  int width_, height_;
+  GuardedSurface guarded_;
+  std::size_t frameBytes_;
+  std::vector<std::uint8_t> bytes_;  // of the frame, and room behind it
+};
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "draw/draw_options.h"
+
+#include "cli/option_values.h"
+#include "draw/draw_canvas.h"
+#include "media/failure.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <string_view>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr char kDescription[] = "Draw a script, one verb a line, into a frame of any layout.";
+
+constexpr char kMore[] =
+    "The frame begins as zero bytes, with white on black as its colours.\n"
+    "\n"
+    "Examples:\n"
+    "  nkdraw draw examples/draw/pie.nkd pie.png --layout bgra --size 320x180\n"
+    "  nkdraw draw --clip slate.nkd slate.raw --layout v210 --size 1920x1080\n"
+    "  printf 'circle 160 90 80' | nkdraw draw - circle.png --layout uyvy --size 320x180\n"
+    "  nkdraw draw --list-verbs";
+
+struct UnitRule {
+  int columns, rows;  // that a size is a multiple of
+  std::string_view advice;
+};
+/// By Unit.
+constexpr UnitRule kUnitRules[] = {{1, 1, ""},
+                                   {2, 1, "give an even width: two pixels share their chroma"},
+                                   {2, 2, "give an even width and height: cells are 2 by 2"}};
+
+}  // namespace
+
+void DrawArguments::addTo(CLI::App& command) {
+  command.description(kDescription);
+  command.footer(kMore);
+  command.add_option("SCRIPT", script_, "What to draw; - is the standard input")->type_name("");
+  command.add_option("OUTPUT", output_, "A picture, .png, or the frame's bytes, .raw")
+      ->type_name("");
+  command.add_option("--layout", layout_, "The frame's layout; see --list-layouts")
+      ->type_name("NAME");
+  command.add_option("--size", size_, "The frame's size, 1x1 to 8192x8192")->type_name("WxH");
+  command.add_flag("--clip", clip_,
+                   "Leave out what lies outside the frame, instead of refusing it");
+  command.add_flag("--overwrite", overwrite_, "Replace OUTPUT if it exists");
+  command.add_flag("--list-layouts", listLayouts_, "List the layouts");
+  command.add_flag("--list-verbs", listVerbs_, "List the verbs");
+  command.add_flag("-v,--verbose", verbose_, "Say more, with FFmpeg's messages");
+}
+
+DrawOptions DrawArguments::read() const {
+  DrawOptions options;
+  options.listLayouts = listLayouts_;
+  options.listVerbs = listVerbs_;
+  options.clip = clip_;
+  options.overwrite = overwrite_;
+  options.verbose = verbose_;
+  if (listLayouts_ || listVerbs_)
+    return options;
+  readFiles(options);
+  if (!layout_)
+    throw Failure(ExitCode::kUsage, "no layout", "nkdraw draw",
+                  "give --layout NAME; see nkdraw draw --list-layouts");
+  options.layout = &drawLayoutNamed(*layout_);
+  readSize(options);
+  return options;
+}
+
+void DrawArguments::readFiles(DrawOptions& options) const {
+  if (script_.empty() || output_.empty())
+    throw Failure(ExitCode::kUsage, "no files named", "nkdraw draw",
+                  "give SCRIPT and OUTPUT; see nkdraw draw --help");
+  options.raw = output_.ends_with(".raw");
+  if (!options.raw && !output_.ends_with(".png"))
+    throw Failure(ExitCode::kUsage, "no such kind of output", output_,
+                  "name an output that ends in .png or .raw");
+  options.script = script_;
+  options.output = output_;
+}
+
+void DrawArguments::readSize(DrawOptions& options) const {
+  if (!size_)
+    throw Failure(ExitCode::kUsage, "no size", "nkdraw draw", "give --size WxH");
+  std::string_view left = *size_;
+  const auto size = takePair(left, 'x');
+  if (!size || !left.empty() || std::min(size->x, size->y) < 1 ||
+      std::max(size->x, size->y) > kLargestCanvas)
+    badValue("--size", *size_, "write WxH, 1x1 to 8192x8192");
+  const UnitRule& rule = kUnitRules[static_cast<std::size_t>(options.layout->unit)];
+  if (size->x % rule.columns != 0 || size->y % rule.rows != 0)
+    throw Failure(ExitCode::kUsage, "not a size of " + std::string(options.layout->name), *size_,
+                  std::string(rule.advice));
+  options.width = size->x;
+  options.height = size->y;
+}
+
+}  // namespace nkdraw::tool

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "cli/commands.h"
+#include "cli/sub_command.h"
+#include "media/failure.h"
+#include "media/output_file.h"
+#include "media/still.h"
+#include "sheet/contact_sheet.h"
+#include "sheet/drawing_sheets.h"
+#include "sheet/sheet_options.h"
+
+namespace nkdraw::tool {
+namespace {
+
+/// A sheet of what is made of two pictures.
+template <int tileWidth, BgraCanvas (*draw)(SheetPictures& pictures)>
+BgraCanvas ofPictures(const SheetOptions& options) {
+  SheetPictures pictures = sheetPictures(options.a, options.b, tileWidth);
+  return draw(pictures);
+}
+
+template <BgraCanvas (*draw)()>
+BgraCanvas ofDrawings(const SheetOptions& /*options*/) {
+  return draw();
+}
+
+/// By SheetKind.
+constexpr BgraCanvas (*kSheets[])(const SheetOptions& options) = {
+    ofPictures<kWipeTileWidth, wipeSheet>, ofPictures<kModeTileWidth, modeSheet>,
+    ofDrawings<glyphSheet>, ofDrawings<shapeSheet>, ofDrawings<layoutSheet>};
+
+void drawSheet(const SheetOptions& options) {
+  checkOutputName(options.output, options.overwrite);
+  for (const auto& input : {options.a, options.b}) {
+    if (input && isSameFile(*input, options.output))
+      throw Failure(ExitCode::kUsage, "the output is an input", options.output,
+                    "choose another name");
+  }
+  const Frame picture = kSheets[static_cast<std::size_t>(options.kind)](options).frame();
+  OutputFile file(options.output, options.overwrite);
+  writeStill(*picture, file.temporary(), options.output);
+  file.commit();
+}
+
+}  // namespace
+
+std::unique_ptr<Command> addSheet(CLI::App& app) {
+  return std::make_unique<SubCommand<SheetArguments, drawSheet>>(app, "sheet");
+}
+
+}  // namespace nkdraw::tool

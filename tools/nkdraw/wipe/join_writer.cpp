@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "wipe/join_writer.h"
+
+#include "media/stream_copy.h"
+
+#include <algorithm>
+
+namespace nkdraw::tool {
+
+JoinWriter::JoinWriter(ClipPair& clips, const WipePlan& plan, const WipeOptions& options)
+    : file_(options.output, options.overwrite),
+      output_(file_.temporary(), *plan.format, options.output),
+      video_(output_.addStream()),
+      sound_(clips, plan.audio, options.audio, {plan.at, plan.at + plan.duration}, output_),
+      progress_(countOf(clips.b).frames > 0 ? plan.at + countOf(clips.b).frames : 0) {
+  copyFacts(clips.a.video(), video_);
+  av_dict_copy(&output_.file().metadata, clips.a.file().metadata, 0);
+  if (plan.timecodeTag)
+    setTimecodeTag(output_, video_, *plan.timecodeTag);
+  keepTimecodeTag(output_, video_);
+}
+
+std::int64_t JoinWriter::placeOf(std::int64_t index) {
+  const std::int64_t place = std::max(index, next_);
+  next_ = place + 1;
+  progress_.advance();
+  return place;
+}
+
+void JoinWriter::write(AVPacket& packet, AVRational timeBase) {
+  packet.stream_index = video_.index;
+  const std::int64_t end = packet.dts + 1;
+  output_.write(packet, timeBase);
+  sound_.advanceTo(end);
+}
+
+void JoinWriter::finish() {
+  sound_.advanceTo(next_);
+  sound_.finish();
+  output_.finish();
+  file_.commit();
+}
+
+}  // namespace nkdraw::tool

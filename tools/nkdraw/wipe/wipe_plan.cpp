@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "wipe/wipe_plan.h"
+
+#include "cli/time_value.h"
+#include "media/drawn_format.h"
+#include "media/failure.h"
+#include "media/media_output.h"
+#include "media/packet_rows.h"
+#include "media/raw_stream.h"
+#include "media/stream_copy.h"
+#include "media/timecode_source.h"
+#include "wipe/wipe_names.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace nkdraw::tool {
+namespace {
+
+constexpr int kShallow = 8;  // bits that the 8-bit layouts hold
+
+const Layout* nativeLayout(MediaInput& input) {
+  const AVCodecParameters& codec = *input.video().codecpar;
+  return wipeLayoutOf(codec.codec_id, static_cast<AVPixelFormat>(codec.format));
+}
+
+/// What decoded pictures of a format become: as burn-in has them, but for RGB of more than 8 bits.
+AVPixelFormat wipedFormat(AVPixelFormat source) {
+  const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(source);
+  if ((facts.flags & AV_PIX_FMT_FLAG_RGB) == 0 || facts.comp[0].depth <= kShallow)
+    return drawnFormat(source);
+  return (facts.flags & AV_PIX_FMT_FLAG_ALPHA) != 0 ? AV_PIX_FMT_RGBA64LE : AV_PIX_FMT_RGB48LE;
+}
+
+/// The first clip's format, or the second's where that keeps more of the same kind of colours.
+AVPixelFormat commonFormat(AVPixelFormat a, AVPixelFormat b) {
+  struct Family {
+    std::array<AVPixelFormat, 4> formats;  // each holds those before it, none at the end
+  };
+  constexpr Family kFamilies[] = {
+      {{AV_PIX_FMT_UYVY422, AV_PIX_FMT_YUV422P10, AV_PIX_FMT_NONE, AV_PIX_FMT_NONE}},
+      {{AV_PIX_FMT_BGR0, AV_PIX_FMT_BGRA, AV_PIX_FMT_RGB48LE, AV_PIX_FMT_RGBA64LE}},
+  };
+  for (const Family& family : kFamilies) {
+    const auto first = std::ranges::find(family.formats, a),
+               second = std::ranges::find(family.formats, b);
+    if (first != family.formats.end() && second != family.formats.end())
+      return *std::max(first, second);
+  }
+  return a;
+}
+
+/// Whether packets of both clips may stand in one stream as they are.
+bool isSameStorage(const AVCodecParameters& a, const AVCodecParameters& b) {
+  return a.codec_tag == b.codec_tag && a.bits_per_coded_sample == b.bits_per_coded_sample &&
+         a.extradata_size == b.extradata_size &&
+         (a.extradata_size == 0 ||
+          std::memcmp(a.extradata, b.extradata, static_cast<std::size_t>(a.extradata_size)) == 0);
+}
+
+void planRoad(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {
+  const Layout* const a = nativeLayout(clips.a);
+  const Layout* const b = nativeLayout(clips.b);
+  if (a != nullptr && a == b && !options.codec) {
+    plan.layout = a;
+    plan.sameRows = isSameKind(*clips.a.file().iformat, *plan.format) &&
+                    isSameKind(*clips.b.file().iformat, *plan.format) &&
+                    isSameStorage(*clips.a.video().codecpar, *clips.b.video().codecpar);
+    if (!plan.sameRows)
+      checkKeeps(*plan.format, *a);
+    return;
+  }
+  plan.drawn =
+      commonFormat(wipedFormat(decodedFormat(clips.a)), wipedFormat(decodedFormat(clips.b)));
+  plan.layout = wipeLayoutOf(
+      plan.drawn == AV_PIX_FMT_YUV422P10 ? AV_CODEC_ID_V210 : AV_CODEC_ID_RAWVIDEO, plan.drawn);
+  plan.codec = chooseCodec(options.codec, plan.drawn, *plan.format);
+}
+
+void planTimes(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {
+  const AVRational rate = clips.frames.rate;
+  plan.at = framesIn(options.at, rate, "--at");
+  plan.duration = framesIn(options.duration, rate, "--duration");
+  if (plan.duration == 0)
+    throw Failure(ExitCode::kUsage, "the transition is empty", "--duration " + options.duration,
+                  "give one frame or more");
+  // The library multiplies sizes by positions in 32 bits.
+  const std::int64_t side = std::max(clips.frames.width, clips.frames.height);
+  if (side * (plan.duration + 1) > 0xFFFFFFFFLL)
+    throw Failure(ExitCode::kUsage, "the transition is too long", "--duration " + options.duration,
+                  "give at most " + std::to_string(0xFFFFFFFFLL / side - 1) + " frames");
+  const FrameCount a = countOf(clips.a);
+  if (a.isBelow(plan.at + 1))
+    throw Failure(ExitCode::kUsage, "--at lies beyond the end of the first clip",
+                  frameText(plan.at, rate) + ", but " + clips.a.path() + " ends with frame " +
+                      std::to_string(a.frames - 1),
+                  "choose an earlier time");
+  if (a.isBelow(plan.at + plan.duration))
+    failTooShort(clips.a, plan.at + plan.duration);
+  if (countOf(clips.b).isBelow(plan.duration))
+    failTooShort(clips.b, plan.duration);
+}
+
+std::string describeTrack(const AudioTrackPlan& track, AudioMode mode) {
+  const auto name = [](std::optional<int> stream) {
+    return stream ? "stream " + std::to_string(*stream) : std::string("silence");
+  };
+  return name(track.a) + (mode == AudioMode::kCut ? ", cut to " : ", faded into ") + name(track.b) +
+         ": " + track.codec.codec->name;
+}
+
+/// Streams of a clip that have no place in the output.
+void describeLeftOut(std::FILE* to, MediaInput& clip, bool audio) {
+  for (unsigned i = 0; i < clip.file().nb_streams; ++i) {
+    const AVStream& stream = *clip.file().streams[i];
+    if (&stream == &clip.video() || (audio && stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO))
+      continue;
+    std::fprintf(to, "left out  stream %u of %s (%s)\n", i, clip.path().c_str(),
+                 describe(stream).c_str());
+  }
+}
+
+}  // namespace
+
+void failTooShort(const MediaInput& clip, std::int64_t needed) {
+  throw Failure(ExitCode::kUsage, "a clip is too short for the transition",
+                clip.path() + ", which needs " + std::to_string(needed) + " frames",
+                "lower --duration or --at");
+}
+
+WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
+  WipePlan plan;
+  plan.word = options.word;
+  plan.backwards = options.backwards;
+  planTimes(plan, clips, options);
+  plan.format = &formatFor(options.output);
+  planRoad(plan, clips, options);
+  plan.audio = planAudio(clips, options.audio, options.audioCodec, *plan.format);
+  const TimecodeStart timecode = timecodeOf(clips.a.file(), clips.a.video(), clips.frames.rate);
+  if (!countsAllFrames(timecode, clips.frames.rate))
+    plan.timecodeTag = "";
+  else if (timecode.known)
+    plan.timecodeTag = timecodeText(timecode, 0);
+  return plan;
+}
+
+void describe(std::FILE* to, ClipPair& clips, const WipePlan& plan, const WipeOptions& options) {
+  const AVRational rate = clips.frames.rate;
+  for (MediaInput* const clip : {&clips.a, &clips.b})
+    std::fprintf(to, "input     %s: %s, %s\n", clip->path().c_str(), clip->file().iformat->name,
+                 avcodec_get_name(clip->video().codecpar->codec_id));
+  std::fprintf(to, "road      %s\n",
+               plan.isNative() ? "in place: frames outside the transition are copied"
+                               : "converting: frames are decoded and converted");
+  std::fprintf(to, "frames    %dx%d, %s\n", clips.frames.width, clips.frames.height,
+               rateText(rate).c_str());
+  std::fprintf(to, "layout    %s: %s\n", std::string(plan.layout->name).c_str(),
+               std::string(plan.layout->description).c_str());
+  std::fprintf(to, "wipe      %s%s%s\n", wipeText(plan.word & ~kSwapWipe).c_str(),
+               (plan.word & kSwapWipe) != 0 ? ", inputs swapped" : "",
+               plan.backwards ? ", backwards" : "");
+  std::fprintf(to, "from      %s, for %lld frames\n", frameText(plan.at, rate).c_str(),
+               static_cast<long long>(plan.duration));
+  if (const FrameCount b = countOf(clips.b); b.frames > 0)
+    std::fprintf(to, "written   %s%lld frames\n", b.exact ? "" : "about ",
+                 static_cast<long long>(plan.at + b.frames));
+  for (const AudioTrackPlan& track : plan.audio)
+    std::fprintf(to, "sound     %s\n", describeTrack(track, options.audio).c_str());
+  for (MediaInput* const clip : {&clips.a, &clips.b})
+    describeLeftOut(to, *clip, !plan.audio.empty());
+  std::fprintf(to, "codec     %s\n",
+               plan.codec ? (std::string(plan.codec->codec->name) + ", " +
+                             av_get_pix_fmt_name(plan.codec->pixelFormat))
+                                .c_str()
+                          : "unchanged");
+  std::fprintf(to, "output    %s: %s\n", options.output.c_str(), plan.format->name);
+}
+
+}  // namespace nkdraw::tool

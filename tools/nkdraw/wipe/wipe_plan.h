@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Everything that is settled about a wipe of two clips before its first frame.
+#pragma once
+
+#include "media/audio_join.h"
+#include "media/clip_pair.h"
+#include "media/layouts.h"
+#include "media/video_encoder.h"
+#include "wipe/frame_wiper.h"
+#include "wipe/wipe_options.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nkdraw::tool {
+
+struct WipePlan {
+  const Layout* layout = nullptr;  // of the frames that are wiped
+  AVPixelFormat drawn =
+      AV_PIX_FMT_NONE;                // of decoded frames; none when packets are taken as they are
+  bool sameRows = false;              // such packets lie in the output's file as in both inputs'
+  std::int64_t at = 0, duration = 0;  // frames
+  std::uint32_t word = 0;
+  bool backwards = false;
+  const AVOutputFormat* format = nullptr;
+  std::optional<CodecChoice> codec;  // when frames are encoded
+  std::vector<AudioTrackPlan> audio;
+  std::optional<std::string> timecodeTag;  // empty to drop the first clip's
+
+  [[nodiscard]] bool isNative() const { return drawn == AV_PIX_FMT_NONE; }
+  /// Of frame `index` of the transition.
+  [[nodiscard]] Progression progressOf(std::int64_t index) const {
+    const std::int64_t step = backwards ? duration - index : index + 1;
+    return {static_cast<std::uint32_t>(step), static_cast<std::uint32_t>(duration + 1)};
+  }
+};
+
+/// Throws Failure for what can't be done.
+[[nodiscard]] WipePlan planWipe(ClipPair& clips, const WipeOptions& options);
+
+/// Throws the Failure for a clip that has no frame `index`, which the transition needs.
+[[noreturn]] void failTooShort(const MediaInput& clip, std::int64_t needed);
+
+/// Tells a person, a line for each fact.
+void describe(std::FILE* to, ClipPair& clips, const WipePlan& plan, const WipeOptions& options);
+
+}  // namespace nkdraw::tool

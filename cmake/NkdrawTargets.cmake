@@ -7,8 +7,10 @@ find_package(Threads REQUIRED)
 # Bits matter: the compiler may not fuse a multiplication with an addition anywhere.
 set(nkdraw_compile_options
     -ffp-contract=off
-    -Wall -Wextra -Wpedantic -Wshadow=local -Wconversion -Wsign-conversion
-    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast -Wuseless-cast>)
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast>
+    $<$<COMPILE_LANG_AND_ID:C,GNU>:-Wshadow=local>
+    $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wshadow=local -Wuseless-cast>)
 # The sanitizers' own code draws false warnings from the compiler.
 if(NKDRAW_WARNINGS_AS_ERRORS AND NOT NKDRAW_SANITIZE)
   list(APPEND nkdraw_compile_options -Werror)
@@ -29,7 +31,8 @@ function(nkdraw_target target)
   endif()
 endfunction()
 
-# Adds one of the two libraries, with its version, its include path and its exported name.
+# Adds one of the two libraries, with its version, its include path, its exported name and what its
+# exports.map lets out.
 function(nkdraw_library target exported)
   add_library(${target} ${ARGN})
   add_library(nkdraw::${exported} ALIAS ${target})
@@ -42,5 +45,16 @@ function(nkdraw_library target exported)
     POSITION_INDEPENDENT_CODE ON
     INSTALL_RPATH "$ORIGIN"
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR})
+    SOVERSION ${NKDRAW_SOVERSION}
+    LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/exports.map)
+  target_link_options(${target} PRIVATE
+    LINKER:--version-script=${CMAKE_CURRENT_SOURCE_DIR}/exports.map)
+endfunction()
+
+# Objects of their own, on Highway, so that tests can reach what the library hides.
+function(nkdraw_objects name)
+  add_library(${name} OBJECT ${ARGN})
+  nkdraw_target(${name})
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  target_link_libraries(${name} PUBLIC nkdraw_highway)
 endfunction()

@@ -4,18 +4,22 @@
 // aligned addresses between one vector at the head and one at the tail, which overlap them.
 #include <nkdraw/platform/memory.h>
 
+#include <nkdraw/simd/vector_targets.h>
+
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "host/fill.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#ifndef NKDRAW_HOST_FILL
+#define NKDRAW_HOST_FILL
+namespace nkdraw {
 namespace {
-
-using Vector16 [[gnu::vector_size(16)]] = std::uint32_t;
-using Vector32 [[gnu::vector_size(32)]] = std::uint32_t;
-
-/// Runs below this many bytes are over before wider vectors pay.
-constexpr std::size_t kWideRun = 256;
 
 /// The pattern as it goes on behind `bytes` bytes of it.
 constexpr std::uint32_t patternBehind(std::size_t bytes, std::uint32_t pattern) {
@@ -24,69 +28,92 @@ constexpr std::uint32_t patternBehind(std::size_t bytes, std::uint32_t pattern) 
                                                     : std::rotl(pattern, bits);
 }
 
-template <class Value>
-[[gnu::always_inline]] inline void store(std::byte* at, const Value& value) {
-  using Unaligned [[gnu::aligned(1), gnu::may_alias]] = Value;
-  *reinterpret_cast<Unaligned*>(at) = value;
-}
-
-/// Fills at least sizeof(Vector) bytes.
-template <class Vector>
-[[gnu::always_inline]] inline void fillVectors(std::byte* first, std::uint32_t pattern,
-                                               std::size_t bytes) {
-  constexpr std::size_t kSize = sizeof(Vector);
-  std::byte* const tail = first + bytes - kSize;
-  store<Vector>(tail, Vector{} + patternBehind(bytes - kSize, pattern));
-  store<Vector>(first, Vector{} + pattern);
-
-  const std::size_t toAligned = kSize - std::bit_cast<std::uintptr_t>(first) % kSize;
-  const Vector aligned = Vector{} + patternBehind(toAligned, pattern);
-  std::byte* at = first + toAligned;
-  for (; tail - at >= std::ptrdiff_t{4 * kSize}; at += 4 * kSize) {
-    store(at, aligned);
-    store(at + kSize, aligned);
-    store(at + 2 * kSize, aligned);
-    store(at + 3 * kSize, aligned);
-  }
-  for (; at < tail; at += kSize)
-    store(at, aligned);
-}
-
-void fillShort(std::byte* at, std::uint32_t pattern, std::size_t bytes) {
+void fillPlain(std::uint8_t* at, std::uint32_t pattern, std::size_t bytes) {
   for (; bytes >= sizeof pattern; bytes -= sizeof pattern, at += sizeof pattern)
-    store(at, pattern);
+    std::memcpy(at, &pattern, sizeof pattern);
   for (; bytes > 0; --bytes, ++at, pattern = patternBehind(1, pattern))
     std::memcpy(at, &pattern, 1);
 }
 
-void fillMiddle(std::byte* first, std::uint32_t pattern, std::size_t bytes) {
-  fillVectors<Vector16>(first, pattern, bytes);
+struct FillKernels {
+  void (*fill)(std::uint8_t* first, std::uint32_t pattern, std::size_t bytes);
+};
+
+}  // namespace
+}  // namespace nkdraw
+#endif
+
+HWY_BEFORE_NAMESPACE();
+namespace nkdraw::HWY_NAMESPACE {
+namespace {
+
+#if HWY_TARGET == HWY_SCALAR
+
+constexpr FillKernels kKernels = {fillPlain};
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// Fills at least one vector.
+template <class Words>
+HWY_INLINE void fillVectors(Words words, std::uint8_t* first, std::uint32_t pattern,
+                            std::size_t bytes) {
+  const hn::Repartition<std::uint8_t, Words> lanes;
+  constexpr std::size_t kSize = hn::MaxLanes(words) * sizeof pattern;
+  const auto from = [&](std::size_t behind) {
+    return hn::BitCast(lanes, hn::Set(words, patternBehind(behind, pattern)));
+  };
+  std::uint8_t* const tail = first + bytes - kSize;
+  hn::StoreU(from(bytes - kSize), lanes, tail);
+  hn::StoreU(from(0), lanes, first);
+
+  const std::size_t toAligned = kSize - std::bit_cast<std::uintptr_t>(first) % kSize;
+  const auto aligned = from(toAligned);
+  std::uint8_t* at = first + toAligned;
+  for (; tail - at >= std::ptrdiff_t{4 * kSize}; at += 4 * kSize) {
+    hn::Store(aligned, lanes, at);
+    hn::Store(aligned, lanes, at + kSize);
+    hn::Store(aligned, lanes, at + 2 * kSize);
+    hn::Store(aligned, lanes, at + 3 * kSize);
+  }
+  for (; at < tail; at += kSize)
+    hn::Store(aligned, lanes, at);
 }
 
-#ifdef __x86_64__
-[[gnu::target("avx2")]] void fillWide(std::byte* first, std::uint32_t pattern, std::size_t bytes) {
-  fillVectors<Vector32>(first, pattern, bytes);
+void fill(std::uint8_t* first, std::uint32_t pattern, std::size_t bytes) {
+  using Middle = hn::CappedTag<std::uint32_t, 4>;
+  using Wide = hn::CappedTag<std::uint32_t, 8>;
+  constexpr std::size_t kWideRun = 256;  // shorter runs are over before wider vectors pay
+  if (bytes < hn::MaxLanes(Middle()) * sizeof pattern)
+    fillPlain(first, pattern, bytes);
+  else if (bytes < kWideRun)
+    fillVectors(Middle(), first, pattern, bytes);
+  else
+    fillVectors(Wide(), first, pattern, bytes);
 }
-bool hasWideVectors() {
-  return __builtin_cpu_supports("avx2");
-}
-#else
-void fillWide(std::byte* first, std::uint32_t pattern, std::size_t bytes) {
-  fillMiddle(first, pattern, bytes);
-}
-bool hasWideVectors() {
-  return false;
-}
+
+constexpr FillKernels kKernels = {fill};
+
 #endif
 
 }  // namespace
+}  // namespace nkdraw::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace nkdraw {
+namespace {
+
+constexpr ByTarget<FillKernels> kByTarget = {HWY_CHOOSE_TARGET_LIST(kKernels),
+                                             HWY_CHOOSE_FALLBACK(kKernels)};
+
+}  // namespace
+}  // namespace nkdraw
 
 void SetMemoryFast(void* target, std::uint32_t value, std::uint32_t bytes) {
-  auto* const first = static_cast<std::byte*>(target);
-  if (bytes < sizeof(Vector16))
-    fillShort(first, value, bytes);
-  else if (bytes >= kWideRun && hasWideVectors())
-    fillWide(first, value, bytes);
-  else
-    fillMiddle(first, value, bytes);
+  static const nkdraw::FillKernels& kernels =
+      nkdraw::bestKernels(nkdraw::kByTarget, nkdraw::runnableTargets());
+  kernels.fill(static_cast<std::uint8_t*>(target), value, bytes);
 }
+#endif

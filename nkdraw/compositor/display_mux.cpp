@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // The multiplexed display: what is done to the inputs before a mode runs, and the grid after it.
-#include <nkdraw/surface/vector_targets.h>
+#include <nkdraw/simd/vector_targets.h>
 #include "mux_modes.h"
 #include "mux_rows.h"
 

@@ -3,7 +3,7 @@
 // The rows of the multiplexed display as vectors: at most sixteen pixels at a time, from the first
 // aligned output address on.
 #include "mux_rows.h"
-#include <nkdraw/surface/vector_targets.h>
+#include <nkdraw/simd/vector_targets.h>
 
 #include <cstddef>
 

@@ -2,7 +2,7 @@
 //
 // Packed 4:2:2 and its expanded form, in vectors. Bytes change places within blocks of sixteen,
 // after whole words were brought into the block that needs them.
-#include <nkdraw/surface/vector_targets.h>
+#include <nkdraw/simd/vector_targets.h>
 #include "samples_422.h"
 
 #include <algorithm>

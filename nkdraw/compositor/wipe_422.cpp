@@ -2,7 +2,7 @@
 //
 // The wipes of packed 4:2:2 frames: both inputs are expanded to three bytes a pixel, wiped, and
 // packed again.
-#include <nkdraw/surface/vector_targets.h>
+#include <nkdraw/simd/vector_targets.h>
 #include "samples_422.h"
 #include "wipe_bands.h"
 #include "wipe_kernels.h"

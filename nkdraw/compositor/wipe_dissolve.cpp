@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // The cross-fade.
-#include <nkdraw/surface/vector_targets.h>
+#include <nkdraw/simd/vector_targets.h>
 #include "wipe_frames.h"
 #include "wipe_kernels.h"
 #include "wipe_mix.h"

@@ -3,7 +3,7 @@
 // The cross-fade in its plain form, one part after the other in doubles, and the choice of a faster
 // one.
 #include "wipe_mix.h"
-#include <nkdraw/surface/vector_targets.h>
+#include <nkdraw/simd/vector_targets.h>
 
 #include <cstring>
 #include <numeric>

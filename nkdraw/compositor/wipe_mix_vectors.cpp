@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // The cross-fade of bytes and words in vectors, in integers wherever these decide.
-#include <nkdraw/surface/vector_targets.h>
+#include <nkdraw/simd/vector_targets.h>
 #include "wipe_mix.h"
 
 #include <array>

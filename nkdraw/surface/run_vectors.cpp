@@ -3,8 +3,8 @@
 // The loops under runs of pixels in vectors.
 #include "run_kernels.h"
 
+#include <nkdraw/simd/vector_targets.h>
 #include <nkdraw/surface/byte_order.h>
-#include <nkdraw/surface/vector_targets.h>
 
 #include <bit>
 

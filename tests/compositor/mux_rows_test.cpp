@@ -4,7 +4,7 @@
 #include "mux_reference.h"
 
 #include <nkdraw/compositor/mux_rows.h>
-#include <nkdraw/surface/vector_targets.h>
+#include <nkdraw/simd/vector_targets.h>
 
 #include <gtest/gtest.h>
 

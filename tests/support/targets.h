@@ -3,7 +3,7 @@
 // The vector forms that this machine can run, to compare each with the plain one.
 #pragma once
 
-#include <nkdraw/surface/vector_targets.h>
+#include <nkdraw/simd/vector_targets.h>
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,26 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // What the processor can run, and stores past its caches.
-#include <nkdraw/surface/vector_targets.h>
+#include <nkdraw/simd/vector_targets.h>
 
 #include <hwy/cache_control.h>
 
+#if HWY_ARCH_X86
+#include <cpuid.h>
+#endif
+
 namespace nkdraw {
+namespace {
+
+#if HWY_ARCH_X86
+/// The one feature that not every compiler's __builtin_cpu_supports knows.
+bool hasHalfFloats() {
+  unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
+  return __get_cpuid(1, &eax, &ebx, &ecx, &edx) != 0 && (ecx & bit_F16C) != 0;
+}
+#endif
+
+}  // namespace
 
 std::int64_t runnableTargets() {
 #if HWY_ARCH_X86
@@ -15,8 +30,7 @@ std::int64_t runnableTargets() {
       __builtin_cpu_supports("aes"))
     targets |= HWY_SSE4;
   if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") &&
-      __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
-      __builtin_cpu_supports("f16c"))
+      __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") && hasHalfFloats())
     targets |= HWY_AVX2;
   if ((targets & HWY_AVX2) != 0 && __builtin_cpu_supports("avx512f") &&
       __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512dq") &&

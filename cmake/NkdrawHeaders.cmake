@@ -37,11 +37,13 @@ set(NKDRAW_PUBLIC_HEADERS
   nkdraw/surface/pixel.h
   nkdraw/surface/pixel_type.h
   nkdraw/text/font_data.h
-  nkdraw/text/label_glyphs.h)
+  nkdraw/text/label_glyphs.h
+  nkdraw/version.h)
 
 # Those that a C99 program may include.
 set(NKDRAW_C_HEADERS
   nkdraw/export.h
   nkdraw/nkdraw_c.h
   nkdraw/platform/records.h
-  nkdraw/surface/pixel_type.h)
+  nkdraw/surface/pixel_type.h
+  nkdraw/version.h)

@@ -20,3 +20,4 @@
 #include <nkdraw/surface/pixel_type.h>
 #include <nkdraw/text/font_data.h>
 #include <nkdraw/text/label_glyphs.h>
+#include <nkdraw/version.h>

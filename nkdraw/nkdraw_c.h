@@ -11,6 +11,7 @@
 #include <nkdraw/export.h>
 #include <nkdraw/platform/records.h>
 #include <nkdraw/surface/pixel_type.h>
+#include <nkdraw/version.h>
 
 #include <stdint.h>
 

@@ -86,9 +86,9 @@ class NKDRAW_API CNkOverlay {
   static constexpr int kCustomTexts = 10;
 
   // For the library's own sources.
-  struct Access;
-  struct Commands;
-  struct Settings;
+  struct NKDRAW_HIDDEN Access;
+  struct NKDRAW_HIDDEN Commands;
+  struct NKDRAW_HIDDEN Settings;
 
   /// Reads the picture at `watermarkPath` and converts it for frames of `frameLayout`: 0 (32-bit
   /// RGB), "yuv2" (8-bit 4:2:2, Cb first) or "012v" (v210), codes in memory order. Others are read

@@ -6,6 +6,8 @@
 #include "media/interrupt.h"
 #include "media/libav_log.h"
 
+#include <nkdraw/version.h>
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -42,7 +44,7 @@ int usage(const CLI::App& app, const CLI::ParseError& error) {
 
 int run(int argc, char** argv) {
   CLI::App app("Draws into video frames in their native layout.", "nkdraw");
-  app.set_version_flag("--version", "nkdraw " NKDRAW_VERSION);
+  app.set_version_flag("--version", std::string("nkdraw ") + nkdraw_version());
   app.require_subcommand(1);
   std::vector<std::unique_ptr<Command>> commands;
   for (const auto add : kCommands)

@@ -46,7 +46,7 @@ class KeptBlocks {
     const auto fits = [&](const Block& block) {
       return block && block->bytes >= bytes && block->bytes / 2 <= bytes;
     };
-    const auto found = std::ranges::find_if(blocks_, fits);
+    auto* const found = std::ranges::find_if(blocks_, fits);
     return found == std::end(blocks_) ? nullptr : std::move(*found);
   }
 

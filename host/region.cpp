@@ -4,7 +4,7 @@
 #include "graphics_objects.h"
 
 nkRegion* nkCreateRectRegion(int left, int top, int right, int bottom) {
-  nkRegion* const region = nkdraw::tryMake<nkRegion>();
+  auto* const region = nkdraw::tryMake<nkRegion>();
   if (region != nullptr && left < right && top < bottom) {
     const pixman_box32_t box = {left, top, right, bottom};
     pixman_region32_fini(&region->pixels);

@@ -14,7 +14,7 @@ namespace nkdraw {
     const char* const value = std::getenv(name);
     return std::filesystem::path(value == nullptr ? "" : value);
   };
-  if (const auto named = environment("NKDRAW_CONFIG"); !named.empty())
+  if (auto named = environment("NKDRAW_CONFIG"); !named.empty())
     return named;
   const auto folder = environment("XDG_CONFIG_HOME");
   return (folder.empty() ? environment("HOME") / ".config" : folder) / "nkdraw" / "config.db";

@@ -19,7 +19,6 @@ namespace {
 constexpr std::uint32_t kRefused = 0xFFFFFFFF;
 
 using nkdraw::magnitude;
-using nkdraw::wrappingAdd;
 using nkdraw::wrappingSubtract;
 
 }  // namespace

@@ -9,7 +9,8 @@
 
 namespace nkdraw {
 
-/// One block of memory in this order. No lock guards it.
+/// One block of memory in this order. No lock guards it: texts may be drawn on several threads at
+/// once, each on a surface of its own, as long as no thread writes here and the kind is not "bmp".
 struct FontData {
   std::uint8_t fontSheetPixels[1048576];  ///< pixel rows of the sheet, as in its file
   std::uint8_t fontSheetHeader[36];       ///< its header from the width on

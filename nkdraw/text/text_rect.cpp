@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
@@ -123,6 +124,14 @@ class GlyphStamp {
   std::array<nkdraw::BitLines, nkdraw::kGlyphHeight + 2> rows_;
 };
 
+/// Every text clears the word, on whatever thread; one that is clear stays untouched, in all
+/// caches.
+void clearFontScratch() {
+  const std::atomic_ref scratch(nkdraw::fontData.fontScratch);
+  if (scratch.load(std::memory_order_relaxed) != 0)
+    scratch.store(0, std::memory_order_relaxed);
+}
+
 bool fontKindIs(const char (&kind)[4]) {
   return std::memcmp(nkdraw::fontData.fontKind, kind, sizeof kind) == 0;
 }
@@ -144,7 +153,7 @@ void drawGlyphs(NKDraw& surface, const char* text, std::int32_t count, tagRECT& 
 
 std::int32_t NKDraw::DrawText(const char* text, std::int32_t count, tagRECT* rect,
                               std::uint32_t format) {
-  nkdraw::fontData.fontScratch = 0;
+  clearFontScratch();
   antialias = false;
   if (fontKindIs("ttf"))
     nkdraw::drawOutlineText(*this, text, count, *rect, format);

@@ -3,6 +3,7 @@
 # The public headers: installed, and compiled alone by the tests.
 
 set(NKDRAW_PUBLIC_HEADERS
+  nkdraw/constants.h
   nkdraw/draw/draw.h
   nkdraw/export.h
   nkdraw/formats/bayer.h
@@ -42,6 +43,7 @@ set(NKDRAW_PUBLIC_HEADERS
 
 # Those that a C99 program may include.
 set(NKDRAW_C_HEADERS
+  nkdraw/constants.h
   nkdraw/export.h
   nkdraw/nkdraw_c.h
   nkdraw/platform/records.h

@@ -8,6 +8,7 @@
 #ifndef NKDRAW_C_H
 #define NKDRAW_C_H
 
+#include <nkdraw/constants.h>
 #include <nkdraw/export.h>
 #include <nkdraw/platform/records.h>
 #include <nkdraw/surface/pixel_type.h>

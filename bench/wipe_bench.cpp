@@ -84,7 +84,7 @@ void onOneThread(benchmark::State& state, const Work& work, std::int32_t type,
   Frames frames(bytes);
   const nkdraw::WipeTask task = taskOf(frames, work, type, pitch, size);
   const nkdraw::WipeKernel kernel = nkdraw::kernelOfWipe(work.wipe);
-  bench::measure(state, bytes, [&] { nkdraw::callKernel(kernel, task); });
+  bench::measure(state, bytes, [&] { kernel(task); });
 }
 
 using Entry = decltype(&NKDraw_DisplayWipe);

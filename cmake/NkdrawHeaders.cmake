@@ -3,6 +3,7 @@
 # The public headers: installed, and compiled alone by the tests.
 
 set(NKDRAW_PUBLIC_HEADERS
+  nkdraw/compositor/complete.h
   nkdraw/constants.h
   nkdraw/draw/draw.h
   nkdraw/export.h
@@ -43,6 +44,7 @@ set(NKDRAW_PUBLIC_HEADERS
 
 # Those that a C99 program may include.
 set(NKDRAW_C_HEADERS
+  nkdraw/compositor/complete.h
   nkdraw/constants.h
   nkdraw/export.h
   nkdraw/nkdraw_c.h

@@ -3,6 +3,7 @@
 // The whole C++ interface of nkdraw.
 #pragma once
 
+#include <nkdraw/compositor/complete.h>
 #include <nkdraw/constants.h>
 #include <nkdraw/draw/draw.h>
 #include <nkdraw/formats/bayer.h>

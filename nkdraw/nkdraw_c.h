@@ -8,6 +8,7 @@
 #ifndef NKDRAW_C_H
 #define NKDRAW_C_H
 
+#include <nkdraw/compositor/complete.h>
 #include <nkdraw/constants.h>
 #include <nkdraw/export.h>
 #include <nkdraw/platform/records.h>
@@ -90,7 +91,9 @@ NKDRAW_API uint32_t qtSetFont(NKDraw* surface, char* name);
  * in floats. width * position wraps at 32 bits. A cross-fade counts incoming floats as integers.
  *
  * Returns 0 always, after at most some 100 milliseconds; a worker that is still busy then goes on
- * drawing into `dst`, which must outlive it. */
+ * drawing into `dst`, which must outlive it. The quarter of a worker that the host could not start,
+ * be it that nkOSCreateThread returned null or that it threw, stays as it was, and the call takes
+ * the whole time. NKDraw_CompleteWipe is the call that waits, and leaves nothing out. */
 NKDRAW_API uint32_t NKDraw_DisplayWipe(const uint8_t* srcA, uint32_t pitchA, const uint8_t* srcB,
                                        uint32_t pitchB, uint8_t* dst, uint32_t pitchDst,
                                        uint32_t wipe, int32_t pixelType, uint32_t width,
@@ -104,7 +107,9 @@ NKDRAW_API uint32_t NKDraw_DisplayWipe(const uint8_t* srcA, uint32_t pitchA, con
  * are read and written in whole groups: of four pixels in, of two out.
  *
  * The calling thread runs at the time-critical priority during the call. 0, or 0xFFFFFFFF when
- * there was no memory for a block of 9 * width * height + 3072 bytes; `dst` is then untouched. */
+ * there was no memory for a block of 9 * width * height + 3072 bytes; `dst` is then untouched, and
+ * so it is when nkOSCreateThread threw, which the error log tells and the result 0 does not. The
+ * quarter of a worker that could not start otherwise shows what that block held. */
 NKDRAW_API uint32_t NKDraw_DisplayWipeYCbCr(const uint8_t* srcA, uint32_t pitchA,
                                             const uint8_t* srcB, uint32_t pitchB, uint8_t* dst,
                                             uint32_t pitchDst, uint32_t wipe, int32_t pixelType,
@@ -118,7 +123,8 @@ NKDRAW_API uint32_t NKDraw_DisplayWipeYCbCr(const uint8_t* srcA, uint32_t pitchA
  * `pixelType` is not read; a pitch below the layout's minimum (128 bytes for every 48 pixels begun)
  * is raised to it. Rows are read and written in whole groups of six pixels.
  *
- * Priority, result and memory as for NKDraw_DisplayWipeYCbCr. */
+ * Priority, result and memory as for NKDraw_DisplayWipeYCbCr, but that a host that throws is one
+ * that could not start the thread. */
 NKDRAW_API uint32_t NKDraw_DisplayWipeV210(const uint8_t* srcA, uint32_t pitchA,
                                            const uint8_t* srcB, uint32_t pitchB, uint8_t* dst,
                                            uint32_t pitchDst, uint32_t wipe, int32_t pixelType,

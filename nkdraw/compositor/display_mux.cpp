@@ -5,6 +5,7 @@
 #include "mux_modes.h"
 #include "mux_rows.h"
 
+#include <nkdraw/compositor/complete.h>
 #include <nkdraw/nkdraw_c.h>
 #include <nkdraw/platform/flip.h>
 #include <nkdraw/platform/memory.h>
@@ -26,12 +27,11 @@ struct GridSteps {
   std::uint32_t columns, rows;
 };
 
-constexpr std::uint32_t kPercentGrid = 1;
 constexpr std::uint32_t kGridWord = 0xBFBFBFBF;
 
 /// Steps of 0 where a division by zero would be asked for.
 GridSteps gridSteps(const Grid& grid) {
-  if (grid.type != kPercentGrid)
+  if (grid.type != NKGridPercent)
     return {grid.x, grid.y};
   const std::uint32_t cells = grid.x == 0 ? 0 : 100 / grid.x;
   if (cells == 0)
@@ -75,14 +75,29 @@ void mirrorHorz(std::uint8_t* frame, const Size& size) {
 
 /// In the caller's own buffers, which stay mirrored; that is meant.
 void mirrorInputs(std::uint8_t* first, std::uint8_t* second, std::uint32_t mode, const Size& size) {
-  if ((mode & kMuxMirrorSecondVert) != 0)
+  if ((mode & NKMuxFlipSecondVert) != 0)
     mirrorVert(second, size);
-  if ((mode & kMuxMirrorFirstVert) != 0)
+  if ((mode & NKMuxFlipFirstVert) != 0)
     mirrorVert(first, size);
-  if ((mode & kMuxMirrorSecondHorz) != 0)
+  if ((mode & NKMuxFlipSecondHorz) != 0)
     mirrorHorz(second, size);
-  if ((mode & kMuxMirrorFirstHorz) != 0)
+  if ((mode & NKMuxFlipFirstHorz) != 0)
     mirrorHorz(first, size);
+}
+
+std::uint32_t displayMux(NKMux mux, WipeWait wait) {
+  if ((mux.mode & NKMuxSwap) != 0)
+    std::swap(mux.srcA, mux.srcB);  // their sizes stay with the argument; that is meant
+  mirrorInputs(mux.srcA, mux.srcB, mux.mode, {mux.width, mux.height, mux.pitch});
+  modeOf(mux.mode & NKMuxValueMask)({mux.srcA, mux.srcB, mux.dst, mux.sizeA, mux.sizeB, mux.mode,
+                                     mux.wipe, mux.amount, mux.threshold, mux.splitX, mux.splitY,
+                                     mux.width, mux.height, mux.pitch, wait});
+  finishStreamedRows();
+  if (mux.gridType == NKGridNone && (mux.mode & NKMuxGrid) != 0)
+    mux.gridType = NKGridPercent;
+  if (mux.gridType != NKGridNone)
+    drawGrid({mux.gridType, mux.gridX, mux.gridY, mux.dst, mux.width, mux.height, mux.pitch});
+  return NKStatusOk;
 }
 
 }  // namespace
@@ -95,16 +110,11 @@ std::uint32_t NKDraw_DisplayMuxRGBA(std::uint8_t* srcA, std::uint32_t sizeA, std
                                     std::uint32_t splitY, std::uint32_t gridType,
                                     std::uint32_t gridX, std::uint32_t gridY, std::uint32_t width,
                                     std::uint32_t height, std::uint32_t pitch) {
-  using namespace nkdraw;
-  if ((mode & kMuxSwapInputs) != 0)
-    std::swap(srcA, srcB);  // their sizes stay with the argument; that is meant
-  mirrorInputs(srcA, srcB, mode, {width, height, pitch});
-  modeOf(mode & kMuxValueBits)({srcA, srcB, dst, sizeA, sizeB, mode, wipe, amount, threshold,
-                                splitX, splitY, width, height, pitch});
-  finishStreamedRows();
-  if (gridType != 0)
-    drawGrid({gridType, gridX, gridY, dst, width, height, pitch});
-  else if ((mode & kMuxGrid) != 0)
-    drawGrid({kPercentGrid, gridX, gridY, dst, width, height, pitch});
-  return 0;
+  return nkdraw::displayMux({srcA, sizeA, srcB, sizeB, dst, mode, wipe, amount, threshold, splitX,
+                             splitY, gridType, gridX, gridY, width, height, pitch},
+                            nkdraw::WipeWait::kBounded);
+}
+
+std::uint32_t NKDraw_CompleteMux(const NKMux* mux) {
+  return nkdraw::displayMux(*mux, nkdraw::WipeWait::kComplete);
 }

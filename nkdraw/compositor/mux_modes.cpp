@@ -4,9 +4,11 @@
 #include "mux_modes.h"
 
 #include "copy_block.h"
+#include "display_wipe.h"
 #include "mux_rows.h"
 
-#include <nkdraw/nkdraw_c.h>
+#include <nkdraw/constants.h>
+#include <nkdraw/surface/pixel_type.h>
 
 namespace nkdraw {
 namespace {
@@ -73,10 +75,9 @@ void drawSecond(const MuxTask& task) {
 }
 
 void drawWipe(const MuxTask& task) {
-  constexpr std::uint32_t kWholeRange = 65536;
-  NKDraw_DisplayWipe(task.first, task.pitch, task.second, task.pitch, task.output, task.pitch,
-                     task.wipe, ptRGBA32, task.width, task.height, 1, 1, 0, 0, 0, 0, kWholeRange,
-                     task.amount);
+  displayWipe({task.first, task.pitch, task.second, task.pitch, task.output, task.pitch, task.wipe,
+               ptRGBA32, task.width, task.height, 1, 1, 0, 0, 0, 0, NKMuxWhole, task.amount},
+              task.wait);
 }
 
 // Pixel by pixel.
@@ -98,7 +99,7 @@ void drawDifference(const MuxTask& task) {
 }
 
 void drawCompare(const MuxTask& task) {
-  const std::uint8_t other = task.has(kMuxSwapInputs) ? 0xFF : 0;
+  const std::uint8_t other = task.has(NKMuxSwap) ? 0xFF : 0;
   drawByRule(task, &MuxRows::compare, Compare{task.threshold, other});
 }
 
@@ -139,7 +140,7 @@ void interleaveColumns(const MuxTask& task) {
 }
 
 void drawInterleave(const MuxTask& task) {
-  task.has(kMuxOtherWay) ? interleaveColumns(task) : interleaveRows(task);
+  task.has(NKMuxOtherWay) ? interleaveColumns(task) : interleaveRows(task);
 }
 
 /// One row of the checker, whose even columns come from `even`. A last pair reaches one pixel past
@@ -211,7 +212,7 @@ void splitColumns(const MuxTask& task) {
     const MuxRowBytes row = rowOf(task, y);
     copyBlock(row.output, row.first, left);
     copyBlock(row.output + left, row.second + left, rowBytes(task) - left);
-    if (task.has(kMuxMarkSplit))
+    if (task.has(NKMuxMarkSplit))
       plain::setPixel(row.output, split, kSplitPixel);
   }
 }
@@ -220,7 +221,7 @@ void splitRows(const MuxTask& task) {
   const std::uint32_t split = task.splitY > task.height ? task.height >> 1 : task.splitY;
   for (std::uint32_t y = 0; y < task.height; ++y) {
     const MuxRowBytes row = rowOf(task, y);
-    if (y == split && task.has(kMuxMarkSplit))
+    if (y == split && task.has(NKMuxMarkSplit))
       SetMemoryFast(row.output, kSplitGrey, task.pitch);
     else
       copyBlock(row.output, y < split ? row.first : row.second, task.pitch);
@@ -228,7 +229,7 @@ void splitRows(const MuxTask& task) {
 }
 
 void drawSplit(const MuxTask& task) {
-  task.has(kMuxOtherWay) ? splitRows(task) : splitColumns(task);
+  task.has(NKMuxOtherWay) ? splitRows(task) : splitColumns(task);
 }
 
 void mirrorColumns(const MuxTask& task) {
@@ -252,7 +253,7 @@ void mirrorRows(const MuxTask& task) {
 }
 
 void drawMirror(const MuxTask& task) {
-  task.has(kMuxOtherWay) ? mirrorRows(task) : mirrorColumns(task);
+  task.has(NKMuxOtherWay) ? mirrorRows(task) : mirrorColumns(task);
 }
 
 // Parts of packed frames, with black around them. A row is blackened just before it is drawn.
@@ -301,7 +302,7 @@ void cropRows(const MuxTask& task) {
 }
 
 void drawCropPair(const MuxTask& task) {
-  task.has(kMuxOtherWay) ? cropRows(task) : cropColumns(task);
+  task.has(NKMuxOtherWay) ? cropRows(task) : cropColumns(task);
 }
 
 struct MuxEntry {
@@ -310,27 +311,27 @@ struct MuxEntry {
 };
 
 constexpr MuxEntry kModes[] = {
-    {2, drawSecond},
-    {4, drawChannels<0x00FF0000, 0x000000FF>},
-    {8, drawChannels<0xFFFF0000, 0x0000FFFF>},
-    {16, drawChannels<0xFFFFFF00, 0x000000FF>},
-    {32, drawChannels<0xFF00FF00, 0x00FF00FF>},
-    {64, drawInterleave},
-    {128, drawAverage},
-    {256, drawDifference},
-    {512, drawOverAndUnder},
-    {1024, drawSideBySide},
-    {2048, drawSplit},
-    {4096, drawMirror},
-    {8192, drawMirror},
-    {16384, drawCompare},
-    {32768, drawFade},
-    {65536, drawWipe},
-    {262144, drawChecker},
-    {524288, drawBlocks},
-    {1048576, drawQuarterPair},
-    {2097152, drawCropPair},
-    {8388608, drawGrey},
+    {NKMuxSecond, drawSecond},
+    {NKMuxRedBlue, drawChannels<0x00FF0000, 0x000000FF>},
+    {NKMuxRedCyan, drawChannels<0xFFFF0000, 0x0000FFFF>},
+    {NKMuxYellowBlue, drawChannels<0xFFFFFF00, 0x000000FF>},
+    {NKMuxGreenMagenta, drawChannels<0xFF00FF00, 0x00FF00FF>},
+    {NKMuxInterleave, drawInterleave},
+    {NKMuxAverage, drawAverage},
+    {NKMuxDifference, drawDifference},
+    {NKMuxOverUnder, drawOverAndUnder},
+    {NKMuxSideBySide, drawSideBySide},
+    {NKMuxSplit, drawSplit},
+    {NKMuxMirror, drawMirror},
+    {NKMuxMirrorToo, drawMirror},
+    {NKMuxCompare, drawCompare},
+    {NKMuxFade, drawFade},
+    {NKMuxWipe, drawWipe},
+    {NKMuxChecker, drawChecker},
+    {NKMuxBlocks, drawBlocks},
+    {NKMuxQuarterPair, drawQuarterPair},
+    {NKMuxCropPair, drawCropPair},
+    {NKMuxGrey, drawGrey},
 };
 
 }  // namespace

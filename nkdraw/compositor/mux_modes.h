@@ -3,20 +3,11 @@
 // How two frames share one display.
 #pragma once
 
+#include "wipe_bands.h"
+
 #include <cstdint>
 
 namespace nkdraw {
-
-/// Flags above the mode value.
-inline constexpr std::uint32_t kMuxValueBits = 0x00FFFFFF;
-inline constexpr std::uint32_t kMuxGrid = 1U << 24;
-inline constexpr std::uint32_t kMuxMirrorSecondHorz = 1U << 25;
-inline constexpr std::uint32_t kMuxMirrorSecondVert = 1U << 26;
-inline constexpr std::uint32_t kMuxMarkSplit = 1U << 27;
-inline constexpr std::uint32_t kMuxOtherWay = 1U << 28;
-inline constexpr std::uint32_t kMuxMirrorFirstHorz = 1U << 29;
-inline constexpr std::uint32_t kMuxMirrorFirstVert = 1U << 30;
-inline constexpr std::uint32_t kMuxSwapInputs = 1U << 31;
 
 /// Two frames in the places that they have on the display, and the settings of the modes. Rows of
 /// all three are `pitch` bytes apart.
@@ -28,6 +19,7 @@ struct MuxTask {
   std::uint32_t mode;          ///< with its flags
   std::uint32_t wipe, amount, threshold, splitX, splitY;
   std::uint32_t width, height, pitch;
+  WipeWait wait;  ///< of a wipe
 
   [[nodiscard]] constexpr bool has(std::uint32_t flag) const { return (mode & flag) != 0; }
 };

@@ -3,11 +3,11 @@
 // The wipes of packed 4:2:2 frames: both inputs are expanded to three bytes a pixel, wiped, and
 // packed again.
 #include <nkdraw/simd/vector_targets.h>
+#include "display_wipe.h"
 #include "samples_422.h"
-#include "wipe_bands.h"
 #include "wipe_kernels.h"
 
-#include <nkdraw/nkdraw_c.h>
+#include <nkdraw/constants.h>
 #include <nkdraw/platform/log.h>
 #include <nkdraw/platform/memory.h>
 #include <nkdraw/surface/pixel_type.h>
@@ -21,7 +21,6 @@
 namespace nkdraw {
 namespace {
 
-constexpr std::uint32_t kNoMemory = 0xFFFFFFFF;
 constexpr std::size_t kBufferAlignment = 512;
 constexpr std::uint32_t kExpandedBytes = 3;
 
@@ -151,14 +150,15 @@ struct PackedWipe {
     for (std::uint32_t y = 0; y < frame.height; ++y)
       layout.pack(expanded.result + expandedRow(y), frame.dst + frame.pitchDst * y, frame.width);
   }
-  [[nodiscard]] std::uint32_t wipe() const {
+  /// As RunWipeBands.
+  std::uint32_t run(WipeWait wait) const {
     WipeTask task = frame;
     task.srcA = expanded.a;
     task.srcB = expanded.b;
     task.dst = expanded.result;
     task.pitchA = task.pitchB = task.pitchDst = kExpandedBytes * frame.width;
     task.pixelType = ptYCbCr24;
-    return RunWipeBands(task, kernelOfWipe(task.wipe), expanded.block);
+    return RunWipeBands(task, kernelOfWipe(task.wipe), wait, expanded.block);
   }
 };
 
@@ -176,27 +176,6 @@ bool allocate(PackedWipe& wipe, PriorityGuard& priority) {
   return wipe.expanded.a != nullptr;
 }
 
-std::uint32_t wipeYCbCr(const WipeTask& frame) {
-  PriorityGuard priority;
-  PackedWipe wipe{frame, kYCbCr};
-  if (!allocate(wipe, priority))
-    return kNoMemory;
-  try {
-    // Row by row in turn: what the last group of the first frame leaves behind its end may lie in
-    // the second frame's first row, and stays there.
-    for (std::uint32_t y = 0; y < frame.height; ++y) {
-      wipe.expandRowA(y);
-      wipe.expandRowB(y);
-    }
-    const std::uint32_t result = wipe.wipe();
-    wipe.pack();
-    return result;
-  } catch (...) {
-    ErrOut("Exception Error NKDraw_DisplayWipeYCbCr");
-    return 0;
-  }
-}
-
 /// Runs a stretch whose failure goes without a word.
 template <class Stretch>
 void silently(Stretch stretch) {
@@ -206,11 +185,35 @@ void silently(Stretch stretch) {
   }
 }
 
-std::uint32_t wipeV210(const WipeTask& frame) {
+}  // namespace
+
+std::uint32_t displayWipeYCbCr(const WipeTask& frame, WipeWait wait) {
+  PriorityGuard priority;
+  PackedWipe wipe{frame, kYCbCr};
+  if (!allocate(wipe, priority))
+    return NKStatusRefused;
+  try {
+    // Row by row in turn: what the last group of the first frame leaves behind its end may lie in
+    // the second frame's first row, and stays there.
+    for (std::uint32_t y = 0; y < frame.height; ++y) {
+      wipe.expandRowA(y);
+      wipe.expandRowB(y);
+    }
+    if (wipe.run(wait) == NKStatusOk) {
+      wipe.pack();
+      return NKStatusOk;
+    }
+  } catch (...) {  // told below
+  }
+  ErrOut("Exception Error NKDraw_DisplayWipeYCbCr");
+  return NKStatusOk;
+}
+
+std::uint32_t displayWipeV210(const WipeTask& frame, WipeWait wait) {
   PriorityGuard priority;
   PackedWipe wipe{frame, kV210};
   if (!allocate(wipe, priority))
-    return kNoMemory;
+    return NKStatusRefused;
   const std::uint32_t leastPitch = leastV210Pitch(frame.width);
   for (std::uint32_t* const pitch : {&wipe.frame.pitchDst, &wipe.frame.pitchA, &wipe.frame.pitchB})
     *pitch = std::max(*pitch, leastPitch);
@@ -220,33 +223,9 @@ std::uint32_t wipeV210(const WipeTask& frame) {
     for (std::uint32_t y = 0; y < frame.height; ++y)
       wipe.expandRowB(y);
   });
-  const std::uint32_t result = wipe.wipe();
+  wipe.run(wait);
   silently([&] { wipe.pack(); });
-  return result;
+  return NKStatusOk;
 }
 
-}  // namespace
 }  // namespace nkdraw
-
-std::uint32_t NKDraw_DisplayWipeYCbCr(
-    const std::uint8_t* srcA, std::uint32_t pitchA, const std::uint8_t* srcB, std::uint32_t pitchB,
-    std::uint8_t* dst, std::uint32_t pitchDst, std::uint32_t wipe, std::int32_t pixelType,
-    std::uint32_t width, std::uint32_t height, std::uint32_t spare1, std::uint32_t spare2,
-    std::uint32_t spare3, std::uint32_t spare4, std::uint32_t spare5, std::uint32_t rangeStart,
-    std::uint32_t rangeEnd, std::uint32_t position) {
-  return nkdraw::wipeYCbCr({srcA,   pitchA,    srcB,   pitchB,     dst,      pitchDst,
-                            wipe,   pixelType, width,  height,     spare1,   spare2,
-                            spare3, spare4,    spare5, rangeStart, rangeEnd, position,
-                            0,      0,         0,      0});
-}
-
-std::uint32_t NKDraw_DisplayWipeV210(
-    const std::uint8_t* srcA, std::uint32_t pitchA, const std::uint8_t* srcB, std::uint32_t pitchB,
-    std::uint8_t* dst, std::uint32_t pitchDst, std::uint32_t wipe, std::int32_t pixelType,
-    std::uint32_t width, std::uint32_t height, std::uint32_t spare1, std::uint32_t spare2,
-    std::uint32_t spare3, std::uint32_t spare4, std::uint32_t spare5, std::uint32_t rangeStart,
-    std::uint32_t rangeEnd, std::uint32_t position) {
-  return nkdraw::wipeV210({srcA,     pitchA,   srcB,   pitchB, dst,    pitchDst, wipe,   pixelType,
-                           width,    height,   spare1, spare2, spare3, spare4,   spare5, rangeStart,
-                           rangeEnd, position, 0,      0,      0,      0});
-}

@@ -24,48 +24,30 @@ struct WipeTask {
   std::uint32_t height;    ///< of the frames, in rows
   std::uint32_t spare1, spare2, spare3, spare4, spare5;
   std::uint32_t rangeStart, rangeEnd, position;
-  std::uint32_t left, right;  ///< first column of the rectangle, one past its last
-  std::uint32_t top, bottom;  ///< first row, one past the last
+  std::uint32_t left = 0, right = 0;  ///< first column of the rectangle, one past its last
+  std::uint32_t top = 0, bottom = 0;  ///< first row, one past the last
 };
 
-/// Draws a rectangle of a transition; the fields of a WipeTask in their order. 0 always.
-using WipeKernel = std::uint32_t (*)(
-    const std::uint8_t* srcA, std::uint32_t pitchA, const std::uint8_t* srcB, std::uint32_t pitchB,
-    std::uint8_t* dst, std::uint32_t pitchDst, std::uint32_t wipe, std::int32_t pixelType,
-    std::uint32_t width, std::uint32_t height, std::uint32_t spare1, std::uint32_t spare2,
-    std::uint32_t spare3, std::uint32_t spare4, std::uint32_t spare5, std::uint32_t rangeStart,
-    std::uint32_t rangeEnd, std::uint32_t position, std::uint32_t left, std::uint32_t right,
-    std::uint32_t top, std::uint32_t bottom);
+/// Which of the four quarters of a frame have work: bit 0 stands for the upper left one, 1 for the
+/// upper right, 2 for the lower left, 3 for the lower right.
+enum class WipeQuarters : std::uint8_t { kAll = 0b1111, kLeft = 0b0101, kUpperLeft = 0b0001 };
 
-/// The kernel that is a function of the task.
-template <void (*draw)(const WipeTask&)>
-inline constexpr WipeKernel wipeKernel =
-    [](const std::uint8_t* srcA, std::uint32_t pitchA, const std::uint8_t* srcB,
-       std::uint32_t pitchB, std::uint8_t* dst, std::uint32_t pitchDst, std::uint32_t wipe,
-       std::int32_t pixelType, std::uint32_t width, std::uint32_t height, std::uint32_t spare1,
-       std::uint32_t spare2, std::uint32_t spare3, std::uint32_t spare4, std::uint32_t spare5,
-       std::uint32_t rangeStart, std::uint32_t rangeEnd, std::uint32_t position, std::uint32_t left,
-       std::uint32_t right, std::uint32_t top, std::uint32_t bottom) -> std::uint32_t {
-  draw({srcA,     pitchA,   srcB,   pitchB, dst,    pitchDst, wipe,   pixelType,
-        width,    height,   spare1, spare2, spare3, spare4,   spare5, rangeStart,
-        rangeEnd, position, left,   right,  top,    bottom});
-  return 0;
+/// Draws the rectangle of a task. 0 always.
+struct WipeKernel {
+  std::uint32_t (*draw)(const WipeTask& task) = nullptr;
+  /// In the others there is nothing to do, even where a small frame gives several the same corner.
+  WipeQuarters quarters = WipeQuarters::kAll;
+
+  std::uint32_t operator()(const WipeTask& task) const { return draw(task); }
+  bool operator==(const WipeKernel&) const = default;
 };
-
-/// Calls `kernel` with the fields of `task`.
-inline std::uint32_t callKernel(WipeKernel kernel, const WipeTask& task) {
-  return kernel(task.srcA, task.pitchA, task.srcB, task.pitchB, task.dst, task.pitchDst, task.wipe,
-                task.pixelType, task.width, task.height, task.spare1, task.spare2, task.spare3,
-                task.spare4, task.spare5, task.rangeStart, task.rangeEnd, task.position, task.left,
-                task.right, task.top, task.bottom);
-}
 
 /// A task and the worker that draws it.
 struct WipeBand : WipeTask {
   WipeKernel kernel;
-  nkHandle threadHandle;
-  std::uint32_t threadId;
-  std::uint32_t* pending;  ///< the call's count of workers that have not ended
+  nkHandle threadHandle = nullptr;
+  std::uint32_t threadId = 0;
+  std::uint32_t* pending = nullptr;  ///< the call's count of workers that have not ended
 };
 
 }  // namespace nkdraw

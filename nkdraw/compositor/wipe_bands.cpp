@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The four workers of a wipe, and the bounded wait for them.
+// The four workers of a wipe, and the wait for them.
 #include "wipe_bands.h"
+
+#include <nkdraw/constants.h>
 
 #include <array>
 #include <atomic>
@@ -18,8 +20,6 @@ constexpr int kPauses = 50;
 constexpr std::chrono::milliseconds kPause{2};
 constexpr const char* kThreadTag = "gzqk";
 
-thread_local int patience = 0;  ///< how many PatientWipes live on this thread
-
 /// What the caller and the workers of one call share; it ends with the last of them.
 struct WipeCall {
   std::uint32_t pending = 0;
@@ -28,6 +28,7 @@ struct WipeCall {
 
   struct Worker {
     WipeBand band;
+    bool hasWork = true;
     std::shared_ptr<WipeCall> call;      ///< the worker's own share, which it takes as it starts
     std::shared_ptr<const void> memory;  ///< its share of that, until its kernel is through
 
@@ -64,85 +65,95 @@ void setRectangles(const WipeTask& frame, std::array<WipeCall::Worker, kBands>& 
   }
 }
 
+/// Whole rows that reach into the next ones are one worker's: who comes last there decides.
+void shareOut(const WipeKernel& kernel, std::array<WipeCall::Worker, kBands>& workers) {
+  WipeQuarters quarters = kernel.quarters;
+  WipeBand& first = workers[0].band;
+  if (quarters == WipeQuarters::kLeft && first.pitchA > first.pitchB) {
+    quarters = WipeQuarters::kUpperLeft;
+    first.bottom = first.height;
+  }
+  for (std::size_t i = 0; i < kBands; ++i) {
+    workers[i].band.kernel = kernel;
+    workers[i].hasWork = (static_cast<unsigned>(quarters) >> i & 1) != 0;
+  }
+}
+
 /// Counts the worker before its thread is there, so that the count can't fall before it rose.
-void start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call,
-           const std::shared_ptr<const void>& memory) {
+/// False when the host threw and the quarter stays.
+bool start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call,
+           const std::shared_ptr<const void>& memory, WipeWait wait) {
   WipeBand& band = worker.band;
   nkOSInterlockedIncrement(counter(band.pending));
   worker.call = call;
   worker.memory = memory;
+  bool threw = false;
   try {
     band.threadHandle =
         nkOSCreateThread(nullptr, 0, WipeBandThread, &worker, 0, &band.threadId, kThreadTag);
   } catch (...) {
-    worker.giveSharesBack();
-    throw;
+    threw = true;
   }
-  if (band.threadHandle == nullptr && patience > 0)
+  const bool drawnHere = band.threadHandle == nullptr && wait == WipeWait::kComplete;
+  if (drawnHere)
     WipeBandThread(&worker);
   else if (band.threadHandle == nullptr)
     worker.giveSharesBack();
   nkOSSetThreadPriority(band.threadHandle, kThreadTimeCritical);
+  return !threw || drawnHere;
 }
 
-void waitFor(WipeCall& call) {
+void waitFor(WipeCall& call, WipeWait wait) {
   while (call.finished.try_acquire()) {  // raised before the last worker was started, or by it
   }
   const std::atomic_ref pending(call.pending);
   for (int left = kPauses; pending.load(std::memory_order_acquire) != 0;) {
-    if (patience == 0 && left-- == 0)
+    if (wait == WipeWait::kBounded && left-- == 0)
       return;
     static_cast<void>(call.finished.try_acquire_for(kPause));
   }
 }
 
 /// Without a worker.
-void drawWhole(WipeTask frame, WipeKernel kernel) {
+void drawWhole(WipeTask frame, const WipeKernel& kernel) {
   frame.left = frame.top = 0;
   frame.right = frame.width;
   frame.bottom = frame.height;
-  callKernel(kernel, frame);
+  kernel(frame);
 }
 
 }  // namespace
-
-PatientWipes::PatientWipes() {
-  ++patience;
-}
-
-PatientWipes::~PatientWipes() {
-  --patience;
-}
 
 std::uint32_t WipeBandThread(void* parameter) {
   auto* const worker = static_cast<WipeCall::Worker*>(parameter);
   const std::shared_ptr<WipeCall> call = std::move(worker->call);
   const WipeBand& band = worker->band;
-  const std::uint32_t result = callKernel(band.kernel, band);
+  const std::uint32_t result = worker->hasWork ? band.kernel(band) : 0;
   worker->memory.reset();  // the caller, who sees the count, is then the last to hold it
   if (nkOSInterlockedDecrement(counter(band.pending)) == 0)
     call->finished.release();
   return result;
 }
 
-std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel,
+std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel, WipeWait wait,
                            const std::shared_ptr<const void>& memory) {
   const auto call = newCall();
   if (!call) {
-    if (patience > 0)
+    if (wait == WipeWait::kComplete)
       drawWhole(frame, kernel);
     return 0;
   }
   setRectangles(frame, call->workers);
+  shareOut(kernel, call->workers);
+  bool threw = false;
   for (WipeCall::Worker& worker : call->workers) {
-    worker.band.kernel = kernel;
     worker.band.pending = &call->pending;
-    start(worker, call, memory);
+    threw = !start(worker, call, memory, wait) || threw;
   }
   for (const WipeCall::Worker& worker : call->workers)
     nkOSCloseThread(worker.band.threadHandle, kThreadTag);
-  waitFor(*call);
-  return 0;
+  waitFor(*call, wait);
+  return threw ? NKStatusRefused : 0;
 }
 
 }  // namespace nkdraw

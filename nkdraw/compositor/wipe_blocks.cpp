@@ -4,15 +4,17 @@
 #include "wipe_frames.h"
 #include "wipe_kernels.h"
 
+#include <nkdraw/constants.h>
+
 #include <algorithm>
 
 namespace nkdraw {
 namespace {
 
 /// A row is copied with a pitch by its place, whichever input it comes from; that is meant.
-void drawEdgeVert(const WipeTask& task) {
+std::uint32_t drawEdgeVert(const WipeTask& task) {
   if (!pixelParts(task.pixelType).known() || rangeOf(task) == 0 || task.left != 0)
-    return;
+    return 0;
   const std::uint32_t edge = scale(task, task.height);
   for (std::uint32_t y = task.top; y < task.bottom; ++y) {
     const WipeRow row = rowOf(task, y);
@@ -21,6 +23,7 @@ void drawEdgeVert(const WipeTask& task) {
     else
       copyBlock(row.output, row.outgoing, task.pitchB);
   }
+  return 0;
 }
 
 /// Packed frames of a slide; `stride` is a row's bytes in all of them. Products wrap at 32 bits.
@@ -68,27 +71,26 @@ void slideRight(const Slide& slide) {
   slide.copyColumns(0, passed, slide.task.width - passed);
 }
 
-constexpr std::uint32_t kFirstSlide = 500;
-
-/// By the number from kFirstSlide on. The last four repeat the third, and all other numbers draw
-/// nothing; that is meant.
+/// By the number from NKWipeFirstSlide on. The last four repeat the third, and all other numbers
+/// draw nothing; that is meant.
 constexpr void (*kSlides[])(const Slide&) = {slideUp,   slideLeft, slideDown, slideRight,
                                              slideDown, slideDown, slideDown, slideDown};
 
 /// The whole word is compared: with swapped inputs a slide draws nothing. Layouts that the wipes
 /// don't know pass for four bytes a pixel.
-void drawSlide(const WipeTask& task) {
-  const std::uint32_t number = task.wipe - kFirstSlide;
+std::uint32_t drawSlide(const WipeTask& task) {
+  const std::uint32_t number = task.wipe - NKWipeFirstSlide;
   if (task.left != 0 || task.top != 0 || number >= std::size(kSlides) || rangeOf(task) == 0)
-    return;
+    return 0;
   const PixelParts parts = pixelParts(task.pixelType);
   const std::uint32_t pixelBytes = parts.known() ? parts.bytes() : 4;
   kSlides[number]({task, pixelBytes, task.width * pixelBytes});
+  return 0;
 }
 
 }  // namespace
 
-constexpr WipeKernel WipeEdgeVert = wipeKernel<drawEdgeVert>;
-constexpr WipeKernel WipeSlide = wipeKernel<drawSlide>;
+constexpr WipeKernel WipeEdgeVert{drawEdgeVert, WipeQuarters::kLeft};
+constexpr WipeKernel WipeSlide{drawSlide, WipeQuarters::kUpperLeft};
 
 }  // namespace nkdraw

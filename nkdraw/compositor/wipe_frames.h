@@ -6,6 +6,7 @@
 #include "copy_block.h"
 #include "wipe_band.h"
 
+#include <nkdraw/constants.h>
 #include <nkdraw/surface/pixel_type.h>
 
 #include <array>
@@ -46,8 +47,6 @@ inline constexpr auto kPixelParts = [] {
   return index < kPixelParts.size() ? kPixelParts[index] : PixelParts{};
 }
 
-inline constexpr std::uint32_t kSwapInputs = 0x80000000;
-
 /// One row of the three frames. The output's rows lie as far apart as those of `srcB`, whatever its
 /// own pitch; that is meant. Products wrap at 32 bits.
 struct WipeRow {
@@ -59,7 +58,7 @@ struct WipeRow {
 [[nodiscard]] inline WipeRow rowOf(const WipeTask& task, std::uint32_t y) {
   const std::uint8_t* const rowA = task.srcA + task.pitchA * y;
   const std::uint8_t* const rowB = task.srcB + task.pitchB * y;
-  const bool swapped = (task.wipe & kSwapInputs) != 0;
+  const bool swapped = (task.wipe & NKWipeSwap) != 0;
   return {swapped ? rowB : rowA, swapped ? rowA : rowB, task.dst + task.pitchB * y};
 }
 

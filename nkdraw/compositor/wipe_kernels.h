@@ -31,19 +31,11 @@ extern const WipeKernel WipeEdgeVert;
 /// rectangle at the top left alone. Needs a third buffer for `dst`.
 extern const WipeKernel WipeSlide;
 
-/// A cross-fade by WipeMix.
+/// A cross-fade of every part of every pixel, alpha included: of an outgoing part o and an incoming
+/// part n, o * (1 - progress) + n * progress in doubles, truncated, its low bits kept. In floats
+/// the incoming part is truncated to an integer first. An empty range makes every result
+/// not-a-number, which bytes and words store as 0. `dst` may be one of the inputs.
 extern const WipeKernel WipeDissolve;
-
-/// Mixes every part of every pixel of the rectangle, alpha included: of an outgoing part o and an
-/// incoming part n, o * (1 - progress) + n * progress in doubles, truncated, its low bits kept. In
-/// floats the incoming part is truncated to an integer first. `layout` is the pixelType less 1. An
-/// empty range makes every result not-a-number, which bytes and words store as 0. `dst` may be
-/// one of the inputs. 0 always.
-std::uint32_t WipeMix(const std::uint8_t* srcA, std::uint32_t pitchA, const std::uint8_t* srcB,
-                      std::uint32_t pitchB, std::uint8_t* dst, std::uint32_t wipe,
-                      std::uint32_t rangeStart, std::uint32_t rangeEnd, std::uint32_t position,
-                      std::uint32_t left, std::uint32_t right, std::uint32_t top,
-                      std::uint32_t bottom, std::int32_t layout);
 
 /// The kernel that draws a wipe number; bit 31 is left out of account.
 WipeKernel kernelOfWipe(std::uint32_t wipe);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // Which kernel draws which wipe number.
-#include "wipe_frames.h"
 #include "wipe_kernels.h"
+
+#include <nkdraw/constants.h>
 
 #include <algorithm>
 #include <iterator>
@@ -11,32 +12,55 @@ namespace nkdraw {
 namespace {
 
 struct Numbers {
-  std::uint32_t first, last;
   const WipeKernel& kernel;
+  std::uint32_t first, last = first;
 };
 
 /// In rising order. A number between the rows cross-fades, so none is an error. From 102 up to 499
 /// many are wipes of their own by name and all of these are drawn as the plain edge; that is meant.
 constexpr Numbers kNumbers[] = {
-    {1, 1, WipeEdgeHorz},       {2, 2, WipeEdgeVert},     {3, 3, WipeCornerTL},
-    {4, 4, WipeCornerTR},       {5, 5, WipeCornerBR},     {6, 6, WipeCornerBL},
-    {7, 7, WipeFourCorners},    {8, 8, WipeBoxIn},        {21, 21, WipeBarnDoorVert},
-    {22, 22, WipeBarnDoorHorz}, {23, 23, WipeBoxTop},     {24, 24, WipeBoxRight},
-    {25, 25, WipeBoxBottom},    {26, 26, WipeBoxLeft},    {41, 48, WipeIris},
-    {61, 68, WipeIris},         {71, 74, WipeIris},       {101, 101, WipeIris},
-    {102, 114, WipeEdgeHorz},   {119, 125, WipeEdgeHorz}, {127, 131, WipeEdgeHorz},
-    {201, 207, WipeEdgeHorz},   {211, 214, WipeEdgeHorz}, {221, 228, WipeEdgeHorz},
-    {231, 236, WipeEdgeHorz},   {241, 246, WipeEdgeHorz}, {251, 254, WipeEdgeHorz},
-    {261, 264, WipeEdgeHorz},   {301, 306, WipeEdgeHorz}, {310, 317, WipeEdgeHorz},
-    {320, 329, WipeEdgeHorz},   {340, 345, WipeEdgeHorz}, {350, 353, WipeEdgeHorz},
-    {409, 409, WipeEdgeHorz},   {500, 515, WipeSlide},
+    {WipeEdgeHorz, NKWipeEdgeHorz},
+    {WipeEdgeVert, NKWipeEdgeVert},
+    {WipeCornerTL, NKWipeCornerTL},
+    {WipeCornerTR, NKWipeCornerTR},
+    {WipeCornerBR, NKWipeCornerBR},
+    {WipeCornerBL, NKWipeCornerBL},
+    {WipeFourCorners, NKWipeFourCorners},
+    {WipeBoxIn, NKWipeBoxIn},
+    {WipeBarnDoorVert, NKWipeBarnDoorVert},
+    {WipeBarnDoorHorz, NKWipeBarnDoorHorz},
+    {WipeBoxTop, NKWipeBoxTop},
+    {WipeBoxRight, NKWipeBoxRight},
+    {WipeBoxBottom, NKWipeBoxBottom},
+    {WipeBoxLeft, NKWipeBoxLeft},
+    {WipeIris, NKWipeIris, 48},
+    {WipeIris, 61, 68},
+    {WipeIris, 71, 74},
+    {WipeIris, 101},
+    {WipeEdgeHorz, 102, 114},
+    {WipeEdgeHorz, 119, 125},
+    {WipeEdgeHorz, 127, 131},
+    {WipeEdgeHorz, 201, 207},
+    {WipeEdgeHorz, 211, 214},
+    {WipeEdgeHorz, 221, 228},
+    {WipeEdgeHorz, 231, 236},
+    {WipeEdgeHorz, 241, 246},
+    {WipeEdgeHorz, 251, 254},
+    {WipeEdgeHorz, 261, 264},
+    {WipeEdgeHorz, 301, 306},
+    {WipeEdgeHorz, 310, 317},
+    {WipeEdgeHorz, 320, 329},
+    {WipeEdgeHorz, 340, 345},
+    {WipeEdgeHorz, 350, 353},
+    {WipeEdgeHorz, 409},
+    {WipeSlide, NKWipeFirstSlide, NKWipeLastEmpty},
 };
 static_assert(std::ranges::is_sorted(kNumbers, {}, &Numbers::first));
 
 }  // namespace
 
 WipeKernel kernelOfWipe(std::uint32_t wipe) {
-  const std::uint32_t number = wipe & ~kSwapInputs;
+  const std::uint32_t number = wipe & NKWipeLastNumber;
   const auto* const row = std::ranges::lower_bound(kNumbers, number, {}, &Numbers::last);
   return row != std::end(kNumbers) && row->first <= number ? row->kernel : WipeDissolve;
 }

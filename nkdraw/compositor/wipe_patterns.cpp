@@ -86,13 +86,14 @@ void copyRow(const WipeTask& task, std::uint32_t pixelBytes, const Span& incomin
 }
 
 template <Pattern (*rule)(const WipeTask&)>
-void drawPattern(const WipeTask& task) {
+std::uint32_t drawPattern(const WipeTask& task) {
   const std::uint32_t pixelBytes = pixelParts(task.pixelType).bytes();
   if (pixelBytes == 0 || rangeOf(task) == 0)
-    return;
+    return 0;
   const Pattern pattern = rule(task);
   for (std::uint32_t y = task.top; y < task.bottom; ++y)
     copyRow(task, pixelBytes, pattern.columnsOf(y), rowOf(task, y));
+  return 0;
 }
 
 // The values of the rules. Differences wrap, so that progress beyond the range shows what it shows.
@@ -165,19 +166,19 @@ Pattern iris(const WipeTask& t) {
 
 }  // namespace
 
-constexpr WipeKernel WipeEdgeHorz = wipeKernel<drawPattern<edgeHorz>>;
-constexpr WipeKernel WipeCornerTL = wipeKernel<drawPattern<cornerTL>>;
-constexpr WipeKernel WipeCornerTR = wipeKernel<drawPattern<cornerTR>>;
-constexpr WipeKernel WipeCornerBR = wipeKernel<drawPattern<cornerBR>>;
-constexpr WipeKernel WipeCornerBL = wipeKernel<drawPattern<cornerBL>>;
-constexpr WipeKernel WipeFourCorners = wipeKernel<drawPattern<fourCorners>>;
-constexpr WipeKernel WipeBoxIn = wipeKernel<drawPattern<boxIn>>;
-constexpr WipeKernel WipeBarnDoorVert = wipeKernel<drawPattern<barnDoorVert>>;
-constexpr WipeKernel WipeBarnDoorHorz = wipeKernel<drawPattern<barnDoorHorz>>;
-constexpr WipeKernel WipeBoxTop = wipeKernel<drawPattern<boxTop>>;
-constexpr WipeKernel WipeBoxRight = wipeKernel<drawPattern<boxRight>>;
-constexpr WipeKernel WipeBoxBottom = wipeKernel<drawPattern<boxBottom>>;
-constexpr WipeKernel WipeBoxLeft = wipeKernel<drawPattern<boxLeft>>;
-constexpr WipeKernel WipeIris = wipeKernel<drawPattern<iris>>;
+constexpr WipeKernel WipeEdgeHorz{drawPattern<edgeHorz>};
+constexpr WipeKernel WipeCornerTL{drawPattern<cornerTL>};
+constexpr WipeKernel WipeCornerTR{drawPattern<cornerTR>};
+constexpr WipeKernel WipeCornerBR{drawPattern<cornerBR>};
+constexpr WipeKernel WipeCornerBL{drawPattern<cornerBL>};
+constexpr WipeKernel WipeFourCorners{drawPattern<fourCorners>};
+constexpr WipeKernel WipeBoxIn{drawPattern<boxIn>};
+constexpr WipeKernel WipeBarnDoorVert{drawPattern<barnDoorVert>};
+constexpr WipeKernel WipeBarnDoorHorz{drawPattern<barnDoorHorz>};
+constexpr WipeKernel WipeBoxTop{drawPattern<boxTop>};
+constexpr WipeKernel WipeBoxRight{drawPattern<boxRight>};
+constexpr WipeKernel WipeBoxBottom{drawPattern<boxBottom>};
+constexpr WipeKernel WipeBoxLeft{drawPattern<boxLeft>};
+constexpr WipeKernel WipeIris{drawPattern<iris>};
 
 }  // namespace nkdraw

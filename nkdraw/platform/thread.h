@@ -16,7 +16,8 @@ inline constexpr int kThreadTimeCritical = 15;
 
 /// Starts a thread at once, at level 0. `security`, `stackSize` 0 (the default stack), `flags` 0
 /// and `tag` (a label) ask for nothing; `threadId`, unless null, takes a number that no other
-/// thread started here has. Null when the thread could not start.
+/// thread started here has. Null when the thread could not start; the wipes take an exception for
+/// the same.
 [[nodiscard]] NKDRAW_API nkHandle nkOSCreateThread(void* security, std::uint32_t stackSize,
                                                    nkThreadRoutine start, void* parameter,
                                                    std::uint32_t flags, std::uint32_t* threadId,

@@ -3,7 +3,6 @@
 // The multiplexed display pixel by pixel, to compare with.
 #pragma once
 
-#include <nkdraw/compositor/wipe_bands.h>
 #include <nkdraw/nkdraw_c.h>
 
 #include <algorithm>
@@ -24,9 +23,19 @@ struct MuxCall {
   [[nodiscard]] std::uint32_t value() const { return mode & 0x00FFFFFF; }
 };
 
+inline std::uint32_t displayComplete(const MuxCall& call, std::uint8_t* a, std::uint8_t* b,
+                                     std::uint8_t* dst) {
+  const NKMux mux = {a,           call.sizeA,    b,           call.sizeB,     dst,
+                     call.mode,   call.wipe,     call.amount, call.threshold, call.splitX,
+                     call.splitY, call.gridType, call.gridX,  call.gridY,     call.width,
+                     call.height, call.pitch};
+  return NKDraw_CompleteMux(&mux);
+}
+
 inline std::uint32_t display(const MuxCall& call, std::uint8_t* a, std::uint8_t* b,
                              std::uint8_t* dst) {
-  const PatientWipes wait;  // a busy machine may keep workers longer than the usual wait
+  if (call.value() == NKMuxWipe)  // a busy machine may keep workers longer than the bounded wait
+    return displayComplete(call, a, b, dst);
   return NKDraw_DisplayMuxRGBA(a, call.sizeA, b, call.sizeB, dst, 0xDEADBEEF, call.mode, call.wipe,
                                call.amount, call.threshold, call.splitX, call.splitY, call.gridType,
                                call.gridX, call.gridY, call.width, call.height, call.pitch);
@@ -199,9 +208,9 @@ class Mux {
       case 32768:
         return eachPixel([this](uint32_t f, uint32_t s) { return fade(f, s, c.amount); });
       case 65536: {
-        const PatientWipes wait;
-        NKDraw_DisplayWipe(first, c.pitch, second, c.pitch, dst, c.pitch, c.wipe, 1, c.width,
-                           c.height, 1, 1, 0, 0, 0, 0, 65536, c.amount);
+        const NKWipe wipe = {first,  c.pitch, second,  c.pitch,  dst,      c.pitch,
+                             c.wipe, 1,       c.width, c.height, c.amount, 65536};
+        NKDraw_CompleteWipe(&wipe);
         return;
       }
       case 262144:

@@ -7,10 +7,13 @@
 #include <nkdraw/platform/memory.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstring>
 #include <new>
+#include <semaphore>
 #include <stdexcept>
+#include <thread>
 
 namespace nkdraw::test {
 
@@ -61,6 +64,45 @@ std::vector<std::uint8_t> contentsOfNewBlock(std::size_t bytes) {
 namespace {
 
 using nkdraw::test::host;
+
+/// Four threads that start together. Nothing but the start orders what one does before what another
+/// does, so that the thread sanitizer sees every write that two of them share.
+class Team {
+ public:
+  ~Team() {
+    for (Member& member : members_) {
+      member.routine = nullptr;
+      member.wake.release();
+    }
+  }
+
+  void add(int number, nkThreadRoutine routine, void* parameter) {
+    Member& member = members_[static_cast<std::size_t>(number % 4)];
+    member.routine = routine;
+    member.parameter = parameter;
+  }
+  void start() {
+    for (Member& member : members_)
+      member.wake.release();
+  }
+
+ private:
+  struct Member {
+    nkThreadRoutine routine = nullptr;
+    void* parameter = nullptr;
+    std::counting_semaphore<4> wake{0};
+    std::jthread thread{[this] {
+      for (wake.acquire(); routine != nullptr; wake.acquire())
+        routine(parameter);
+    }};
+  };
+  std::array<Member, 4> members_;
+};
+
+Team& team() {
+  static Team four;
+  return four;
+}
 
 constexpr std::align_val_t kBlockAlignment{512};
 
@@ -136,6 +178,8 @@ nkHandle nkOSCreateThread(void* security, std::uint32_t stackSize, nkThreadRouti
   *threadId = static_cast<std::uint32_t>(number);
   if (host->holdsThreads)
     host->held.push_back({start, parameter});
+  else if (host->runsTogether)
+    team().add(number, start, parameter);
   else if (host->stopsLastThread && number == 3)
     host->last = std::thread([=] {
       stopsWhenCounted = true;
@@ -148,6 +192,8 @@ nkHandle nkOSCreateThread(void* security, std::uint32_t stackSize, nkThreadRouti
 
 std::uint32_t nkOSCloseThread(nkHandle thread, const char* tag) {
   host->note("close " + nameOf(thread) + " " + tag);
+  if (host->runsTogether && thread == &threadHandles[0])
+    team().start();
   if (host->stopsLastThread && thread == &threadHandles[3])
     host->counted.wait();
   return 1;

@@ -25,6 +25,7 @@ struct OwnHost {
   int refusedThread = -1;   ///< by the order of creation
   int throwingThread = -1;  ///< its creation throws
   bool holdsThreads = false;
+  bool runsTogether = false;  ///< all four at once, each on a thread of its own
   /// The fourth thread runs beside the caller, and stops after it has counted itself out, before
   /// the caller begins to wait.
   bool stopsLastThread = false;

@@ -20,6 +20,7 @@ namespace {
 using namespace nkdraw::test;
 using nkdraw::RunWipeBands;
 using nkdraw::WipeTask;
+using nkdraw::WipeWait;
 
 /// What the kernels of one call share: their `dst` points to it.
 struct Notes {
@@ -32,39 +33,8 @@ struct Notes {
   std::uint8_t* asFrame() { return reinterpret_cast<std::uint8_t*>(this); }
 };
 
-/// The arguments one by one, so that none can change places with another.
-std::uint32_t noteKernel(const std::uint8_t* srcA, std::uint32_t pitchA, const std::uint8_t* srcB,
-                         std::uint32_t pitchB, std::uint8_t* dst, std::uint32_t pitchDst,
-                         std::uint32_t wipe, std::int32_t pixelType, std::uint32_t width,
-                         std::uint32_t height, std::uint32_t spare1, std::uint32_t spare2,
-                         std::uint32_t spare3, std::uint32_t spare4, std::uint32_t spare5,
-                         std::uint32_t rangeStart, std::uint32_t rangeEnd, std::uint32_t position,
-                         std::uint32_t left, std::uint32_t right, std::uint32_t top,
-                         std::uint32_t bottom) {
-  WipeTask task{};
-  task.srcA = srcA;
-  task.pitchA = pitchA;
-  task.srcB = srcB;
-  task.pitchB = pitchB;
-  task.dst = dst;
-  task.pitchDst = pitchDst;
-  task.wipe = wipe;
-  task.pixelType = pixelType;
-  task.width = width;
-  task.height = height;
-  task.spare1 = spare1;
-  task.spare2 = spare2;
-  task.spare3 = spare3;
-  task.spare4 = spare4;
-  task.spare5 = spare5;
-  task.rangeStart = rangeStart;
-  task.rangeEnd = rangeEnd;
-  task.position = position;
-  task.left = left;
-  task.right = right;
-  task.top = top;
-  task.bottom = bottom;
-  Notes& notes = Notes::of(dst);
+std::uint32_t noteTask(const WipeTask& task) {
+  Notes& notes = Notes::of(task.dst);
   const std::scoped_lock lock(notes.mutex);
   notes.tasks.push_back(task);
   return 7;
@@ -91,7 +61,7 @@ class Lifetime {
 /// Runs the kernel in all four quarters, to the end of the last however long that takes.
 void runToTheEnd(const WipeTask& task, nkdraw::WipeKernel kernel) {
   Lifetime lifetime;
-  EXPECT_EQ(RunWipeBands(task, kernel, lifetime.share()), 0U);
+  EXPECT_EQ(RunWipeBands(task, kernel, WipeWait::kBounded, lifetime.share()), 0U);
   lifetime.wait();
 }
 
@@ -109,7 +79,7 @@ TEST(WipeBands, AreTheFourQuartersOfTheFrame) {
     task.width = width;
     task.height = height;
     task.left = task.right = task.top = task.bottom = 1234;
-    runToTheEnd(task, noteKernel);
+    runToTheEnd(task, {noteTask});
     const std::uint32_t halfW = width >> 1, halfH = height >> 1;
     std::vector<std::array<std::uint32_t, 4> > wanted = {{0, halfW, 0, halfH},
                                                          {halfW, width, 0, halfH},
@@ -130,7 +100,7 @@ TEST(WipeBands, PassEveryArgumentOnUnchanged) {
   const WipeTask task = {
       &a, 11, &b, 12, notes.asFrame(), 13, 0x80000014, -15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25,
       0,  0,  0,  0};
-  runToTheEnd(task, noteKernel);
+  runToTheEnd(task, {noteTask});
   ASSERT_EQ(notes.tasks.size(), 4U);
   for (const WipeTask& seen : notes.tasks) {
     EXPECT_EQ(seen.srcA, &a);
@@ -154,10 +124,11 @@ TEST(WipeBands, PassEveryArgumentOnUnchanged) {
 }
 
 /// The level is set after the thread has started, so it may come a little later.
-void waitForTimeCritical(const WipeTask& task) {
+std::uint32_t waitForTimeCritical(const WipeTask& task) {
   for (int i = 0; i < 10000 && nkOSGetThreadPriority(nkOSGetCurrentThread()) != 15; ++i)
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   Notes::of(task.dst).timeCritical += nkOSGetThreadPriority(nkOSGetCurrentThread()) == 15 ? 1 : 0;
+  return 0;
 }
 
 TEST(WipeBands, RunAtTheTimeCriticalPriorityAndLeaveTheCallersAlone) {
@@ -165,20 +136,21 @@ TEST(WipeBands, RunAtTheTimeCriticalPriorityAndLeaveTheCallersAlone) {
   WipeTask task{};
   task.dst = notes.asFrame();
   nkOSSetThreadPriority(nkOSGetCurrentThread(), 3);
-  runToTheEnd(task, nkdraw::wipeKernel<waitForTimeCritical>);
+  runToTheEnd(task, {waitForTimeCritical});
   EXPECT_EQ(notes.timeCritical, 4);
   EXPECT_EQ(nkOSGetThreadPriority(nkOSGetCurrentThread()), 3);
   nkOSSetThreadPriority(nkOSGetCurrentThread(), 0);
 }
 
 /// Draws only when the test lets it.
-void drawLate(const WipeTask& task) {
+std::uint32_t drawLate(const WipeTask& task) {
   Notes& notes = Notes::of(task.dst);
   notes.mayEnd.wait();
   const std::scoped_lock lock(notes.mutex);
   // The frame is the memory that was handed over.
   auto* const frame = const_cast<std::uint8_t*>(task.srcA);
   frame[(task.left == 0 ? 0 : 1) + (task.top == 0 ? 0 : 2)] = 1;
+  return 0;
 }
 
 TEST(WipeBands, AreLeftAloneByACallThatCanWaitNoLonger) {
@@ -197,9 +169,9 @@ TEST(WipeBands, AreLeftAloneByACallThatCanWaitNoLonger) {
         delete[] bytes;
         share.reset();
       };
-      EXPECT_EQ(
-          RunWipeBands(task, nkdraw::wipeKernel<drawLate>, std::shared_ptr<const void>(bytes, end)),
-          0U);
+      EXPECT_EQ(RunWipeBands(task, {drawLate}, WipeWait::kBounded,
+                             std::shared_ptr<const void>(bytes, end)),
+                0U);
     }
     EXPECT_FALSE(lifetime.ended());
     EXPECT_EQ(drawn, 0);
@@ -209,11 +181,12 @@ TEST(WipeBands, AreLeftAloneByACallThatCanWaitNoLonger) {
   }
 }
 
-void drawSlowly(const WipeTask& task) {
+std::uint32_t drawSlowly(const WipeTask& task) {
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
   Notes& notes = Notes::of(task.dst);
   const std::scoped_lock lock(notes.mutex);
   notes.tasks.push_back(task);
+  return 0;
 }
 
 TEST(WipeBands, AreWaitedForWhenTheyTakeAWhile) {
@@ -224,7 +197,7 @@ TEST(WipeBands, AreWaitedForWhenTheyTakeAWhile) {
     Lifetime lifetime;
     WipeTask task{};
     task.dst = notes.asFrame();
-    EXPECT_EQ(RunWipeBands(task, nkdraw::wipeKernel<drawSlowly>, lifetime.share()), 0U);
+    EXPECT_EQ(RunWipeBands(task, {drawSlowly}, WipeWait::kBounded, lifetime.share()), 0U);
     {
       const std::scoped_lock lock(notes.mutex);
       drawn = notes.tasks.size();

@@ -8,17 +8,16 @@
 namespace {
 
 using namespace nkdraw::test;
-using nkdraw::callKernel;
 using nkdraw::WipeTask;
 
 void nothing(const WipeTask& /*task*/) {}
 
 void runEdgeVert(const WipeTask& task) {
-  EXPECT_EQ(callKernel(nkdraw::WipeEdgeVert, task), 0U);
+  EXPECT_EQ(nkdraw::WipeEdgeVert(task), 0U);
 }
 
 void runSlide(const WipeTask& task) {
-  EXPECT_EQ(callKernel(nkdraw::WipeSlide, task), 0U);
+  EXPECT_EQ(nkdraw::WipeSlide(task), 0U);
 }
 
 TEST(WipeEdgeVert, CopiesWholeRowsWithThePitchOfTheirPlace) {

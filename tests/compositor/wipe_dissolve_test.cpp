@@ -11,18 +11,10 @@
 namespace {
 
 using namespace nkdraw::test;
-using nkdraw::callKernel;
 using nkdraw::WipeTask;
 
 void runDissolve(const WipeTask& task) {
-  EXPECT_EQ(callKernel(nkdraw::WipeDissolve, task), 0U);
-}
-
-void runMix(const WipeTask& t) {
-  EXPECT_EQ(
-      nkdraw::WipeMix(t.srcA, t.pitchA, t.srcB, t.pitchB, t.dst, t.wipe, t.rangeStart, t.rangeEnd,
-                      t.position, t.left, t.right, t.top, t.bottom, t.pixelType - 1),
-      0U);
+  EXPECT_EQ(nkdraw::WipeDissolve(task), 0U);
 }
 
 /// Numbers in the place of noise, of which some are not numbers.
@@ -58,7 +50,6 @@ TEST(WipeDissolve, MixesInTruncatedDoublesInEveryLayoutRectangleAndProgress) {
       frames.setProgress(anyProgress(random));
       setAnyRectangle(random, frames);
       ASSERT_NO_FATAL_FAILURE(frames.expectTheSame(drawDissolve, runDissolve));
-      ASSERT_NO_FATAL_FAILURE(frames.expectTheSame(drawDissolve, runMix));
     }
   }
 }

@@ -12,7 +12,6 @@
 namespace {
 
 using namespace nkdraw::test;
-using nkdraw::callKernel;
 using nkdraw::WipeTask;
 
 class WipePattern : public testing::TestWithParam<Pattern> {
@@ -21,7 +20,7 @@ class WipePattern : public testing::TestWithParam<Pattern> {
     return [this](const WipeTask& task) { drawPattern(GetParam(), task); };
   }
   [[nodiscard]] auto kernel() const {
-    return [this](const WipeTask& task) { EXPECT_EQ(callKernel(GetParam().kernel, task), 0U); };
+    return [this](const WipeTask& task) { EXPECT_EQ(GetParam().kernel(task), 0U); };
   }
 };
 
@@ -214,7 +213,7 @@ TEST(WipeEnds, ShowTheirSingleRowsAndColumns) {
           frames.task.srcA = frames.a.data();
           frames.task.srcB = frames.b.data();
           frames.task.dst = frames.dst.data();
-          callKernel(kEnds[i].kernel, frames.task);
+          kEnds[i].kernel(frames.task);
           const Incoming& incoming = last ? kEnds[i].last : kEnds[i].first;
           for (std::uint32_t at = 0; at < width * height * 4; ++at)
             ASSERT_EQ(frames.dst[at], incoming(at / 4 % width, at / 4 / width) ? 2 : 1)
@@ -230,7 +229,7 @@ TEST(WipeEnds, ShowTheFirstPictureAgainBeyondTheRangeOfACorner) {
   frames.task.pixelType = ptBGRA32;
   frames.setProgress({0, 10, 12});
   frames.expectTheSame([](const WipeTask& task) { std::memcpy(task.dst, task.srcA, 8 * 32); },
-                       [](const WipeTask& task) { callKernel(nkdraw::WipeCornerBR, task); });
+                       [](const WipeTask& task) { nkdraw::WipeCornerBR(task); });
 }
 
 }  // namespace

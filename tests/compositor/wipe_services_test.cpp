@@ -2,6 +2,7 @@
 //
 // What the wipes ask of their host, and what they do when it fails.
 #include "own_services.h"
+#include "wipe_calls.h"
 #include "wipe_frames_of_noise.h"
 
 #include <nkdraw/compositor/wipe_bands.h>
@@ -17,15 +18,8 @@ namespace {
 
 using namespace nkdraw::test;
 using nkdraw::WipeTask;
+using nkdraw::WipeWait;
 using Calls = std::vector<std::string>;
-using Entry = decltype(&NKDraw_DisplayWipe);
-
-std::uint32_t call(Entry entry, const WipeTask& t) {
-  return entry(t.srcA, t.pitchA, t.srcB, t.pitchB, t.dst, t.pitchDst, t.wipe, t.pixelType, t.width,
-               t.height, t.spare1, t.spare2, t.spare3, t.spare4, t.spare5, t.rangeStart, t.rangeEnd,
-               t.position);
-}
-
 void displayWipe(const WipeTask& task) {
   EXPECT_EQ(call(NKDraw_DisplayWipe, task), 0U);
 }
@@ -105,15 +99,14 @@ TEST_F(WipeServices, AQuarterWhoseThreadCannotStartStaysAsItWas) {
 }
 
 TEST_F(WipeServices, AThreadEndsWithTheResultOfItsKernel) {
-  const nkdraw::WipeKernel kernel = [](auto...) { return 7U; };
-  EXPECT_EQ(nkdraw::RunWipeBands({}, kernel), 0U);
+  EXPECT_EQ(nkdraw::RunWipeBands({}, {[](const WipeTask&) { return 7U; }}, WipeWait::kBounded), 0U);
   EXPECT_EQ(host->result, 7U);
 }
 
 TEST_F(WipeServices, AThreadThatCannotStartKeepsNoShareOfTheMemory) {
   host->refusedThread = 2;
   auto memory = std::make_shared<const int>(0);
-  EXPECT_EQ(nkdraw::RunWipeBands({}, nkdraw::WipeEdgeHorz, memory), 0U);
+  EXPECT_EQ(nkdraw::RunWipeBands({}, nkdraw::WipeEdgeHorz, WipeWait::kBounded, memory), 0U);
   EXPECT_EQ(memory.use_count(), 1);
 }
 

@@ -7,7 +7,6 @@
 
 #include <compare/mux_modes.h>
 
-#include <nkdraw/compositor/wipe_bands.h>
 #include <nkdraw/nkdraw_c.h>
 
 #include <gtest/gtest.h>
@@ -106,10 +105,11 @@ Bytes shown(const Bytes& first, const Bytes& second, const Call& call) {
   Bytes a(room), b(room), out(room);
   std::copy(first.begin(), first.end(), a.begin());
   std::copy(second.begin(), second.end(), b.begin());
-  const nkdraw::PatientWipes wait;
-  NKDraw_DisplayMuxRGBA(a.data(), size, b.data(), size, out.data(), 0, call.mode, call.wipe,
-                        call.amount, call.threshold, call.splitX, call.splitY, call.gridType,
-                        call.gridX, call.gridY, kWidth, kHeight, kPitch);
+  const NKMux mux = {a.data(),    size,          b.data(),    size,           out.data(),
+                     call.mode,   call.wipe,     call.amount, call.threshold, call.splitX,
+                     call.splitY, call.gridType, call.gridX,  call.gridY,     kWidth,
+                     kHeight,     kPitch};
+  NKDraw_CompleteMux(&mux);
   out.resize(size);
   return out;
 }

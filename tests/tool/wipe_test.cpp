@@ -7,7 +7,6 @@
 #include <media/layouts.h>
 #include <wipe/wipe_names.h>
 
-#include <nkdraw/compositor/wipe_bands.h>
 #include <nkdraw/nkdraw_c.h>
 
 #include <gtest/gtest.h>
@@ -245,10 +244,19 @@ namespace {
 Bytes drawn(const Clip& a, const Clip& b, std::size_t step, std::uint32_t word,
             std::uint32_t position) {
   Bytes frame(a.frames[0].size());
-  const nkdraw::PatientWipes wait;
-  NKDraw_DisplayWipe(a.frames[kAt + step].data(), kWidth * 4, b.frames[step].data(), kWidth * 4,
-                     frame.data(), kWidth * 4, word, ptBGRA32, kWidth, kHeight, 0, 0, 0, 0, 0, 0,
-                     kDuration + 1, position);
+  const NKWipe wipe = {a.frames[kAt + step].data(),
+                       kWidth * 4,
+                       b.frames[step].data(),
+                       kWidth * 4,
+                       frame.data(),
+                       kWidth * 4,
+                       word,
+                       ptBGRA32,
+                       kWidth,
+                       kHeight,
+                       position,
+                       kDuration + 1};
+  NKDraw_CompleteWipe(&wipe);
   return frame;
 }
 

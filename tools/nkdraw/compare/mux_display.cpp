@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "compare/mux_display.h"
 
-#include <nkdraw/compositor/wipe_bands.h>
-#include <nkdraw/nkdraw_c.h>
+#include <nkdraw/compositor/complete.h>
 
 #include <cstring>
 
@@ -37,12 +36,24 @@ const std::uint8_t* MuxDisplay::show(const AVFrame& first, const AVFrame& second
   load(first, first_);
   load(second, second_);
   const auto bytes = static_cast<std::uint32_t>(pitch_ * static_cast<std::size_t>(height_));
-  const PatientWipes wait;
-  NKDraw_DisplayMuxRGBA(first_.data(), bytes, second_.data(), bytes, shown_.data(), 0, call_.mode,
-                        call_.wipe, call_.amount, call_.threshold, call_.splitX, call_.splitY,
-                        call_.gridType, call_.gridX, call_.gridY,
-                        static_cast<std::uint32_t>(width_), static_cast<std::uint32_t>(height_),
-                        static_cast<std::uint32_t>(pitch_));
+  const NKMux mux = {.srcA = first_.data(),
+                     .sizeA = bytes,
+                     .srcB = second_.data(),
+                     .sizeB = bytes,
+                     .dst = shown_.data(),
+                     .mode = call_.mode,
+                     .wipe = call_.wipe,
+                     .amount = call_.amount,
+                     .threshold = call_.threshold,
+                     .splitX = call_.splitX,
+                     .splitY = call_.splitY,
+                     .gridType = call_.gridType,
+                     .gridX = call_.gridX,
+                     .gridY = call_.gridY,
+                     .width = static_cast<std::uint32_t>(width_),
+                     .height = static_cast<std::uint32_t>(height_),
+                     .pitch = static_cast<std::uint32_t>(pitch_)};
+  NKDraw_CompleteMux(&mux);
   return shown_.data();
 }
 

@@ -4,8 +4,7 @@
 #include "media/failure.h"
 #include "media/v210_rows.h"
 
-#include <nkdraw/compositor/wipe_bands.h>
-#include <nkdraw/nkdraw_c.h>
+#include <nkdraw/compositor/complete.h>
 
 #include <algorithm>
 #include <array>
@@ -64,8 +63,6 @@ void storePlanes10(const Rows& frame, std::uint8_t* canvas, pixelType /*type*/, 
   unpackV210Row(canvas, words(frame[0]), words(frame[1]), words(frame[2]), width);
 }
 
-using Entry = decltype(&NKDraw_DisplayWipe);
-
 }  // namespace
 
 /// How frames of a layout come to the library and back. ptNone stands for all other layouts.
@@ -73,17 +70,16 @@ struct FrameWiper::Route {
   pixelType type;
   Storage storage;
   MoveRow load, store;
-  Entry entry;
 };
 
 const FrameWiper::Route FrameWiper::kRoutes[] = {
-    {ptV210, Storage::kPacked, loadSame, storeSame, NKDraw_DisplayWipeV210},
-    {ptV210, Storage::kPlanes10, loadPlanes10, storePlanes10, NKDraw_DisplayWipeV210},
-    {ptYUYV, Storage::kPacked, loadSame, storeSame, NKDraw_DisplayWipeYCbCr},
-    {ptYUYV, Storage::kSignedChroma, loadSigned, storeSigned, NKDraw_DisplayWipeYCbCr},
-    {ptYVYU, Storage::kPacked, loadSame, storeSame, NKDraw_DisplayWipeYCbCr},
-    {ptUYVY, Storage::kPacked, loadSwapped, storeSwapped, NKDraw_DisplayWipeYCbCr},
-    {ptNone, Storage::kPacked, loadSame, storeSame, NKDraw_DisplayWipe},
+    {ptV210, Storage::kPacked, loadSame, storeSame},
+    {ptV210, Storage::kPlanes10, loadPlanes10, storePlanes10},
+    {ptYUYV, Storage::kPacked, loadSame, storeSame},
+    {ptYUYV, Storage::kSignedChroma, loadSigned, storeSigned},
+    {ptYVYU, Storage::kPacked, loadSame, storeSame},
+    {ptUYVY, Storage::kPacked, loadSwapped, storeSwapped},
+    {ptNone, Storage::kPacked, loadSame, storeSame},
 };
 
 const FrameWiper::Route& FrameWiper::routeFor(pixelType type, Storage storage) {
@@ -129,12 +125,19 @@ void FrameWiper::wipe(const Picture& a, const Picture& b, const Picture& out,
   const auto pitch = static_cast<std::uint32_t>(pitch_);
   // Two pixels of 8-bit 4:2:2 share a pair, so an odd width has one more.
   const int pairs = isYCbCr(type_) && type_ != ptV210 ? width_ % 2 : 0;
-  const PatientWipes wait;
-  const std::uint32_t status =
-      route_.entry(first, pitch, second, pitch, target, pitch, word_, type_,
-                   static_cast<std::uint32_t>(width_ + pairs), static_cast<std::uint32_t>(height_),
-                   0, 0, 0, 0, 0, 0, progress.range, progress.position);
-  if (status != 0)
+  const NKWipe call = {.srcA = first,
+                       .pitchA = pitch,
+                       .srcB = second,
+                       .pitchB = pitch,
+                       .dst = target,
+                       .pitchDst = pitch,
+                       .wipe = word_,
+                       .pixelType = type_,
+                       .width = static_cast<std::uint32_t>(width_ + pairs),
+                       .height = static_cast<std::uint32_t>(height_),
+                       .position = progress.position,
+                       .range = progress.range};
+  if (NKDraw_CompleteWipe(&call) != NKStatusOk)
     throw std::bad_alloc();
   if (!isCanvas(out))
     store(out);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A caller that asks for it gets complete frames from workers that take longer than the usual wait.
+// A caller that asks for it gets complete frames from workers that take longer than the bounded
+// wait.
 #include <nkdraw/compositor/wipe_bands.h>
 
 #include <gtest/gtest.h>
@@ -14,24 +15,22 @@ namespace {
 constexpr std::uint32_t kWidth = 5, kHeight = 4;
 
 /// Ones, well after the bounded wait is over.
-void drawLate(const nkdraw::WipeTask& task) {
+std::uint32_t drawLate(const nkdraw::WipeTask& task) {
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
   for (std::uint32_t y = task.top; y < task.bottom; ++y) {
     for (std::uint32_t x = task.left; x < task.right; ++x)
       task.dst[y * kWidth + x] = 1;
   }
+  return 0;
 }
 
-TEST(PatientWipes, WaitForEveryWorker) {
+TEST(CompleteWipes, WaitForEveryWorker) {
   std::vector<std::uint8_t> frame(kWidth * kHeight);
   nkdraw::WipeTask task = {};
   task.dst = frame.data();
   task.width = kWidth;
   task.height = kHeight;
-  {
-    const nkdraw::PatientWipes wait;
-    nkdraw::RunWipeBands(task, nkdraw::wipeKernel<drawLate>);
-  }
+  EXPECT_EQ(nkdraw::RunWipeBands(task, {drawLate}, nkdraw::WipeWait::kComplete), 0U);
   EXPECT_EQ(frame, std::vector<std::uint8_t>(kWidth * kHeight, 1));
 }
 

@@ -28,7 +28,7 @@ int main(void) {
     qtNKPixelUnlock(surface);
     qtNKPixelSetChangeEvent(surface);
   }
-  printf("frame %u is bound, %u bytes in all\n", qtNKPixelLastChange(surface, 0xFFFFFFFF),
+  printf("frame %u is bound, %u bytes in all\n", qtNKPixelLastChange(surface, NKOnlyRead),
          info.bmiHeader.biSizeImage);
   qtReleaseDraw(surface);
   qtReleaseDraw(surface);

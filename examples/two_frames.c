@@ -7,7 +7,9 @@
 #include <stdlib.h>
 #include <string.h>
 
-enum { kWidth = 640, kHeight = 360, kPitch = kWidth * 4, kBytes = kPitch * kHeight };
+enum { kPixelBytes = 4, kWidth = 640, kHeight = 360 };
+enum { kPitch = kWidth * kPixelBytes, kBytes = kPitch * kHeight };
+enum { kDark = 0x30, kBright = 0xC0 };
 
 int main(void) {
   /* A row more than the frame has: some modes of the display reach beyond odd heights. */
@@ -16,18 +18,40 @@ int main(void) {
   uint8_t* out = malloc(kBytes + kPitch);
   if (a == NULL || b == NULL || out == NULL)
     return 1;
-  memset(a, 0x30, kBytes);
-  memset(b, 0xC0, kBytes);
+  memset(a, kDark, kBytes);
+  memset(b, kBright, kBytes);
 
-  /* An iris (41) at 1 of 2. */
-  NKDraw_DisplayWipe(a, kPitch, b, kPitch, out, kPitch, 41, ptBGRA32, kWidth, kHeight, 0, 0, 0, 0,
-                     0, 0, 2, 1);
-  printf("wipe: corner %02X, centre %02X\n", out[0], out[kHeight / 2 * kPitch + kWidth / 2 * 4]);
+  /* An iris, halfway. */
+  const NKWipe iris = {.srcA = a,
+                       .pitchA = kPitch,
+                       .srcB = b,
+                       .pitchB = kPitch,
+                       .dst = out,
+                       .pitchDst = kPitch,
+                       .wipe = NKWipeIris,
+                       .pixelType = ptBGRA32,
+                       .width = kWidth,
+                       .height = kHeight,
+                       .position = 1,
+                       .range = 2};
+  NKDraw_CompleteWipe(&iris);
+  printf("wipe: corner %02X, centre %02X\n", out[0], out[kHeight / 2 * kPitch + kPitch / 2]);
 
-  /* Where the first is brighter than the second (256), eight times as strong, and a grid. */
-  NKDraw_DisplayMuxRGBA(a, kBytes, b, kBytes, out, 0, 256, 0, 0, 8, 0, 0, 1, 10, 0, kWidth, kHeight,
-                        kPitch);
-  printf("difference: grid %02X, pixel %02X\n", out[0], out[kPitch + 4]);
+  /* Where the first is brighter than the second, eight times as strong, and a grid. */
+  const NKMux difference = {.srcA = a,
+                            .sizeA = kBytes,
+                            .srcB = b,
+                            .sizeB = kBytes,
+                            .dst = out,
+                            .mode = NKMuxDifference,
+                            .threshold = 8,
+                            .gridType = NKGridPercent,
+                            .gridX = 10,
+                            .width = kWidth,
+                            .height = kHeight,
+                            .pitch = kPitch};
+  NKDraw_CompleteMux(&difference);
+  printf("difference: grid %02X, pixel %02X\n", out[0], out[kPitch + kPixelBytes]);
 
   free(a);
   free(b);

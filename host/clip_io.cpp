@@ -4,6 +4,8 @@
 // 32-bit BGRA.
 #include <nkdraw/platform/media_reader.h>
 
+#include <nkdraw/constants.h>
+
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
@@ -22,8 +24,6 @@ extern "C" {
 #include <utility>
 
 namespace {
-
-constexpr std::uint32_t kFailed = 0xFFFFFFFF;
 
 struct Release {
   void operator()(AVFormatContext* file) const { avformat_close_input(&file); }
@@ -183,7 +183,7 @@ NKDRAW_API std::uint32_t ciGetFileInfo(nkHandle* file, std::uint32_t /*stream*/,
                                        std::uint32_t /*second*/, std::uint32_t /*third*/) {
   const Clip* const clip = clipOf(file);
   if (clip == nullptr || video == nullptr || video->biSize != sizeof *video)
-    return kFailed;
+    return NKStatusRefused;
   video->biWidth = clip->frame->width;
   video->biHeight = clip->frame->height;
   video->biPlanes = 1;

@@ -4,6 +4,7 @@
 // writes waits in its memory until it saves; a save is one transaction.
 #include <nkdraw/platform/config.h>
 
+#include <nkdraw/constants.h>
 #include <nkdraw/platform/log.h>
 
 #include "store_path.h"
@@ -34,7 +35,6 @@ namespace {
 namespace fs = std::filesystem;
 using nkdraw::storePath;
 
-constexpr std::uint32_t kFailed = 0xFFFFFFFF;
 constexpr int kPatienceMilliseconds = 20'000;
 constexpr const char* kSchema =
     "CREATE TABLE IF NOT EXISTS setting (root TEXT, key TEXT, value TEXT, PRIMARY KEY (root, key))"
@@ -319,16 +319,16 @@ std::uint32_t nkCFGValueString(nkStore /*store*/, const char* root, const char* 
                       store().write({root, key}, std::string(text));
                     })
                ? 0
-               : kFailed;
+               : NKStatusRefused;
   }
   if (value == nullptr)
     return 0;
   std::string text;
   const bool read = succeeds("read", [&] { text = store().read({root, key}); });
   copyOut(text, value, *length);
-  return read ? 0 : kFailed;
+  return read ? 0 : NKStatusRefused;
 }
 
 std::uint32_t nkCFGSave(nkStore /*store*/, std::uint32_t /*flags*/, std::uint32_t /*reserved*/) {
-  return succeeds("saved", [] { store().save(); }) ? 0 : kFailed;
+  return succeeds("saved", [] { store().save(); }) ? 0 : NKStatusRefused;
 }

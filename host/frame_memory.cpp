@@ -3,14 +3,13 @@
 // Frames with their pixels behind them.
 #include <nkdraw/platform/frame_memory.h>
 
+#include <nkdraw/constants.h>
 #include <nkdraw/platform/memory.h>
 
 #include <limits>
 #include <new>
 
 namespace {
-
-constexpr std::uint32_t kFailed = 0xFFFFFFFF;
 
 /// The record in front of the pixels, which keep the block's alignment.
 struct alignas(64) FrameBlock {
@@ -20,10 +19,10 @@ struct alignas(64) FrameBlock {
 std::uint32_t allocate(std::uint32_t bytes, QFRAME*& frame) {
   frame = nullptr;
   if (bytes > std::numeric_limits<std::uint32_t>::max() - sizeof(FrameBlock))
-    return kFailed;
+    return NKStatusRefused;
   void* const memory = NKAlloc(bytes + static_cast<std::uint32_t>(sizeof(FrameBlock)));
   if (memory == nullptr)
-    return kFailed;
+    return NKStatusRefused;
   auto* const block = new (memory) FrameBlock{};
   block->frame.frameBuffer = reinterpret_cast<char*>(block + 1);
   frame = &block->frame;
@@ -35,11 +34,11 @@ std::uint32_t allocate(std::uint32_t bytes, QFRAME*& frame) {
 std::uint32_t QFrameMem(std::uint32_t code, std::uint32_t bytes, std::uint32_t /*flags*/,
                         QFRAME** frame) {
   if (frame == nullptr)
-    return kFailed;
+    return NKStatusRefused;
   if (code == kFrameAllocate)
     return allocate(bytes, *frame);
   if (code != kFrameFree)
-    return kFailed;
+    return NKStatusRefused;
   NKFree(*frame);
   *frame = nullptr;
   return 0;

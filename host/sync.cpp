@@ -14,8 +14,6 @@ namespace {
 
 using nkdraw::handlesOf;
 
-constexpr std::uint32_t kForever = 0xFFFFFFFF;
-
 class Event {
  public:
   Event(bool staysSet, bool startsSet) : manualReset(staysSet), signalled(startsSet) {}
@@ -32,7 +30,7 @@ class Event {
   bool wait(std::uint32_t milliseconds) {
     const auto isSignalled = [this] { return signalled; };
     std::unique_lock lock(mutex);
-    if (milliseconds == kForever)
+    if (milliseconds == NKForever)
       changed.wait(lock, isSignalled);
     else if (!changed.wait_for(lock, std::chrono::milliseconds(milliseconds), isSignalled))
       return false;

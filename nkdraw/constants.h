@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Names for the numbers of the interface. The header is C99 and C++. What an int can't hold is a
-// typed constant, since an enumerator of C99 is an int.
+// Names for the numbers of the interface. The header is C99 and C++. An enumerator of C99 is an
+// int; what that can't hold is a typed constant, and so is what is computed with.
 #ifndef NKDRAW_CONSTANTS_H
 #define NKDRAW_CONSTANTS_H
 
@@ -110,12 +110,14 @@ enum NKMuxMode {
   NKMuxFlipFirstVert = 0x40000000,  ///< mirror the first frame top to bottom first
 };
 
-/// What other arguments of the display hold.
-enum NKMuxArgument {
-  NKMuxWhole = 65536,  ///< an `amount` of all: of the first frame in a fade, of a wipe's progress
-  NKGridNone = 0,      ///< no grid, unless NKMuxGrid asks for one
-  NKGridPercent = 1,   ///< a line every `gridX` percent of the width and of the height
-  NKGridPixels = 2,    ///< a line every `gridX` columns and `gridY` rows; so do all higher ones
+/// An `amount` of all: of the first frame in a fade, of a wipe's progress.
+static const uint32_t NKMuxWhole = 65536;
+
+/// What gridType holds.
+enum NKGridType {
+  NKGridNone = 0,     ///< no grid, unless NKMuxGrid asks for one
+  NKGridPercent = 1,  ///< a line every `gridX` percent of the width and of the height
+  NKGridPixels = 2,   ///< a line every `gridX` columns and `gridY` rows; so do all higher ones
 };
 
 // The video record: bits of scanFlags.
@@ -161,6 +163,7 @@ enum NKGroup {
 
 /// value1 of NKGroupTimecode: flags of a set; a report names the first row that is on, or 0.
 enum NKTimecodeRow {
+  NKRowNone = 0,
   NKRowLtc = 1,     ///< the frame's longitudinal timecode
   NKRowVitc = 2,    ///< the frame's vertical interval timecode
   NKRowClock = 16,  ///< the wall clock

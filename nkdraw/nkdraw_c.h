@@ -4,6 +4,7 @@
  *
  * A surface is held by an opaque pointer. Statuses are 0 for success and 0xFFFFFFFF for a null
  * surface where a call says that it tests for one; where it does not, the pointer must not be null.
+ * nkdraw/constants.h has names for the numbers.
  */
 #ifndef NKDRAW_C_H
 #define NKDRAW_C_H
@@ -76,14 +77,14 @@ NKDRAW_API uint32_t qtSetFont(NKDraw* surface, char* name);
 
 /* Combines two frames of one layout by a numbered wipe, on four threads that live for the call.
  *
- * `wipe` is the number, and in bit 31 that the inputs change places. A number without a pattern of
- * its own cross-fades, but 508 to 515, and the slides, 500 to 507, with their inputs swapped, draw
- * nothing. `pixelType` is one of ptRGBA32 to ptBGR24 and ptRGBAFloat to ptYCbCrA64; of another,
- * nothing is drawn (a slide takes it for four bytes a pixel). Rows of `dst` lie `pitchB` bytes
- * apart: `pitchDst` and the five spares are not read. `dst` may be an input, of the same pitch, but
- * for the slides, which take all three frames as packed, without pitches. Number 2 copies rows with
- * what lies behind their pixels, `pitchA` bytes above the edge and `pitchB` below it, from either
- * input.
+ * `wipe` is the number (NKWipeNumber), and in bit 31 (NKWipeSwap) that the inputs change places. A
+ * number without a pattern of its own cross-fades, but 508 to 515, and the slides, 500 to 507, with
+ * their inputs swapped, draw nothing. `pixelType` is one of ptRGBA32 to ptBGR24 and ptRGBAFloat to
+ * ptYCbCrA64; of another, nothing is drawn (a slide takes it for four bytes a pixel). Rows of `dst`
+ * lie `pitchB` bytes apart: `pitchDst` and the five spares are not read. `dst` may be an input, of
+ * the same pitch, but for the slides, which take all three frames as packed, without pitches.
+ * Number 2 copies rows with what lies behind their pixels, `pitchA` bytes above the edge and
+ * `pitchB` below it, from either input.
  *
  * The progress is position / (rangeEnd - rangeStart): 0 shows `srcA`, 1 shows `srcB`, but that some
  * patterns have the first row or column of the other one; position is not counted from rangeStart.
@@ -134,8 +135,8 @@ NKDRAW_API uint32_t NKDraw_DisplayWipeV210(const uint8_t* srcA, uint32_t pitchA,
                                            uint32_t position);
 
 /* Shows two frames of 32-bit pixels in one. Bytes are treated by their place in the pixel, byte 0
- * the lowest. `mode` is a mode value in bits 0 to 23 and flags above; docs/compositor.md shows them
- * all:
+ * the lowest. `mode` is a mode value in bits 0 to 23 and flags above (NKMuxMode);
+ * docs/compositor.md shows them all:
  *
  *   bit 24  draw the grid even when gridType is 0
  *   bit 25  mirror the second frame left to right first   bit 26  top to bottom

@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
-
 using nkdraw::truncateToInt32;
 using nkdraw::wrappingAdd;
 
@@ -139,14 +137,14 @@ std::optional<double> angleOfPoint(double px, double py, double cx, double cy) {
 
 std::uint32_t NKDraw::Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
   if (x2 <= x1 || y2 <= y1)
-    return kRefused;
+    return NKStatusRefused;
   const double right = x2, bottom = y2;
   const double radiusX = (right - x1) * 0.5, radiusY = (bottom - y1) * 0.5;
   const BoxedEllipse ellipse = {radiusX, radiusY, right - radiusX, bottom - radiusY};
   const auto from = angleOfPoint(x3, y3, ellipse.centreX, ellipse.centreY);
   const auto to = angleOfPoint(x4, y4, ellipse.centreX, ellipse.centreY);
   if (!from || !to)
-    return kRefused;
+    return NKStatusRefused;
   const Sweep sweep(*from, *to);
   const tagPOINT first = ellipse.at(directions().of(sweep.start));
   arcStartX = first.x;

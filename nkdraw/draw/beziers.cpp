@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
-
 using nkdraw::truncateToInt32;
 using nkdraw::wrappingAdd;
 using nkdraw::wrappingSubtract;
@@ -100,13 +98,13 @@ std::uint32_t NKDraw::Bezier(int x1, int y1, int x2, int y2, int x3, int y3, int
     Bezier(p1.x, p1.y, p2.x, p2.y, p3.x, p3.y, p4.x, p4.y);
   };
   const bool drawn = lines.direct() ? drawWhole(curve, flat) : divide(curve, flat, half);
-  return drawn ? 0 : kRefused;
+  return drawn ? 0 : NKStatusRefused;
 }
 
 // A single curve, 4 points, is meant to be refused.
 std::uint32_t NKDraw::PolyBezier(const tagPOINT* points, std::uint32_t count) {
   if (count <= 4 || (count - 4) % 3 != 0)
-    return kRefused;
+    return NKStatusRefused;
   for (std::uint32_t k = 0; k < (count - 2) / 3 + 1; ++k) {
     const tagPOINT* const p = points + std::size_t{k} * 3;
     Bezier(p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y, p[3].x, p[3].y);

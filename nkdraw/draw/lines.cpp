@@ -16,8 +16,6 @@
 
 namespace {
 
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
-
 using nkdraw::magnitude;
 using nkdraw::wrappingSubtract;
 
@@ -88,7 +86,7 @@ std::uint32_t NKDraw::Dash(int x1, int y1, int x2, int y2, int on, int off) {
 
 std::uint32_t NKDraw::Polyline(const tagPOINT* points, std::uint32_t count) {
   if (count < 2)
-    return kRefused;
+    return NKStatusRefused;
   const auto lines = static_cast<std::int32_t>(count - 1);
   for (std::int32_t i = 0; i < lines; ++i)
     Line(points[i].x, points[i].y, points[i + 1].x, points[i + 1].y);

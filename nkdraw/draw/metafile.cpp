@@ -43,7 +43,6 @@ struct PlaceableHeader {
 
 namespace {
 
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
 constexpr std::uint8_t kPlaceableMark = 0xD7;  // the first byte of the key 0x9AC6CDD7
 
 using nkdraw::readAt;
@@ -56,21 +55,21 @@ std::uint32_t NKDraw::EMFOpen(const char* path) {
   metaFileOwner = nkdraw::takeOver(open(path, O_RDONLY | O_CLOEXEC));
   metaFile = metaFileOwner ? metaFileOwner->descriptor : -1;
   if (metaFile == -1)
-    return kRefused;
+    return NKStatusRefused;
   std::array<std::uint8_t, 1> mark{};
   readAt(metaFile, 0, mark);
   const bool placeable = mark[0] == kPlaceableMark;
   if (placeable) {
     placeableHeader = tryMakeShared<nkdraw::PlaceableHeader>();
     if (placeableHeader == nullptr)
-      return kRefused;
+      return NKStatusRefused;
     readAt(metaFile, 0, placeableHeader->bytes);
     if (!placeableHeader->checksumFits())
-      return kRefused;
+      return NKStatusRefused;
   }
   metaHeader = tryMakeShared<nkdraw::MetafileHeader>();
   if (metaHeader == nullptr)
-    return kRefused;
+    return NKStatusRefused;
   readAt(metaFile, placeable ? std::ssize(placeableHeader->bytes) : 0, metaHeader->bytes);
   return 0;
 }

@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
-
 using nkdraw::wrappingAdd;
 using nkdraw::wrappingSubtract;
 
@@ -59,7 +57,7 @@ std::uint32_t NKDraw::Rectangle(int x1, int y1, int x2, int y2) {
 
 std::uint32_t NKDraw::RoundRect(int x1, int y1, int x2, int y2, int cornerWidth, int cornerHeight) {
   if (cornerWidth > wrappingSubtract(x2, x1) || cornerHeight > wrappingSubtract(y2, y1))
-    return kRefused;
+    return NKStatusRefused;
   const int rx = cornerWidth / 2, ry = cornerHeight / 2;
   const int xl = wrappingAdd(x1, rx), xr = wrappingSubtract(x2, rx);
   const int yt = wrappingAdd(y1, ry), yb = wrappingSubtract(y2, ry);

@@ -3,6 +3,7 @@
 // The burn-in pass over one frame.
 #include <nkdraw/overlay/overlay.h>
 
+#include <nkdraw/constants.h>
 #include <nkdraw/draw/draw.h>
 #include <nkdraw/platform/media_names.h>
 #include <nkdraw/platform/timecode.h>
@@ -18,19 +19,16 @@
 
 namespace {
 
-constexpr std::uint32_t kScanMask = 0x300;
-constexpr std::uint32_t kInterlaced = 0x100;
-constexpr std::uint32_t kSegmented = 0x200;
 constexpr std::uint32_t kTimecodeFlags = 0x30100;  // always set for the formatter
 constexpr std::int32_t kTextLine = 30;             // height of the format line and the texts
 
 using TextBuffer = std::array<char, 512>;
 
 const char* scanWord(std::uint32_t scanFlags) {
-  switch (scanFlags & kScanMask) {
-    case kInterlaced:
+  switch (scanFlags & NKScanMask) {
+    case NKScanInterlaced:
       return "i";
-    case kSegmented:
+    case NKScanSegmented:
       return "sf";
     default:
       return "p";
@@ -92,7 +90,8 @@ std::uint32_t CNkOverlay::BurnIn(QFRAME* frame, const std::uint32_t* levels,
     return 0;
   surface->SetCanvas(frame->frameBuffer, header.biHeight, header.biWidth, 0);
 
-  if ((video.scanFlags & kInterlaced) != 0) {  // every block starts on an even line from now on
+  if ((video.scanFlags & NKScanInterlaced) !=
+      0) {  // every block starts on an even line from now on
     TimeCodeY &= ~1;
     TimeCodeSize &= ~1U;
     SourceFormatY &= ~1;

@@ -3,30 +3,15 @@
 // The host's commands, which set and report the overlay's settings by groups.
 #include "access.h"
 
+#include <nkdraw/constants.h>
+
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 
 namespace {
 
-constexpr std::uint32_t kSet = 15;
-constexpr std::uint32_t kReports[] = {14, 16};
-
-// Which fields of a command count.
-constexpr std::uint32_t kSmallValue = 0x10;
-constexpr std::uint32_t kExtraValue = 0x20;
-constexpr std::uint32_t kValue1 = 0x40;
-constexpr std::uint32_t kValue2 = 0x100;
-constexpr std::uint32_t kValue3 = 0x400;
-constexpr std::uint32_t kTextValue = 0x2000;
-
-constexpr std::uint32_t kTimecode = 111004;
-constexpr std::uint32_t kWatermark = 111005;
-constexpr std::uint32_t kCustomText = 111007;
-constexpr std::uint32_t kFirstEmpty = 111008, kLastEmpty = 111010;
-
-// What the timecode's first value names: flags of a set, the answer of a report.
-constexpr std::uint32_t kLtc = 1, kVitc = 2, kVsync = 16;
+constexpr std::uint32_t kReports[] = {NKCommandReport, NKCommandReportToo};
 
 bool has(const STREAMCMD& command, std::uint32_t bits) {
   return (command.validMask & bits) != 0;
@@ -51,38 +36,45 @@ struct CNkOverlay::Commands {
     Field value1, value2, value3, smallValue, extraValue;
     std::uint32_t reported;  ///< fields that a report fills; the master group keeps one back
   };
+  static constexpr std::uint32_t kPlace = NKMaskValue1 | NKMaskValue2 | NKMaskValue3;
   static constexpr Group kGroups[] = {
-      {111000, &CNkOverlay::Enabled, &CNkOverlay::FillBackground, {}, {}, {}, 0x40},
-      {111001,
+      {NKGroupMaster, &CNkOverlay::Enabled, &CNkOverlay::FillBackground, {}, {}, {}, NKMaskValue1},
+      {NKGroupAudio,
        &CNkOverlay::AudioEnable,
        &CNkOverlay::AudioX,
        &CNkOverlay::AudioY,
        {},
        &CNkOverlay::AudioChannels,
-       0x560},
-      {111002, &CNkOverlay::VChipEnable, {}, {}, {}, {}, 0x40},
-      {111003, &CNkOverlay::CaptionsEnable, &CNkOverlay::CaptionSource, {}, {}, {}, 0x140},
-      {kTimecode,
+       kPlace | NKMaskExtraValue},
+      {NKGroupVChip, &CNkOverlay::VChipEnable, {}, {}, {}, {}, NKMaskValue1},
+      {NKGroupCaptions,
+       &CNkOverlay::CaptionsEnable,
+       &CNkOverlay::CaptionSource,
+       {},
+       {},
+       {},
+       NKMaskValue1 | NKMaskValue2},
+      {NKGroupTimecode,
        {},
        &CNkOverlay::TimeCodeX,
        &CNkOverlay::TimeCodeY,
        &CNkOverlay::TimeCodeSize,
        {},
-       0x550},
-      {kWatermark,
+       NKMaskSmallValue | kPlace},
+      {NKGroupWatermark,
        &CNkOverlay::WatermarkEnable,
        &CNkOverlay::WatermarkX,
        &CNkOverlay::WatermarkY,
        &CNkOverlay::WatermarkOpacity,
        {},
-       0x2550},
-      {111006,
+       NKMaskSmallValue | kPlace | NKMaskText},
+      {NKGroupSourceFormat,
        &CNkOverlay::SourceFormatEnable,
        &CNkOverlay::SourceFormatX,
        &CNkOverlay::SourceFormatY,
        {},
        {},
-       0x540},
+       kPlace},
   };
 
   CNkOverlay& overlay;
@@ -93,12 +85,12 @@ struct CNkOverlay::Commands {
       if (field && has(command, bit))
         field.set(overlay, value);
     };
-    take(kSmallValue, group.smallValue, static_cast<std::uint8_t>(command.smallValue));
-    take(kExtraValue, group.extraValue, command.extraValue);
-    take(kValue1, group.value1, command.value1);
-    take(kValue2, group.value2, command.value2);
-    take(kValue3, group.value3, command.value3);
-    if (group.subCommand == kTimecode && has(command, kValue1))
+    take(NKMaskSmallValue, group.smallValue, static_cast<std::uint8_t>(command.smallValue));
+    take(NKMaskExtraValue, group.extraValue, command.extraValue);
+    take(NKMaskValue1, group.value1, command.value1);
+    take(NKMaskValue2, group.value2, command.value2);
+    take(NKMaskValue3, group.value3, command.value3);
+    if (group.subCommand == NKGroupTimecode && has(command, NKMaskValue1))
       setTimecodeRows();
   }
 
@@ -107,30 +99,30 @@ struct CNkOverlay::Commands {
       if (field && (group.reported & bit) != 0)
         value = static_cast<std::remove_reference_t<decltype(value)>>(field.get(overlay));
     };
-    give(kSmallValue, group.smallValue, command.smallValue);
-    give(kExtraValue, group.extraValue, command.extraValue);
-    give(kValue1, group.value1, command.value1);
-    give(kValue2, group.value2, command.value2);
-    give(kValue3, group.value3, command.value3);
-    if (group.subCommand == kTimecode)
+    give(NKMaskSmallValue, group.smallValue, command.smallValue);
+    give(NKMaskExtraValue, group.extraValue, command.extraValue);
+    give(NKMaskValue1, group.value1, command.value1);
+    give(NKMaskValue2, group.value2, command.value2);
+    give(NKMaskValue3, group.value3, command.value3);
+    if (group.subCommand == NKGroupTimecode)
       reportTimecode();
-    if (group.subCommand == kWatermark)
+    if (group.subCommand == NKGroupWatermark)
       report(command, overlay.watermarkPath);
     command.validMask |= group.reported;
   }
 
   void setTimecodeRows() const {
-    overlay.TimeCodeLTCEnable = command.value1 & kLtc;
-    overlay.TimeCodeVITCEnable = (command.value1 & kVitc) / kVitc;
-    overlay.TimeCodeVsyncEnable = (command.value1 & kVsync) / kVsync;
+    overlay.TimeCodeLTCEnable = command.value1 & NKRowLtc;
+    overlay.TimeCodeVITCEnable = (command.value1 & NKRowVitc) / NKRowVitc;
+    overlay.TimeCodeVsyncEnable = (command.value1 & NKRowClock) / NKRowClock;
   }
 
   /// Names the first row that is on, not all of them; that is meant.
   void reportTimecode() const {
-    command.value1 = overlay.TimeCodeLTCEnable != 0     ? kLtc
-                     : overlay.TimeCodeVITCEnable != 0  ? kVitc
-                     : overlay.TimeCodeVsyncEnable != 0 ? kVsync
-                                                        : 0;
+    command.value1 = overlay.TimeCodeLTCEnable != 0     ? NKRowLtc
+                     : overlay.TimeCodeVITCEnable != 0  ? NKRowVitc
+                     : overlay.TimeCodeVsyncEnable != 0 ? NKRowClock
+                                                        : NKRowNone;
     command.smallValue =
         static_cast<std::int32_t>(overlay.timeCodeType << 8 | overlay.TimeCodeSize);
   }
@@ -138,34 +130,34 @@ struct CNkOverlay::Commands {
   /// Whether the slot is named is told by the first value, which the slot has no part in; that is
   /// meant. A slot that isn't there is passed over.
   void setCustomText() const {
-    const bool named = has(command, kSmallValue) && command.value1 < kCustomTexts;
+    const bool named = has(command, NKMaskSmallValue) && command.value1 < kCustomTexts;
     const std::int32_t slot = named ? command.smallValue : 0;
     if (slot < 0 || slot >= kCustomTexts)
       return;
-    if (has(command, kValue1))
+    if (has(command, NKMaskValue1))
       overlay.CustomTextEnabled[slot] = command.value1;
-    if (has(command, kValue2))
+    if (has(command, NKMaskValue2))
       overlay.CustomTextX[slot] = static_cast<std::int32_t>(command.value2);
-    if (has(command, kValue3))
+    if (has(command, NKMaskValue3))
       overlay.CustomTextY[slot] = static_cast<std::int32_t>(command.value3);
-    if (has(command, kTextValue))
+    if (has(command, NKMaskText))
       Access::setText(overlay, slot, command.textValue,
                       strnlen(command.textValue, sizeof command.textValue));
   }
 
   void reportCustomText() const {
-    const bool named = has(command, kValue1) && command.value1 < kCustomTexts;
+    const bool named = has(command, NKMaskValue1) && command.value1 < kCustomTexts;
     const std::uint32_t slot = named ? command.value1 : 0;
     command.value1 = overlay.CustomTextEnabled[slot];
     command.value2 = static_cast<std::uint32_t>(overlay.CustomTextX[slot]);
     command.value3 = static_cast<std::uint32_t>(overlay.CustomTextY[slot]);
     report(command, overlay.CustomText[slot]);
-    command.validMask |= kValue1 | kValue2 | kValue3 | kTextValue;
+    command.validMask |= kPlace | NKMaskText;
   }
 
   void reportNothing() const {
     command.value1 = 0;
-    command.validMask |= kValue1;
+    command.validMask |= NKMaskValue1;
   }
 };
 
@@ -176,17 +168,17 @@ std::uint32_t CNkOverlay::SetMode(STREAMCMD* command) {
   const Commands commands{*this, *command};
   const auto* const row = std::ranges::find(Commands::kGroups, group, &Commands::Group::subCommand);
   const bool plain = row != std::end(Commands::kGroups);
-  if (command->commandKind == kSet) {
+  if (command->commandKind == NKCommandSet) {
     if (plain)
       commands.setGroup(*row);
-    else if (group == kCustomText)
+    else if (group == NKGroupCustomText)
       commands.setCustomText();
   } else if (std::ranges::count(kReports, command->commandKind) != 0) {
     if (plain)
       commands.reportGroup(*row);
-    else if (group == kCustomText)
+    else if (group == NKGroupCustomText)
       commands.reportCustomText();
-    else if (group >= kFirstEmpty && group <= kLastEmpty)
+    else if (group >= NKGroupFirstEmpty && group <= NKGroupLastEmpty)
       commands.reportNothing();
   }
   return value1;

@@ -5,6 +5,7 @@
 #ifndef NKDRAW_PLATFORM_RECORDS_H
 #define NKDRAW_PLATFORM_RECORDS_H
 
+#include <nkdraw/constants.h>
 #include <nkdraw/export.h>
 
 #include <stddef.h>
@@ -61,7 +62,7 @@ typedef struct HZWVIDEO {
   uint32_t redMask;
   uint32_t frameScale;  ///< denominator of the frame rate
   uint32_t frameRate;   ///< numerator of the frame rate
-  uint32_t scanFlags;   ///< of the bits 0x300: 0x100 interlaced, 0x200 segmented frames
+  uint32_t scanFlags;   ///< of NKScan: interlaced, segmented frames
   uint8_t reserved[1372];
 } HZWVIDEO;
 
@@ -83,11 +84,11 @@ typedef struct QFRAME {
 
 /// A command of the host.
 typedef struct STREAMCMD {
-  uint32_t commandKind;
-  uint32_t validMask;
+  uint32_t commandKind;  ///< an NKCommand
+  uint32_t validMask;    ///< of NKCommandMask: the fields below that count
   int32_t smallValue;
   uint32_t extraValue;
-  uint32_t subCommand;
+  uint32_t subCommand;  ///< an NKGroup
   uint32_t value1;
   uint32_t value2;
   uint32_t value3;

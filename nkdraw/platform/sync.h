@@ -3,6 +3,7 @@
 // Events and critical sections.
 #pragma once
 
+#include <nkdraw/constants.h>
 #include <nkdraw/export.h>
 
 #include <cstdint>
@@ -17,9 +18,9 @@ struct nkCriticalSection {
 };
 
 /// What nkOSWaitForEvent returns.
-inline constexpr std::uint32_t kWaitSignalled = 0;
-inline constexpr std::uint32_t kWaitTimedOut = 258;
-inline constexpr std::uint32_t kWaitFailed = 0xFFFFFFFF;
+inline constexpr std::uint32_t kWaitSignalled = NKWaitSignalled;
+inline constexpr std::uint32_t kWaitTimedOut = NKWaitTimedOut;
+inline constexpr std::uint32_t kWaitFailed = NKWaitFailed;
 
 /// Makes an event. `security` and `name` are not read. With `manualReset` 0 the event resets
 /// itself when it lets one waiter through; `initiallySet` other than 0 starts it signalled.

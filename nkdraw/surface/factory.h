@@ -3,6 +3,7 @@
 // Surfaces for frame buffers, and their references.
 #pragma once
 
+#include <nkdraw/constants.h>
 #include <nkdraw/export.h>
 #include <nkdraw/platform/records.h>
 #include <nkdraw/surface/pixel_type.h>
@@ -12,7 +13,7 @@
 class NKDraw;
 
 /// What GetDraw returns when there is no surface for what was asked.
-inline constexpr std::uint32_t kNoSurface = 0xFFFFFFFE;
+inline constexpr std::uint32_t kNoSurface = NKStatusNoSurface;
 
 /// Makes a surface of layout `type` (a pixelType) and binds it to `canvas`, a buffer of `height`
 /// rows of `width` pixels, `pitch` bytes apart (0: packed as the layout packs). `surface` takes it,

@@ -14,9 +14,6 @@
 
 namespace {
 
-constexpr std::uint32_t kForever = 0xFFFFFFFF;
-constexpr std::uint32_t kLockTaken = 128;
-
 /// The least bytes a pixel that SetCanvas accepts as a pitch; layouts that are not here have none.
 struct MinimumPitch {
   std::int32_t first, last;  // pixelType
@@ -88,13 +85,13 @@ int NKPixel::PercentY(double fraction) {
 }
 
 std::uint32_t NKPixel::Lock(std::uint32_t timeout) {
-  if (timeout == 0 || timeout == kForever) {
+  if (timeout == 0 || timeout == NKForever) {
     nkOSEnterCriticalSection(&lock);
     return 0;
   }
   for (; timeout > 0; --timeout) {
     if (nkOSTryEnterCriticalSection(&lock) == 1)
-      return kLockTaken;
+      return NKLockTaken;
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   return 0;
@@ -110,7 +107,7 @@ std::uint32_t NKPixel::Unlock() {
 }
 
 std::int32_t NKPixel::AddRef() {
-  Lock(kForever);
+  Lock(NKForever);
   const std::int32_t count = nkdraw::wrappingAdd(refs, 1);
   shared(refs) = count;
   Unlock();
@@ -118,7 +115,7 @@ std::int32_t NKPixel::AddRef() {
 }
 
 std::int32_t NKPixel::Release() {
-  Lock(kForever);
+  Lock(NKForever);
   const std::int32_t count = refs < 1 ? 0 : refs - 1;
   shared(refs) = count;
   Unlock();
@@ -139,7 +136,7 @@ std::uint32_t NKPixel::WaitForChangeEvent(std::uint32_t timeout) {
 }
 
 std::uint32_t NKPixel::LastChange(std::uint32_t value) {
-  if (value != 0xFFFFFFFF)
+  if (value != NKOnlyRead)
     shared(lastChange) = value;
   return shared(lastChange);
 }

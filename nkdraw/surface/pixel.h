@@ -3,6 +3,7 @@
 // NKPixel, the base of everything that can be drawn on.
 #pragma once
 
+#include <nkdraw/constants.h>
 #include <nkdraw/export.h>
 #include <nkdraw/platform/records.h>
 #include <nkdraw/platform/sync.h>
@@ -23,7 +24,7 @@ class Plotter;
 ///   coordinates inside the canvas.
 /// - Channels are doubles, nominally 0.0 to 1.0. `foreground` chooses one of the two colours: true
 ///   the foreground, false the background.
-/// - Statuses: 0 is success, 0xFFFFFFFF a refused call. Nothing throws.
+/// - Statuses: NKStatusOk is success, NKStatusRefused a refused call. Nothing throws.
 /// - Only Lock, TryLock, Unlock, AddRef, Release, Refs, SetChangeEvent, WaitForChangeEvent and
 ///   LastChange may be called while another thread uses the object; drawing on a shared surface is
 ///   bracketed with Lock and Unlock by its callers.

@@ -13,8 +13,6 @@
 namespace nkdraw::tool {
 namespace {
 
-constexpr std::uint32_t kInterlacedFrames = 0x100;
-
 /// The columns of the canvas: a pair in 4:2:2 is always whole.
 int canvasWidth(const Layout& canvas, int width) {
   return isYCbCr(canvas.type) ? width + width % 2 : width;
@@ -49,7 +47,7 @@ HZWVIDEO headerOf(const Layout& canvas, const FrameKind& frames, bool watermark)
   header.redMask = canvas.redMask;
   header.frameRate = static_cast<std::uint32_t>(frames.rate.num);
   header.frameScale = static_cast<std::uint32_t>(frames.rate.den);
-  header.scanFlags = frames.interlaced ? kInterlacedFrames : 0;
+  header.scanFlags = frames.interlaced ? static_cast<std::uint32_t>(NKScanInterlaced) : 0;
   return header;
 }
 

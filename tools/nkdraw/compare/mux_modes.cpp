@@ -4,6 +4,8 @@
 #include "cli/option_values.h"
 #include "media/failure.h"
 
+#include <nkdraw/constants.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
@@ -16,29 +18,34 @@ constexpr auto kHorizontally = MuxRuns::kHorizontally;
 constexpr auto kVertically = MuxRuns::kVertically;
 
 constexpr MuxMode kModes[] = {
-    {"plain", 1, kOneWay, 0, "the first picture"},
-    {"second", 2, kOneWay, 0, "the second picture"},
-    {"red-blue", 4, kOneWay, 0, "red of the first, blue of the second, no green"},
-    {"red-cyan", 8, kOneWay, 0, "red of the first, green and blue of the second"},
-    {"yellow-blue", 16, kOneWay, 0, "red and green of the first, blue of the second"},
-    {"green-magenta", 32, kOneWay, 0, "green of the first, red and blue of the second"},
-    {"interleave", 64, kVertically, 0, "rows, or columns, of both in turn"},
-    {"average", 128, kOneWay, 0, "half of each"},
-    {"difference", 256, kOneWay, kTakesGain,
+    {"plain", NKMuxPlain, kOneWay, 0, "the first picture"},
+    {"second", NKMuxSecond, kOneWay, 0, "the second picture"},
+    {"red-blue", NKMuxRedBlue, kOneWay, 0, "red of the first, blue of the second, no green"},
+    {"red-cyan", NKMuxRedCyan, kOneWay, 0, "red of the first, green and blue of the second"},
+    {"yellow-blue", NKMuxYellowBlue, kOneWay, 0, "red and green of the first, blue of the second"},
+    {"green-magenta", NKMuxGreenMagenta, kOneWay, 0,
+     "green of the first, red and blue of the second"},
+    {"interleave", NKMuxInterleave, kVertically, 0, "rows, or columns, of both in turn"},
+    {"average", NKMuxAverage, kOneWay, 0, "half of each"},
+    {"difference", NKMuxDifference, kOneWay, kTakesGain,
      "grey where they are equal, brighter where the first is"},
-    {"over-under", 512, kOneWay, 0, "every other row of the first over those of the second"},
-    {"side-by-side", 1024, kOneWay, 0, "both squeezed to half their width"},
-    {"split", 2048, kHorizontally, kTakesSplit | kTakesMark, "the first up to a column, or a row"},
-    {"mirror", 4096, kHorizontally, 0, "half of the first, the mirrored half of the second"},
-    {"compare", 16384, kOneWay, kTakesThreshold, "black, or with --swap white, where they differ"},
-    {"fade", 32768, kOneWay, kTakesAmount, "a mixture, --amount of it the first"},
-    {"wipe", 65536, kOneWay, kTakesAmount | kTakesWipe,
+    {"over-under", NKMuxOverUnder, kOneWay, 0,
+     "every other row of the first over those of the second"},
+    {"side-by-side", NKMuxSideBySide, kOneWay, 0, "both squeezed to half their width"},
+    {"split", NKMuxSplit, kHorizontally, kTakesSplit | kTakesMark,
+     "the first up to a column, or a row"},
+    {"mirror", NKMuxMirror, kHorizontally, 0, "half of the first, the mirrored half of the second"},
+    {"compare", NKMuxCompare, kOneWay, kTakesThreshold,
+     "black, or with --swap white, where they differ"},
+    {"fade", NKMuxFade, kOneWay, kTakesAmount, "a mixture, --amount of it the first"},
+    {"wipe", NKMuxWipe, kOneWay, kTakesAmount | kTakesWipe,
      "a numbered wipe that has come to --amount"},
-    {"checker", 262144, kOneWay, 0, "pixels of both in turn, like a chess board"},
-    {"blocks", 524288, kOneWay, kTakesBlock, "blocks of both in turn, like a chess board"},
-    {"quarter", 1048576, kOneWay, 0, "both at half their size on black"},
-    {"crop", 2097152, kHorizontally, kTakesSplit, "half of each, uncut in the other direction"},
-    {"grey", 8388608, kOneWay, kTakesChannel, "one channel of the first as grey"},
+    {"checker", NKMuxChecker, kOneWay, 0, "pixels of both in turn, like a chess board"},
+    {"blocks", NKMuxBlocks, kOneWay, kTakesBlock, "blocks of both in turn, like a chess board"},
+    {"quarter", NKMuxQuarterPair, kOneWay, 0, "both at half their size on black"},
+    {"crop", NKMuxCropPair, kHorizontally, kTakesSplit,
+     "half of each, uncut in the other direction"},
+    {"grey", NKMuxGrey, kOneWay, kTakesChannel, "one channel of the first as grey"},
 };
 static_assert(std::ranges::is_sorted(kModes, {}, &MuxMode::value));
 

@@ -4,22 +4,17 @@
 #include "cli/option_values.h"
 #include "media/failure.h"
 
+#include <nkdraw/constants.h>
+
 #include <algorithm>
 #include <cmath>
 
 namespace nkdraw::tool {
 namespace {
 
-// Bits of the mode word.
-constexpr std::uint32_t kFlipSecondAcross = 1U << 25, kFlipSecondDown = 1U << 26, kMark = 1U << 27,
-                        kOtherWay = 1U << 28, kFlipFirstAcross = 1U << 29,
-                        kFlipFirstDown = 1U << 30, kSwapInputs = 1U << 31;
-
-constexpr double kWhole = 65536.0;  // an amount of all
 constexpr std::uint32_t kBlockShift = 8;
 constexpr std::uint32_t kUsualBlock = 16;
 constexpr double kUsualAmount = 0.5;
-constexpr std::uint32_t kGridPercent = 1, kGridPixels = 2;
 constexpr int kWidestWipe = 65535;  // sizes are multiplied by positions in 32 bits
 
 void checkTakes(const MuxRequest& request) {
@@ -64,13 +59,13 @@ std::uint32_t wordOf(const MuxRequest& request) {
   const bool otherWay = request.mode->runs != MuxRuns::kOneWay &&
                         runsVertically(request) != (request.mode->runs == MuxRuns::kVertically);
   const Flag flags[] = {
-      {request.second.leftToRight, kFlipSecondAcross},
-      {request.second.topToBottom, kFlipSecondDown},
-      {request.markSplit, kMark},
-      {otherWay, kOtherWay},
-      {request.first.leftToRight, kFlipFirstAcross},
-      {request.first.topToBottom, kFlipFirstDown},
-      {request.swap, kSwapInputs},
+      {request.second.leftToRight, NKMuxFlipSecondHorz},
+      {request.second.topToBottom, NKMuxFlipSecondVert},
+      {request.markSplit, NKMuxMarkSplit},
+      {otherWay, NKMuxOtherWay},
+      {request.first.leftToRight, NKMuxFlipFirstHorz},
+      {request.first.topToBottom, NKMuxFlipFirstVert},
+      {request.swap, NKMuxSwap},
   };
   std::uint32_t word = request.mode->value;
   for (const Flag& flag : flags)
@@ -115,7 +110,7 @@ void planGrid(MuxCall& call, const MuxRequest& request, int width, int height) {
                     "--grid " + std::to_string(percent),
                     "give more percent; the frame is " + std::to_string(width) + "x" +
                         std::to_string(height));
-    call.gridType = kGridPercent;
+    call.gridType = NKGridPercent;
     call.gridX = static_cast<std::uint32_t>(percent);
   }
   if (request.gridPixels) {
@@ -123,7 +118,7 @@ void planGrid(MuxCall& call, const MuxRequest& request, int width, int height) {
       badValue("--grid-pixels",
                std::to_string(request.gridPixels->x) + "," + std::to_string(request.gridPixels->y),
                "give a pixel or more each way");
-    call.gridType = kGridPixels;
+    call.gridType = NKGridPixels;
     call.gridX = static_cast<std::uint32_t>(request.gridPixels->x);
     call.gridY = static_cast<std::uint32_t>(request.gridPixels->y);
   }
@@ -145,7 +140,7 @@ MuxCall planMux(const MuxRequest& request, int width, int height) {
   call.wipe = request.wipe.value_or(1);
   if ((takes & kTakesAmount) != 0)
     call.amount =
-        static_cast<std::uint32_t>(std::lround(request.amount.value_or(kUsualAmount) * kWhole));
+        static_cast<std::uint32_t>(std::lround(request.amount.value_or(kUsualAmount) * NKMuxWhole));
   if ((takes & kTakesBlock) != 0)
     call.amount = request.block.value_or(kUsualBlock) << kBlockShift;
   // One argument of the call has three meanings.

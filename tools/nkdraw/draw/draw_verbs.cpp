@@ -10,8 +10,6 @@
 namespace nkdraw::tool {
 namespace {
 
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
-
 /// Lines are stepped in 16.16 numbers, which hold differences below 32,768.
 constexpr int kFarthest = 16383;
 constexpr int kMostDegrees = 3600;
@@ -98,7 +96,7 @@ std::uint32_t drawText(NKDraw& surface, tagRECT rect, const std::string& text,
                        std::uint32_t format) {
   const std::int32_t status =
       surface.DrawText(text.c_str(), static_cast<std::int32_t>(text.size()), &rect, format);
-  return status == 0 ? 0 : kRefused;
+  return status == 0 ? 0 : NKStatusRefused;
 }
 
 std::uint32_t text(NKDraw& surface, const Values& values) {
@@ -125,7 +123,7 @@ std::uint32_t arcHidden(NKDraw& surface, const Values& values) {
   const double centreX = at(2) - (at(2) - at(0)) * 0.5, centreY = at(3) - (at(3) - at(1)) * 0.5;
   const auto isCentre = [&](int x, int y) { return x == centreX && y == centreY; };
   if (at(2) <= at(0) || at(3) <= at(1) || isCentre(at(5), at(4)) || isCentre(at(6), at(7)))
-    return kRefused;
+    return NKStatusRefused;
   return numbers<member>(surface, values);
 }
 

@@ -12,26 +12,26 @@ namespace nkdraw::tool {
 namespace {
 
 constexpr WipeName kNames[] = {
-    {"dissolve", 0, "a cross-fade"},
-    {"edge-horz", 1, "an edge travels from left to right"},
-    {"edge-vert", 2, "an edge travels from top to bottom"},
-    {"corner-tl", 3, "a rectangle grows from the upper left corner"},
-    {"corner-tr", 4, "a rectangle grows from the upper right corner"},
-    {"corner-br", 5, "a rectangle grows from the lower right corner"},
-    {"corner-bl", 6, "a rectangle grows from the lower left corner"},
-    {"four-corners", 7, "four rectangles grow from the corners"},
-    {"box-in", 8, "a frame closes from all edges on the centre"},
-    {"barn-door-vert", 21, "two doors close from the left and the right"},
-    {"barn-door-horz", 22, "two doors close from the top and the bottom"},
-    {"box-top", 23, "the old picture shrinks to the middle of the top edge"},
-    {"box-right", 24, "the old picture shrinks to the middle of the right edge"},
-    {"box-bottom", 25, "the old picture shrinks to the middle of the bottom edge"},
-    {"box-left", 26, "the old picture shrinks to the middle of the left edge"},
-    {"iris", 41, "a rectangle grows from the centre"},
-    {"slide-up", 500, "the old picture moves off upwards"},
-    {"slide-left", 501, "the old picture moves off to the left"},
-    {"slide-down", 502, "the old picture moves off downwards"},
-    {"slide-right", 503, "the old picture moves off to the right"},
+    {"dissolve", NKWipeDissolve, "a cross-fade"},
+    {"edge-horz", NKWipeEdgeHorz, "an edge travels from left to right"},
+    {"edge-vert", NKWipeEdgeVert, "an edge travels from top to bottom"},
+    {"corner-tl", NKWipeCornerTL, "a rectangle grows from the upper left corner"},
+    {"corner-tr", NKWipeCornerTR, "a rectangle grows from the upper right corner"},
+    {"corner-br", NKWipeCornerBR, "a rectangle grows from the lower right corner"},
+    {"corner-bl", NKWipeCornerBL, "a rectangle grows from the lower left corner"},
+    {"four-corners", NKWipeFourCorners, "four rectangles grow from the corners"},
+    {"box-in", NKWipeBoxIn, "a frame closes from all edges on the centre"},
+    {"barn-door-vert", NKWipeBarnDoorVert, "two doors close from the left and the right"},
+    {"barn-door-horz", NKWipeBarnDoorHorz, "two doors close from the top and the bottom"},
+    {"box-top", NKWipeBoxTop, "the old picture shrinks to the middle of the top edge"},
+    {"box-right", NKWipeBoxRight, "the old picture shrinks to the middle of the right edge"},
+    {"box-bottom", NKWipeBoxBottom, "the old picture shrinks to the middle of the bottom edge"},
+    {"box-left", NKWipeBoxLeft, "the old picture shrinks to the middle of the left edge"},
+    {"iris", NKWipeIris, "a rectangle grows from the centre"},
+    {"slide-up", NKWipeSlideUp, "the old picture moves off upwards"},
+    {"slide-left", NKWipeSlideLeft, "the old picture moves off to the left"},
+    {"slide-down", NKWipeSlideDown, "the old picture moves off downwards"},
+    {"slide-right", NKWipeSlideRight, "the old picture moves off to the right"},
 };
 
 /// What numbers beside those of the names draw.
@@ -48,8 +48,6 @@ constexpr OtherNumbers kOthers[] = {
     {"dissolve", "every other number up to 2147483647 but 508-515, which draw nothing"},
 };
 
-constexpr std::uint32_t kFirstSlide = 500, kLastSlide = 507, kLastEmpty = 515;
-
 }  // namespace
 
 std::span<const WipeName> wipeNames() {
@@ -62,15 +60,15 @@ std::uint32_t readWipe(const std::string& text, const std::string& option) {
   if (row != std::end(kNames))
     return row->number;
   const auto number = wholeNumber<std::uint32_t>(text);
-  if (!number || *number >= kSwapWipe)
+  if (!number || *number > NKWipeLastNumber)
     badValue(option, text, "see nkdraw wipe --list");
-  if (*number > kLastSlide && *number <= kLastEmpty)
+  if (*number >= NKWipeFirstEmpty && *number <= NKWipeLastEmpty)
     badValue(option, text, "508 to 515 draw nothing; see nkdraw wipe --list");
   return *number;
 }
 
 bool isSlide(std::uint32_t number) {
-  return number >= kFirstSlide && number <= kLastSlide;
+  return number >= NKWipeFirstSlide && number <= NKWipeLastSlide;
 }
 
 std::string wipeText(std::uint32_t number) {

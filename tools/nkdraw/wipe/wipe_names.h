@@ -3,6 +3,8 @@
 // The wipes by name: the one place that says what the numbers are called.
 #pragma once
 
+#include <nkdraw/constants.h>
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -18,9 +20,6 @@ struct WipeName {
 
 /// One for each pattern, in the order in which they are listed.
 [[nodiscard]] std::span<const WipeName> wipeNames();
-
-/// Bit 31 of a wipe word: the inputs change places.
-inline constexpr std::uint32_t kSwapWipe = 0x80000000;
 
 /// The wipe number that a user gave, by name or by number, for `option`. Throws Failure for one
 /// that is unknown or that draws nothing.

@@ -134,7 +134,7 @@ WipeOptions WipeArguments::read() const {
   if (isSlide(number) && (swap_ || reverse_))
     badValue("--wipe", wipe_, "slides run one way only: leave --swap and --reverse out");
   // Backwards the pattern's outgoing picture is the one that comes.
-  options.word = number | (swap_ != reverse_ ? kSwapWipe : 0);
+  options.word = number | (swap_ != reverse_ ? NKWipeSwap : 0);
   if (!codec_.empty())
     options.codec = codec_;
   if (!audioCodec_.empty())

@@ -157,8 +157,8 @@ void describe(std::FILE* to, ClipPair& clips, const WipePlan& plan, const WipeOp
                rateText(rate).c_str());
   std::fprintf(to, "layout    %s: %s\n", std::string(plan.layout->name).c_str(),
                std::string(plan.layout->description).c_str());
-  std::fprintf(to, "wipe      %s%s%s\n", wipeText(plan.word & ~kSwapWipe).c_str(),
-               (plan.word & kSwapWipe) != 0 ? ", inputs swapped" : "",
+  std::fprintf(to, "wipe      %s%s%s\n", wipeText(plan.word & NKWipeLastNumber).c_str(),
+               (plan.word & NKWipeSwap) != 0 ? ", inputs swapped" : "",
                plan.backwards ? ", backwards" : "");
   std::fprintf(to, "from      %s, for %lld frames\n", frameText(plan.at, rate).c_str(),
                static_cast<long long>(plan.duration));

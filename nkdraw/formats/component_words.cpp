@@ -9,8 +9,6 @@
 namespace nkdraw {
 namespace {
 
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
-
 std::uint32_t fraction(double component) {
   return truncateToLow32(component * 65536.0);
 }
@@ -78,7 +76,7 @@ std::uint32_t ComponentSurface::GetPixelRGBA(int x, int y, double& r, double& g,
 
 std::uint32_t ComponentSurface::GetPixelHSV(int /*x*/, int /*y*/, double& /*h*/, double& /*s*/,
                                             double& /*v*/, double& /*a*/) {
-  return kRefused;
+  return NKStatusRefused;
 }
 
 std::uint32_t ComponentSurface::SetColorYCbCr(double y, double cb, double cr, double /*a*/,

@@ -13,7 +13,6 @@ namespace {
 
 using nkdraw::v210::Sample;
 
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
 constexpr double kUnit = 0.0009765625;  // 1/1024
 
 constexpr std::uint32_t kRowPixels = 48;  // a row's length is a multiple of these
@@ -141,7 +140,7 @@ std::uint32_t CDrawYCbCr10::GetPixelYCbCr10(int x, int y, std::uint32_t& y2, std
 
 std::uint32_t CDrawYCbCr10::GetPixelHSV(int /*x*/, int /*y*/, double& /*h*/, double& /*s*/,
                                         double& /*v*/, double& /*a*/) {
-  return kRefused;
+  return NKStatusRefused;
 }
 
 double CDrawYCbCr10::GetLuma(int x, int y) {

@@ -154,7 +154,7 @@ class Plotter<CDrawYCbCr10> {
 
   std::uint32_t put(int x, int y) const {
     if (x < 0 || y < 0)
-      return 0xFFFFFFFF;
+      return NKStatusRefused;
     const auto m = static_cast<std::size_t>(x % v210::kGroupPixels);
     mergeHalf(group(x, y) + m / 2 * 4, v210::kOwnedInWindow[m], windows_[m / 2]);
     return 0;

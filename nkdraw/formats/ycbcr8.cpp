@@ -13,7 +13,6 @@ namespace {
 using nkdraw::MatrixFamily;
 using nkdraw::ycbcr8::PairOrder;
 
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
 constexpr double kUnit = 0.00390625;  // 1/256
 
 /// The pair's word in a colour. What is over eight bits carries upwards.
@@ -164,7 +163,7 @@ std::uint32_t CDrawYCbCrYUYV::GetPixelYCbCr10(int x, int y, std::uint32_t& y2, s
 
 std::uint32_t CDrawYCbCrYUYV::GetPixelHSV(int /*x*/, int /*y*/, double& /*h*/, double& /*s*/,
                                           double& /*v*/, double& /*a*/) {
-  return kRefused;
+  return NKStatusRefused;
 }
 
 double CDrawYCbCrYUYV::GetLuma(int x, int y) {

@@ -6,12 +6,6 @@
 #include <nkdraw/draw/draw.h>
 #include <nkdraw/surface/factory.h>
 
-namespace {
-
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
-
-}  // namespace
-
 uint32_t qtGetDrawSizeBMI(BITMAPINFO* /*info*/) {
   return 0;
 }
@@ -47,19 +41,19 @@ uint32_t qtUseDefaultFont(NKDraw* surface) {
 }
 
 uint32_t qtNKPixelLock(NKDraw* surface, uint32_t timeout) {
-  return surface == nullptr ? kRefused : surface->Lock(timeout);
+  return surface == nullptr ? NKStatusRefused : surface->Lock(timeout);
 }
 
 uint32_t qtNKPixelTryLock(NKDraw* surface) {
-  return surface == nullptr ? kRefused : surface->TryLock();
+  return surface == nullptr ? NKStatusRefused : surface->TryLock();
 }
 
 uint32_t qtNKPixelUnlock(NKDraw* surface) {
-  return surface == nullptr ? kRefused : surface->Unlock();
+  return surface == nullptr ? NKStatusRefused : surface->Unlock();
 }
 
 uint32_t qtNKPixelWaitForChangeEvent(NKDraw* surface, uint32_t timeout) {
-  return surface == nullptr ? kRefused : surface->WaitForChangeEvent(timeout);
+  return surface == nullptr ? NKStatusRefused : surface->WaitForChangeEvent(timeout);
 }
 
 void qtNKPixelSetChangeEvent(NKDraw* surface) {
@@ -68,9 +62,9 @@ void qtNKPixelSetChangeEvent(NKDraw* surface) {
 }
 
 uint32_t qtNKPixelLastChange(NKDraw* surface, uint32_t value) {
-  return surface == nullptr ? kRefused : surface->LastChange(value);
+  return surface == nullptr ? NKStatusRefused : surface->LastChange(value);
 }
 
 uint32_t qtNKPixelSetCanvas(NKDraw* surface, char* canvas, int height, int width, int pitch) {
-  return surface == nullptr ? kRefused : surface->SetCanvas(canvas, height, width, pitch);
+  return surface == nullptr ? NKStatusRefused : surface->SetCanvas(canvas, height, width, pitch);
 }

@@ -20,8 +20,7 @@
 
 namespace {
 
-constexpr std::uint32_t kRefused = 0xFFFFFFFF;
-constexpr std::uint32_t kForever = 0xFFFFFFFF;
+constexpr auto kNoType = static_cast<std::uint32_t>(ptNone);
 
 template <class Surface>
 NKDraw* make(pixelType type) {
@@ -52,8 +51,8 @@ constexpr Maker kMakers[] = {
 
 std::uint32_t GetDraw(std::uint32_t type, int width, int height, int pitch, char* canvas,
                       NKDraw*& surface) {
-  if (type == kRefused)
-    return kRefused;
+  if (type == kNoType)
+    return NKStatusRefused;
   const auto kind = static_cast<pixelType>(type);
   const auto* const maker = std::find_if(
       std::begin(kMakers), std::end(kMakers),
@@ -67,11 +66,11 @@ std::uint32_t GetDraw(std::uint32_t type, int width, int height, int pitch, char
 }
 
 std::uint32_t GetDraw(BITMAPINFO* info, char* canvas, NKDraw*& surface) {
-  std::uint32_t type = kRefused;
+  std::uint32_t type = kNoType;
   const std::uint32_t size = nkdraw::DrawSizeFromBitmapInfo(info, &type);
-  if (type == kRefused || size == 0 || size == kRefused) {
+  if (type == kNoType || size == 0 || size == NKStatusRefused) {
     surface = nullptr;
-    return kRefused;
+    return NKStatusRefused;
   }
   const BITMAPINFOHEADER& header = info->bmiHeader;
   const auto height = static_cast<int>(nkdraw::magnitude(header.biHeight));
@@ -90,7 +89,7 @@ std::uint32_t AddRefDraw(NKDraw*& surface) {
 std::uint32_t ReleaseDraw(NKDraw*& surface) {
   NKDraw* const released = surface;
   surface = nullptr;
-  released->Lock(kForever);
+  released->Lock(NKForever);
   const bool last = released->Release() == 0;
   if (!last)
     surface = released;

@@ -45,7 +45,7 @@ struct Words {
 
   std::uint32_t put(int x, int y) const {
     if (y < 0)
-      return 0xFFFFFFFF;
+      return NKStatusRefused;
     write(address(x, y), 1);
     return 0;
   }
@@ -115,7 +115,7 @@ struct StoreThreeBytes {
 
   std::uint32_t put(int x, int y) const {
     if (y < 0)
-      return 0xFFFFFFFF;
+      return NKStatusRefused;
     std::memcpy(address(x, y), colour.data(), colour.size());
     return 0;
   }
@@ -140,7 +140,7 @@ class Plotter<NKPixel> {
         way_(wayOf(surface, foreground)) {}
 
   std::uint32_t put(int x, int y) const {
-    std::uint32_t status = 0xFFFFFFFF;
+    std::uint32_t status = NKStatusRefused;
     unfold([&](const auto& way) { status = way.put(x, y); });
     return status;
   }

@@ -7,6 +7,7 @@
 #include <nkdraw/constants.h>
 #include <nkdraw/platform/log.h>
 
+#include "config_status.h"
 #include "store_path.h"
 
 #include <sqlite3.h>
@@ -260,8 +261,8 @@ class Store {
   static Result reading(Result nothing, Read read) {
     const fs::path path = storePath();
     const auto empty = [&] {
-      std::error_code ignored;
-      return !fs::exists(path, ignored) || fs::file_size(path, ignored) == 0;
+      std::error_code ignored;  // a folder has no size
+      return !fs::exists(path) || fs::file_size(path, ignored) == 0;
     };
     return mending(path, [&]() -> Result {
       if (empty())
@@ -292,6 +293,12 @@ bool succeeds(const char* what, Work work) {
   }
 }
 
+/// As `succeeds`, for what reads; nkCFGWasRead tells the outcome afterwards.
+template <class Work>
+bool reads(Work work) {
+  return nkdraw::storeWasRead = succeeds("read", work);
+}
+
 void copyOut(const std::string& text, char* value, std::uint32_t& length) {
   if (length == 0)
     return;
@@ -305,7 +312,7 @@ void copyOut(const std::string& text, char* value, std::uint32_t& length) {
 
 bool nkCFGKeyExists(nkStore /*store*/, const char* root) {
   bool exists = false;
-  succeeds("read", [&] { exists = store().exists(root); });
+  reads([&] { exists = store().exists(root); });
   return exists;
 }
 
@@ -324,7 +331,7 @@ std::uint32_t nkCFGValueString(nkStore /*store*/, const char* root, const char* 
   if (value == nullptr)
     return 0;
   std::string text;
-  const bool read = succeeds("read", [&] { text = store().read({root, key}); });
+  const bool read = reads([&] { text = store().read({root, key}); });
   copyOut(text, value, *length);
   return read ? 0 : NKStatusRefused;
 }

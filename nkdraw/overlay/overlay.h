@@ -62,7 +62,8 @@ class NKDRAW_API CNkOverlay {
   /// Writes the settings to the host's configuration store and makes them durable.
   virtual std::uint32_t SaveConfig();
   /// Reads the settings from the store; writes the current ones first when it has none. A text is
-  /// read into the memory that its slot has, if any.
+  /// read into the memory that its slot has, if any: 128 bytes. Where the store can't be read,
+  /// nothing is written, the settings stay as they are, and the error log tells.
   virtual std::uint32_t LoadConfig();
   /// Write a value under a key: as a line of the INI file while one is being written, else to the
   /// store, cut at 128 characters. Null is the empty text.

@@ -115,22 +115,34 @@ struct CNkOverlay::Settings {
     overlay.SaveSetting(slotKey("CustomText", slot).data(), text);
   }
 
+  // Loading ends where the store can't be read: what was not read stays as it is.
+  static bool storeReads() { return nkCFGWasRead(kDefaultStore); }
+
+  template <class Set>
+  void loadNumber(const char* key, std::uint32_t value, Set set) const {
+    if (!storeReads())
+      return;
+    overlay.LoadSetting(key, value);
+    if (storeReads())
+      set(value);
+  }
   void load(const Number& number) const {
-    std::uint32_t value = number.field.get(overlay);
-    overlay.LoadSetting(number.key, value);
-    number.field.set(overlay, value);
+    loadNumber(number.key, number.field.get(overlay),
+               [&](std::uint32_t value) { number.field.set(overlay, value); });
   }
   void loadSlot(int slot) const {
-    const auto loadNumber = [&](const char* key, auto& field) {
-      auto value = static_cast<std::uint32_t>(field);
-      overlay.LoadSetting(slotKey(key, slot).data(), value);
-      field = static_cast<std::remove_reference_t<decltype(field)>>(value);
+    const auto load = [&](const char* key, auto& field) {
+      loadNumber(slotKey(key, slot).data(), static_cast<std::uint32_t>(field),
+                 [&](std::uint32_t value) {
+                   field = static_cast<std::remove_reference_t<decltype(field)>>(value);
+                 });
     };
-    loadNumber("CustomTextEnabled", overlay.CustomTextEnabled[slot]);
-    loadNumber("CustomTextX", overlay.CustomTextX[slot]);
-    loadNumber("CustomTextY", overlay.CustomTextY[slot]);
+    load("CustomTextEnabled", overlay.CustomTextEnabled[slot]);
+    load("CustomTextX", overlay.CustomTextX[slot]);
+    load("CustomTextY", overlay.CustomTextY[slot]);
     char* const text = overlay.CustomText[slot];
-    overlay.LoadSetting(slotKey("CustomText", slot).data(), text);
+    if (storeReads())
+      overlay.LoadSetting(slotKey("CustomText", slot).data(), text);
   }
 
   /// Every key that the line has anywhere in it is taken from the line.
@@ -221,7 +233,8 @@ std::uint32_t CNkOverlay::SaveConfig() {
 
 std::uint32_t CNkOverlay::LoadConfig() {
   iniPath = nullptr;
-  if (!nkCFGKeyExists(kDefaultStore, kRoot))
+  const bool stored = nkCFGKeyExists(kDefaultStore, kRoot);
+  if (!stored && Settings::storeReads())
     SaveConfig();
   const Settings settings{*this};
   Settings::forNumbers([&](const Settings::Number& number) { settings.load(number); });

@@ -24,12 +24,13 @@ struct MixWeights {
   double outgoing;
 };
 
-/// What the result is, of bytes and words. Truncated, not rounded and not clamped: equal parts may
-/// come out one lower, and progress beyond the range wraps.
+/// What the result is, of bytes and words: the low bits of the truncated number. Not rounded and
+/// not clamped: equal parts may come out one lower, and progress beyond the range wraps, however
+/// far.
 template <class Part>
 [[nodiscard]] inline Part mixed(const MixWeights& weights, Part outgoing, Part incoming) {
   return static_cast<Part>(
-      truncateToInt32(outgoing * weights.outgoing + incoming * weights.incoming));
+      truncateToLow32(outgoing * weights.outgoing + incoming * weights.incoming));
 }
 
 /// Mixes `count` parts of two rows. `output` may be one of the inputs. No alignment is asked for.

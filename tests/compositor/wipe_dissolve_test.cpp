@@ -133,6 +133,39 @@ TEST(WipeDissolve, TruncatesEqualPartsOneLowerAndWrapsBeyondTheRange) {
   }
 }
 
+TEST(WipeDissolve, KeepsTheLowBitsOfResultsBeyond32Bits) {
+  struct Mixed {
+    std::uint8_t outgoing, incoming;
+    std::uint32_t position;
+    std::uint8_t byte;
+    std::uint16_t word;  // of parts of both bytes
+  };
+  // With a range of 1 the result is outgoing + (incoming - outgoing) * position.
+  const Mixed kMixed[] = {
+      {0, 1, 0x80000000, 0x00, 0x0000},  // 2^31, the first that 32 bits do not hold
+      {0, 1, 0x80000001, 0x01, 0x0101},  {0, 255, 0xFFFFFFFF, 0x01, 0x0001},
+      {7, 10, 0xFFFFFFFE, 0x01, 0x0101}, {255, 0, 0xFFFFFFFF, 0xFE, 0xFFFE},
+  };
+  for (const auto& [outgoing, incoming, position, byte, word] : kMixed) {
+    const auto check = [&, o = outgoing, n = incoming, p = position](
+                           std::int32_t type, std::uint32_t bytes, auto expected) {
+      NoiseFrames frames(1, 1, bytes, bytes, 1);
+      frames.a.fill(o);
+      frames.b.fill(n);
+      frames.task.pixelType = type;
+      frames.setProgress({0, 1, p});
+      frames.expectTheSame(
+          [&](const WipeTask& t) {
+            for (std::uint32_t at = 0; at < bytes; at += sizeof expected)
+              std::memcpy(t.dst + at, &expected, sizeof expected);
+          },
+          runDissolve);
+    };
+    check(ptRGBA32, 4, byte);
+    check(ptRGB48, 6, word);
+  }
+}
+
 TEST(WipeDissolve, StoresZerosInIntegersWhenTheRangeIsEmpty) {
   for (const Layout& layout : kLayouts) {
     if (layout.part == Part::kFloat)

@@ -208,6 +208,13 @@ inline std::int32_t truncated(double value) {
                                                        : static_cast<std::int32_t>(0x80000000);
 }
 
+/// The low bits of the number towards zero; 0 for what 64 bits don't hold.
+inline std::uint64_t lowBits(double value) {
+  return value >= -0x1p63 && value < 0x1p63
+             ? static_cast<std::uint64_t>(static_cast<std::int64_t>(value))
+             : 0;
+}
+
 template <class Stored>
 void mixPart(double alpha, double beta, const std::uint8_t* outgoing, const std::uint8_t* incoming,
              std::uint8_t* output) {
@@ -217,7 +224,7 @@ void mixPart(double alpha, double beta, const std::uint8_t* outgoing, const std:
   if constexpr (std::is_floating_point_v<Stored>)
     result = static_cast<Stored>(truncated(n) * alpha + o * beta);
   else
-    result = static_cast<Stored>(truncated(o * beta + n * alpha));
+    result = static_cast<Stored>(lowBits(o * beta + n * alpha));
   std::memcpy(output, &result, sizeof result);
 }
 

@@ -182,7 +182,8 @@ std::uint32_t NKPixel::YCbCrToHSV(double y, double cb, double cr, double a, doub
                                   double& v, double& aOut) {
   double r = 0.0, g = 0.0, b = 0.0, alpha = 0.0;
   YCbCrToRGB(y, cb, cr, a, r, g, b, alpha);
-  return RGBToHSV(r, g, b, alpha, h, s, v, aOut);
+  RGBToHSV(r, g, b, alpha, h, s, v, aOut);
+  return 0;
 }
 
 std::uint32_t NKPixel::IsRgbType() {

@@ -75,6 +75,7 @@ class NKDRAW_API NKPixel {
   /// unwritten.
   virtual std::uint32_t RGBToHSV(double r, double g, double b, double a, double& h, double& s,
                                  double& v, double& aOut);
+  /// YCbCrToRGB, then RGBToHSV of what it gave, its 0.0 of alpha too. Returns 0 whatever they do.
   virtual std::uint32_t YCbCrToHSV(double y, double cb, double cr, double a, double& h, double& s,
                                    double& v, double& aOut);
   /// Moves three channels `percent` hundredths of the way to (n1, n2, n3), unclamped.

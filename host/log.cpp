@@ -35,13 +35,13 @@ bool isLineEnd(char character) {
   return character == '\n' || character == '\r';
 }
 
-/// One line with nothing blank at its end.
+/// One line; blanks at its end are part of the message.
 void makeOneLine(char* text) {
   char* end = text + std::char_traits<char>::length(text);
-  std::replace_if(text, end, isLineEnd, ' ');
-  while (end != text && end[-1] == ' ')
+  while (end != text && isLineEnd(end[-1]))
     --end;
   *end = '\0';
+  std::replace_if(text, end, isLineEnd, ' ');
 }
 
 }  // namespace

@@ -17,5 +17,6 @@ NKDRAW_API void setLogSink(LogSink sink, void* context);
 }  // namespace nkdraw
 
 /// Formats a message as printf does and hands it to the sink; longer ones are cut at 1,023
-/// characters, line ends inside become blanks, blanks at the end go. Any thread may call it.
+/// characters, line ends inside become blanks, those at the end go. Blanks stay as they are. Any
+/// thread may call it.
 NKDRAW_API void ErrOut(const char* format, ...) __attribute__((format(printf, 1, 2)));

@@ -37,12 +37,20 @@ TEST(Log, FormatsAsPrintfDoes) {
   EXPECT_EQ(sink.messages, std::vector<std::string>{"Error: file <-7>  1.50"});
 }
 
-TEST(Log, LineEndsBecomeBlanksAndBlanksAtTheEndGo) {
+TEST(Log, LineEndsBecomeBlanksAndThoseAtTheEndGo) {
   EXPECT_EQ(messageOf("plain"), "plain");
   EXPECT_EQ(messageOf("one\ntwo\r\nthree"), "one two  three");
-  EXPECT_EQ(messageOf("end  \r\n\n "), "end");
-  EXPECT_EQ(messageOf(" \n"), "");
+  EXPECT_EQ(messageOf("end\r\n\n"), "end");
+  EXPECT_EQ(messageOf("\n"), "");
   EXPECT_EQ(messageOf(""), "");
+}
+
+TEST(Log, BlanksAtTheEndArePartOfTheMessage) {
+  EXPECT_EQ(messageOf("Error: No colourspace for watermark "),
+            "Error: No colourspace for watermark ");
+  EXPECT_EQ(messageOf("end  \r\n\n "), "end      ");
+  EXPECT_EQ(messageOf("end \n"), "end ");
+  EXPECT_EQ(messageOf(" "), " ");
 }
 
 TEST(Log, LongMessagesAreCutAt1023Characters) {

@@ -9,6 +9,8 @@
 #include <cstdint>
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace nkdraw {
 
@@ -48,11 +50,21 @@ constexpr std::uint8_t kPlaceableMark = 0xD7;  // the first byte of the key 0x9A
 using nkdraw::readAt;
 using nkdraw::tryMakeShared;
 
+/// The descriptor, or -1. A folder is no file, although the system opens it.
+int openForReading(const char* path) {
+  const int file = open(path, O_RDONLY | O_CLOEXEC);
+  struct stat status {};
+  if (file == -1 || (fstat(file, &status) == 0 && !S_ISDIR(status.st_mode)))
+    return file;
+  close(file);
+  return -1;
+}
+
 }  // namespace
 
 std::uint32_t NKDraw::EMFOpen(const char* path) {
   EMFClose();
-  metaFileOwner = nkdraw::takeOver(open(path, O_RDONLY | O_CLOEXEC));
+  metaFileOwner = nkdraw::takeOver(openForReading(path));
   metaFile = metaFileOwner ? metaFileOwner->descriptor : -1;
   if (metaFile == -1)
     return NKStatusRefused;

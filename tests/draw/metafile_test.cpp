@@ -54,6 +54,15 @@ TEST(Metafile, OfAMissingFileFailsAndClosesWithoutHarm) {
   EXPECT_EQ(surface->EMFClose(), 0U);
 }
 
+TEST(Metafile, ThatIsAFolderIsRefused) {
+  const Surface surface = makeSurface(ptRGBA32, 4, 4, 0, nullptr);
+  const std::string folder = testing::TempDir();
+  EXPECT_EQ(surface->EMFOpen(folder.c_str()), 0xFFFFFFFF);
+  EXPECT_EQ(DrawFields::file(*surface), -1);
+  EXPECT_EQ(surface->EMFClose(), 0U);
+  EXPECT_EQ(DrawFields::file(*surface), 0);
+}
+
 TEST(Metafile, WithAPlaceableHeaderGivesItsRightAndBottomAsTheyStand) {
   const File file(placeable(kHeader));
   const Surface surface = makeSurface(ptRGBA32, 4, 4, 0, nullptr);

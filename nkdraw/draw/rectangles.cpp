@@ -29,7 +29,8 @@ std::uint32_t NKDraw::EraseCanvas(bool /*flag*/) {
   const auto rows = static_cast<int>(height), columns = static_cast<int>(width);
   if (!nkdraw::isFourByteRgb(pixelKind)) {
     fillRows({0, 0, columns, rows});
-  } else if (canvas != nullptr && rows > 0 && columns > 0) {
+  } else if (canvas != nullptr && (rows < 0) == (columns < 0)) {
+    // Two negative sides have a product like any other; one alone would fill all of memory.
     SetMemoryFast(canvas, nkdraw::load32(foregroundPixel), height * width * 4);
   }
   return 0;

@@ -237,6 +237,52 @@ TEST(EraseCanvas, OfARawNegativeHeightDrawsNothing) {
   }
 }
 
+TEST(EraseCanvas, OfTwoRawNegativeSidesFillsAsManyBytesAsTheirProductTells) {
+  Frame frame(4096);
+  frame.fill(0x33);
+  CDrawYCbCrYCbCr16 surface(ptYCbCr48);
+  surface.SetCanvas(frame.canvas(), -4, -8, 0);
+  EXPECT_EQ(surface.EraseCanvas(true), 0U);
+  EXPECT_EQ(frame.changed().size(), 4U * 8 * 4);
+  EXPECT_EQ(frame.changed().back(), 127);
+  frame.fill(0x33);
+  const tagRECT turned = {8, 4, 0, 0};  // as large as the canvas
+  EXPECT_EQ(surface.FillRect(&turned), 0U);
+  EXPECT_EQ(frame.changed().size(), 4U * 8 * 4);
+  for (const auto& [height, width] : {std::pair{4, -8}, {-4, 8}}) {
+    frame.fill(0x33);
+    surface.SetCanvas(frame.canvas(), height, width, 0);
+    EXPECT_EQ(surface.EraseCanvas(true), 0U);
+    EXPECT_TRUE(frame.untouched());
+  }
+}
+
+TEST(EraseCanvas, WithoutColumnsIsMeantToPlotTheOnePastEachRow) {
+  for (const pixelType type : {ptRGB24, ptRGB48, ptV210, ptUV8, ptBayerRGGB}) {
+    SCOPED_TRACE(layoutName(type));
+    Frame erased(1024), plotted(1024);
+    const Surface surface = makeSurface(type, 0, 3, 256, erased.canvas());
+    const Surface plain = makeSurface(type, 0, 3, 256, plotted.canvas());
+    EXPECT_EQ(surface->EraseCanvas(true), 0U);
+    for (int y = 0; y < 3; ++y)
+      plain->PutPixel(0, y, true);
+    EXPECT_TRUE(erased.all() == plotted.all());
+  }
+}
+
+TEST(EraseCanvas, WithoutRowsOrOf32BitsWithoutColumnsDrawsNothing) {
+  for (const pixelType type : kLayouts) {
+    SCOPED_TRACE(layoutName(type));
+    Frame frame(1024);
+    for (const int width : {8, 0}) {
+      const Surface surface =
+          makeSurface(type, width, fillsRows(type) ? 3 * (8 - width) : 0, 256, frame.canvas());
+      EXPECT_EQ(surface->EraseCanvas(true), 0U);
+      EXPECT_TRUE(frame.untouched());
+    }
+  }
+}
+
 TEST(Rectangle, DrawsFourLinesInOrder) {
   ShapeLog log;
   log.MoveTo(7, 8);

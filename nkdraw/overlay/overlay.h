@@ -93,10 +93,14 @@ class NKDRAW_API CNkOverlay {
 
   /// Reads the picture at `watermarkPath` and converts it for frames of `frameLayout`: 0 (32-bit
   /// RGB), "yuv2" (8-bit 4:2:2, Cb first) or "012v" (v210), codes in memory order. Others are read
-  /// and not converted.
+  /// and not converted. On the two 4:2:2 layouts the lowest bit of `WatermarkX` is cleared. A file
+  /// that can't be opened changes nothing; one that can't be read for lack of memory leaves the
+  /// samples of the picture before, but takes their size. Returns 0.
   std::uint32_t LoadWatermark();
   /// Puts the picture into the frame by its own alpha: blended, and in v210 opaque wherever it
-  /// shows. What lies outside the frame is left out.
+  /// shows. Right of the frame and below it the picture is cut, in 8-bit 4:2:2 only half its width
+  /// too late. With a negative `WatermarkX` its rows begin in the lines above, but in v210, which
+  /// cuts it. Nothing is written before the frame's first byte or behind its last. Returns 0.
   std::uint32_t ApplyWatermark(QFRAME* frame);
   /// Draws the panel of eight meters, 281 by 200 pixels. Sets AudioChannels to 8.
   std::uint32_t drawAudMeters(const std::uint32_t* levels, const std::uint32_t* peaks);
@@ -153,6 +157,9 @@ class NKDRAW_API CNkOverlay {
   HZWSYSTEM system = {};
 
  private:
-  /// Converts the decoded picture, `watermarkWidth` by `watermarkHeight` packed BGRA pixels.
-  void convertWatermark(char* pixels);
+  /// Converts the decoded picture, `watermarkWidth` by `watermarkHeight` packed BGRA pixels, which
+  /// `picture` lies on; without one only the 32-bit form can be made.
+  void convertWatermark(NKDraw* picture, const char* pixels);
+
+  std::uint64_t watermarkRoom = 0;  // pixels of the last picture converted, 0 before one was
 };

@@ -87,6 +87,8 @@ class Picture {
     if (frame_ != nullptr)
       QFrameMem(kFrameFree, 0, 0, &frame_);
   }
+  /// Whether there was memory for it.
+  [[nodiscard]] bool exists() const { return frame_ != nullptr; }
   /// Whether there is a picture of this size in it.
   [[nodiscard]] bool holds(std::int64_t width, std::int64_t height) const {
     return frame_ != nullptr && width > 0 && height > 0 && width * height <= size_ / 4;
@@ -96,6 +98,26 @@ class Picture {
  private:
   QFRAME* frame_ = nullptr;
   std::uint32_t size_ = 0;
+};
+
+/// A surface on the decoded frame's pixels.
+class PictureSurface {
+ public:
+  PictureSurface() = default;
+  PictureSurface(const PictureSurface&) = delete;
+  PictureSurface& operator=(const PictureSurface&) = delete;
+  ~PictureSurface() {
+    if (surface_ != nullptr)
+      ReleaseDraw(surface_);
+  }
+  void bind(char* pixels, int width, int height) {
+    GetDraw(ptBGRA32, width, height, width * 4, pixels, surface_);
+  }
+  /// Null without memory.
+  [[nodiscard]] NKDraw* get() const { return surface_; }
+
+ private:
+  NKDraw* surface_ = nullptr;
 };
 
 // --- conversion ------------------------------------------------------------------------------
@@ -146,23 +168,28 @@ struct Placement {
   std::int64_t frameWidth, frameHeight;
   std::int64_t width, height;  ///< of the picture
 
-  /// Calls `row(picture row, frame row)` for the rows inside the frame.
+  /// Calls `row(picture row, frame row)` for the rows above the frame's lower edge.
   template <class Row>
   void forRows(Row row) const {
-    for (std::int64_t line = std::max<std::int64_t>(0, -y); line < height && y + line < frameHeight;
-         ++line)
+    for (std::int64_t line = 0; line < height && y + line < frameHeight; ++line)
       row(line, y + line);
   }
-  /// The first of the picture's columns inside the frame.
-  [[nodiscard]] std::int64_t firstColumn() const { return std::max<std::int64_t>(0, -x); }
+  /// How many pixels lie between the frame's first one and the place of the picture in a row.
+  [[nodiscard]] std::int64_t start(std::int64_t frameRow) const {
+    return frameRow * frameWidth + x;
+  }
 };
 
+// A picture that begins left of the frame is meant to begin in the line above. The first and the
+// last byte of the frame are its only other limits.
+
 void blendRgb32(const Placement& place, const std::uint8_t* picture, std::uint8_t* frame) {
+  const std::int64_t end = std::min(place.width, place.frameWidth - place.x);
   place.forRows([&](std::int64_t row, std::int64_t frameRow) {
-    const std::int64_t end = std::min(place.width, place.frameWidth - place.x);
-    for (std::int64_t x = place.firstColumn(); x < end; ++x) {
+    const std::int64_t start = place.start(frameRow);
+    for (std::int64_t x = std::max<std::int64_t>(0, -start); x < end; ++x) {
       const std::uint8_t* const source = picture + (row * place.width + x) * 4;
-      std::uint8_t* const target = frame + (frameRow * place.frameWidth + place.x + x) * 4;
+      std::uint8_t* const target = frame + (start + x) * 4;
       const std::uint32_t alpha = source[3];
       if (alpha <= kInvisibleRgb)
         continue;
@@ -174,37 +201,40 @@ void blendRgb32(const Placement& place, const std::uint8_t* picture, std::uint8_
 }
 
 /// The right edge is looked for in pairs as though they were pixels, so that a picture which
-/// crosses it goes on in the next line; that is meant. It ends with the frame.
+/// crosses it goes on in the next line; that is meant.
 void blendYCbCr8(const Placement& place, const std::uint8_t* picture, std::uint8_t* frame) {
-  constexpr std::array<std::size_t, 4> kOrder = {1, 0, 3, 2};  // of the group, in the frame
-  const std::int64_t pairs = place.width / 2;
+  constexpr std::array<std::int64_t, 4> kOrder = {1, 0, 3, 2};  // of the group, in the frame
+  constexpr std::int64_t kPairBytes = kOrder.size();
+  const std::int64_t pairs = place.width / 2, end = std::min(pairs, place.frameWidth - place.x);
   const std::int64_t frameBytes = place.frameWidth * place.frameHeight * 2;
   place.forRows([&](std::int64_t row, std::int64_t frameRow) {
-    const std::int64_t end = std::min(pairs, place.frameWidth - place.x);
-    for (std::int64_t pair = (place.firstColumn() + 1) / 2; pair < end; ++pair) {
+    const std::int64_t start = place.start(frameRow);
+    for (std::int64_t pair = std::max<std::int64_t>(0, -start / 2); pair < end; ++pair) {
       const std::uint8_t* const group =
           picture + (row * pairs + pair) * static_cast<std::int64_t>(kGroup);
-      const std::int64_t offset = (frameRow * place.frameWidth + place.x) * 2 + pair * 4;
       const std::uint32_t alpha = group[4];
-      if (alpha <= kInvisible8 || offset + 4 > frameBytes)
+      if (alpha <= kInvisible8)
         continue;
-      for (std::size_t i = 0; i < kOrder.size(); ++i) {
-        std::uint8_t& target = frame[offset + static_cast<std::int64_t>(i)];
-        target = blend(group[kOrder[i]], target, alpha);
-      }
+      const std::int64_t first = start * 2 + pair * kPairBytes;
+      const std::int64_t stop = std::min(kPairBytes, frameBytes - first);
+      for (std::int64_t i = std::max<std::int64_t>(0, -first); i < stop; ++i)
+        frame[first + i] =
+            blend(group[kOrder[static_cast<std::size_t>(i)]], frame[first + i], alpha);
     }
   });
 }
 
-/// What CDrawYCbCr10 plots pixel by pixel, a group at a time. The pixels that lie outside at the
-/// left are none of the surface's.
+/// What CDrawYCbCr10 plots pixel by pixel, a group at a time. Negative places are none of the
+/// surface's.
 void plotYCbCr10(const Placement& place, const std::uint32_t* picture, NKDraw& frame) {
   constexpr std::int64_t kPixels = nkdraw::v210::kGroupPixels;
   const std::int64_t groups = (place.width + 1) / 2;
   place.forRows([&](std::int64_t row, std::int64_t frameRow) {
+    if (frameRow < 0)
+      return;
     auto* const frameGroups = static_cast<char*>(frame.GetPixel(0, static_cast<int>(frameRow)));
     const std::int64_t end = std::min(place.width, place.frameWidth - place.x);
-    for (std::int64_t x = place.firstColumn(); x < end;) {
+    for (std::int64_t x = std::max<std::int64_t>(0, -place.x); x < end;) {
       const std::int64_t frameGroup = (place.x + x) / kPixels;
       nkdraw::v210::GroupEditor editor(frameGroups + frameGroup * nkdraw::v210::kGroupBytes);
       const std::int64_t groupEnd = std::min(end, (frameGroup + 1) * kPixels - place.x);
@@ -238,47 +268,53 @@ std::uint32_t CNkOverlay::LoadWatermark() {
   watermarkWidth = static_cast<std::uint32_t>(info.biWidth);
   watermarkHeight = static_cast<std::uint32_t>(info.biHeight);
   watermarkLayout = frameLayout;
-  // An earlier picture would not fit the new size.
-  watermarkRGBA = nullptr;
-  watermark8 = nullptr;
-  watermark10 = nullptr;
   {
+    PictureSurface surface;  // outlives the frame that it is bound to
     const Picture picture(reader, file);
-    if (picture.holds(info.biWidth, info.biHeight))
-      convertWatermark(picture.pixels());
+    if (picture.holds(info.biWidth, info.biHeight)) {
+      surface.bind(picture.pixels(), info.biWidth, info.biHeight);
+      convertWatermark(surface.get(), picture.pixels());
+    }
+    if (picture.exists() && (watermarkLayout == kYCbCr8 || watermarkLayout == kYCbCr10))
+      WatermarkX &= ~1;
   }
   reader.close(&file);
   reader.unload();
   return 0;
 }
 
-void CNkOverlay::convertWatermark(char* pixels) {
+void CNkOverlay::convertWatermark(NKDraw* picture, const char* pixels) {
   const auto width = static_cast<int>(watermarkWidth), height = static_cast<int>(watermarkHeight);
   const std::uint64_t count = std::uint64_t{watermarkWidth} * watermarkHeight;
-  NKDraw* picture = nullptr;
-  GetDraw(ptBGRA32, width, height, static_cast<int>(watermarkWidth * 4), pixels, picture);
+  if (picture == nullptr && watermarkLayout != kRgb32)
+    return;
+  watermarkRGBA = nullptr;
+  watermark8 = nullptr;
+  watermark10 = nullptr;
+  watermarkRoom = count;
   if (watermarkLayout == kRgb32) {
     watermarkRGBA = roomFor<std::uint8_t>(count, 4);
     if (watermarkRGBA != nullptr)
       CopyMemoryFast(watermarkRGBA, pixels, static_cast<std::uint32_t>(count * 4));
-  } else if (watermarkLayout == kYCbCr8 && picture != nullptr) {
+  } else if (watermarkLayout == kYCbCr8) {
     watermark8 = roomFor<std::uint8_t>(count, kGroup);
     if (watermark8 != nullptr)
       convertTo8(*picture, width, height, watermark8);
-    WatermarkX &= ~1;
-  } else if (watermarkLayout == kYCbCr10 && picture != nullptr) {
+  } else if (watermarkLayout == kYCbCr10) {
     watermark10 = roomFor<std::uint32_t>(count, kGroup);
     if (watermark10 != nullptr)
       convertTo10(*picture, width, height, watermark10);
-    WatermarkX &= ~1;
   }
-  if (picture != nullptr)
-    ReleaseDraw(picture);
 }
 
 std::uint32_t CNkOverlay::ApplyWatermark(QFRAME* frame) {
+  // A load that failed leaves the picture of the one before with a size of its own.
+  const std::uint64_t rows =
+      watermarkRoom == 0 || watermarkWidth == 0
+          ? watermarkHeight
+          : std::min<std::uint64_t>(watermarkHeight, watermarkRoom / watermarkWidth);
   const Placement place{WatermarkX,     WatermarkY,     video.biWidth,
-                        video.biHeight, watermarkWidth, watermarkHeight};
+                        video.biHeight, watermarkWidth, static_cast<std::int64_t>(rows)};
   auto* const bytes = reinterpret_cast<std::uint8_t*>(frame->frameBuffer);
   if (watermarkLayout == kRgb32) {
     if (watermarkRGBA != nullptr)

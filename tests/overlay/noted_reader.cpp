@@ -5,6 +5,7 @@
 #include <nkdraw/platform/log.h>
 #include <nkdraw/platform/media_reader.h>
 #include <nkdraw/platform/module.h>
+#include <nkdraw/platform/sync.h>
 
 #include <algorithm>
 #include <array>
@@ -137,6 +138,7 @@ std::uint32_t QFrameMem(std::uint32_t code, std::uint32_t bytes, std::uint32_t f
     delete static_cast<HeldFrame*>(*frame);
     *frame = nullptr;
     --notedReader.frames;
+    notedReader.surfacesWhenFreed = notedReader.surfaces;
     return 0;
   }
   if (!notedReader.hasMemory)
@@ -157,3 +159,32 @@ void ErrOut(const char* format, ...) {
   va_end(arguments);
   notedReader.messages.emplace_back(text.data());
 }
+
+// Every surface has one event, so that these tell how many there are.
+
+nkHandle nkOSCreateEvent(void* /*security*/, int /*manualReset*/, int /*initiallySet*/,
+                         const char* /*name*/) {
+  ++notedReader.surfaces;
+  return &notedReader.surfaces;
+}
+
+std::uint32_t nkOSCloseEvent(nkHandle /*event*/) {
+  --notedReader.surfaces;
+  return 1;
+}
+
+std::uint32_t nkOSSetEvent(nkHandle /*event*/) {
+  return 1;
+}
+
+std::uint32_t nkOSWaitForEvent(nkHandle /*event*/, std::uint32_t /*milliseconds*/) {
+  return kWaitFailed;
+}
+
+void nkOSInitializeCriticalSection(nkCriticalSection* /*section*/) {}
+void nkOSEnterCriticalSection(nkCriticalSection* /*section*/) {}
+std::uint32_t nkOSTryEnterCriticalSection(nkCriticalSection* /*section*/) {
+  return 1;
+}
+void nkOSLeaveCriticalSection(nkCriticalSection* /*section*/) {}
+void nkOSDeleteCriticalSection(nkCriticalSection* /*section*/) {}

@@ -27,6 +27,7 @@ struct NotedReader {
 
   std::string path;  ///< of the last file that was opened
   int loadedModules = 0, openFiles = 0, frames = 0;
+  int surfaces = 0, surfacesWhenFreed = 0;  ///< those alive, now and when a frame was freed last
 };
 
 inline NotedReader notedReader;

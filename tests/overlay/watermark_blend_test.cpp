@@ -75,10 +75,15 @@ class Blend {
     return samples;
   }
 
-  static void plainByte(std::uint8_t& under, int source, int alpha) {
+  /// Blends the byte of the frame at `at`, if it has one there.
+  void plainByte(int at, int source, int alpha) {
+    if (at < 0 || at >= static_cast<int>(want.bytes().size()))
+      return;
+    std::uint8_t& under = want[at];
     under = static_cast<std::uint8_t>((source * alpha + under * (255 - alpha)) / 255);
   }
 
+  /// A negative place is in the line above, unless that lies before the frame.
   void plainRgb() {
     const Overlay& o = overlay;
     const int width = static_cast<int>(o.watermarkWidth);
@@ -86,13 +91,12 @@ class Blend {
       for (int x = 0; x < width; ++x) {
         const int frameX = o.WatermarkX + x, frameY = o.WatermarkY + row;
         const std::uint8_t* const source = o.watermarkRGBA + (row * width + x) * 4;
-        if (frameX < 0 || frameX >= o.video.biWidth || frameY < 0 || frameY >= o.video.biHeight ||
-            source[3] <= 16)
+        const int at = (frameY * o.video.biWidth + frameX) * 4;
+        if (frameX >= o.video.biWidth || frameY >= o.video.biHeight || at < 0 || source[3] <= 16)
           continue;
-        std::uint8_t* const under = &want[(frameY * o.video.biWidth + frameX) * 4];
         for (int channel = 0; channel < 3; ++channel)
-          plainByte(under[channel], source[channel], source[3]);
-        under[3] = source[3];
+          plainByte(at + channel, source[channel], source[3]);
+        want[at + 3] = source[3];
       }
     }
   }
@@ -103,18 +107,15 @@ class Blend {
     const int pairs = static_cast<int>(o.watermarkWidth) / 2;
     for (int row = 0; row < static_cast<int>(o.watermarkHeight); ++row) {
       const int frameY = o.WatermarkY + row;
-      if (frameY < 0 || frameY >= o.video.biHeight)
-        continue;
       for (int pair = 0; pair < pairs && o.WatermarkX + pair < o.video.biWidth; ++pair) {
         const std::uint8_t* const group = o.watermark8 + (row * pairs + pair) * 5;
-        const int inRow = o.WatermarkX * 2 + pair * 4;
-        const int at = frameY * o.video.biWidth * 2 + inRow;
-        if (inRow < 0 || at + 4 > o.video.biWidth * o.video.biHeight * 2 || group[4] <= 8)
+        const int at = (frameY * o.video.biWidth + o.WatermarkX) * 2 + pair * 4;
+        if (frameY >= o.video.biHeight || group[4] <= 8)
           continue;
-        plainByte(want[at + 0], group[1], group[4]);
-        plainByte(want[at + 1], group[0], group[4]);
-        plainByte(want[at + 2], group[3], group[4]);
-        plainByte(want[at + 3], group[2], group[4]);
+        plainByte(at + 0, group[1], group[4]);
+        plainByte(at + 1, group[0], group[4]);
+        plainByte(at + 2, group[3], group[4]);
+        plainByte(at + 3, group[2], group[4]);
       }
     }
   }
@@ -295,6 +296,30 @@ TEST(WatermarkPairs, RunOnIntoTheNextLineButNotOutOfTheFrame) {
   for (int byte = 0; byte < 8; ++byte)
     wanted.push_back(64 + 24 + byte);
   EXPECT_EQ(blend.got.changed(), wanted);
+}
+
+TEST(WatermarkPlace, LeftOfTheFrameIsInTheLineAbove) {
+  for (const std::uint32_t layout : {kRgb, k8}) {
+    Blend blend(layout, 8, 2, 16, 3);
+    const int pixel = layout == kRgb ? 4 : 2;
+    if (layout == kRgb)
+      std::memset(blend.overlay.watermarkRGBA, 255, 8 * 2 * 4);
+    else
+      std::memset(blend.overlay.watermark8, 255, 8 * 2 * 5);
+    blend.got.fill(0);
+    blend.overlay.WatermarkX = -3;
+    blend.overlay.WatermarkY = 0;
+    QFRAME record{};
+    record.frameBuffer = blend.got.canvas();
+    blend.overlay.ApplyWatermark(&record);
+    std::vector<std::ptrdiff_t> wanted;
+    for (int byte = 0; byte < 5 * pixel; ++byte)  // of the first row, what is in the frame
+      wanted.push_back(byte);
+    for (int byte = -3 * pixel; byte < 5 * pixel; ++byte)
+      wanted.push_back(16 * pixel + byte);
+    EXPECT_EQ(blend.got.changed(), wanted);
+    EXPECT_TRUE(blend.got.guardsIntact());
+  }
 }
 
 TEST(WatermarkLayout, ThatIsNotServedIsToldAtEveryFrame) {

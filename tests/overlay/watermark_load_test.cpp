@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -145,14 +146,68 @@ TEST_F(WatermarkLoad, OfAPictureThatTheReaderDoesNotFillIsClear) {
     ASSERT_EQ(overlay_.watermarkRGBA[i], 0);
 }
 
-TEST_F(WatermarkLoad, ThatFailsForgetsTheEarlierPictureWithItsSize) {
+/// The samples of the form that a layout has, if any.
+std::vector<std::uint8_t> samples(const Overlay& o, std::size_t pixels) {
+  const auto bytesFrom = [](const auto* from, std::size_t count) {
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(from);
+    return std::vector<std::uint8_t>(bytes, bytes + count * sizeof *from);
+  };
+  return o.watermarkRGBA != nullptr
+             ? bytesFrom(static_cast<const std::uint8_t*>(o.watermarkRGBA), pixels * 4)
+         : o.watermark8 != nullptr
+             ? bytesFrom(static_cast<const std::uint8_t*>(o.watermark8), pixels * 5)
+         : o.watermark10 != nullptr
+             ? bytesFrom(static_cast<const std::uint32_t*>(o.watermark10), pixels * 5)
+             : std::vector<std::uint8_t>();
+}
+
+TEST_F(WatermarkLoad, ThatFailsLeavesTheEarlierPicture) {
+  constexpr std::size_t kFilled = 7 / 2 * 5;  // pairs that every form fills
   for (const std::uint32_t layout : {kRgb, k8, k10}) {
+    usePicture(7, 5, 11);
     load(layout);
+    const auto before = samples(overlay_, kFilled);
+    ASSERT_FALSE(before.empty());
     usePicture(70, 50, 1);
-    notedReader.hasMemory = false;
-    load(layout);
-    expectNoPicture(overlay_);
+    for (const bool opens : {false, true}) {
+      notedReader.opens = opens;
+      notedReader.hasMemory = false;
+      load(layout);
+      EXPECT_EQ(samples(overlay_, kFilled), before);
+      EXPECT_EQ(overlay_.watermarkWidth, opens ? 70U : 7U);
+      EXPECT_EQ(overlay_.watermarkHeight, opens ? 50U : 5U);
+    }
     notedReader.hasMemory = true;
+    notedReader.tooFewBytes = 1;
+    load(layout);
+    EXPECT_EQ(samples(overlay_, kFilled), before);
+    notedReader.tooFewBytes = 0;
+    // It may not be read beyond its end, whatever size there is now.
+    for (const std::uint32_t width : {70U, 3U, 1U, 36U, 0U, 0x80000000U}) {
+      overlay_.watermarkWidth = width;
+      overlay_.video.biWidth = 80;
+      overlay_.video.biHeight = 60;
+      BurnFrame frame(1, 96, 60);
+      overlay_.WatermarkX = overlay_.WatermarkY = 0;
+      EXPECT_EQ(overlay_.ApplyWatermark(&frame.record), 0U);
+    }
+  }
+}
+
+TEST_F(WatermarkLoad, FreesTheFrameBeforeTheSurfaceOnIt) {
+  for (const std::uint32_t layout : {kRgb, k8, k10, kOther}) {
+    load(layout);
+    EXPECT_EQ(notedReader.surfacesWhenFreed, 1);
+    EXPECT_EQ(notedReader.surfaces, 0);
+  }
+}
+
+TEST_F(WatermarkLoad, MakesThePlaceEvenWheneverThereIsAFrameToConvert) {
+  notedReader.tooFewBytes = 1;
+  for (const std::uint32_t layout : {k8, k10}) {
+    overlay_.WatermarkX = 401;
+    load(layout);
+    EXPECT_EQ(overlay_.WatermarkX, 400);
   }
 }
 

@@ -72,6 +72,21 @@ TEST(Glyphs, LettersAndDigitsStandOnTheSecondRow) {
   }
 }
 
+int differingPixels(char one, char other) {
+  Cell pixels = cell(one);
+  for (std::size_t row = 0; row < pixels.size(); ++row)
+    pixels[row] ^= cell(other)[row];
+  return inkOf(pixels);
+}
+
+TEST(Glyphs, WhoseTailsHaveNoRoomBelowTheLineAreToldFromTheirLikes) {
+  for (const char other : {'u', 'g', 'v'})
+    EXPECT_GE(differingPixels('y', other), 12) << other;
+  EXPECT_GE(differingPixels('y', 'u'), 24);
+  EXPECT_GE(differingPixels('y', 'g'), 20);
+  EXPECT_GE(differingPixels(',', '.'), 8);
+}
+
 TEST(Glyphs, OfAsciiAreAllDifferent) {
   std::set<Cell> cells;
   for (int code = 32; code <= 126; ++code)

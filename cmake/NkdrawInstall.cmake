@@ -9,13 +9,15 @@ install(TARGETS nkdraw nkdraw_host EXPORT nkdrawTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
-install(TARGETS nkdraw_clip_io nkdraw_captions LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS nkdraw_clip_io nkdraw_captions EXPORT nkdrawTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
 foreach(header IN LISTS NKDRAW_PUBLIC_HEADERS)
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
 endforeach()
 
+get_target_property(nkdraw_type nkdraw TYPE)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/nkdraw)
 install(EXPORT nkdrawTargets NAMESPACE nkdraw:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/nkdrawConfig.cmake.in
@@ -25,6 +27,7 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/nkdrawConfigVersion
 install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/nkdrawConfig.cmake
   ${CMAKE_CURRENT_BINARY_DIR}/nkdrawConfigVersion.cmake
+  cmake/NkdrawModules.cmake
   DESTINATION ${package_dir})
 
 # Relative to the file itself, so that the installed tree may be moved.

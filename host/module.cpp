@@ -4,6 +4,7 @@
 #include <nkdraw/platform/module.h>
 
 #include <dlfcn.h>
+#include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,10 +38,22 @@ std::string_view folderOf(std::string_view path) {
   return path.substr(0, path.rfind('/') + 1);
 }
 
-std::string_view folderOfThisLibrary() {
+/// The folder of the program. Its name as the loader has it is the one that it was called by.
+std::string folderOfProgram() {
+  std::array<char, PATH_MAX> folder{};
+  nkOSGetAppDir(folder.data(), folder.size());
+  return folder.data();
+}
+
+/// The folder of this library, or of the program that it is linked into.
+std::string folderOfThisLibrary() {
   static const char inThisLibrary = 0;
   Dl_info info{};
-  return dladdr(&inThisLibrary, &info) != 0 ? folderOf(info.dli_fname) : std::string_view();
+  link_map* loaded = nullptr;
+  if (dladdr1(&inThisLibrary, &info, reinterpret_cast<void**>(&loaded), RTLD_DL_LINKMAP) == 0)
+    return {};
+  const bool inProgram = loaded == nullptr || *loaded->l_name == '\0';
+  return inProgram ? folderOfProgram() : std::string(folderOf(info.dli_fname));
 }
 
 /// "NAME.dll" is libNAME.so. Empty for what is no plain name: modules are not loaded by path.
@@ -57,7 +70,7 @@ Library openLibrary(std::string_view module) {
   const std::string name = fileNameOf(module);
   if (name.empty())
     return nullptr;
-  const std::string beside = std::string(folderOfThisLibrary()) + name;
+  const std::string beside = folderOfThisLibrary() + name;
   const std::string& found = nkOSFileExists(beside.c_str()) ? beside : name;
   return Library(dlopen(found.c_str(), RTLD_NOW | RTLD_LOCAL));
 }

@@ -14,9 +14,9 @@ NKDRAW_API std::uint32_t nkOSGetAppDir(char* path, std::uint32_t size);
 /// Whether `path` names a file that is there; a folder is none.
 [[nodiscard]] NKDRAW_API bool nkOSFileExists(const char* path);
 
-/// Loads the module "NAME.dll", which is the file libNAME.so: beside this library if it is there,
-/// else wherever the loader looks. `flags` is not read. Null when it can't be loaded, and for a
-/// name with a '/' in it: modules are named, not located.
+/// Loads the module "NAME.dll", which is the file libNAME.so: beside this library, or the program
+/// that it is linked into, if it is there, else wherever the loader looks. `flags` is not read.
+/// Null when it can't be loaded, and for a name with a '/' in it: modules are named, not located.
 [[nodiscard]] NKDRAW_API nkHandle nkOSLoadLibrary(const char* name, std::uint32_t flags);
 
 /// The address of a symbol of a module; null when the module or the symbol is missing.

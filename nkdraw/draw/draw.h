@@ -66,8 +66,8 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   virtual std::uint32_t LineWuTo(int x, int y);
   /// Xiaolin Wu's antialiased line: two pixels at each step, whose weights go into the alpha of the
   /// foreground colour. It shows on layouts that plot through NKPixel in additive mode; on all
-  /// others the two pixels are plotted alike, and YCbCr surfaces, which do not tell their colour,
-  /// draw it in white. The colour keeps the last weight as its alpha.
+  /// others the two pixels are plotted alike, and YCbCr surfaces and mosaics, which do not tell
+  /// their colour, draw it in white. The colour keeps the last weight as its alpha. Returns 0.
   virtual std::uint32_t LineWu(int x1, int y1, int x2, int y2);
   /// A column, both ends included; nothing when y1 is greater than y2.
   virtual std::uint32_t LineVert(int x, int y1, int y2);
@@ -110,8 +110,8 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   virtual std::uint32_t PolylineTo(const tagPOINT* points, std::uint32_t count);
   /// Rows of LineHoriz from top to bottom, bottom left out; right is left out on the 32-bit RGB
   /// layouts and included on all others. On those layouts a rectangle of the canvas's size,
-  /// wherever it lies, is EraseCanvas, and left must not be greater than right. `rect` must not be
-  /// null.
+  /// wherever it lies, fills the canvas as NKDraw::EraseCanvas does, without asking a class that
+  /// overrides that, and left must not be greater than right. `rect` must not be null. Returns 0.
   virtual std::uint32_t FillRect(const tagRECT* rect);
   /// Four lines; all edges are included, the corners plotted twice.
   virtual std::uint32_t Rectangle(int x1, int y1, int x2, int y2);
@@ -124,8 +124,9 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   virtual std::uint32_t Pie(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4);
   /// Fills the canvas with the foreground colour. On the 32-bit RGB layouts width times height
   /// pixels from the first byte on, whatever the pitch, and nothing blends. On all others every row
-  /// through LineHoriz, which plots one pixel more at its right end: the canvas has room for it.
-  /// `flag` is not read.
+  /// through LineHoriz, which plots one pixel more at its right end, also of a row without pixels:
+  /// the canvas has room for it. One negative side of two, where a class keeps signs, draws
+  /// nothing. `flag` is not read. Returns 0.
   virtual std::uint32_t EraseCanvas(bool flag);
   virtual std::uint32_t Fill(int x, int y, double value);                  ///< empty
   virtual std::uint32_t GradientRect(int, int, int, int, int);             ///< empty
@@ -156,24 +157,26 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
 
   /// Reads the head of a 16-bit metafile, with or without the 22-byte placeable header in front
   /// (its checksum must fit). What a short file lacks reads as zero. 0, or 0xFFFFFFFF when the file
-  /// can't be opened or the checksum is wrong.
+  /// can't be opened, is a folder, or has a wrong checksum.
   virtual std::uint32_t EMFOpen(const char* path);
   /// The right and bottom fields of the placeable header, 0 and 0 before one was read. Returns 0.
   virtual std::uint32_t EMFGetSize(int& width, int& height);
   virtual std::uint32_t EMFDraw(int, int, int, int, bool);  ///< empty
-  /// Closes the metafile; one that was never opened is no error. Returns 0.
+  /// Lets the metafile go, which closes with the last copy of this object that has it open. The
+  /// placeable header stays for EMFGetSize. Without an open file nothing happens. Returns 0.
   virtual std::uint32_t EMFClose();
   virtual std::uint32_t Arrow(int, int, int, int, bool);  ///< empty
 
   /// Writes `text`, one line up to its zero, into a rectangle. The height of `rect` over 10, 1 to
   /// 20, magnifies the 8 by 10 glyphs (1 when its bottom is 0 or its top negative); the text's foot
-  /// stands on the bottom edge. `format` combines DT_CENTER, DT_RIGHT (aligned by `count`
-  /// characters), DT_BOTTOM (keeps the bottom edge, which else follows from the top) and
-  /// DT_CALCRECT (`rect` comes back as the box of `count` characters; the text is drawn all the
-  /// same). `rect` is changed as the format says. Ink is the foreground colour; the rest of each
-  /// cell and one line above it are the background colour, unless SetTextTransparent(true), the
-  /// initial state. Clears the surface's antialiasing. `text` and `rect` must not be null.
-  /// Returns 0.
+  /// stands on the bottom edge. That edge stays with DT_CENTER, DT_RIGHT or DT_BOTTOM and follows
+  /// from the top without them. DT_CENTER takes the whole text for 10 magnified pixels a character,
+  /// and does not move the left edge of a text that is wider so; it comes before DT_RIGHT, which
+  /// alone aligns by `count` characters. With DT_CALCRECT `rect` comes back as the box of `count`
+  /// characters; the text is drawn all the same. `rect` is changed as the format says. Ink is the
+  /// foreground colour; the rest of each cell and one line above it are the background colour,
+  /// unless SetTextTransparent(true), the initial state. Clears the surface's antialiasing. `text`
+  /// and `rect` must not be null. Returns 0.
   ///
   /// The process-wide font kind, which is empty until a program sets it (text/font_data.h), chooses
   /// two other ways, on which the text hangs from the rectangle's upper left corner:

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Outlines of text, the mask between them, and regions. The names are those of the graphics
-// interface that frames of this kind grew up with; what DrawText and LineA don't use is left out.
+// Outlines of text, the mask between them, and regions: what DrawText and LineA use, by the names
+// of the graphics interface that frames of this kind grew up with, and, by names of its own, the
+// making and ending of the regions that a program hands to LineA.
 #pragma once
 
 #include <nkdraw/platform/records.h>
@@ -10,7 +11,7 @@
 
 // A context and what is selected into it belong to one thread at a time; different contexts do not
 // disturb each other. Calls on a null context or with a null object do nothing and return 0 or
-// null, and so does a call for which there is no memory.
+// null (GetPath: -1), and so does a call for which there is no memory.
 
 /// Where text is measured, recorded as a path, and filled.
 struct nkDeviceContext;

@@ -26,10 +26,11 @@ NKDRAW_API std::uint32_t GetDraw(std::uint32_t type, int width, int height, int 
                                  NKDraw*& surface);
 
 /// The same for the frame that a header describes, by its `biCompression` (a FOURCC, 0 or 3) and
-/// `biBitCount`; rows are packed, the sign of the height is dropped. Writes `biBitCount`, and
-/// `biSizeImage` where it was 0, back into the header. A header without a layout or a size sets
-/// `surface` to null and gives 0xFFFFFFFF; one with a layout that no surface draws in goes the way
-/// of its type above, so `surface` must be null or a surface here too.
+/// `biBitCount`; rows are packed, the sign of the height is dropped. Writes `biBitCount` and
+/// `biSizeImage` (bytes) back into the header: the size where it was 0, and for mosaics and half
+/// floats whatever it was. A header without a layout or a size sets `surface` to null and gives
+/// 0xFFFFFFFF; one with a layout that no surface draws in goes the way of its type above, so
+/// `surface` must be null or a surface here too.
 NKDRAW_API std::uint32_t GetDraw(BITMAPINFO* info, char* canvas, NKDraw*& surface);
 
 /// Does nothing and returns 0.

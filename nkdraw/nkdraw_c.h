@@ -26,11 +26,14 @@ typedef struct NKDraw NKDraw;
 #endif
 
 /* A surface for the frame that `info` describes, bound to `canvas`, with one reference; null when
- * no surface serves it. Writes biBitCount, and biSizeImage where it was 0, back. */
+ * no surface serves it. Writes biBitCount and biSizeImage back, the size where it was 0, and for
+ * mosaics and half floats whatever it was. `info` must not be null; the canvas stays the caller's,
+ * and qtReleaseDraw gives the surface back. */
 NKDRAW_API NKDraw* qtGetDrawBMI(BITMAPINFO* info, char* canvas);
 
 /* A surface of a pixelType for `height` rows of `width` pixels, `pitch` bytes apart (0: packed);
- * null for a type that no surface draws in. */
+ * null for a type that no surface draws in. The canvas stays the caller's, and qtReleaseDraw gives
+ * the surface back. */
 NKDRAW_API NKDraw* qtGetDraw(uint32_t type, int width, int height, int pitch, char* canvas);
 
 /* Count references. qtReleaseDraw deletes the surface with the last one and can't clear the
@@ -62,7 +65,8 @@ NKDRAW_API void qtNKPixelSetChangeEvent(NKDraw* surface);
 /* Stores the caller's change stamp, 0xFFFFFFFF only reads it; the stamp, or 0xFFFFFFFF for null. */
 NKDRAW_API uint32_t qtNKPixelLastChange(NKDraw* surface, uint32_t value);
 
-/* Binds another frame buffer; height comes before width. 0, or 0xFFFFFFFF for null. */
+/* Binds another frame buffer of `height` rows of `width` pixels, `pitch` bytes apart (0: packed);
+ * height comes before width. The canvas stays the caller's. 0, or 0xFFFFFFFF for null. */
 NKDRAW_API uint32_t qtNKPixelSetCanvas(NKDraw* surface, char* canvas, int height, int width,
                                        int pitch);
 

@@ -19,6 +19,7 @@ class NKDRAW_API CDrawBayer : public virtual NKDraw {
   /// NKDraw's picture copy, then the colours of `other`; returns this object.
   CDrawBayer& operator=(CDrawBayer& other);
 
+  /// Three bytes for two pixels, rounded down.
   int GetPitch() override;
   /// The address of the byte in which the pixel's sample begins.
   void* GetPixel(int x, int y) override;

@@ -25,6 +25,7 @@ class NKDRAW_API ComponentSurface : public virtual NKDraw {
   std::uint32_t GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) override;
   /// Each component times 65536, truncated, not clamped. `a` is not read.
   std::uint32_t SetColorYCbCr(double y, double cb, double cr, double a, bool foreground) override;
+  /// RGBToYCbCr, then SetColorYCbCr. Returns 0.
   std::uint32_t SetColorRGBA(double r, double g, double b, double a, bool foreground) override;
 
  protected:

@@ -20,7 +20,9 @@ class NKDRAW_API WordSurface : public virtual NKDraw {
   static_assert(kWords == 3 || kWords == 4);
 
  public:
+  /// Two bytes a word.
   int GetPitch() override;
+  /// The address of the pixel's first word.
   void* GetPixel(int x, int y) override;
   /// Returns 0.
   std::uint32_t PutPixel(int x, int y, bool foreground) override;

@@ -18,6 +18,7 @@ class NKDRAW_API CDrawRGB30DPX : public virtual NKDraw {
   /// NKDraw's picture copy; returns this object.
   CDrawRGB30DPX& operator=(CDrawRGB30DPX& other);
 
+  /// Four bytes a pixel.
   int GetPitch() override;
   /// Codes over 1023, `a` 1.0.
   std::uint32_t GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) override;

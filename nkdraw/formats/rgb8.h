@@ -14,7 +14,9 @@ class NKDRAW_API CDrawRGBA32 : public virtual NKDraw {
   /// NKDraw's picture copy; returns this object.
   CDrawRGBA32& operator=(CDrawRGBA32& other);
 
+  /// Four bytes a pixel.
   int GetPitch() override;
+  /// The stored bytes over 255 through RGBToYCbCr; `a` as stored. Returns 0.
   std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a) override;
   /// As NKPixel's, but a grey has a hue of -1.0.
   std::uint32_t GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) override;
@@ -30,7 +32,9 @@ class NKDRAW_API CDrawRGB24 : public virtual NKDraw {
   /// NKDraw's picture copy; returns this object.
   CDrawRGB24& operator=(CDrawRGB24& other);
 
+  /// Three bytes a pixel.
   int GetPitch() override;
+  /// The stored bytes over 255 through RGBToYCbCr; `a` 1.0. Returns 0.
   std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a) override;
   /// As NKPixel's, but a grey has a hue of -1.0.
   std::uint32_t GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) override;

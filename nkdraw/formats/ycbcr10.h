@@ -21,9 +21,11 @@ class NKDRAW_API CDrawYCbCr10 : public virtual NKDraw {
   CDrawYCbCr10& operator=(CDrawYCbCr10& other);
 
   std::uint32_t SetCanvas(char* canvas, int height, int width, int pitch) override;
+  /// 128 bytes for every 48 pixels begun.
   int GetPitch() override;
   /// The address of the pixel's group; null without a canvas.
   void* GetPixel(int x, int y) override;
+  /// 0, or 0xFFFFFFFF for a negative x or y or a missing canvas.
   std::uint32_t PutPixel(int x, int y, bool foreground) override;
   /// `a` is not written.
   std::uint32_t GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) override;
@@ -42,8 +44,10 @@ class NKDRAW_API CDrawYCbCr10 : public virtual NKDraw {
   double GetLuma(int x, int y) override;
   /// Codes of y * 940 + 64 and c * 876 + 64, truncated, not clamped.
   std::uint32_t SetColorYCbCr(double y, double cb, double cr, double a, bool foreground) override;
+  /// The codes as they are, 0 to 1023: a larger one carries into the next. `a` is not read.
   std::uint32_t SetColorYCbCr10(std::uint32_t y, std::uint32_t cb, std::uint32_t cr,
                                 std::uint32_t a, bool foreground) override;
+  /// RGBToYCbCr, then SetColorYCbCr. Returns 0.
   std::uint32_t SetColorRGBA(double r, double g, double b, double a, bool foreground) override;
 
  protected:

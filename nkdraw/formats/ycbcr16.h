@@ -18,11 +18,13 @@ class NKDRAW_API CDrawYCbCrYCbCr16 : public nkdraw::ComponentSurface {
   /// NKDraw's picture copy, then the fields of `other`; returns this object.
   CDrawYCbCrYCbCr16& operator=(CDrawYCbCrYCbCr16& other);
 
+  /// The address of the pixel's first word.
   void* GetPixel(int x, int y) override;
   /// Returns 0.
   std::uint32_t PutPixel(int x, int y, bool foreground) override;
   /// Words over 65536; `a` is not written.
   std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a) override;
+  /// The Y word over 65536.
   double GetLuma(int x, int y) override;
 
  protected:
@@ -46,6 +48,7 @@ class NKDRAW_API CDrawYCbCrYCbCrA16 : public nkdraw::ComponentSurface {
   std::uint32_t PutPixel(int x, int y, bool foreground) override;
   /// Words over 65536, alpha too.
   std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a) override;
+  /// The Y word over 65536.
   double GetLuma(int x, int y) override;
   /// The alpha that is plotted becomes Cr's code; `a` is not read.
   std::uint32_t SetColorYCbCr(double y, double cb, double cr, double a, bool foreground) override;

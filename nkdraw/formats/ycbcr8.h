@@ -23,6 +23,7 @@ class NKDRAW_API CDrawYCbCrYUYV : public virtual NKDraw {
   CDrawYCbCrYUYV& operator=(CDrawYCbCrYUYV& other);
 
   std::uint32_t SetCanvas(char* canvas, int height, int width, int pitch) override;
+  /// Two bytes a pixel.
   int GetPitch() override;
   /// The address of the pixel's pair; null without a canvas.
   void* GetPixel(int x, int y) override;
@@ -49,6 +50,7 @@ class NKDRAW_API CDrawYCbCrYUYV : public virtual NKDraw {
   /// The top eight bits of each 10-bit code.
   std::uint32_t SetColorYCbCr10(std::uint32_t y, std::uint32_t cb, std::uint32_t cr,
                                 std::uint32_t a, bool foreground) override;
+  /// RGBToYCbCr, then SetColorYCbCr. Returns 0.
   std::uint32_t SetColorRGBA(double r, double g, double b, double a, bool foreground) override;
   /// The bytes as they are. It hides NKPixel's operation of this name, which a caller that holds
   /// an NKPixel or NKDraw reaches instead.

@@ -102,7 +102,8 @@ class NKDRAW_API CNkOverlay {
   /// too late. With a negative `WatermarkX` its rows begin in the lines above, but in v210, which
   /// cuts it. Nothing is written before the frame's first byte or behind its last. Returns 0.
   std::uint32_t ApplyWatermark(QFRAME* frame);
-  /// Draws the panel of eight meters, 281 by 200 pixels. Sets AudioChannels to 8.
+  /// Draws the panel of eight meters, 281 by 200 pixels with its upper left corner at AudioX,
+  /// AudioY, on the bound surface; the arguments are BurnIn's. Sets AudioChannels to 8. Returns 0.
   std::uint32_t drawAudMeters(const std::uint32_t* levels, const std::uint32_t* peaks);
 
   std::uint32_t Enabled = 0;         // master switch

@@ -30,8 +30,10 @@ class Plotter;
 ///   bracketed with Lock and Unlock by its callers.
 class NKDRAW_API NKPixel {
  public:
-  /// The matrix between RGB and YCbCr. 0 is the same as 1; 1000 added to a value is the same
-  /// matrix with the results of YCbCrToRGB left unclamped. Other values arrive by static_cast.
+  /// The matrix between RGB and YCbCr. 0 is the same as 1. 7 is constant luminance from RGB and
+  /// mode2020Full to RGB. 1000 added to a value is the same matrix with the results of YCbCrToRGB
+  /// left unclamped, but 1007 is constant luminance both ways. These arrive by static_cast; further
+  /// values name no matrix.
   enum cmYCbCr : std::int32_t {
     mode601Studio = 1,     ///< ITU-R BT.601, luma 16 to 235
     mode601Full = 2,       ///< BT.601, full range
@@ -82,14 +84,16 @@ class NKDRAW_API NKPixel {
   virtual void BlendPixel(double& c1, double& c2, double& c3, double n1, double n2, double n3,
                           int percent);
 
-  /// The address of a pixel, or of the group that holds it. Not checked against the canvas.
+  /// The address of a pixel, or of the group that holds it. Not checked against the canvas, whose
+  /// memory it is part of.
   virtual void* GetPixel(int x, int y);
-  /// Plots one pixel in the chosen colour, as the transparency state says. A negative y or a
-  /// missing canvas is refused.
+  /// Plots one pixel in the chosen colour, as the transparency state says. 0, or 0xFFFFFFFF for a
+  /// negative y or a missing canvas; other layouts test less, as their classes tell.
   virtual std::uint32_t PutPixel(int x, int y, bool foreground);
   /// 1 when the channels of this layout are R, G, B, 0 when they are Y, Cb, Cr.
   virtual std::uint32_t IsRgbType();
-  /// The weight of the chosen colour when blending, cut to 0.0 to 1.0; 0.0 does not blend.
+  /// The weight of the chosen colour when blending, cut to 0.0 to 1.0; 0.0 does not blend. Returns
+  /// 0.
   virtual std::uint32_t SetTransparency(double value, bool foreground);
   /// Switches blending.
   virtual void SetTransparency(bool on);
@@ -97,36 +101,58 @@ class NKDRAW_API NKPixel {
   /// Lets the foreground colour add into the pixel, wrapping, instead of replacing it.
   virtual void SetAlphaAdditive(bool on);
   virtual bool GetAlphaAdditive();
-  /// Sets the chosen colour, as RGBA or YCbCrA by IsRgbType(), and plots one pixel in it.
+  /// Sets the chosen colour, as RGBA or YCbCrA by IsRgbType(), and plots one pixel in it. What
+  /// PutPixel returns.
   virtual std::uint32_t SetPixel(int x, int y, double c1, double c2, double c3, double c4,
                                  bool foreground);
-  /// Reads one pixel. The canvas must be bound and hold it.
+  // Reads of one pixel. The canvas must be bound and hold it: what is not tested here a class may
+  // test. They return 0 but for the HSV of YCbCr surfaces.
+
+  /// The stored channels, 0.0 to 1.0. `a` is 1.0 on the 24-bit layouts.
   virtual std::uint32_t GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a);
+  /// GetPixelRGBA's channels through RGBToYCbCr, in the units of that, not clamped; `a` as read. An
+  /// unknown mode leaves the three as they were. YCbCr surfaces give what they store.
   virtual std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a);
+  /// GetPixelYCbCr's channels and alpha times 255, truncated, the low eight bits of each: 1.0 reads
+  /// as 255, and what lies outside 0.0 to 1.0 wraps. An unknown mode reads as 0.
   virtual std::uint32_t GetPixelYCbCr8(int x, int y, unsigned char& y2, unsigned char& cb,
                                        unsigned char& cr, unsigned char& a);
+  /// The same times 1024, the low 32 bits of each: 1.0 reads as 1024, one more than ten bits hold,
+  /// and negative chroma as a number near 2^32.
   virtual std::uint32_t GetPixelYCbCr10(int x, int y, std::uint32_t& y2, std::uint32_t& cb,
                                         std::uint32_t& cr, std::uint32_t& a);
+  /// GetPixelRGBA's channels as a hue in degrees, 0.0 up to 360.0, saturation and value, 0.0 to
+  /// 1.0; `a` as read. A grey has a hue of 0.0 here and of -1.0 in the RGB classes. YCbCr surfaces
+  /// refuse: 0xFFFFFFFF, and nothing is written.
   virtual std::uint32_t GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a);
-  /// The luma of a pixel, 0.0 to 255/256.
+  /// The luma of a pixel by weights that are the system's own, chosen by the mode: on 8-bit RGB 0.0
+  /// to 255/256, with ptBGR24 read as ptRGB24. The other classes have scales of their own.
   virtual double GetLuma(int x, int y);
 
-  /// Does nothing here and in every class.
+  /// Does nothing here and in every class: the outputs stay, 0 comes back.
   virtual std::uint32_t GetColorYCbCr(double& y, double& cb, double& cr, double& a,
                                       bool foreground);
-  /// Sets the chosen colour of a YCbCr surface; an RGB surface ignores it.
+  /// Sets the chosen colour of a YCbCr surface, channels nominally 0.0 to 1.0 with chroma around
+  /// 0.5, not clamped; an RGB surface ignores it. Returns 0.
   virtual std::uint32_t SetColorYCbCr(double y, double cb, double cr, double a, bool foreground);
-  /// The same in 10-bit codes.
+  /// The same in 10-bit codes, each over 1024; the 4:2:2 surfaces take the codes as they are.
   virtual std::uint32_t SetColorYCbCr10(std::uint32_t y, std::uint32_t cb, std::uint32_t cr,
                                         std::uint32_t a, bool foreground);
-  /// The chosen colour as it is packed in the fields of this class.
+  /// The chosen colour as it is packed in the fields of this class, each byte over 255; `a` is 1.0
+  /// on the 24-bit layouts. A class that keeps its colours elsewhere is not asked. Returns 0.
   virtual std::uint32_t GetColorRGBA(double& r, double& g, double& b, double& a, bool foreground);
   /// Packs the chosen colour for the layout: each channel times 255, truncated, wrapping as a byte.
+  /// Returns 0.
   virtual std::uint32_t SetColorRGBA(double r, double g, double b, double a, bool foreground);
-  /// The pixel that lies `fraction` (0.5: half) of the width, or height, into the canvas.
+  /// The pixel that lies `fraction` (0.5: half) of the width, or height, into the canvas, truncated
+  /// towards zero.
   virtual int PercentX(double fraction);
   virtual int PercentY(double fraction);
+  /// Chooses the matrix of the conversions from here on. Any value is kept; colours that are set
+  /// already stay as they were packed, and SetCanvas of a YCbCr surface chooses again by the width.
+  /// Returns 0.
   virtual std::uint32_t SetYCbCrMode(cmYCbCr mode);
+  /// Gives the value that is kept. Returns 0.
   virtual std::uint32_t GetYCbCrMode(cmYCbCr& mode);
 
   /// Takes the recursive lock. With a `timeout` of 0 or 0xFFFFFFFF waits without limit and
@@ -135,6 +161,7 @@ class NKDRAW_API NKPixel {
   std::uint32_t Lock(std::uint32_t timeout);
   /// 1 when the lock was taken, 0 when another thread holds it.
   std::uint32_t TryLock();
+  /// Leaves the lock once; only the thread that holds it may. Returns 0.
   std::uint32_t Unlock();
   /// Count references; both return the new count. Release stops at 0 and never deletes.
   std::int32_t AddRef();
@@ -155,7 +182,7 @@ class NKDRAW_API NKPixel {
   /// Pitch times height, wrapping at 32 bits.
   [[nodiscard]] std::uint32_t BufferLength() const { return pitch * height; }
   [[nodiscard]] pixelType PixelType() const { return pixelKind; }
-  /// Each channel over 255, then SetColorYCbCr.
+  /// Each channel over 255, then SetColorYCbCr, and what that returns.
   std::uint32_t SetColorYCbCr8(unsigned char y, unsigned char cb, unsigned char cr, unsigned char a,
                                bool foreground);
   /// Takes colours and transparency from `other`; the additive switch, mode and geometry stay.

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 
-using namespace nkdraw::tool;
+using namespace nkdraw::media;
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include <vector>
 
-using namespace nkdraw::tool;
+using namespace nkdraw::media;
 
 namespace {
 

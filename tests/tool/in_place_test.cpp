@@ -15,7 +15,7 @@
 #include <functional>
 #include <iterator>
 
-using namespace nkdraw::tool;
+using namespace nkdraw::media;
 
 namespace {
 

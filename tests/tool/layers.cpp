@@ -10,7 +10,7 @@
 
 namespace layers {
 
-using namespace nkdraw::tool;
+using namespace nkdraw::media;
 
 namespace {
 

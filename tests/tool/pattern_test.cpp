@@ -12,7 +12,7 @@
 #include <array>
 #include <cstdlib>
 
-using namespace nkdraw::tool;
+using namespace nkdraw::media;
 
 namespace {
 

@@ -14,7 +14,7 @@
 namespace {
 
 using namespace layers;
-using namespace nkdraw::tool;
+using namespace nkdraw::media;
 
 constexpr int kLogoX = 201, kLogoY = 99, kLogoWidth = 60, kLogoHeight = 30;
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 bool isPCM(AVCodecID codec) {
@@ -136,4 +136,4 @@ void AudioEncoder::drain(const AVFrame* frame, const TakePacket& take) {
                   explained(error) + "; choose another --audio-codec");
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 struct AudioCodec {
   const AVCodec* codec = nullptr;
@@ -49,4 +49,4 @@ class AudioEncoder {
   std::int64_t sent_ = 0;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

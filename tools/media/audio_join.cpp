@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 constexpr std::size_t kMostAtOnce = 4096;
@@ -181,4 +181,4 @@ void AudioJoin::finish() {
     track->finish();
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 enum class AudioMode {
   kCrossfade,  ///< from one to the other while the pictures change, by straight lines
@@ -58,4 +58,4 @@ class AudioJoin {
   std::vector<std::unique_ptr<Track>> tracks_;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
@@ -157,4 +157,4 @@ std::size_t AudioReader::read(double* samples, std::size_t count) {
   return got / shape_.channels();
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

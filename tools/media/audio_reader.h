@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// Rate and channels of samples. Doubles, the channels of one moment side by side, carry every
 /// format of PCM without loss.
@@ -60,4 +60,4 @@ class AudioReader {
   bool ended_ = false;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

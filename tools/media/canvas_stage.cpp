@@ -8,7 +8,7 @@
 #include <iterator>
 #include <utility>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 using Rows = std::array<std::uint8_t*, 3>;
@@ -178,4 +178,4 @@ void CanvasStage::move(MoveRow moveRow, const Picture& picture) const {
   }
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -11,7 +11,7 @@
 #include <memory>
 #include <vector>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// Where the rows of a frame lie: the first row of each plane, and the bytes from one row to the
 /// next, negative when the frame is stored bottom row first. Packed frames have one plane.
@@ -98,4 +98,4 @@ class CanvasStage {
   std::unique_ptr<std::uint8_t[]> buffer_;  // of the whole frame; made when it is first needed
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

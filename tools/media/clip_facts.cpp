@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 std::uint32_t sourceCode(MediaInput& input, const Layout* layout) {
@@ -75,4 +75,4 @@ void checkSize(const AVFrame& decoded, const FrameKind& frames, const std::strin
                       std::to_string(decoded.height) + "; convert the clip first");
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -9,7 +9,7 @@
 #include "media/layouts.h"
 #include "media/media_input.h"
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// The layout of the file's own frames, null when they have to be decoded.
 [[nodiscard]] const Layout* ownLayout(MediaInput& input);
@@ -32,4 +32,4 @@ namespace nkdraw::tool {
 void checkSize(const AVFrame& decoded, const FrameKind& frames, const std::string& path,
                std::int64_t index);
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <initializer_list>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 // Files round rates; the nearest two that are in use lie a thousandth apart.
@@ -46,4 +46,4 @@ FrameCount countOf(MediaInput& input) {
   return {input.frameCount(), input.video().nb_frames > 0};
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

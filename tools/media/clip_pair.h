@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// Two clips of one frame size and one frame rate.
 struct ClipPair {
@@ -34,4 +34,4 @@ struct FrameCount {
 
 [[nodiscard]] FrameCount countOf(MediaInput& input);
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/drawn_format.h"
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 constexpr int kShallow = 8;  // bits that the 8-bit layouts hold
@@ -30,4 +30,4 @@ Picture planesOf(AVFrame& picture) {
   return planes;
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

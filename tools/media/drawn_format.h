@@ -7,7 +7,7 @@
 #include "media/layouts.h"
 #include "media/libav.h"
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// The format in which pictures of `source` are drawn on: 10-bit 4:2:2 for YCbCr with more than 8
 /// bits, UYVY for other YCbCr and grey, 32-bit RGB for RGB.
@@ -18,4 +18,4 @@ namespace nkdraw::tool {
 /// Draws on a picture of a drawn format.
 [[nodiscard]] Picture planesOf(AVFrame& picture);
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// What the process returns. A run that a signal stopped returns 128 plus the signal's number.
 enum class ExitCode : int {
@@ -30,4 +30,4 @@ class Failure : public std::runtime_error {
   ExitCode code_;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

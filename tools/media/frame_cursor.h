@@ -8,7 +8,7 @@
 #include <limits>
 #include <utility>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 template <class Feed>
 class FrameCursor {
@@ -47,4 +47,4 @@ class FrameCursor {
   bool ahead_ = false;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// A clip's frames.
 struct FrameKind {
@@ -33,4 +33,4 @@ struct FrameRange {
   [[nodiscard]] bool contains(std::int64_t frame) const { return frame >= first && frame <= last; }
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -4,7 +4,7 @@
 #include <csignal>
 #include <initializer_list>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 volatile std::sig_atomic_t arrived = 0;
@@ -44,4 +44,4 @@ void throwIfInterrupted() {
     throw Interrupted(arrived);
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -5,7 +5,7 @@
 
 #include <exception>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// A signal asked the run to stop.
 class Interrupted : public std::exception {
@@ -29,4 +29,4 @@ void catchInterrupts();
 /// Throws Interrupted once a signal has arrived.
 void throwIfInterrupted();
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -5,7 +5,7 @@
 #include <cctype>
 #include <iterator>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 constexpr std::uint32_t fourCC(const char (&letters)[5]) {
@@ -166,4 +166,4 @@ std::size_t packedPitch(pixelType type, int width) {
                         : rowBytes(type, width);
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -14,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// Kinds of files that hold uncompressed frames, as bits.
 enum Container : unsigned {
@@ -70,4 +70,4 @@ struct Layout {
   return width > kWidestSD ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

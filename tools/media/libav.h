@@ -23,7 +23,7 @@ extern "C" {
 #include <new>
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 struct LibavDeleter {
   void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
@@ -85,4 +85,4 @@ template <class Owner, class Object>
   return text;
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <mutex>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 /// What the readers of Matroska and of QuickTime say.
@@ -81,4 +81,4 @@ std::string explained(int error, const std::string& reported) {
   return reported.empty() ? errorText(error) : errorText(error) + " (" + reported + ")";
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

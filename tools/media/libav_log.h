@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// Shows them from now on, or not.
 void showLibavMessages(bool show);
@@ -25,4 +25,4 @@ void forgetLibavErrors();
 /// The text of an error code, with a reported error behind it, by default the last.
 [[nodiscard]] std::string explained(int error, const std::string& reported = lastLibavError());
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -16,7 +16,7 @@
 
 #include <sys/stat.h>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 int stopWhenInterrupted(void* /*context*/) {
@@ -149,4 +149,4 @@ bool MediaInput::read(AVPacket& packet) {
   return error >= 0;
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

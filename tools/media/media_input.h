@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 class MediaInput {
  public:
@@ -43,4 +43,4 @@ class MediaInput {
   int videoIndex_ = -1;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

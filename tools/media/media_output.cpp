@@ -7,7 +7,7 @@
 
 #include <filesystem>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 int stopWhenInterrupted(void* /*context*/) {
@@ -94,4 +94,4 @@ void MediaOutput::finish() {
   close();
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -7,7 +7,7 @@
 
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// The kind of file that a name asks for. Throws Failure for a suffix that names none, or one that
 /// isn't a single file with video.
@@ -43,4 +43,4 @@ class MediaOutput {
   AVFormatContext* file_ = nullptr;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -12,7 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 namespace fs = std::filesystem;
@@ -113,4 +113,4 @@ void OutputFile::commit() {
   committed_ = true;
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

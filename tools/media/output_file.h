@@ -8,7 +8,7 @@
 
 #include <sys/types.h>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// Reserves a temporary name beside `path`, with the same suffix. Unless it is committed the
 /// temporary file is removed, and nothing has changed.
@@ -42,4 +42,4 @@ void checkOutputName(const std::string& path, bool overwrite);
 /// Whether both names mean the same file.
 [[nodiscard]] bool isSameFile(const std::string& a, const std::string& b);
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

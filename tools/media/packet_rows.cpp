@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 constexpr std::uint32_t kSignedYUV2 = MKTAG('y', 'u', 'v', '2');
@@ -105,4 +105,4 @@ void PacketRows::makePlain(AVPacket& packet, const Picture& picture) const {
   av_packet_move_ref(&packet, plain.get());
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

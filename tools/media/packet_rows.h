@@ -10,7 +10,7 @@
 
 #include <cstdint>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 class PacketRows {
  public:
@@ -43,4 +43,4 @@ class PacketRows {
   int size_ = -1;  // of the packets that place_ holds for
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -7,7 +7,7 @@
 #include <array>
 #include <cstdint>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 bool isRGB(AVPixelFormat format) {
@@ -99,4 +99,4 @@ AVFrame& PictureConverter::convert(AVFrame& from) {
   return *picture_;
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

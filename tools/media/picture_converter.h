@@ -5,7 +5,7 @@
 
 #include "media/libav.h"
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// Keeps the matrix of YCbCr, brings it to studio range, as most files can't say otherwise, unless
 /// the target's name says full, and takes the fields of interlaced pictures apart where chroma
@@ -35,4 +35,4 @@ class PictureConverter {
 /// The matrix of a picture, as it says or by its width.
 [[nodiscard]] AVColorSpace matrixOf(const AVFrame& picture);
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 constexpr std::uint32_t kV210Tag = MKTAG('v', '2', '1', '0');
@@ -45,4 +45,4 @@ void describeRaw(AVStream& stream, const Layout& layout, const FrameKind& frames
   stream.r_frame_rate = frames.rate;
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -7,7 +7,7 @@
 #include "media/layouts.h"
 #include "media/libav.h"
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// Throws Failure unless files of this kind keep the layout.
 void checkKeeps(const AVOutputFormat& format, const Layout& layout);
@@ -16,4 +16,4 @@ void checkKeeps(const AVOutputFormat& format, const Layout& layout);
 void describeRaw(AVStream& stream, const Layout& layout, const FrameKind& frames,
                  const AVOutputFormat& format);
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -7,7 +7,7 @@
 
 #include <fstream>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 Packet encodePNG(AVFrame& picture) {
@@ -49,4 +49,4 @@ void writeStill(AVFrame& picture, const std::string& file, const std::string& na
     throw Failure(ExitCode::kOutput, "the picture can't be written", name, "is the disk full?");
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

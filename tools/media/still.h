@@ -7,9 +7,9 @@
 
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// Writes the picture as 8-bit RGB into `file`; `name` is what messages call it. Throws Failure.
 void writeStill(AVFrame& picture, const std::string& file, const std::string& name);
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

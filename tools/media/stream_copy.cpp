@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 constexpr std::uint32_t kTimecodeTag = MKTAG('t', 'm', 'c', 'd');
@@ -52,7 +52,7 @@ StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputForma
     case AVMEDIA_TYPE_AUDIO:
       if (codec.sample_rate <= 0)
         throw Failure(ExitCode::kInput, "no sound was found in a stream", input.path(),
-                      "stream " + std::to_string(stream.index) + " (" + describe(stream) +
+                      "stream " + std::to_string(stream.index) + " (" + describeStream(stream) +
                           "); the input may be incomplete");
       [[fallthrough]];
     case AVMEDIA_TYPE_SUBTITLE:
@@ -62,7 +62,7 @@ StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputForma
       if (mayHold(format, codec.codec_id))
         return StreamFate::kCopy;
       throw Failure(ExitCode::kUsage, "the output's kind of file does not hold a stream",
-                    "stream " + std::to_string(stream.index) + " (" + describe(stream) + ")",
+                    "stream " + std::to_string(stream.index) + " (" + describeStream(stream) + ")",
                     keepingKinds(codec.codec_id));
     case AVMEDIA_TYPE_ATTACHMENT:
       return isSameKind(*input.file().iformat, format) ? StreamFate::kCopy : StreamFate::kLeaveOut;
@@ -111,7 +111,7 @@ bool isSameKind(const AVInputFormat& in, const AVOutputFormat& out) {
   return list == name || (containerOf(list) != 0 && containerOf(list) == containerOf(name));
 }
 
-std::string describe(const AVStream& stream) {
+std::string describeStream(const AVStream& stream) {
   const char* const kind = av_get_media_type_string(stream.codecpar->codec_type);
   return std::string(kind != nullptr ? kind : "unknown") + ", " +
          avcodec_get_name(stream.codecpar->codec_id);
@@ -258,4 +258,4 @@ bool StreamCopier::audioIsThrough() const {
   return std::ranges::find(through_, false) == through_.end();
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

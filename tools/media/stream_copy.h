@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// What becomes of a stream of the input.
 enum class StreamFate {
@@ -31,7 +31,7 @@ enum class StreamFate {
 [[nodiscard]] bool isSameKind(const AVInputFormat& in, const AVOutputFormat& out);
 
 /// "audio, pcm_s16le"
-[[nodiscard]] std::string describe(const AVStream& stream);
+[[nodiscard]] std::string describeStream(const AVStream& stream);
 
 /// The part of the input that is kept, in FFmpeg's AV_TIME_BASE.
 struct TimeWindow {
@@ -89,4 +89,4 @@ class StreamCopier {
   int videoIndex_ = -1;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

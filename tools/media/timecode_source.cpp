@@ -7,7 +7,7 @@
 #include <cmath>
 #include <iterator>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 struct DropPair {
@@ -105,4 +105,4 @@ std::int64_t FrameClock::indexOf(std::int64_t time) {
   return index;
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

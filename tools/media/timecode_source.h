@@ -11,7 +11,7 @@
 #include <optional>
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// The first frame's timecode.
 struct TimecodeStart {
@@ -54,4 +54,4 @@ class FrameClock {
   std::int64_t next_ = 0;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstring>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 constexpr int kGroupPixels = 6;
@@ -81,4 +81,4 @@ void unpackV210Row(const std::uint8_t* packed, std::uint16_t* y, std::uint16_t* 
   }
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

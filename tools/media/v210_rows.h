@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// Packs `width` luma samples and half as many of each chroma, an odd width rounded up, into the
 /// 16-byte groups at `packed`. Samples have 10 bits; what the last group lacks is 0.
@@ -16,4 +16,4 @@ void packV210Row(const std::uint16_t* y, const std::uint16_t* cb, const std::uin
 void unpackV210Row(const std::uint8_t* packed, std::uint16_t* y, std::uint16_t* cb,
                    std::uint16_t* cr, int width);
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

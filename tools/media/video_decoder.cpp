@@ -4,7 +4,7 @@
 #include "media/failure.h"
 #include "media/libav_log.h"
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 VideoDecoder::VideoDecoder(const AVCodecParameters& video, AVRational timeBase,
                            const std::string& name)
@@ -39,4 +39,4 @@ void VideoDecoder::decode(const AVPacket* packet, const TakeFrame& take) {
                   explained(error) + "; the input may be damaged");
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

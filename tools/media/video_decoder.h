@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 class VideoDecoder {
  public:
@@ -27,4 +27,4 @@ class VideoDecoder {
   bool begun_ = false;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -11,7 +11,7 @@
 #include <iterator>
 #include <string_view>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 namespace {
 
 /// The lossless ways to keep a format, best first, and the kinds of files in which each is usual
@@ -227,4 +227,4 @@ void VideoEncoder::encode(AVFrame* picture, std::int64_t index, const TakePacket
                   explained(error) + "; choose another --codec");
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -11,7 +11,7 @@
 #include <optional>
 #include <string>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// An encoder and what it is fed.
 struct CodecChoice {
@@ -46,4 +46,4 @@ class VideoEncoder {
   Packet packet_ = makePacket();
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 PacketFeed::PacketFeed(MediaInput& input, const FrameKind& frames)
     : input_(input), clock_(input.video().time_base, frames.rate, input.video().start_time) {
@@ -53,4 +53,4 @@ bool DecodedFeed::next(Frame& frame, std::int64_t& index) {
   return true;
 }
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

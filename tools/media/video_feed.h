@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <deque>
 
-namespace nkdraw::tool {
+namespace nkdraw::media {
 
 /// The file's own frames, of uncompressed video.
 class PacketFeed {
@@ -46,4 +46,4 @@ class DecodedFeed {
   bool ended_ = false;
 };
 
-}  // namespace nkdraw::tool
+}  // namespace nkdraw::media

@@ -6,6 +6,7 @@
 #include "burnin/job.h"
 #include "burnin/meter_feed.h"
 #include "burnin/overlay_session.h"
+#include "cli/using_media.h"
 #include "media/canvas_stage.h"
 #include "media/libav.h"
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "burnin/overlay_session.h"
+#include "cli/using_media.h"
 #include "media/libav.h"
 
 #include <array>

@@ -126,7 +126,7 @@ void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
   for (std::size_t i = 0; i < plan.fates.size(); ++i) {
     if (plan.fates[i] == StreamFate::kBurn)
       continue;
-    std::fprintf(to, "stream %zu  %s: %s\n", i, describe(*input.file().streams[i]).c_str(),
+    std::fprintf(to, "stream %zu  %s: %s\n", i, describeStream(*input.file().streams[i]).c_str(),
                  fateText(plan.fates[i]));
   }
   std::string codec = "unchanged";

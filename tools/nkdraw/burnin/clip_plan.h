@@ -6,6 +6,7 @@
 
 #include "burnin/burnin_options.h"
 #include "burnin/job.h"
+#include "cli/using_media.h"
 #include "media/media_input.h"
 #include "media/stream_copy.h"
 #include "media/video_encoder.h"

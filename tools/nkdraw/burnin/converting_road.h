@@ -4,6 +4,7 @@
 #pragma once
 
 #include "burnin/burner.h"
+#include "cli/using_media.h"
 #include "media/media_input.h"
 #include "media/picture_converter.h"
 #include "media/video_decoder.h"

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "burnin/overlay_plan.h"
+#include "cli/using_media.h"
 #include "media/frame_kind.h"
 #include "media/layouts.h"
 #include "media/timecode_source.h"

@@ -6,6 +6,7 @@
 #include "burnin/caption_track.h"
 #include "burnin/job.h"
 #include "burnin/meter_feed.h"
+#include "cli/using_media.h"
 #include "media/media_input.h"
 
 #include <memory>

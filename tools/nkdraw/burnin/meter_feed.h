@@ -3,6 +3,7 @@
 // Levels and peaks of a clip's sound, frame by frame, for the overlay's meters.
 #pragma once
 
+#include "cli/using_media.h"
 #include "media/audio_reader.h"
 #include "media/libav.h"
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "cli/point.h"
+#include "cli/using_media.h"
 #include "media/canvas_stage.h"
 #include "media/frame_kind.h"
 #include "media/libav.h"

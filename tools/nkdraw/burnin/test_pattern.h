@@ -4,6 +4,7 @@
 // way and the number of the frame.
 #pragma once
 
+#include "cli/using_media.h"
 #include "media/layouts.h"
 
 #include <cstddef>

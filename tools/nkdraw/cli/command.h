@@ -3,6 +3,7 @@
 // What every sub-command is to the program.
 #pragma once
 
+#include "cli/using_media.h"
 #include "media/failure.h"
 
 namespace CLI {

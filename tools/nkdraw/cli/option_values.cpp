@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "cli/option_values.h"
 
+#include "cli/using_media.h"
 #include "media/failure.h"
 
 #include <algorithm>

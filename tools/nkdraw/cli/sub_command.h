@@ -4,6 +4,7 @@
 #pragma once
 
 #include "cli/command.h"
+#include "cli/using_media.h"
 #include "media/libav_log.h"
 
 #include <CLI/CLI.hpp>

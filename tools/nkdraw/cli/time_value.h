@@ -3,6 +3,7 @@
 // Times as users write them.
 #pragma once
 
+#include "cli/using_media.h"
 #include "media/libav.h"
 
 #include <cstdint>

@@ -2,6 +2,7 @@
 #include "compare/compare_options.h"
 
 #include "cli/option_values.h"
+#include "cli/using_media.h"
 #include "media/failure.h"
 #include "wipe/wipe_names.h"
 

@@ -3,6 +3,7 @@
 // The table of differences between two clips.
 #pragma once
 
+#include "cli/using_media.h"
 #include "compare/picture_difference.h"
 #include "media/clip_pair.h"
 #include "media/output_file.h"

@@ -3,6 +3,7 @@
 // Shows two pictures in one.
 #pragma once
 
+#include "cli/using_media.h"
 #include "compare/mux_plan.h"
 #include "media/libav.h"
 

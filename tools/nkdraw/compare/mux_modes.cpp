@@ -2,6 +2,7 @@
 #include "compare/mux_modes.h"
 
 #include "cli/option_values.h"
+#include "cli/using_media.h"
 #include "media/failure.h"
 
 #include <nkdraw/constants.h>

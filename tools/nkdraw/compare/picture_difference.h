@@ -3,6 +3,7 @@
 // How much two pictures differ, sample by sample.
 #pragma once
 
+#include "cli/using_media.h"
 #include "media/libav.h"
 
 #include <array>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "config/config_options.h"
 
+#include "cli/using_media.h"
 #include "media/failure.h"
 
 #include <CLI/CLI.hpp>

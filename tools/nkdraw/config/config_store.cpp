@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "config/config_store.h"
 
+#include "cli/using_media.h"
 #include "media/failure.h"
 
 #include <host/store_path.h>

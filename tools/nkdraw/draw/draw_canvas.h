@@ -3,6 +3,7 @@
 // A frame in any layout to draw on, and its picture.
 #pragma once
 
+#include "cli/using_media.h"
 #include "draw/draw_layouts.h"
 #include "media/libav.h"
 

@@ -3,6 +3,7 @@
 
 #include "cli/nearest_name.h"
 #include "cli/option_values.h"
+#include "cli/using_media.h"
 #include "media/failure.h"
 
 #include <nkdraw/nkdraw.h>

@@ -3,6 +3,7 @@
 // A picture of 32-bit pixels that the library draws on.
 #pragma once
 
+#include "cli/using_media.h"
 #include "media/canvas_stage.h"
 #include "media/libav.h"
 

@@ -2,6 +2,7 @@
 #include "sheet/sheet_options.h"
 
 #include "cli/option_values.h"
+#include "cli/using_media.h"
 #include "media/failure.h"
 
 #include <CLI/CLI.hpp>

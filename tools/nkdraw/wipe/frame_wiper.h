@@ -3,6 +3,7 @@
 // One frame of a transition, whatever way the rows of the frames are stored.
 #pragma once
 
+#include "cli/using_media.h"
 #include "media/canvas_stage.h"
 #include "media/layouts.h"
 

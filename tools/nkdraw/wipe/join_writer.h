@@ -4,6 +4,7 @@
 #pragma once
 
 #include "cli/progress.h"
+#include "cli/using_media.h"
 #include "media/audio_join.h"
 #include "media/media_output.h"
 #include "media/output_file.h"

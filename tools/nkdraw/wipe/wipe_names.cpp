@@ -2,6 +2,7 @@
 #include "wipe/wipe_names.h"
 
 #include "cli/option_values.h"
+#include "cli/using_media.h"
 #include "media/failure.h"
 
 #include <algorithm>

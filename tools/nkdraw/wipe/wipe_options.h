@@ -3,6 +3,7 @@
 // The command line of `nkdraw wipe`.
 #pragma once
 
+#include "cli/using_media.h"
 #include "media/audio_join.h"
 
 #include <cstdint>

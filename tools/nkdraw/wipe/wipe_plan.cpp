@@ -117,7 +117,7 @@ void describeLeftOut(std::FILE* to, MediaInput& clip, bool audio) {
     if (&stream == &clip.video() || (audio && stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO))
       continue;
     std::fprintf(to, "left out  stream %u of %s (%s)\n", i, clip.path().c_str(),
-                 describe(stream).c_str());
+                 describeStream(stream).c_str());
   }
 }
 

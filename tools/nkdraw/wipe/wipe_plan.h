@@ -3,6 +3,7 @@
 // Everything that is settled about a wipe of two clips before its first frame.
 #pragma once
 
+#include "cli/using_media.h"
 #include "media/audio_join.h"
 #include "media/clip_pair.h"
 #include "media/layouts.h"

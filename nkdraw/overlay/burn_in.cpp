@@ -35,27 +35,47 @@ const char* scanWord(std::uint32_t scanFlags) {
   }
 }
 
+/// Null when the frames have no layout that is drawn in.
+NKDraw* makeSurface(BITMAPINFO& header, char* canvas) {
+  NKDraw* made = nullptr;
+  return GetDraw(&header, canvas, made) == 0 ? made : nullptr;
+}
+
+/// Every block starts on an even line from now on.
+template <class... Places>
+void makeEven(Places&... places) {
+  ((places &= ~Places{1}), ...);
+}
+
+void setColours(NKDraw& surface, bool filled) {
+  surface.SetColorRGBA(0.9, 0.9, 0.9, 1.0, true);
+  if (filled) {
+    surface.SetSDLTextColor(0.9, 0.9, 0.9, 1.0);
+    surface.SetColorRGBA(0.0, 0.0, 0.0, 0.0, false);
+    surface.SetSDLBkColor(0.0, 0.0, 0.0, 0.0);
+  }
+  surface.SetTextTransparent(!filled);
+}
+
 void drawLine(NKDraw& surface, const char* text, tagRECT& rect) {
   surface.DrawText(text, static_cast<std::int32_t>(std::strlen(text)), &rect, DT_CALCRECT);
 }
 
-/// The rows of the timecode block, one under the other.
-class RowBlock {
- public:
-  RowBlock(NKDraw& surface, std::int32_t x, std::int32_t y, std::uint32_t lines)
-      : surface_(surface), rect_{x, y, 0, nkdraw::wrappingAdd(y, lines)}, lines_(lines) {}
+/// The format line, or a custom text.
+void drawLineAt(NKDraw& surface, const char* text, std::int32_t x, std::int32_t y,
+                std::int32_t right) {
+  tagRECT rect = {x, y, right, nkdraw::wrappingAdd(y, kTextLine)};
+  drawLine(surface, text, rect);
+}
 
-  void draw(const char* text) {
-    drawLine(surface_, text, rect_);
-    rect_.top = nkdraw::wrappingAdd(rect_.top, lines_);
-    rect_.bottom = nkdraw::wrappingAdd(rect_.bottom, lines_);
-  }
-
- private:
-  NKDraw& surface_;
-  tagRECT rect_;
-  std::uint32_t lines_;
-};
+TextBuffer formatLine(const HZWVIDEO& video, std::uint32_t fileType, std::uint32_t codec) {
+  TextBuffer text{};
+  const float rate = static_cast<float>(video.frameRate) / static_cast<float>(video.frameScale);
+  std::snprintf(text.data(), text.size(), "%.2f %s %s %dx%d %s", static_cast<double>(rate),
+                hzwutilFileTypeString(fileType), hzwutilCodecTypeString(codec), video.biWidth,
+                video.biHeight, scanWord(video.scanFlags));
+  return text;
+}
 
 /// Hours, minutes, seconds, and the milliseconds without leading zeros. The two clocks are read
 /// one after the other and may disagree by a tick.
@@ -71,89 +91,84 @@ void formatWallClock(std::array<char, 24>& text) {
                 local.tm_sec, milliseconds % 1000);
 }
 
+/// The rows of the timecode block, one under the other.
+class RowBlock {
+ public:
+  RowBlock(NKDraw& surface, std::int32_t x, std::int32_t y, std::uint32_t lines)
+      : surface_(surface), rect_{x, y, 0, nkdraw::wrappingAdd(y, lines)}, lines_(lines) {}
+
+  void drawTimecode(std::uint32_t count, std::uint32_t type) {
+    TcForm(count, type | kTimecodeFlags, text_.data());
+    draw(text_.data());
+  }
+  void drawClock() {
+    std::array<char, 24> clock{};
+    formatWallClock(clock);
+    draw(clock.data());
+  }
+
+ private:
+  void draw(const char* text) {
+    drawLine(surface_, text, rect_);
+    rect_.top = nkdraw::wrappingAdd(rect_.top, lines_);
+    rect_.bottom = nkdraw::wrappingAdd(rect_.bottom, lines_);
+  }
+
+  NKDraw& surface_;
+  tagRECT rect_;
+  std::uint32_t lines_;
+  TextBuffer text_{};  // kept from row to row
+};
+
+/// Opened at the first frame; later changes of the settings don't reach the decoder.
+nkCaptionBurner* openCaptions(const HZWVIDEO& video, std::uint32_t source, std::uint32_t display) {
+  nkCaptionBurner* const captions = ccBurnOpen(&video);
+  ccBurnSetCCType(captions, source);
+  ccBurnSetCCDisplay(captions, display);
+  return captions;
+}
+
 }  // namespace
 
 std::uint32_t CNkOverlay::BurnIn(QFRAME* frame, const std::uint32_t* levels,
                                  const std::uint32_t* peaks, std::uint32_t timecodeOffset) {
-  TextBuffer text{};
   const BITMAPINFOHEADER& header = videoHeader.bmiHeader;
   if (header.biSizeImage == 0)
     return 0;
   // A disabled overlay builds its surface all the same.
-  if (surface == nullptr) {
-    NKDraw* made = nullptr;
-    if (GetDraw(&videoHeader, frame->frameBuffer, made) != 0)
-      return 0;
-    surface = made;
-  }
+  if (surface == nullptr)
+    surface = makeSurface(videoHeader, frame->frameBuffer);
   if (Enabled == 0 || surface == nullptr)
     return 0;
   surface->SetCanvas(frame->frameBuffer, header.biHeight, header.biWidth, 0);
-
-  if ((video.scanFlags & NKScanInterlaced) !=
-      0) {  // every block starts on an even line from now on
-    TimeCodeY &= ~1;
-    TimeCodeSize &= ~1U;
-    SourceFormatY &= ~1;
-    AudioY &= ~1;
+  if ((video.scanFlags & NKScanInterlaced) != 0) {
+    makeEven(TimeCodeY, TimeCodeSize, SourceFormatY, AudioY);
     for (std::int32_t& y : CustomTextY)
-      y &= ~1;
+      makeEven(y);
   }
-
-  surface->SetColorRGBA(0.9, 0.9, 0.9, 1.0, true);
-  if (FillBackground == 1) {
-    surface->SetSDLTextColor(0.9, 0.9, 0.9, 1.0);
-    surface->SetColorRGBA(0.0, 0.0, 0.0, 0.0, false);
-    surface->SetSDLBkColor(0.0, 0.0, 0.0, 0.0);
-  }
-  surface->SetTextTransparent(FillBackground != 1);
+  setColours(*surface, FillBackground == 1);
 
   RowBlock rows(*surface, TimeCodeX, TimeCodeY, 10 * TimeCodeSize);
-  if (TimeCodeLTCEnable != 0) {
-    TcForm(frame->ltcCount - timecodeOffset, timeCodeType | kTimecodeFlags, text.data());
-    rows.draw(text.data());
-  }
-  if (TimeCodeVITCEnable != 0) {
-    TcForm(frame->vitcCount - timecodeOffset, timeCodeType | kTimecodeFlags, text.data());
-    rows.draw(text.data());
-  }
-  if (TimeCodeVsyncEnable != 0) {
-    std::array<char, 24> clock{};
-    formatWallClock(clock);
-    rows.draw(clock.data());
-  }
-
+  if (TimeCodeLTCEnable != 0)
+    rows.drawTimecode(frame->ltcCount - timecodeOffset, timeCodeType);
+  if (TimeCodeVITCEnable != 0)
+    rows.drawTimecode(frame->vitcCount - timecodeOffset, timeCodeType);
+  if (TimeCodeVsyncEnable != 0)
+    rows.drawClock();
   if (WatermarkEnable != 0)
     ApplyWatermark(frame);
-
-  if (SourceFormatEnable != 0) {
-    const float rate = static_cast<float>(video.frameRate) / static_cast<float>(video.frameScale);
-    std::snprintf(text.data(), text.size(), "%.2f %s %s %dx%d %s", static_cast<double>(rate),
-                  hzwutilFileTypeString(system.fileType),
-                  hzwutilCodecTypeString(header.biCompression), video.biWidth, video.biHeight,
-                  scanWord(video.scanFlags));
-    tagRECT rect = {SourceFormatX, SourceFormatY, video.biWidth,
-                    nkdraw::wrappingAdd(SourceFormatY, kTextLine)};
-    drawLine(*surface, text.data(), rect);
-  }
-
+  if (SourceFormatEnable != 0)
+    drawLineAt(*surface, formatLine(video, system.fileType, header.biCompression).data(),
+               SourceFormatX, SourceFormatY, video.biWidth);
   for (int slot = 0; slot < kCustomTexts; ++slot) {
-    if (CustomTextEnabled[slot] == 0 || CustomText[slot] == nullptr)
-      continue;
-    tagRECT rect = {CustomTextX[slot], CustomTextY[slot], video.biWidth,
-                    nkdraw::wrappingAdd(CustomTextY[slot], kTextLine)};
-    drawLine(*surface, CustomText[slot], rect);
+    if (CustomTextEnabled[slot] != 0 && CustomText[slot] != nullptr)
+      drawLineAt(*surface, CustomText[slot], CustomTextX[slot], CustomTextY[slot], video.biWidth);
   }
-
   if (AudioEnable != 0)
     drawAudMeters(levels, peaks);
-
   if (CaptionsEnable != 0) {
-    if (captionHandle == nullptr) {
-      captionHandle = ccBurnOpen(&video);
-      ccBurnSetCCType(captionHandle, CaptionSource);
-      ccBurnSetCCDisplay(captionHandle, CaptionsEnable);
-    }
+    if (captionHandle == nullptr)
+      captionHandle = openCaptions(video, CaptionSource, CaptionsEnable);
     if (captionHandle != nullptr) {
       ccBurnAddCCData(captionHandle, frame);
       ccBurnIn(captionHandle, frame);

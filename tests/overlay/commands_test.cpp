@@ -224,7 +224,7 @@ TEST(OverlaySet, LeavesRoomInATextForWhatTheStoreMayWrite) {
   Overlay o;
   STREAMCMD command = commandOf(kSet, 111007, kText);
   o.SetMode(&command);
-  std::memset(static_cast<char*>(o.CustomText[0]), 'x', 128);
+  expectRoomForStoredText(o.CustomText[0]);
 }
 
 /// Settings that all differ.

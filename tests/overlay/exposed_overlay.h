@@ -8,9 +8,13 @@
 
 #include <nkdraw/nkdraw.h>
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <cstring>
 #include <string>
+
+#include <malloc.h>
 
 namespace nkdraw::test {
 
@@ -115,5 +119,11 @@ class BurnFrame {
   Frame frame;
   QFRAME record{};
 };
+
+/// The store writes texts of up to 128 bytes into the memory that is there.
+inline void expectRoomForStoredText(char* text) {
+  ASSERT_NE(text, nullptr);
+  EXPECT_GE(malloc_usable_size(text), 128U);
+}
 
 }  // namespace nkdraw::test

@@ -194,7 +194,7 @@ TEST_F(IniSettings, ALaterLineReplacesTheTextOfAnEarlierOne) {
 
 TEST_F(IniSettings, ATextHasRoomForWhatTheStoreMayWrite) {
   load("CustomText3 = a\n");
-  std::memset(static_cast<char*>(overlay_.CustomText[3]), 'x', 128);
+  expectRoomForStoredText(overlay_.CustomText[3]);
 }
 
 TEST_F(IniSettings, AFileWithoutALineEndAtItsEndIsReadToItsEnd) {

@@ -10,8 +10,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include <png.h>
 
@@ -44,6 +46,21 @@ class Sheet {
     return frame_[4 * (std::ptrdiff_t{y} * width_ + x)] == PixelFields::foreground(*surface_)[0];
   }
 
+  using Colour = std::array<std::uint8_t, 3>;  // blue first
+  [[nodiscard]] Colour at(int x, int y) {
+    const std::uint8_t* const pixel = &frame_[4 * (std::ptrdiff_t{y} * width_ + x)];
+    return {pixel[0], pixel[1], pixel[2]};
+  }
+  /// Pixels of this colour from `left` up to `right`, in these rows.
+  [[nodiscard]] int count(const Colour& colour, int left, int top, int right, int bottom) {
+    int found = 0;
+    for (int y = top; y < bottom; ++y) {
+      for (int x = left; x < right; ++x)
+        found += at(x, y) == colour ? 1 : 0;
+    }
+    return found;
+  }
+
   void write(const std::string& name) {
     EXPECT_TRUE(frame_.guardsIntact());
     for (std::size_t i = 3; i < frame_.bytes().size(); i += 4)
@@ -72,6 +89,24 @@ std::string sheetName(const char* operation, int m, bool lightOnDark) {
          (lightOnDark ? "_light_on_dark" : "_dark_on_light");
 }
 
+/// Whether the label font has ink in column x and row y of a glyph, from its upper left corner.
+bool isInk(int code, int x, int y) {
+  return (nkdraw::labelGlyphs[10 * code + 9 - y] & (0x80 >> x)) != 0;
+}
+
+/// That the glyphs of `text`, so many times magnified, and they alone, are inked in their cells.
+/// DrawText sets them a row of the glyph lower than its rectangle, and cuts that row off below but
+/// for one line.
+void expectGlyphs(Sheet& sheet, const std::string& text, int left, int top, int m) {
+  for (int y = 0; y <= 9 * m; ++y) {
+    for (int x = 0; x < static_cast<int>(text.size()) * 8 * m; ++x) {
+      const int code = static_cast<unsigned char>(text[static_cast<std::size_t>(x / (8 * m))]);
+      ASSERT_EQ(sheet.inked(left + x, top + m + y), isInk(code, x / m % 8, y / m))
+          << text << ": " << x << "," << y;
+    }
+  }
+}
+
 class ContactSheets : public testing::TestWithParam<std::tuple<int, bool>> {};
 
 INSTANTIATE_TEST_SUITE_P(Magnified, ContactSheets,
@@ -90,9 +125,8 @@ TEST_P(ContactSheets, OfLabelsShowAllCells) {
   for (int code = 0; code < 256; ++code) {
     for (int y = 0; y < 10 * m; ++y) {
       for (int x = 0; x < 8 * m; ++x) {
-        const bool ink = (nkdraw::labelGlyphs[10 * code + 9 - y / m] & (0x80 >> (x / m))) != 0;
         ASSERT_EQ(sheet.inked(4 + code % kColumns * stepX + x, 4 + code / kColumns * stepY + y),
-                  ink)
+                  isInk(code, x / m, y / m))
             << code;
       }
     }
@@ -111,6 +145,7 @@ TEST_P(ContactSheets, OfDrawTextShowTheAsciiLines) {
     tagRECT rect = {4, 3 + line * stepY, 0, 3 + line * stepY + 10 * m};
     EXPECT_EQ(sheet->DrawText(text.c_str(), kColumns, &rect, DT_CALCRECT), 0);
     EXPECT_EQ(rect.right, 4 + 8 * m * kColumns);
+    expectGlyphs(sheet, text, 4, 3 + line * stepY, m);
   }
   sheet.write(sheetName("drawtext", m, lightOnDark));
 }
@@ -118,12 +153,18 @@ TEST_P(ContactSheets, OfDrawTextShowTheAsciiLines) {
 TEST(Pictures, TextOnAFrameAsAnOverlayPutsIt) {
   Sheet sheet(640, 200, true);
   sheet->SetTextTransparent(false);
-  tagRECT rect = {20, 20, 0, 40};
-  sheet->DrawText("01:23:45;12", 11, &rect, DT_CALCRECT);
-  rect = {20, 60, 640, 90};
-  sheet->DrawText("29.97 MOV v210 1920x1080 i", 26, &rect, DT_CALCRECT);
-  rect = {20, 110, 640, 160};
-  sheet->DrawText("gjpqy_|^ Quick", 14, &rect, DT_CALCRECT);
+  struct Line {
+    const char* text;
+    int top, magnification;
+  };
+  for (const Line& line : {Line{"01:23:45;12", 20, 2}, Line{"29.97 MOV v210 1920x1080 i", 60, 3},
+                           Line{"gjpqy_|^ Quick", 110, 5}}) {
+    const std::string text = line.text;
+    const int bottom = line.top + 10 * line.magnification;
+    tagRECT rect = {20, line.top, 0, bottom};
+    sheet->DrawText(text.c_str(), static_cast<int>(text.size()), &rect, DT_CALCRECT);
+    expectGlyphs(sheet, text, 20, line.top, line.magnification);
+  }
   sheet.write("font_overlay_lines");
 }
 
@@ -137,6 +178,7 @@ class FontKind {
 };
 
 TEST(TextPictures, OfOutlineTextShowFillsAndOutlines) {
+  constexpr Sheet::Colour kFill = {1, 1, 1}, kOutline = {0, 0, 0};
   const FontKind kind("ttf");
   Sheet sheet(860, 330, false);
   int y = 6;
@@ -149,6 +191,11 @@ TEST(TextPictures, OfOutlineTextShowFillsAndOutlines) {
     rect = {570, y, 0, 0};
     sheet->SetColorRGBA(0.9, 0.9, 0.9, 1.0, true);
     sheet->DrawText(text.c_str(), em < 48 ? 15 : 4, &rect, 0);
+    const int bottom = y + em * 4 / 3;
+    EXPECT_GT(sheet.count(kFill, 0, y, 570, bottom), em) << em;
+    EXPECT_EQ(sheet.count(kFill, 570, y, 860, bottom), 0) << em;
+    EXPECT_GT(sheet.count(kOutline, 0, y, 570, bottom), em) << em;
+    EXPECT_GT(sheet.count(kOutline, 570, y, 860, bottom), em) << em;
     y += em * 4 / 3 + 6;
   }
   sheet.write("outline_text");
@@ -195,6 +242,17 @@ TEST(TextPictures, OfSheetTextShowTheSheetsGlyphsOnTheBackground) {
                                  "abcdefghijklmnopqrstuvwxyz {|}~"}) {
     tagRECT rect = {4, y, 0, 0};
     sheet->DrawText(text, 0, &rect, 0);
+    int glyphs = 0, ink = 0;
+    for (const char letter : std::string_view(text)) {
+      const auto code = static_cast<unsigned char>(letter);
+      glyphs += code != ' ' ? 1 : 0;
+      for (int row = 0; code != ' ' && row < 10; ++row)
+        ink += std::popcount(nkdraw::labelGlyphs[10 * code + row]);
+    }
+    constexpr Sheet::Colour kInk = {254, 254, 254}, kFoot = {0, 199, 254}, kGround = {0, 0, 127};
+    EXPECT_EQ(sheet.count(kInk, 0, y, 420, y + 24), ink) << text;
+    EXPECT_EQ(sheet.count(kFoot, 0, y, 420, y + 24), glyphs * 8) << text;
+    EXPECT_EQ(sheet.count(kGround, 0, y, 420, y + 24), glyphs * 8 * 12 - ink) << text;
     y += 24;
   }
   sheet.write("sheet_text");

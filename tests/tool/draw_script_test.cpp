@@ -155,13 +155,23 @@ TEST(DrawScript, ExcludesTheLastColumnOnFourByteLayoutsAlone) {
 TEST(DrawScript, OfRandomBytesIsRefusedOrDrawnInsideTheCanvas) {
   nkdraw::test::Random random(11);
   const std::string letters = "line cirle#0123456789 -.\n\r\t[]xyzw\xff";
+  int drawnScripts = 0, refusedScripts = 0;
   for (int i = 0; i < 2000; ++i) {
     std::string text;
     for (int length = random.between(0, 60); length > 0; --length)
       text += random.flag() ? letters[random.word() % letters.size()]
                             : static_cast<char>(random.word() & 0xFF);
-    complaint(text);
+    const std::string said = complaint(text);
+    ++(said.empty() ? drawnScripts : refusedScripts);
+    if (said.empty())
+      continue;
+    EXPECT_NE(said.find(": s:"), std::string::npos) << said;  // where
+    EXPECT_NE(said.find("; "), std::string::npos) << said;    // and what to do
+    EXPECT_LT(said.size(), 300U) << said;
+    EXPECT_TRUE(std::ranges::all_of(said, [](char c) { return c >= ' ' && c <= '~'; })) << said;
   }
+  EXPECT_GT(drawnScripts, 10);
+  EXPECT_GT(refusedScripts, 1000);
 }
 
 void addArgument(std::ostream& statement, const Parameter& parameter,

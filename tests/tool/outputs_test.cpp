@@ -194,7 +194,7 @@ TEST(DryRun, NamesTheCodecOfTheConvertingRoad) {
           at("in.mp4")});
   const Outcome outcome = burnin({at("in.mp4"), at("out.mkv"), "--dry-run"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
-  EXPECT_NE(outcome.out.find("converting"), std::string::npos);
+  EXPECT_NE(outcome.out.find("transcode"), std::string::npos);
   EXPECT_NE(outcome.out.find("ffv1, yuv422p"), std::string::npos) << outcome.out;
 }
 

@@ -145,9 +145,10 @@ TEST(TimecodeGaps, AreKeptWhereFramesAreMissing) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=192x108:rate=25", "-vf",
           "select='not(between(n,2,3))'", "-vsync", "passthrough", "-frames:v", "4", "-c:v", "v210",
           at("in.mkv")});
-  for (const Arguments& road : {Arguments{}, Arguments{"--codec", "ffv1"}}) {
+  for (const Arguments& method : {Arguments{}, Arguments{"--codec", "ffv1"}}) {
     ASSERT_EQ(
-        burnin(with(with({at("in.mkv"), at("out.mkv"), "--overwrite"}, kLook), road)).exitCode, 0);
+        burnin(with(with({at("in.mkv"), at("out.mkv"), "--overwrite"}, kLook), method)).exitCode,
+        0);
     const Clip grey = decodeAs(at("out.mkv"), AV_PIX_FMT_GRAY8);
     ASSERT_EQ(grey.frames.size(), 4U);
     EXPECT_EQ(readText(grey, 1, 8, 20, 2, 11), "00:00:00:01");
@@ -171,10 +172,10 @@ TEST(TimecodeRange, StartsWithTheFirstFrameThatIsWritten) {
           "sine=duration=2", "-c:v", "v210", "-c:a", "pcm_s16le", "-timecode", "10:00:00:00",
           at("in.mov")});
   const auto sound = packetsOf(at("in.mov"), AVMEDIA_TYPE_AUDIO);
-  for (const Arguments& road : {Arguments{}, Arguments{"--codec", "mpeg4"}}) {
+  for (const Arguments& method : {Arguments{}, Arguments{"--codec", "mpeg4"}}) {
     ASSERT_EQ(
         burnin(with(with({at("in.mov"), at("out.mov"), "--overwrite", "--frames", "30-39"}, kLook),
-                    road))
+                    method))
             .exitCode,
         0);
     const Clip grey = decodeAs(at("out.mov"), AV_PIX_FMT_GRAY8);

@@ -26,55 +26,49 @@ AVCodecID pcmFor(const AVCodecParameters& track, const AVOutputFormat& format) {
                                                                      : AV_CODEC_ID_PCM_S24LE;
 }
 
-AudioCodec namedCodec(const std::string& request, const AVOutputFormat& format) {
-  const std::size_t colon = std::min(request.find(':'), request.size());
-  const std::string name = request.substr(0, colon);
-  const AVCodec* const codec = avcodec_find_encoder_by_name(name.c_str());
-  if (codec == nullptr || codec->type != AVMEDIA_TYPE_AUDIO)
-    throw Failure(ExitCode::kUsage, "no such audio encoder", name, "see ffmpeg -encoders");
-  if (avformat_query_codec(&format, codec->id, FF_COMPLIANCE_NORMAL) == 0)
-    throw Failure(ExitCode::kUsage, "the output's kind of file does not hold this codec",
-                  std::string(format.name) + ", " + name, "choose another suffix or --audio-codec");
-  return {codec, request.substr(std::min(colon + 1, request.size()))};
-}
-
 }  // namespace
 
-AudioCodec chooseAudioCodec(const std::optional<std::string>& request,
-                            const AVCodecParameters& track, const AVOutputFormat& format) {
-  if (request)
-    return namedCodec(*request, format);
+CodecChoice chooseAudioCodec(const CodecRequest& request, const AVCodecParameters& track,
+                             const AVOutputFormat& format, const std::string& silent) {
+  if (request.asked)
+    return namedEncoder(request, AVMEDIA_TYPE_AUDIO, format);
   const AVCodecID id = pcmFor(track, format);
   if (!holds(format, id))
     throw Failure(ExitCode::kUsage, "this kind of file does not hold uncompressed sound",
-                  format.name, "choose an --audio-codec, for example aac, or --audio none");
-  return {avcodec_find_encoder(id), {}};
+                  format.name, "choose an " + request.option + ", for example aac, or " + silent);
+  return {avcodec_find_encoder(id), AV_PIX_FMT_NONE, {}, request.option};
 }
 
-AudioEncoder::AudioEncoder(const AudioCodec& choice, const AudioShape& shape,
+AudioEncoder::AudioEncoder(const CodecChoice& choice, const AudioShape& shape,
                            const AVOutputFormat& format)
-    : shape_(shape), encoder_(owned<CodecContext>(avcodec_alloc_context3(choice.codec))) {
-  encoder_->sample_rate = shape.rate;
-  encoder_->time_base = {1, shape.rate};
+    : shape_(shape),
+      choice_(choice),
+      encoder_(owned<CodecContext>(avcodec_alloc_context3(choice.codec))) {
+  open(format);
+  prepareResampler();
+}
+
+void AudioEncoder::open(const AVOutputFormat& format) {
+  encoder_->sample_rate = shape_.rate;
+  encoder_->time_base = {1, shape_.rate};
   encoder_->sample_fmt =
-      choice.codec->sample_fmts != nullptr ? choice.codec->sample_fmts[0] : AV_SAMPLE_FMT_S16;
-  if (av_channel_layout_copy(&encoder_->ch_layout, &shape.layout) < 0)
+      choice_.codec->sample_fmts != nullptr ? choice_.codec->sample_fmts[0] : AV_SAMPLE_FMT_S16;
+  if (av_channel_layout_copy(&encoder_->ch_layout, &shape_.layout) < 0)
     throw std::bad_alloc();
   if ((format.flags & AVFMT_GLOBALHEADER) != 0)
     encoder_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
   Options options;
-  if (av_dict_parse_string(options.get(), choice.options.c_str(), "=", ":", 0) < 0)
-    throw Failure(ExitCode::kUsage, "codec options can't be read", choice.options,
-                  "write --audio-codec NAME:KEY=VALUE:KEY=VALUE");
-  if (const int error = avcodec_open2(encoder_.get(), choice.codec, options.get()); error < 0)
-    throw Failure(ExitCode::kProcessing, "the encoder refuses the sound", choice.codec->name,
-                  explained(error) + "; choose another --audio-codec");
-  if (const char* const unknown = options.unused())
-    throw Failure(ExitCode::kUsage, "the encoder has no such option", unknown,
-                  std::string("see ffmpeg -h encoder=") + choice.codec->name);
+  readOptions(choice_, options);
+  if (const int error = avcodec_open2(encoder_.get(), choice_.codec, options.get()); error < 0)
+    throw Failure(ExitCode::kProcessing, "the encoder refuses the sound", choice_.codec->name,
+                  explained(error) + "; choose another " + choice_.option);
+  checkAllKnown(choice_, options);
+}
+
+void AudioEncoder::prepareResampler() {
   SwrContext* made = nullptr;
-  const int error = swr_alloc_set_opts2(&made, &shape_.layout, encoder_->sample_fmt, shape.rate,
-                                        &shape_.layout, AV_SAMPLE_FMT_DBL, shape.rate, 0, nullptr);
+  const int error = swr_alloc_set_opts2(&made, &shape_.layout, encoder_->sample_fmt, shape_.rate,
+                                        &shape_.layout, AV_SAMPLE_FMT_DBL, shape_.rate, 0, nullptr);
   resampler_.reset(made);
   if (error < 0 || swr_init(resampler_.get()) < 0)
     throw std::bad_alloc();
@@ -98,7 +92,7 @@ void AudioEncoder::encode(const double* samples, std::size_t count, const TakePa
 void AudioEncoder::finish(const TakePacket& take) {
   if (!waiting_.empty())
     send(waiting_.size() / shape_.channels(), take);
-  drain(nullptr, take);
+  encode(nullptr, take);
 }
 
 void AudioEncoder::send(std::size_t count, const TakePacket& take) {
@@ -114,26 +108,16 @@ void AudioEncoder::send(std::size_t count, const TakePacket& take) {
                                     &from, frame->nb_samples);
       error < 0)
     throw Failure(ExitCode::kProcessing, "the sound can't be converted", encoder_->codec->name,
-                  explained(error) + "; choose another --audio-codec");
+                  explained(error) + "; choose another " + choice_.option);
   waiting_.erase(waiting_.begin(),
                  waiting_.begin() + static_cast<std::ptrdiff_t>(count * shape_.channels()));
   frame->pts = sent_;
   sent_ += frame->nb_samples;
-  drain(frame.get(), take);
+  encode(frame.get(), take);
 }
 
-void AudioEncoder::drain(const AVFrame* frame, const TakePacket& take) {
-  int error = avcodec_send_frame(encoder_.get(), frame);
-  while (error >= 0) {
-    error = avcodec_receive_packet(encoder_.get(), packet_.get());
-    if (error < 0)
-      break;
-    take(*packet_);
-    av_packet_unref(packet_.get());
-  }
-  if (error != AVERROR(EAGAIN) && error != AVERROR_EOF)
-    throw Failure(ExitCode::kProcessing, "the sound can't be encoded", encoder_->codec->name,
-                  explained(error) + "; choose another --audio-codec");
+void AudioEncoder::encode(const AVFrame* frame, const TakePacket& take) {
+  media::encode(*encoder_, frame, choice_, "the sound can't be encoded", take);
 }
 
 }  // namespace nkdraw::media

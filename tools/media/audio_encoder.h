@@ -4,47 +4,45 @@
 #pragma once
 
 #include "media/audio_reader.h"
+#include "media/encoder.h"
 #include "media/libav.h"
 
-#include <functional>
-#include <optional>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace nkdraw::media {
 
-struct AudioCodec {
-  const AVCodec* codec = nullptr;
-  std::string options;  // "key=value:key=value"
-};
-
-/// The encoder that `request` names ("NAME" or "NAME:KEY=VALUE:..."), else PCM: the track's own
-/// kind of it if the output holds that, or one of its depth. Throws Failure.
-[[nodiscard]] AudioCodec chooseAudioCodec(const std::optional<std::string>& request,
-                                          const AVCodecParameters& track,
-                                          const AVOutputFormat& format);
+/// The encoder that the request asks for, else PCM: the track's own kind of it if the output holds
+/// that, or one of its depth. `silent` is what a message calls the choice of no sound. Throws
+/// Failure.
+[[nodiscard]] CodecChoice chooseAudioCodec(const CodecRequest& request,
+                                           const AVCodecParameters& track,
+                                           const AVOutputFormat& format, const std::string& silent);
 
 class AudioEncoder {
  public:
-  AudioEncoder(const AudioCodec& choice, const AudioShape& shape, const AVOutputFormat& format);
+  AudioEncoder(const CodecChoice& choice, const AudioShape& shape, const AVOutputFormat& format);
 
   void describeTo(AVStream& stream) const;
   [[nodiscard]] AVRational timeBase() const { return encoder_->time_base; }
 
-  using TakePacket = std::function<void(AVPacket& packet)>;
   /// Encodes the next `count` moments.
   void encode(const double* samples, std::size_t count, const TakePacket& take);
   /// Encodes what is left.
   void finish(const TakePacket& take);
 
  private:
+  void open(const AVOutputFormat& format);
+  void prepareResampler();
   void send(std::size_t count, const TakePacket& take);
-  void drain(const AVFrame* frame, const TakePacket& take);
+  void encode(const AVFrame* frame, const TakePacket& take);
 
   AudioShape shape_;
+  CodecChoice choice_;
   CodecContext encoder_;
   Resampler resampler_;
-  Packet packet_ = makePacket();
   std::vector<double> waiting_;
   std::int64_t sent_ = 0;
 };

@@ -23,8 +23,10 @@ std::optional<int> nth(const std::vector<int>& streams, std::size_t place) {
 }
 
 std::unique_ptr<AudioReader> readerFor(MediaInput& input, std::optional<int> stream,
-                                       const AudioShape& shape) {
-  return stream ? std::make_unique<AudioReader>(input.path(), *stream, shape) : nullptr;
+                                       const AudioShape& shape, const AudioRequest& request) {
+  return stream ? std::make_unique<AudioReader>(input.path(), *stream, shape,
+                                                "leave it out with " + request.silent)
+                : nullptr;
 }
 
 /// The second clip's share of the sound; `moment` and `length` are of the overlap.
@@ -43,18 +45,17 @@ Share shareFor(AudioMode mode) {
 
 }  // namespace
 
-std::vector<AudioTrackPlan> planAudio(ClipPair& clips, AudioMode mode,
-                                      const std::optional<std::string>& codec,
+std::vector<AudioTrackPlan> planAudio(ClipPair& clips, const AudioRequest& request,
                                       const AVOutputFormat& format) {
   std::vector<AudioTrackPlan> tracks;
-  if (mode == AudioMode::kNone)
+  if (request.mode == AudioMode::kNone)
     return tracks;
   const std::vector<int> a = audioStreams(clips.a), b = audioStreams(clips.b);
   for (std::size_t i = 0; i < std::max(a.size(), b.size()); ++i) {
     AudioTrackPlan track = {nth(a, i), nth(b, i), nullptr, {}};
     AVFormatContext& file = track.a ? clips.a.file() : clips.b.file();
     track.model = file.streams[track.a ? *track.a : *track.b]->codecpar;
-    track.codec = chooseAudioCodec(codec, *track.model, format);
+    track.codec = chooseAudioCodec(request.codec, *track.model, format, request.silent);
     tracks.push_back(track);
   }
   return tracks;
@@ -62,15 +63,15 @@ std::vector<AudioTrackPlan> planAudio(ClipPair& clips, AudioMode mode,
 
 class AudioJoin::Track {
  public:
-  Track(ClipPair& clips, const AudioTrackPlan& plan, AudioMode mode, Overlap overlap,
+  Track(ClipPair& clips, const AudioTrackPlan& plan, const AudioRequest& request, Overlap overlap,
         MediaOutput& output)
       : shape_(*plan.model),
-        a_(readerFor(clips.a, plan.a, shape_)),
-        b_(readerFor(clips.b, plan.b, shape_)),
+        a_(readerFor(clips.a, plan.a, shape_, request)),
+        b_(readerFor(clips.b, plan.b, shape_, request)),
         encoder_(plan.codec, shape_, output.format()),
         output_(output),
         rate_(clips.frames.rate),
-        share_(shareFor(mode)),
+        share_(shareFor(request.mode)),
         overlapFirst_(momentOf(overlap.first)),
         overlapEnd_(momentOf(overlap.end)),
         soundA_(kMostAtOnce * shape_.channels()),
@@ -163,10 +164,10 @@ class AudioJoin::Track {
   bool bEnded_ = false;
 };
 
-AudioJoin::AudioJoin(ClipPair& clips, const std::vector<AudioTrackPlan>& plan, AudioMode mode,
-                     Overlap overlap, MediaOutput& output) {
+AudioJoin::AudioJoin(ClipPair& clips, const std::vector<AudioTrackPlan>& plan,
+                     const AudioRequest& request, Overlap overlap, MediaOutput& output) {
   for (const AudioTrackPlan& track : plan)
-    tracks_.push_back(std::make_unique<Track>(clips, track, mode, overlap, output));
+    tracks_.push_back(std::make_unique<Track>(clips, track, request, overlap, output));
 }
 
 AudioJoin::~AudioJoin() = default;

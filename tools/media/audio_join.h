@@ -17,21 +17,27 @@
 namespace nkdraw::media {
 
 enum class AudioMode {
-  kCrossfade,  ///< from one to the other while the pictures change, by straight lines
+  kCrossfade,  ///< from one to the other while the frames change, by straight lines
   kCut,        ///< in the middle of the transition
   kNone,
+};
+
+/// What a user asks for.
+struct AudioRequest {
+  AudioMode mode = AudioMode::kCrossfade;
+  CodecRequest codec;
+  std::string silent;  // what the user calls the choice of no sound, for messages
 };
 
 /// A track of the output: the same track of each clip, where it has one.
 struct AudioTrackPlan {
   std::optional<int> a, b;                   // streams
   const AVCodecParameters* model = nullptr;  // the first clip's track, else the second's
-  AudioCodec codec;
+  CodecChoice codec;
 };
 
 /// The first track of one clip joins the first of the other, and so on. Throws Failure.
-[[nodiscard]] std::vector<AudioTrackPlan> planAudio(ClipPair& clips, AudioMode mode,
-                                                    const std::optional<std::string>& codec,
+[[nodiscard]] std::vector<AudioTrackPlan> planAudio(ClipPair& clips, const AudioRequest& request,
                                                     const AVOutputFormat& format);
 
 /// Where the second clip begins in the output and where the first one ends, in frames.
@@ -39,12 +45,12 @@ struct Overlap {
   std::int64_t first, end;
 };
 
-/// Writes the tracks beside the pictures. They last as long as these, or as the second clip's
+/// Writes the tracks beside the video. They last as long as these, or as the second clip's
 /// sound; what a clip lacks is silent.
 class AudioJoin {
  public:
   /// Adds the streams to the output, which must not have begun.
-  AudioJoin(ClipPair& clips, const std::vector<AudioTrackPlan>& plan, AudioMode mode,
+  AudioJoin(ClipPair& clips, const std::vector<AudioTrackPlan>& plan, const AudioRequest& request,
             Overlap overlap, MediaOutput& output);
   ~AudioJoin();
 

@@ -63,39 +63,51 @@ AudioReader::AudioReader(const std::string& path, int stream, const AudioShape& 
   input_.readOnly(stream_);
 }
 
+void AudioReader::failToConvert(int error) const {
+  throw Failure(ExitCode::kProcessing, "the sound can't be converted", input_.path(),
+                explained(error) + "; " + advice_);
+}
+
+void AudioReader::openResampler(const AVFrame& frame) {
+  AVChannelLayout from = frame.ch_layout;
+  if (from.order == AV_CHANNEL_ORDER_UNSPEC)
+    av_channel_layout_default(&from, frame.ch_layout.nb_channels);
+  SwrContext* made = nullptr;
+  int error =
+      swr_alloc_set_opts2(&made, &shape_.layout, AV_SAMPLE_FMT_DBL, shape_.rate, &from,
+                          static_cast<AVSampleFormat>(frame.format), frame.sample_rate, 0, nullptr);
+  resampler_.reset(made);
+  if (error >= 0)
+    error = swr_init(resampler_.get());
+  if (error < 0)
+    failToConvert(error);
+}
+
+/// Null for what the resampler still holds.
 void AudioReader::convert(const AVFrame* frame) {
-  if (resampler_ == nullptr && frame != nullptr) {
-    AVChannelLayout from = frame->ch_layout;
-    if (from.order == AV_CHANNEL_ORDER_UNSPEC)
-      av_channel_layout_default(&from, frame->ch_layout.nb_channels);
-    SwrContext* made = nullptr;
-    int error = swr_alloc_set_opts2(&made, &shape_.layout, AV_SAMPLE_FMT_DBL, shape_.rate, &from,
-                                    static_cast<AVSampleFormat>(frame->format), frame->sample_rate,
-                                    0, nullptr);
-    resampler_.reset(made);
-    if (error >= 0)
-      error = swr_init(resampler_.get());
-    if (error < 0)
-      throw Failure(ExitCode::kProcessing, "the sound can't be converted", input_.path(),
-                    explained(error) + "; " + advice_);
-  }
+  if (resampler_ == nullptr && frame != nullptr)
+    openResampler(*frame);
   if (resampler_ == nullptr)
     return;
-  const int most = swr_get_out_samples(resampler_.get(), frame != nullptr ? frame->nb_samples : 0);
+  const int given = frame != nullptr ? frame->nb_samples : 0;
+  const int most = swr_get_out_samples(resampler_.get(), given);
   const std::size_t before = ready_.size();
   ready_.resize(before + static_cast<std::size_t>(std::max(most, 0)) * shape_.channels());
   auto* out = reinterpret_cast<std::uint8_t*>(ready_.data() + before);
   const int made = swr_convert(
       resampler_.get(), &out, most,
-      frame != nullptr ? const_cast<const std::uint8_t**>(frame->extended_data) : nullptr,
-      frame != nullptr ? frame->nb_samples : 0);
+      frame != nullptr ? const_cast<const std::uint8_t**>(frame->extended_data) : nullptr, given);
   if (made < 0)
-    throw Failure(ExitCode::kProcessing, "the sound can't be converted", input_.path(),
-                  explained(made) + "; " + advice_);
+    failToConvert(made);
   ready_.resize(before + static_cast<std::size_t>(made) * shape_.channels());
-  const std::size_t skipped = std::min(toSkip_, static_cast<std::size_t>(made));
+  skip(before);
+}
+
+/// Takes away what comes before the video, of the samples from `begin` on.
+void AudioReader::skip(std::size_t begin) {
+  const std::size_t skipped = std::min(toSkip_, (ready_.size() - begin) / shape_.channels());
   toSkip_ -= skipped;
-  const auto first = ready_.begin() + static_cast<std::ptrdiff_t>(before);
+  const auto first = ready_.begin() + static_cast<std::ptrdiff_t>(begin);
   ready_.erase(first, first + static_cast<std::ptrdiff_t>(skipped * shape_.channels()));
 }
 

@@ -32,9 +32,10 @@ struct AudioShape {
 
 class AudioReader {
  public:
-  /// Reads stream `stream` of the file `path`, converted to `shape`. Throws Failure, with `advice`.
+  /// Reads stream `stream` of the file `path`, converted to `shape`. Throws Failure; `advice` says
+  /// how to do without this sound.
   AudioReader(const std::string& path, int stream, const AudioShape& shape,
-              const std::string& advice = "leave it out with --audio none");
+              const std::string& advice);
 
   /// Reads the next `count` moments into `samples`; those before the track's first are silent. The
   /// number that were read, fewer at the track's end only.
@@ -45,8 +46,11 @@ class AudioReader {
   void take(const AVFrame& frame);
   void skipOrFill(std::int64_t moments);
   void convert(const AVFrame* frame);
+  void openResampler(const AVFrame& frame);
+  void skip(std::size_t begin);
+  [[noreturn]] void failToConvert(int error) const;
 
-  MediaInput input_;  // of its own, so that sound and pictures are read each at its own pace
+  MediaInput input_;  // of its own, so that sound and video are read each at its own pace
   AVStream& stream_;
   AudioShape shape_;
   std::string advice_;

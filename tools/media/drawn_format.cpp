@@ -21,11 +21,15 @@ const Layout& canvasFor(AVPixelFormat drawn) {
   return *layoutOf(drawn == AV_PIX_FMT_YUV422P10 ? AV_CODEC_ID_V210 : AV_CODEC_ID_RAWVIDEO, drawn);
 }
 
-Picture planesOf(AVFrame& picture) {
+Storage storageOf(AVPixelFormat drawn) {
+  return drawn == AV_PIX_FMT_YUV422P10 ? Storage::kPlanes10 : Storage::kPacked;
+}
+
+Picture planesOf(AVFrame& frame) {
   Picture planes;
   for (std::size_t i = 0; i < planes.planes.size(); ++i) {
-    planes.planes[i] = picture.data[i];
-    planes.pitches[i] = picture.linesize[i];
+    planes.planes[i] = frame.data[i];
+    planes.pitches[i] = frame.linesize[i];
   }
   return planes;
 }

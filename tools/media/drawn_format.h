@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The format that decoded pictures are drawn on in.
+// The format that decoded frames are drawn on in.
 #pragma once
 
 #include "media/canvas_stage.h"
@@ -9,13 +9,16 @@
 
 namespace nkdraw::media {
 
-/// The format in which pictures of `source` are drawn on: 10-bit 4:2:2 for YCbCr with more than 8
+/// The format in which frames of `source` are drawn on: 10-bit 4:2:2 for YCbCr with more than 8
 /// bits, UYVY for other YCbCr and grey, 32-bit RGB for RGB.
 [[nodiscard]] AVPixelFormat drawnFormat(AVPixelFormat source);
 /// The layout of the canvas for a drawn format.
 [[nodiscard]] const Layout& canvasFor(AVPixelFormat drawn);
 
-/// Draws on a picture of a drawn format.
-[[nodiscard]] Picture planesOf(AVFrame& picture);
+/// How the samples of a drawn format are stored.
+[[nodiscard]] Storage storageOf(AVPixelFormat drawn);
+
+/// Where the rows of a frame of a drawn format lie.
+[[nodiscard]] Picture planesOf(AVFrame& frame);
 
 }  // namespace nkdraw::media

@@ -16,8 +16,15 @@ class FrameCursor {
   using Unit = typename Feed::Unit;
   static constexpr std::int64_t kEnd = std::numeric_limits<std::int64_t>::max();
 
-  /// The feed must outlive the cursor.
-  explicit FrameCursor(Feed& feed) : feed_(feed) { fetch(); }
+  /// Makes the feed of these arguments, and asks it for its first frame.
+  template <class... Arguments>
+  explicit FrameCursor(Arguments&&... arguments) : feed_(std::forward<Arguments>(arguments)...) {
+    fetch();
+  }
+
+  [[nodiscard]] Feed& feed() { return feed_; }
+  /// Whether there are frames not yet shown.
+  [[nodiscard]] bool hasMore() const { return ahead_; }
 
   /// Hands on the frames not yet shown whose number is below `end`, in order, with their numbers.
   template <class Take>
@@ -41,7 +48,7 @@ class FrameCursor {
  private:
   void fetch() { ahead_ = feed_.next(next_, nextIndex_); }
 
-  Feed& feed_;
+  Feed feed_;
   Unit shown_, next_;
   std::int64_t shownIndex_ = -1, nextIndex_ = 0;
   bool ahead_ = false;

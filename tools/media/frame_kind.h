@@ -5,6 +5,7 @@
 
 #include "media/libav.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 
@@ -30,7 +31,24 @@ struct FrameRange {
 
   [[nodiscard]] bool isWhole() const { return first == 0 && !isBounded(); }
   [[nodiscard]] bool isBounded() const { return last != std::numeric_limits<std::int64_t>::max(); }
+  /// The first number beyond; for an open range the largest that there is, which no frame has.
+  [[nodiscard]] std::int64_t end() const { return isBounded() ? last + 1 : last; }
   [[nodiscard]] bool contains(std::int64_t frame) const { return frame >= first && frame <= last; }
+};
+
+/// Where frames go in an output, by their numbers; two at one time go one after the other.
+class FramePlaces {
+ public:
+  [[nodiscard]] std::int64_t placeOf(std::int64_t index) {
+    const std::int64_t place = std::max(index, next_);
+    next_ = place + 1;
+    return place;
+  }
+  /// The least place that no frame has yet.
+  [[nodiscard]] std::int64_t next() const { return next_; }
+
+ private:
+  std::int64_t next_ = 0;
 };
 
 }  // namespace nkdraw::media

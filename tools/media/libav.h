@@ -19,6 +19,7 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
+#include <functional>
 #include <memory>
 #include <new>
 #include <string>
@@ -42,6 +43,11 @@ using Frame = std::unique_ptr<AVFrame, LibavDeleter>;
 using CodecParameters = std::unique_ptr<AVCodecParameters, LibavDeleter>;
 using Resampler = std::unique_ptr<SwrContext, LibavDeleter>;
 using Scaler = std::unique_ptr<SwsContext, LibavDeleter>;
+
+/// Gets a packet or a frame of what is read, decoded or encoded; the giver frees its data
+/// afterwards.
+using TakePacket = std::function<void(AVPacket& packet)>;
+using TakeFrame = std::function<void(AVFrame& frame)>;
 
 /// Options for an open call, which takes those it knows out of the dictionary.
 class Options {
@@ -77,6 +83,17 @@ template <class Owner, class Object>
 }
 [[nodiscard]] inline Frame makeFrame() {
   return owned<Frame>(av_frame_alloc());
+}
+
+/// A frame with memory for its pixels.
+[[nodiscard]] inline Frame makeFrame(int pixelFormat, int width, int height) {
+  Frame frame = makeFrame();
+  frame->format = pixelFormat;
+  frame->width = width;
+  frame->height = height;
+  if (av_frame_get_buffer(frame.get(), 0) < 0)
+    throw std::bad_alloc();
+  return frame;
 }
 
 [[nodiscard]] inline std::string errorText(int error) {

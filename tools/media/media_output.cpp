@@ -2,16 +2,41 @@
 #include "media/media_output.h"
 
 #include "media/failure.h"
+#include "media/frame_converter.h"
 #include "media/interrupt.h"
 #include "media/libav_log.h"
 
 #include <filesystem>
+#include <fstream>
 
 namespace nkdraw::media {
 namespace {
 
 int stopWhenInterrupted(void* /*context*/) {
   return pendingInterrupt() != 0 ? 1 : 0;
+}
+
+Packet encodePNG(AVFrame& frame) {
+  const AVCodec* const codec = avcodec_find_encoder(AV_CODEC_ID_PNG);
+  if (codec == nullptr)
+    throw Failure(ExitCode::kProcessing, "no PNG encoder", "FFmpeg", "install a full FFmpeg");
+  const CodecContext encoder = owned<CodecContext>(avcodec_alloc_context3(codec));
+  encoder->width = frame.width;
+  encoder->height = frame.height;
+  encoder->pix_fmt = static_cast<AVPixelFormat>(frame.format);
+  encoder->time_base = {1, 25};
+  encoder->sample_aspect_ratio = frame.sample_aspect_ratio;
+  Packet packet = makePacket();
+  int error = avcodec_open2(encoder.get(), codec, nullptr);
+  if (error >= 0)
+    error = avcodec_send_frame(encoder.get(), &frame);
+  if (error >= 0)
+    error = avcodec_send_frame(encoder.get(), nullptr);
+  if (error >= 0)
+    error = avcodec_receive_packet(encoder.get(), packet.get());
+  if (error < 0)
+    throw Failure(ExitCode::kProcessing, "the picture can't be encoded", "PNG", explained(error));
+  return packet;
 }
 
 }  // namespace
@@ -92,6 +117,20 @@ void MediaOutput::finish() {
   if (const int error = avio_closep(&file_->pb); error < 0)
     fail("the output can't be closed", error);
   close();
+}
+
+void writeStill(AVFrame& frame, const std::string& file, const std::string& name) {
+  // Alpha is left out: it shows what a screen shows.
+  FrameConverter toRGB(AV_PIX_FMT_RGB24, false);
+  AVFrame& rgb = toRGB.convert(frame);
+  rgb.color_range = AVCOL_RANGE_UNSPECIFIED;
+  rgb.colorspace = AVCOL_SPC_UNSPECIFIED;
+  const Packet png = encodePNG(rgb);
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(png->data), png->size);
+  out.close();
+  if (!out)
+    throw Failure(ExitCode::kOutput, "the picture can't be written", name, "is the disk full?");
 }
 
 }  // namespace nkdraw::media

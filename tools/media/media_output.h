@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A media file that is written, packet by packet.
+// A media file that is written, packet by packet, or a still of one frame.
 #pragma once
 
 #include "media/libav.h"
@@ -42,5 +42,9 @@ class MediaOutput {
   std::string name_;
   AVFormatContext* file_ = nullptr;
 };
+
+/// Writes the frame as 8-bit RGB into the PNG file `file`; `name` is what messages call it. Throws
+/// Failure.
+void writeStill(AVFrame& frame, const std::string& file, const std::string& name);
 
 }  // namespace nkdraw::media

@@ -45,7 +45,7 @@ std::string temporaryName(const std::string& path, int attempt) {
 
 }  // namespace
 
-void checkOutputName(const std::string& path, bool overwrite) {
+void checkOutputName(const std::string& path, bool overwrite, const std::string& advice) {
   struct stat facts = {};
   if (stat(path.c_str(), &facts) == 0) {
     if (S_ISDIR(facts.st_mode))
@@ -53,13 +53,12 @@ void checkOutputName(const std::string& path, bool overwrite) {
     if (!S_ISREG(facts.st_mode))
       throw Failure(ExitCode::kOutput, "the output is no ordinary file", path, "name a file");
     if (!overwrite)
-      throw Failure(ExitCode::kOutput, "the output exists", path,
-                    "choose another name or give --overwrite");
+      throw Failure(ExitCode::kOutput, "the output exists", path, advice);
   } else if (errno != ENOENT) {
     cannotWrite(path, errno);
   } else if (!overwrite && lstat(path.c_str(), &facts) == 0) {
     throw Failure(ExitCode::kOutput, "the output exists", path,
-                  "it is a link to a file that doesn't; choose another name or give --overwrite");
+                  "it is a link to a file that doesn't; " + advice);
   }
   const fs::path folder = fs::path(resolved(path)).parent_path();
   const std::string where = folder.empty() ? "." : folder.string();

@@ -37,7 +37,9 @@ class OutputFile {
 };
 
 /// Throws what the constructor would throw for a name that can't be an output, and touches nothing.
-void checkOutputName(const std::string& path, bool overwrite);
+/// `advice` says what else to do where the file exists.
+void checkOutputName(const std::string& path, bool overwrite,
+                     const std::string& advice = "choose another name");
 
 /// Whether both names mean the same file.
 [[nodiscard]] bool isSameFile(const std::string& a, const std::string& b);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/packet_rows.h"
 
+#include "media/failure.h"
+
 #include <cstring>
 
 namespace nkdraw::media {
@@ -79,6 +81,15 @@ Picture PacketRows::rowsOf(AVPacket& packet) {
   picture.planes[0] = packet.data + place_.offset;
   picture.pitches[0] = place_.pitch;
   return picture;
+}
+
+Picture PacketRows::rowsOf(AVPacket& packet, std::int64_t index, const std::string& path) {
+  const Picture rows = rowsOf(packet);
+  if (rows.planes[0] == nullptr)
+    throw Failure(ExitCode::kInput, "a frame is cut short", path,
+                  "frame " + std::to_string(index) + " has " + std::to_string(packet.size) +
+                      " bytes; the input may be incomplete");
+  return rows;
 }
 
 void PacketRows::makePlain(AVPacket& packet, const Picture& picture) const {

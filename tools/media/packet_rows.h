@@ -9,6 +9,7 @@
 #include "media/libav.h"
 
 #include <cstdint>
+#include <string>
 
 namespace nkdraw::media {
 
@@ -21,6 +22,8 @@ class PacketRows {
   /// The rows of the frame in this packet, whose data must be the caller's to change. A picture
   /// without planes when the packet is too short for a frame.
   [[nodiscard]] Picture rowsOf(AVPacket& packet);
+  /// The same for frame `index` of the clip `path`. Throws Failure when the packet is too short.
+  [[nodiscard]] Picture rowsOf(AVPacket& packet, std::int64_t index, const std::string& path);
 
   /// Makes the packet's frame one that any kind of file holds: rows packed, the top row first.
   void makePlain(AVPacket& packet, const Picture& picture) const;

@@ -11,7 +11,6 @@ namespace nkdraw::media {
 namespace {
 
 constexpr std::uint32_t kTimecodeTag = MKTAG('t', 'm', 'c', 'd');
-constexpr char kTimecodeKey[] = "timecode";
 constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
 
 /// A format that can't tell is asked at the time of writing.
@@ -25,14 +24,14 @@ bool keepsCovers(const AVOutputFormat& format) {
   return name == "mp4" || name == "ipod";
 }
 
-StreamFate dataFate(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
+StreamAction dataAction(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
   const AVCodecParameters& codec = *stream.codecpar;
   if (codec.codec_tag == kTimecodeTag)
-    return StreamFate::kTimecode;
+    return StreamAction::kTimecode;
   return isSameKind(*input.file().iformat, format) && codec.codec_id != AV_CODEC_ID_NONE &&
                  mayHold(format, codec.codec_id)
-             ? StreamFate::kCopy
-             : StreamFate::kLeaveOut;
+             ? StreamAction::kCopy
+             : StreamAction::kLeaveOut;
 }
 
 /// Advice: the kinds of files that hold the codec.
@@ -46,7 +45,7 @@ std::string keepingKinds(AVCodecID codec) {
   return kinds != 0 ? "write " + containerNames(kinds) : "take the stream out of the input first";
 }
 
-StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
+StreamAction actionFor(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
   const AVCodecParameters& codec = *stream.codecpar;
   switch (codec.codec_type) {
     case AVMEDIA_TYPE_AUDIO:
@@ -58,35 +57,17 @@ StreamFate fateOf(const AVStream& stream, MediaInput& input, const AVOutputForma
     case AVMEDIA_TYPE_SUBTITLE:
     case AVMEDIA_TYPE_VIDEO:
       if ((stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0)
-        return keepsCovers(format) ? StreamFate::kCopy : StreamFate::kLeaveOut;
+        return keepsCovers(format) ? StreamAction::kCopy : StreamAction::kLeaveOut;
       if (mayHold(format, codec.codec_id))
-        return StreamFate::kCopy;
+        return StreamAction::kCopy;
       throw Failure(ExitCode::kUsage, "the output's kind of file does not hold a stream",
                     "stream " + std::to_string(stream.index) + " (" + describeStream(stream) + ")",
                     keepingKinds(codec.codec_id));
     case AVMEDIA_TYPE_ATTACHMENT:
-      return isSameKind(*input.file().iformat, format) ? StreamFate::kCopy : StreamFate::kLeaveOut;
+      return isSameKind(*input.file().iformat, format) ? StreamAction::kCopy
+                                                       : StreamAction::kLeaveOut;
     default:
-      return dataFate(stream, input, format);
-  }
-}
-
-/// The codec's tag, unless the output's kind of file has another one for the codec.
-std::uint32_t tagFor(const AVCodecParameters& codec, const AVOutputFormat& format) {
-  std::uint32_t other = 0;
-  const bool fits = format.codec_tag == nullptr ||
-                    av_codec_get_id(format.codec_tag, codec.codec_tag) == codec.codec_id ||
-                    av_codec_get_tag2(format.codec_tag, codec.codec_id, &other) == 0;
-  return fits ? codec.codec_tag : 0;
-}
-
-void copySideData(const AVStream& from, AVStream& to) {
-  for (int i = 0; i < from.nb_side_data; ++i) {
-    const AVPacketSideData& data = from.side_data[i];
-    std::uint8_t* const copy = av_stream_new_side_data(&to, data.type, data.size);
-    if (copy == nullptr)
-      throw std::bad_alloc();
-    std::copy_n(data.data, data.size, copy);
+      return dataAction(stream, input, format);
   }
 }
 
@@ -106,76 +87,32 @@ void moveBy(std::int64_t microseconds, AVPacket& packet, AVRational timeBase) {
 
 }  // namespace
 
-bool isSameKind(const AVInputFormat& in, const AVOutputFormat& out) {
-  const std::string_view list = in.name, name = out.name;
-  return list == name || (containerOf(list) != 0 && containerOf(list) == containerOf(name));
-}
-
-std::string describeStream(const AVStream& stream) {
-  const char* const kind = av_get_media_type_string(stream.codecpar->codec_type);
-  return std::string(kind != nullptr ? kind : "unknown") + ", " +
-         avcodec_get_name(stream.codecpar->codec_id);
-}
-
-std::vector<StreamFate> streamFates(MediaInput& input, const AVOutputFormat& format) {
-  std::vector<StreamFate> fates;
+std::vector<StreamAction> streamActions(MediaInput& input, const AVOutputFormat& format) {
+  std::vector<StreamAction> actions;
   for (unsigned i = 0; i < input.file().nb_streams; ++i) {
     const AVStream& stream = *input.file().streams[i];
-    fates.push_back(&stream == &input.video() ? StreamFate::kBurn : fateOf(stream, input, format));
+    actions.push_back(&stream == &input.video() ? StreamAction::kBurn
+                                                : actionFor(stream, input, format));
   }
-  return fates;
-}
-
-void setTimecodeTag(MediaOutput& output, AVStream& video, const std::string& timecode) {
-  const char* const text = timecode.empty() ? nullptr : timecode.c_str();  // null deletes
-  av_dict_set(&video.metadata, kTimecodeKey, text, 0);
-  AVDictionary*& fileTags = output.file().metadata;
-  if (av_dict_get(fileTags, kTimecodeKey, nullptr, 0) != nullptr)
-    av_dict_set(&fileTags, kTimecodeKey, text, 0);
-}
-
-void keepTimecodeTag(MediaOutput& output, const AVStream& video) {
-  const AVDictionaryEntry* const tag = av_dict_get(video.metadata, kTimecodeKey, nullptr, 0);
-  if (tag != nullptr && containerOf(output.format().name) == kAVI)
-    av_dict_set(&output.file().metadata, kTimecodeKey, tag->value, 0);
-}
-
-void copyFacts(const AVStream& from, AVStream& to) {
-  to.time_base = from.time_base;
-  to.avg_frame_rate = from.avg_frame_rate;
-  to.r_frame_rate = from.r_frame_rate;
-  to.sample_aspect_ratio = from.sample_aspect_ratio;
-  to.disposition = from.disposition;
-  av_dict_copy(&to.metadata, from.metadata, 0);
-  copySideData(from, to);
-}
-
-void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format) {
-  if (avcodec_parameters_copy(to.codecpar, from.codecpar) < 0)
-    throw std::bad_alloc();
-  to.codecpar->codec_tag = tagFor(*from.codecpar, format);
-  // Readers set the one or the other, and the writer of QuickTime looks at the codec's.
-  const AVRational shape = from.sample_aspect_ratio.num != 0 ? from.sample_aspect_ratio
-                                                             : from.codecpar->sample_aspect_ratio;
-  to.sample_aspect_ratio = to.codecpar->sample_aspect_ratio = shape;
+  return actions;
 }
 
 StreamCopier::StreamCopier(MediaInput& input, MediaOutput& output,
-                           const std::vector<StreamFate>& fates, const TimeWindow& window,
+                           const std::vector<StreamAction>& actions, const TimeWindow& window,
                            const std::optional<std::string>& timecode)
     : input_(input), output_(output), window_(window) {
   for (unsigned i = 0; i < input.file().nb_streams; ++i) {
     const AVStream& from = *input.file().streams[i];
-    through_.push_back(fates[i] != StreamFate::kCopy ||
+    through_.push_back(actions[i] != StreamAction::kCopy ||
                        from.codecpar->codec_type != AVMEDIA_TYPE_AUDIO);
-    if (fates[i] == StreamFate::kLeaveOut || fates[i] == StreamFate::kTimecode) {
+    if (actions[i] == StreamAction::kLeaveOut || actions[i] == StreamAction::kTimecode) {
       target_.push_back(-1);
       continue;
     }
     AVStream& to = output.addStream();
     target_.push_back(to.index);
     copyFacts(from, to);
-    if (fates[i] == StreamFate::kCopy)
+    if (actions[i] == StreamAction::kCopy)
       copyCodec(from, to, output.format());
     else
       videoIndex_ = to.index;

@@ -6,6 +6,7 @@
 
 #include "media/media_input.h"
 #include "media/media_output.h"
+#include "media/stream_facts.h"
 
 #include <cstdint>
 #include <limits>
@@ -16,7 +17,7 @@
 namespace nkdraw::media {
 
 /// What becomes of a stream of the input.
-enum class StreamFate {
+enum class StreamAction {
   kBurn,      ///< it is the video that is drawn on
   kCopy,      ///< its packets are copied
   kTimecode,  ///< its timecode is written as the video's, which makes a new track where there are
@@ -24,14 +25,9 @@ enum class StreamFate {
   kLeaveOut,  ///< the output's kind of file has no place for it
 };
 
-/// One fate for each stream. Throws Failure when sound, pictures or subtitles would be lost.
-[[nodiscard]] std::vector<StreamFate> streamFates(MediaInput& input, const AVOutputFormat& format);
-
-/// Whether FFmpeg reads and writes both kinds of files as one.
-[[nodiscard]] bool isSameKind(const AVInputFormat& in, const AVOutputFormat& out);
-
-/// "audio, pcm_s16le"
-[[nodiscard]] std::string describeStream(const AVStream& stream);
+/// One action for each stream. Throws Failure when sound, pictures or subtitles would be lost.
+[[nodiscard]] std::vector<StreamAction> streamActions(MediaInput& input,
+                                                      const AVOutputFormat& format);
 
 /// The part of the input that is kept, in FFmpeg's AV_TIME_BASE.
 struct TimeWindow {
@@ -43,26 +39,13 @@ struct TimeWindow {
   [[nodiscard]] bool isWhole() const { return end == std::numeric_limits<std::int64_t>::max(); }
 };
 
-/// Makes `timecode` the video's, and the file's where that has one; an empty one takes them away.
-void setTimecodeTag(MediaOutput& output, AVStream& video, const std::string& timecode);
-
-/// AVI has no tags of streams: there the video's timecode becomes the file's.
-void keepTimecodeTag(MediaOutput& output, const AVStream& video);
-
-/// Gives `to` the tags, disposition, shape, side data and times of `from`.
-void copyFacts(const AVStream& from, AVStream& to);
-
-/// Gives `to` the codec and the pixels' shape of `from`, with the tag that the output's kind of
-/// file has for the codec.
-void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format);
-
 /// Takes packets from the input to the output.
 class StreamCopier {
  public:
   /// Adds all streams that have a place in the output, in the input's order, copies tags and, for
   /// the whole clip, chapters. `timecode`, if given, becomes the video's timecode; an empty one
   /// takes the input's away.
-  StreamCopier(MediaInput& input, MediaOutput& output, const std::vector<StreamFate>& fates,
+  StreamCopier(MediaInput& input, MediaOutput& output, const std::vector<StreamAction>& actions,
                const TimeWindow& window, const std::optional<std::string>& timecode);
 
   /// The stream for the burnt video, whose codec the caller sets.

@@ -53,7 +53,8 @@ std::optional<TimecodeStart> fromTag(const char* tag, AVRational rate, const cha
 
 }  // namespace
 
-TimecodeStart timecodeFromOption(const std::string& text, AVRational rate) {
+TimecodeStart timecodeFromText(const std::string& text, AVRational rate,
+                               const std::string& origin) {
   const bool drop = asksForDrop(text);
   const auto type = typeFor(rate, drop);
   if (!type)
@@ -63,7 +64,7 @@ TimecodeStart timecodeFromOption(const std::string& text, AVRational rate) {
   if (!frame)
     throw Failure(ExitCode::kUsage, "not a timecode at this frame rate", text,
                   "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
-  return {*type, *frame, "--start-timecode", true};
+  return {*type, *frame, origin, true};
 }
 
 TimecodeStart timecodeOf(const AVFormatContext& file, const AVStream& video, AVRational rate) {

@@ -21,8 +21,10 @@ struct TimecodeStart {
   bool known = false;       // the file or the user gave it
 };
 
-/// From the text of the option. Throws Failure for one that is no timecode at this rate.
-[[nodiscard]] TimecodeStart timecodeFromOption(const std::string& text, AVRational rate);
+/// From a text that a user gave; `origin` says where. Throws Failure for one that is no timecode at
+/// this rate.
+[[nodiscard]] TimecodeStart timecodeFromText(const std::string& text, AVRational rate,
+                                             const std::string& origin);
 
 /// From the tags that the file keeps with its video, its timecode track or itself; else midnight.
 [[nodiscard]] TimecodeStart timecodeOf(const AVFormatContext& file, const AVStream& video,

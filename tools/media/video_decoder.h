@@ -5,7 +5,6 @@
 
 #include "media/libav.h"
 
-#include <functional>
 #include <string>
 
 namespace nkdraw::media {
@@ -15,9 +14,8 @@ class VideoDecoder {
   /// `name` is the file for messages. Throws Failure when no decoder reads the codec.
   VideoDecoder(const AVCodecParameters& video, AVRational timeBase, const std::string& name);
 
-  using TakeFrame = std::function<void(AVFrame& frame)>;
-  /// Decodes a packet, null at the end, and hands on every picture that is ready. Packets that
-  /// can't be decoded are passed over up to the first picture, and then throw Failure.
+  /// Decodes a packet, null at the end, and hands on every frame that is ready. Packets that
+  /// can't be decoded are passed over up to the first frame, and then throw Failure.
   void decode(const AVPacket* packet, const TakeFrame& take);
 
  private:

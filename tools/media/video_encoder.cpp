@@ -39,35 +39,31 @@ constexpr LosslessCodec kLossless[] = {
     {AV_PIX_FMT_RGBA64LE, AV_CODEC_ID_FFV1, AV_PIX_FMT_RGBA64LE, kAnyKind},
 };
 
-CodecChoice losslessChoice(AVPixelFormat drawn, const AVOutputFormat& format) {
+CodecChoice losslessChoice(const std::string& option, AVPixelFormat drawn,
+                           const AVOutputFormat& format) {
   const unsigned container = containerOf(format.name);
   for (const LosslessCodec& each : kLossless) {
     const bool usual = each.containers == kAnyKind ? holds(format, each.codec)
                                                    : (each.containers & container) != 0;
     if (each.drawn == drawn && usual) {
       if (const AVCodec* const codec = avcodec_find_encoder(each.codec))
-        return {codec, each.pixelFormat, {}};
+        return {codec, each.pixelFormat, {}, option};
     }
   }
   throw Failure(ExitCode::kUsage, "no lossless codec for this kind of file", format.name,
-                "choose one with --codec, or write .mov, .avi, .mkv or .nut");
+                "choose one with " + option + ", or write .mov, .avi, .mkv or .nut");
 }
 
 /// FFmpeg's raw encoder takes all formats, but only NUT keeps all of them apart.
-AVPixelFormat rawFormat(AVPixelFormat wanted, const AVOutputFormat& format) {
+AVPixelFormat rawFormat(AVPixelFormat wanted, const AVOutputFormat& format,
+                        const std::string& option) {
   const Layout* const layout = wipeLayoutOf(AV_CODEC_ID_RAWVIDEO, wanted);
   const unsigned containers = layout != nullptr ? layout->containers : unsigned{kNUT};
   if ((containers & containerOf(format.name)) == 0)
     throw Failure(ExitCode::kUsage, "this kind of file does not keep such raw frames",
                   std::string(format.name) + ", " + av_get_pix_fmt_name(wanted),
-                  "choose another --codec, or write " + containerNames(containers));
+                  "choose another " + option + ", or write " + containerNames(containers));
   return wanted;
-}
-
-void parseOptions(const CodecChoice& choice, Options& options) {
-  if (av_dict_parse_string(options.get(), choice.options.c_str(), "=", ":", 0) < 0)
-    throw Failure(ExitCode::kUsage, "codec options can't be read", choice.options,
-                  "write --codec NAME:KEY=VALUE:KEY=VALUE");
 }
 
 /// Some encoders write to standard error past FFmpeg's messages; each is silenced in its own way.
@@ -95,7 +91,7 @@ bool takes(const AVCodec& codec, AVPixelFormat format) {
 /// The pixel format among the options, which FFmpeg's encoders don't know as one of theirs.
 std::optional<AVPixelFormat> askedFormat(const CodecChoice& choice) {
   Options options;
-  parseOptions(choice, options);
+  readOptions(choice, options);
   const AVDictionaryEntry* const entry = av_dict_get(*options.get(), kPixelFormatKey, nullptr, 0);
   if (entry == nullptr)
     return std::nullopt;
@@ -110,30 +106,22 @@ bool hasAlpha(AVPixelFormat format) {
   return (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_ALPHA) != 0;
 }
 
-CodecChoice namedChoice(const std::string& request, AVPixelFormat drawn,
+/// What an encoder is fed unless that was asked for.
+AVPixelFormat usualFormat(const AVCodec& codec, AVPixelFormat drawn) {
+  return codec.pix_fmts != nullptr ? avcodec_find_best_pix_fmt_of_list(
+                                         codec.pix_fmts, drawn, hasAlpha(drawn) ? 1 : 0, nullptr)
+                                   : drawn;
+}
+
+CodecChoice namedChoice(const CodecRequest& request, AVPixelFormat drawn,
                         const AVOutputFormat& format) {
-  const std::size_t colon = std::min(request.find(':'), request.size());
-  const std::string name = request.substr(0, colon);
-  const AVCodec* codec = avcodec_find_encoder_by_name(name.c_str());
-  if (codec == nullptr) {
-    if (const AVCodecDescriptor* const family = avcodec_descriptor_get_by_name(name.c_str()))
-      codec = avcodec_find_encoder(family->id);
-  }
-  if (codec == nullptr || codec->type != AVMEDIA_TYPE_VIDEO)
-    throw Failure(ExitCode::kUsage, "no such video encoder", name, "see ffmpeg -encoders");
-  if (avformat_query_codec(&format, codec->id, FF_COMPLIANCE_NORMAL) == 0)
-    throw Failure(ExitCode::kUsage, "the output's kind of file does not hold this codec",
-                  std::string(format.name) + ", " + name, "choose another suffix or --codec");
-  CodecChoice choice = {codec, drawn, request.substr(std::min(colon + 1, request.size()))};
+  CodecChoice choice = namedEncoder(request, AVMEDIA_TYPE_VIDEO, format);
   const auto asked = askedFormat(choice);
-  const AVPixelFormat usual = drawn == AV_PIX_FMT_BGR0 ? AV_PIX_FMT_BGR24 : drawn;
-  if (codec->id == AV_CODEC_ID_RAWVIDEO)
-    choice.pixelFormat = rawFormat(asked.value_or(usual), format);
-  else if (asked)
-    choice.pixelFormat = *asked;
-  else if (codec->pix_fmts != nullptr)
-    choice.pixelFormat =
-        avcodec_find_best_pix_fmt_of_list(codec->pix_fmts, drawn, hasAlpha(drawn) ? 1 : 0, nullptr);
+  const AVPixelFormat usualRaw = drawn == AV_PIX_FMT_BGR0 ? AV_PIX_FMT_BGR24 : drawn;
+  if (choice.codec->id == AV_CODEC_ID_RAWVIDEO)
+    choice.pixelFormat = rawFormat(asked.value_or(usualRaw), format, request.option);
+  else
+    choice.pixelFormat = asked ? *asked : usualFormat(*choice.codec, drawn);
   return choice;
 }
 
@@ -144,18 +132,25 @@ bool isYUV(AVPixelFormat format) {
 
 }  // namespace
 
-CodecChoice chooseCodec(const std::optional<std::string>& request, AVPixelFormat drawn,
+CodecChoice chooseCodec(const CodecRequest& request, AVPixelFormat drawn,
                         const AVOutputFormat& format) {
-  return request ? namedChoice(*request, drawn, format) : losslessChoice(drawn, format);
+  return request.asked ? namedChoice(request, drawn, format)
+                       : losslessChoice(request.option, drawn, format);
 }
 
 VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, const FrameKind& frames,
                            const AVOutputFormat& format)
-    : encoder_(owned<CodecContext>(avcodec_alloc_context3(choice.codec))),
+    : choice_(choice),
+      encoder_(owned<CodecContext>(avcodec_alloc_context3(choice.codec))),
       converter_(choice.pixelFormat, frames.interlaced) {
+  describe(first, frames);
+  open(format);
+}
+
+void VideoEncoder::describe(const AVFrame& first, const FrameKind& frames) {
   encoder_->width = first.width;
   encoder_->height = first.height;
-  encoder_->pix_fmt = choice.pixelFormat;
+  encoder_->pix_fmt = choice_.pixelFormat;
   encoder_->time_base = av_inv_q(frames.rate);
   encoder_->framerate = frames.rate;
   encoder_->sample_aspect_ratio = first.sample_aspect_ratio;
@@ -164,8 +159,8 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
   encoder_->color_trc = first.color_trc;
   encoder_->colorspace = first.colorspace;
   encoder_->chroma_sample_location = first.chroma_location;
-  if (isYUV(choice.pixelFormat)) {
-    encoder_->color_range = isFullRange(choice.pixelFormat) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
+  if (isYUV(choice_.pixelFormat)) {
+    encoder_->color_range = isFullRange(choice_.pixelFormat) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
     if (!isYUV(static_cast<AVPixelFormat>(first.format)))
       encoder_->colorspace = matrixOf(first);
   }
@@ -173,27 +168,27 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
     encoder_->field_order = first.top_field_first != 0 ? AV_FIELD_TT : AV_FIELD_BB;
     encoder_->flags |= AV_CODEC_FLAG_INTERLACED_DCT;
   }
+}
+
+void VideoEncoder::open(const AVOutputFormat& format) {
   if ((format.flags & AVFMT_GLOBALHEADER) != 0)
     encoder_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
   encoder_->thread_count = 0;
-
   Options options;
-  parseOptions(choice, options);
+  readOptions(choice_, options);
   options.set(kPixelFormatKey, nullptr);
   if (!showsLibavMessages())
-    silence(*choice.codec, options);
+    silence(*choice_.codec, options);
   forgetLibavErrors();
   if (const int error = av_opt_set_dict2(encoder_.get(), options.get(), AV_OPT_SEARCH_CHILDREN);
       error < 0)
     throw Failure(
-        ExitCode::kUsage, "the encoder does not take an option's value", choice.codec->name,
-        explained(error, firstLibavError()) + "; see ffmpeg -h encoder=" + choice.codec->name);
-  if (const int error = avcodec_open2(encoder_.get(), choice.codec, options.get()); error < 0)
-    throw Failure(ExitCode::kProcessing, "the encoder refuses the video", choice.codec->name,
-                  explained(error, firstLibavError()) + "; choose another --codec");
-  if (const char* const unknown = options.unused())
-    throw Failure(ExitCode::kUsage, "the encoder has no such option", unknown,
-                  std::string("see ffmpeg -h encoder=") + choice.codec->name);
+        ExitCode::kUsage, "the encoder does not take an option's value", choice_.codec->name,
+        explained(error, firstLibavError()) + "; see ffmpeg -h encoder=" + choice_.codec->name);
+  if (const int error = avcodec_open2(encoder_.get(), choice_.codec, options.get()); error < 0)
+    throw Failure(ExitCode::kProcessing, "the encoder refuses the video", choice_.codec->name,
+                  explained(error, firstLibavError()) + "; choose another " + choice_.option);
+  checkAllKnown(choice_, options);
 }
 
 void VideoEncoder::describeTo(AVStream& stream) const {
@@ -205,26 +200,19 @@ void VideoEncoder::describeTo(AVStream& stream) const {
   stream.sample_aspect_ratio = encoder_->sample_aspect_ratio;
 }
 
-void VideoEncoder::encode(AVFrame* picture, std::int64_t index, const TakePacket& take) {
+void VideoEncoder::encode(AVFrame* frame, std::int64_t index, const TakePacket& take) {
   AVFrame* converted = nullptr;
-  if (picture != nullptr) {
-    converted = &converter_.convert(*picture);
+  if (frame != nullptr) {
+    converted = &converter_.convert(*frame);
     converted->pts = index;
     converted->pict_type = AV_PICTURE_TYPE_NONE;
   }
-  int error = avcodec_send_frame(encoder_.get(), converted);
-  while (error >= 0) {
-    error = avcodec_receive_packet(encoder_.get(), packet_.get());
-    if (error < 0)
-      break;
-    if (packet_->duration == 0)
-      packet_->duration = 1;
-    take(*packet_);
-    av_packet_unref(packet_.get());
-  }
-  if (error != AVERROR(EAGAIN) && error != AVERROR_EOF)
-    throw Failure(ExitCode::kProcessing, "a frame can't be encoded", encoder_->codec->name,
-                  explained(error) + "; choose another --codec");
+  const auto takeTimed = [&](AVPacket& packet) {
+    if (packet.duration == 0)
+      packet.duration = 1;
+    take(packet);
+  };
+  media::encode(*encoder_, converted, choice_, "a frame can't be encoded", takeTimed);
 }
 
 }  // namespace nkdraw::media

@@ -1,34 +1,26 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// FFmpeg's encoder for the burnt video, and which one is taken.
+// FFmpeg's encoder of one video stream, and which one is taken.
 #pragma once
 
+#include "media/encoder.h"
+#include "media/frame_converter.h"
 #include "media/frame_kind.h"
 #include "media/libav.h"
-#include "media/picture_converter.h"
 
-#include <functional>
-#include <optional>
-#include <string>
+#include <cstdint>
 
 namespace nkdraw::media {
 
-/// An encoder and what it is fed.
-struct CodecChoice {
-  const AVCodec* codec = nullptr;
-  AVPixelFormat pixelFormat = AV_PIX_FMT_NONE;
-  std::string options;  // "key=value:key=value"
-};
-
-/// The encoder that `request` names ("NAME" or "NAME:KEY=VALUE:...", pix_fmt among the keys), else
-/// a lossless one: v210 and uncompressed frames where such files are common, else FFV1. `drawn` is
-/// the format that the frames are drawn on in. Throws Failure.
-[[nodiscard]] CodecChoice chooseCodec(const std::optional<std::string>& request,
-                                      AVPixelFormat drawn, const AVOutputFormat& format);
+/// The encoder that the request asks for (pix_fmt among its options), else a lossless one: v210 and
+/// uncompressed frames where such files are common, else FFV1. `drawn` is the format that the
+/// frames are drawn on in. Throws Failure.
+[[nodiscard]] CodecChoice chooseCodec(const CodecRequest& request, AVPixelFormat drawn,
+                                      const AVOutputFormat& format);
 
 class VideoEncoder {
  public:
-  /// Encodes pictures like `first`, with its colours and shape.
+  /// Encodes frames like `first`, with its colours and shape. Throws Failure.
   VideoEncoder(const CodecChoice& choice, const AVFrame& first, const FrameKind& frames,
                const AVOutputFormat& format);
 
@@ -36,14 +28,16 @@ class VideoEncoder {
   void describeTo(AVStream& stream) const;
   [[nodiscard]] AVRational timeBase() const { return encoder_->time_base; }
 
-  using TakePacket = std::function<void(AVPacket& packet)>;
-  /// Encodes a picture, the output's frame `index`; null ends the clip.
-  void encode(AVFrame* picture, std::int64_t index, const TakePacket& take);
+  /// Encodes a frame, the output's frame `index`; null ends the clip.
+  void encode(AVFrame* frame, std::int64_t index, const TakePacket& take);
 
  private:
+  void describe(const AVFrame& first, const FrameKind& frames);
+  void open(const AVOutputFormat& format);
+
+  CodecChoice choice_;
   CodecContext encoder_;
-  PictureConverter converter_;
-  Packet packet_ = makePacket();
+  FrameConverter converter_;
 };
 
 }  // namespace nkdraw::media

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The video of a clip, one frame after the other, as packets or decoded.
+// The video of a clip, one frame after the other in the order of the file, each with its number: as
+// packets or decoded. The file is read once and never sought in.
 #pragma once
 
 #include "media/clip_facts.h"
+#include "media/frame_kind.h"
 #include "media/libav.h"
 #include "media/media_input.h"
 #include "media/timecode_source.h"
@@ -11,37 +13,62 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 
 namespace nkdraw::media {
 
-/// The file's own frames, of uncompressed video.
-class PacketFeed {
+/// What all feeds do: the clip's packets, told apart. Frames are what a feed's `next` gives.
+class VideoFeed {
  public:
-  using Unit = Packet;
-  /// Packets of other streams are not read from here on.
-  PacketFeed(MediaInput& input, const FrameKind& frames);
+  /// Reads on, and hands on what is not the video's, until `done` or the end of the file.
+  void readOthersUntil(const std::function<bool()>& done);
 
-  /// The next frame and its number; false at the end. Throws Failure or Interrupted.
-  bool next(Packet& packet, std::int64_t& index);
+ protected:
+  /// `others` gets the packets of the other streams while frames are asked for; without it they are
+  /// not read from here on.
+  VideoFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others);
+  ~VideoFeed() = default;
+
+  /// The video's next packet; false at the end. Throws Failure or Interrupted.
+  [[nodiscard]] bool read(AVPacket& packet);
+  [[nodiscard]] std::int64_t indexOf(std::int64_t time) { return clock_.indexOf(time); }
+  [[nodiscard]] MediaInput& input() { return input_; }
 
  private:
   MediaInput& input_;
+  TakePacket others_;
   FrameClock clock_;
 };
 
-class DecodedFeed {
+/// The file's own frames, of uncompressed video.
+class PacketFeed : public VideoFeed {
+ public:
+  using Unit = Packet;
+  /// The input must outlive the feed. `wanted` is taken by all feeds; packets are as they are.
+  PacketFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others = {},
+             FrameRange wanted = {});
+
+  /// The next frame and its number; false at the end. Throws Failure or Interrupted.
+  [[nodiscard]] bool next(Packet& packet, std::int64_t& index);
+};
+
+/// Decoded frames, in the pixel format that they decode to.
+class DecodedFeed : public VideoFeed {
  public:
   using Unit = Frame;
-  DecodedFeed(MediaInput& input, const FrameKind& frames);
+  /// As above. Frames outside of `wanted` may have any size.
+  DecodedFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others = {},
+              FrameRange wanted = {});
 
-  /// As above; also throws Failure for a frame of another size.
-  bool next(Frame& frame, std::int64_t& index);
+  /// As above; also throws Failure for a frame that can't be decoded or has another size.
+  [[nodiscard]] bool next(Frame& frame, std::int64_t& index);
 
  private:
-  MediaInput& input_;
+  void decodeMore();
+
   FrameKind frames_;
+  FrameRange wanted_;
   VideoDecoder decoder_;
-  FrameClock clock_;
   std::deque<Frame> ready_;
   bool ended_ = false;
 };

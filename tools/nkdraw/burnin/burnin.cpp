@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
+#include "burnin/burnin.h"
 #include "burnin/burnin_options.h"
-#include "burnin/clip_burnin.h"
-#include "burnin/pattern_burnin.h"
-#include "cli/commands.h"
-#include "cli/sub_command.h"
+#include "cli/command.h"
 #include "media/layouts.h"
 
 #include <cstdio>

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "burnin/burnin_options.h"
 
+#include "cli/option_group.h"
 #include "cli/option_values.h"
 #include "media/failure.h"
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -70,100 +69,70 @@ AVRational exactRate(AVRational rate) {
 void BurninArguments::addTo(CLI::App& command) {
   command.description(kDescription);
   command.footer(kMore);
-  command.add_option("INPUT", input_, "The clip; left out with --layout")->type_name("");
-  command.add_option("OUTPUT", output_, "The clip to write; its suffix says what kind of file")
-      ->type_name("");
+  OptionGroup plain(command);
+  plain.add("INPUT", input_, "", "The clip; left out with --layout");
+  plain.add("OUTPUT", output_, "", "The clip to write; its suffix says what kind of file");
   addOverlayTo(command);
   addLookTo(command);
   layers_.addTo(command);
   addWritingTo(command);
   addPatternTo(command);
-  command.add_flag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
-  command.add_flag("-v,--verbose", verbose_, "Say more, with FFmpeg's messages");
+  plain.addFlag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
+  plain.addFlag("-v,--verbose", run_.verbose, "Say more, with FFmpeg's messages");
 }
 
 void BurninArguments::addOverlayTo(CLI::App& command) {
-  constexpr char kGroup[] = "What is burnt in";
-  command.add_flag("--ltc", ltc_, "The row with the timecode (on by default)")->group(kGroup);
-  command.add_flag("--no-ltc", noLtc_, "Leave it out")->group(kGroup);
-  command.add_flag("--vitc", vitc_, "A second row with the timecode, for VITC")->group(kGroup);
-  command.add_flag("--clock", clock_, "A row with the time of day")->group(kGroup);
-  command.add_flag("--format-line", formatLine_, "A line that names the source's format")
-      ->group(kGroup);
-  command
-      .add_option("--text", texts_,
-                  "A text with its upper left corner at that pixel, up to\n"
-                  "ten times; characters are 24 pixels wide, 31 rows high")
-      ->type_name("X,Y,TEXT")
-      ->allow_extra_args(false)
-      ->group(kGroup);
-  command
-      .add_option("--start-timecode", startTimecode_,
-                  "The first frame's timecode, instead of the file's;\n"
-                  "';' before the frames counts drop-frame")
-      ->type_name("HH:MM:SS:FF")
-      ->group(kGroup);
+  OptionGroup group(command, "What is burnt in");
+  group.addFlag("--ltc", ltc_, "The row with the timecode (on by default)");
+  group.addFlag("--no-ltc", noLtc_, "Leave it out");
+  group.addFlag("--vitc", vitc_, "A second row with the timecode, for VITC");
+  group.addFlag("--clock", clock_, "A row with the time of day");
+  group.addFlag("--format-line", formatLine_, "A line that names the source's format");
+  group
+      .add("--text", texts_, "X,Y,TEXT",
+           "A text with its upper left corner at that pixel, up to\n"
+           "ten times; characters are 24 pixels wide, 31 rows high")
+      .allow_extra_args(false);
+  group.add(kStartOption, startTimecode_, "HH:MM:SS:FF",
+            "The first frame's timecode, instead of the file's;\n"
+            "';' before the frames counts drop-frame");
 }
 
 void BurninArguments::addLookTo(CLI::App& command) {
-  constexpr char kGroup[] = "How it looks";
-  command
-      .add_option("--position", position_,
-                  "Upper left corner of the timecode rows (lower left of\nthe frame by default)")
-      ->type_name("X,Y")
-      ->group(kGroup);
-  command
-      .add_option("--size", size_,
-                  "Magnification of the timecode rows' 8 by 10 pixel\n"
-                  "characters, 1 to 20 (by the frame's height: 4 at 1080)")
-      ->type_name("N")
-      ->group(kGroup);
-  command.add_flag("--fill", fill_, "A black box behind the texts (on by default)")->group(kGroup);
-  command.add_flag("--no-fill", noFill_, "Leave it out")->group(kGroup);
+  OptionGroup group(command, "How it looks");
+  group.add("--position", position_, "X,Y",
+            "Upper left corner of the timecode rows (lower left of\nthe frame by default)");
+  group.add("--size", size_, "N",
+            "Magnification of the timecode rows' 8 by 10 pixel\n"
+            "characters, 1 to 20 (by the frame's height: 4 at 1080)");
+  group.addFlag("--fill", fill_, "A black box behind the texts (on by default)");
+  group.addFlag("--no-fill", noFill_, "Leave it out");
 }
 
 void BurninArguments::addWritingTo(CLI::App& command) {
-  constexpr char kGroup[] = "What is written";
-  command
-      .add_option("--frames", frames_,
-                  "These frames only, counted from 0, with the sound that\nbelongs to them")
-      ->type_name("FROM-TO")
-      ->group(kGroup);
-  command.add_option("--still", still_, "Frame N as a picture; OUTPUT ends in .png")
-      ->type_name("N")
-      ->group(kGroup);
-  command
-      .add_option("--codec", codec_,
-                  "Encode with this encoder of FFmpeg (losslessly, by\n"
-                  "layout and kind of file)")
-      ->type_name("NAME[:KEY=VALUE...]")
-      ->group(kGroup);
-  command.add_flag("--overwrite", overwrite_, "Replace OUTPUT if it exists")->group(kGroup);
-  command.add_flag("--dry-run", dryRun_, "Say what would be done and write nothing")->group(kGroup);
+  OptionGroup group(command, "What is written");
+  group.add("--frames", frames_, "FROM-TO",
+            "These frames only, counted from 0, with the sound that\nbelongs to them");
+  group.add("--still", still_, "N", "Frame N as a picture; OUTPUT ends in .png");
+  group.add("--codec", codec_, "NAME[:KEY=VALUE...]",
+            "Encode with this encoder of FFmpeg (losslessly, by\n"
+            "layout and kind of file)");
+  group.addFlag("--overwrite", run_.overwrite, "Replace OUTPUT if it exists");
+  group.addFlag("--dry-run", run_.dryRun, "Say what would be done and write nothing");
 }
 
 void BurninArguments::addPatternTo(CLI::App& command) {
-  constexpr char kGroup[] = "Test pattern";
-  command.add_option("--layout", layout_, "Burn into a test pattern in this layout")
-      ->type_name("NAME")
-      ->group(kGroup);
-  command.add_option("--pattern-size", patternSize_, "Its frame size (1920x1080)")
-      ->type_name("WxH")
-      ->group(kGroup);
-  command.add_option("--pattern-rate", patternRate_, "Its frames a second (25)")
-      ->type_name("RATE")
-      ->group(kGroup);
-  command.add_option("--pattern-frames", patternFrames_, "How many frames it has (250)")
-      ->type_name("N")
-      ->group(kGroup);
+  OptionGroup group(command, "Test pattern");
+  group.add("--layout", layout_, "NAME", "Burn into a test pattern in this layout");
+  group.add("--pattern-size", patternSize_, "WxH", "Its frame size (1920x1080)");
+  group.add("--pattern-rate", patternRate_, "RATE", "Its frames a second (25)");
+  group.add("--pattern-frames", patternFrames_, "N", "How many frames it has (250)");
 }
 
 BurninOptions BurninArguments::read() const {
   BurninOptions options;
-  options.overwrite = overwrite_;
-  options.dryRun = dryRun_;
+  static_cast<RunOptions&>(options) = run_;
   options.listLayouts = listLayouts_;
-  options.verbose = verbose_;
   if (listLayouts_)
     return options;
   readFiles(options);
@@ -171,12 +140,12 @@ BurninOptions BurninArguments::read() const {
   readRange(options);
   readPattern(options);
   if (startTimecode_ && startTimecode_->empty())
-    badValue("--start-timecode", "", "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
+    badValue(kStartOption, "", "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
   options.startTimecode = startTimecode_;
   if (codec_ && codec_->empty())
     badValue("--codec", "", "see ffmpeg -encoders");
-  options.codec = codec_;
-  if (options.still && options.codec)
+  options.codec.asked = codec_;
+  if (options.still && codec_)
     badValue("--codec", *codec_, "leave it out: a still is always PNG");
   return options;
 }
@@ -225,12 +194,8 @@ void BurninArguments::readLook(OverlayRequest& overlay) const {
   if (size_)
     overlay.size = static_cast<unsigned>(
         readNumber("--size", *size_, 1, kLargestSize, "write a whole number from 1 to 20"));
-  if (position_) {
-    std::string_view left = *position_;
-    overlay.position = takePair(left, ',');
-    if (!overlay.position || !left.empty())
-      badValue("--position", *position_, "write X,Y in pixels");
-  }
+  if (position_)
+    overlay.position = readPoint("--position", *position_);
 }
 
 void BurninArguments::readTexts(OverlayRequest& overlay) const {
@@ -243,7 +208,7 @@ void BurninArguments::readTexts(OverlayRequest& overlay) const {
     overlay.texts.push_back(readText(text));
 }
 
-void BurninArguments::readRange(BurninOptions& options) const {
+void BurninArguments::readStill(BurninOptions& options) const {
   if (still_) {
     if (frames_)
       badValue("--frames", *frames_, "leave it out: --still names the frame");
@@ -257,6 +222,10 @@ void BurninArguments::readRange(BurninOptions& options) const {
     throw Failure(
         ExitCode::kUsage, isPicture ? "a picture needs a frame" : "a still is written as PNG",
         options.output, isPicture ? "give --still N" : "name an output that ends in .png");
+}
+
+void BurninArguments::readRange(BurninOptions& options) const {
+  readStill(options);
   if (!frames_)
     return;
   std::string_view left = *frames_;
@@ -277,6 +246,10 @@ void BurninArguments::readPattern(BurninOptions& options) const {
     if (options.layout == nullptr)
       badValue("--layout", *layout_, "see nkdraw burnin --list-layouts");
   }
+  readPatternShape(options.pattern);
+}
+
+void BurninArguments::readPatternShape(PatternOptions& pattern) const {
   if (patternSize_) {
     std::string_view left = *patternSize_;
     const auto size = takePair(left, 'x');
@@ -284,19 +257,19 @@ void BurninArguments::readPattern(BurninOptions& options) const {
     if (!size || !left.empty() || std::min(size->x, size->y) < kSmallest ||
         std::max(size->x, size->y) > kLargest)
       badValue("--pattern-size", *patternSize_, "write WxH, 32x32 to 16384x16384");
-    options.pattern.width = size->x;
-    options.pattern.height = size->y;
+    pattern.width = size->x;
+    pattern.height = size->y;
   }
   if (patternRate_) {
     AVRational rate = {};
     if (av_parse_ratio(&rate, patternRate_->c_str(), 1001000, AV_LOG_QUIET, nullptr) < 0 ||
         rate.num <= 0 || rate.den <= 0)
       badValue("--pattern-rate", *patternRate_, "write frames a second: 25, 29.97, 30000/1001");
-    options.pattern.rate = exactRate(rate);
+    pattern.rate = exactRate(rate);
   }
   if (patternFrames_)
-    options.pattern.frames = readNumber("--pattern-frames", *patternFrames_, 1, kMostFrames,
-                                        "write how many frames, 1 or more");
+    pattern.frames = readNumber("--pattern-frames", *patternFrames_, 1, kMostFrames,
+                                "write how many frames, 1 or more");
 }
 
 }  // namespace nkdraw::tool

@@ -6,6 +6,9 @@
 #include "burnin/job.h"
 #include "burnin/layer_options.h"
 #include "burnin/overlay_plan.h"
+#include "cli/run_options.h"
+#include "cli/using_media.h"
+#include "media/encoder.h"
 
 #include <cstdint>
 #include <optional>
@@ -24,18 +27,21 @@ struct PatternOptions {
   std::int64_t frames = 250;
 };
 
+/// The option of BurninOptions::startTimecode.
+inline constexpr char kStartOption[] = "--start-timecode";
+
 /// What a run was asked for.
-struct BurninOptions {
+struct BurninOptions : RunOptions {
   std::optional<std::string> input;  // none: the test pattern
   std::string output;
   OverlayRequest overlay;
   std::optional<std::string> startTimecode;
   FrameRange range;
   bool still = false;  // the range is one frame, the output a picture
-  std::optional<std::string> codec;
+  CodecRequest codec = {"--codec", {}};
   const Layout* layout = nullptr;  // of the test pattern
   PatternOptions pattern;
-  bool overwrite = false, dryRun = false, listLayouts = false, verbose = false;
+  bool listLayouts = false;
 };
 
 /// The options as they stand on the command line.
@@ -57,16 +63,20 @@ class BurninArguments {
   void readLook(OverlayRequest& overlay) const;
   void readTexts(OverlayRequest& overlay) const;
   void readRange(BurninOptions& options) const;
+  void readStill(BurninOptions& options) const;
   void readPattern(BurninOptions& options) const;
+  void readPatternShape(PatternOptions& pattern) const;
 
   std::optional<std::string> input_, output_;  // one alone is the output
   std::vector<std::string> texts_;
-  std::optional<std::string> position_, size_, startTimecode_, frames_, still_, codec_;
+  std::optional<std::string> position_, size_, startTimecode_, frames_, still_;
+  std::optional<std::string> codec_;
   std::optional<std::string> layout_, patternSize_, patternRate_, patternFrames_;
   LayerArguments layers_;
   bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, formatLine_ = false;
   bool fill_ = false, noFill_ = false;
-  bool overwrite_ = false, dryRun_ = false, listLayouts_ = false, verbose_ = false;
+  RunOptions run_;
+  bool listLayouts_ = false;
 };
 
 }  // namespace nkdraw::tool

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: BSD-2-Clause
-#include "burnin/clip_burnin.h"
+#include "burnin/burnin.h"
 
+#include "burnin/clip_frames.h"
 #include "burnin/clip_plan.h"
-#include "burnin/converting_road.h"
-#include "burnin/native_road.h"
 #include "cli/progress.h"
+#include "cli/run_options.h"
 #include "media/clip_facts.h"
 #include "media/failure.h"
 #include "media/output_file.h"
-#include "media/raw_stream.h"
-#include "media/still.h"
+#include "media/stream_facts.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -41,8 +40,6 @@ void checkWritten(std::int64_t written, bool pastRange, MediaInput& input,
                 "frames count from 0; see nkdraw burnin --dry-run");
 }
 
-void noOther(AVPacket& /*packet*/) {}
-
 class ClipWriter {
  public:
   ClipWriter(MediaInput& input, const ClipPlan& plan, const BurninOptions& options)
@@ -50,11 +47,11 @@ class ClipWriter {
         plan_(plan),
         file_(options.output, options.overwrite),
         output_(file_.temporary(), *plan.format, options.output),
-        copier_(input, output_, plan.fates, plan.window, plan.timecodeTag),
+        copier_(input, output_, plan.actions, plan.window, plan.timecodeTag),
         progress_(expectedFrames(input, plan.job.range)) {}
 
   void write() {
-    const bool pastRange = plan_.job.inPlace ? writeInPlace() : writeConverted();
+    const bool pastRange = plan_.job.inPlace ? writeInPlace() : writeTranscoded();
     checkWritten(written_, pastRange, input_, plan_.job.range);
     output_.finish();
     file_.commit();
@@ -62,27 +59,22 @@ class ClipWriter {
 
  private:
   bool writeInPlace() {
-    NativeRoad road(input_, plan_.job);
+    InPlaceFrames frames(input_, plan_.job);
     AVStream& video = copier_.video();
     const bool sameKind = isSameKind(*input_.file().iformat, *plan_.format);
-    if (sameKind) {
-      copyCodec(input_.video(), video, *plan_.format);
-    } else {
-      road.makePlain();
-      copyCodec(input_.video(), video, *plan_.format);
+    copyCodec(input_.video(), video, *plan_.format);
+    if (!sameKind) {
+      frames.makePlain();
       describeRaw(video, *plan_.job.layout, plan_.job.frames, *plan_.format);
     }
     output_.begin();
-    return road.run(
-        [&](AVPacket& packet, std::int64_t index) {
-          if (!sameKind && isOnTheGrid(packet, index))
-            writeByNumber(packet, index);
-          else
-            copier_.writeVideo(packet);
-          noteFrame();
-        },
-        [this](AVPacket& packet) { copier_.write(packet); },
-        [this] { return copier_.audioIsThrough(); });
+    return burnRange(input_, plan_.job, frames, others_, [&](AVPacket& packet, std::int64_t index) {
+      if (!sameKind && isOnTheGrid(packet, index))
+        writeByNumber(packet, index);
+      else
+        copier_.writeVideo(packet);
+      noteFrame();
+    });
   }
 
   /// Whether the packet's time is that of its number, as closely as the input's clock can tell, and
@@ -104,7 +96,7 @@ class ClipWriter {
     copier_.writeEncoded(packet, av_inv_q(plan_.job.frames.rate));
   }
 
-  bool writeConverted() {
+  bool writeTranscoded() {
     const Frame example = exampleOf(input_, plan_.drawn);
     VideoEncoder encoder(*plan_.codec, *example, plan_.job.frames, *plan_.format);
     encoder.describeTo(copier_.video());
@@ -112,18 +104,13 @@ class ClipWriter {
       copier_.video().codecpar->field_order = input_.video().codecpar->field_order;
     output_.begin();
     const auto take = [&](AVPacket& packet) { copier_.writeEncoded(packet, encoder.timeBase()); };
-    ConvertingRoad road(input_, plan_.job, plan_.drawn);
-    std::int64_t next = 0;
-    const bool pastRange = road.run(
-        [&](AVFrame& picture, std::int64_t index) {
-          // Two frames at one time are written one after the other.
-          const std::int64_t place = std::max(index - plan_.job.range.first, next);
-          next = place + 1;
-          encoder.encode(&picture, place, take);
+    TranscodedFrames frames(plan_.job, plan_.drawn);
+    FramePlaces places;
+    const bool pastRange =
+        burnRange(input_, plan_.job, frames, others_, [&](AVFrame& frame, std::int64_t index) {
+          encoder.encode(&frame, places.placeOf(index - plan_.job.range.first), take);
           noteFrame();
-        },
-        [this](AVPacket& packet) { copier_.write(packet); },
-        [this] { return copier_.audioIsThrough(); });
+        });
     encoder.encode(nullptr, 0, take);
     return pastRange;
   }
@@ -139,30 +126,37 @@ class ClipWriter {
   MediaOutput output_;
   StreamCopier copier_;
   Progress progress_;
+  OtherPackets others_ = {[this](AVPacket& packet) { copier_.write(packet); },
+                          [this] { return copier_.audioIsThrough(); }};
   std::int64_t written_ = 0;
   std::int64_t next_ = 0;  // the least number that no frame has yet
 };
 
+/// Hands on the frames of the range, burnt; returns whether the video has one past it.
+bool burnStill(MediaInput& input, const ClipPlan& plan, const TakeFrame& take) {
+  const OtherPackets none = {[](AVPacket&) {}, [] { return true; }};
+  if (!plan.job.inPlace) {
+    TranscodedFrames frames(plan.job, plan.drawn);
+    return burnRange(input, plan.job, frames, none,
+                     [&](AVFrame& frame, std::int64_t) { take(frame); });
+  }
+  AVStream& video = input.video();
+  VideoDecoder decoder(*video.codecpar, video.time_base, input.path());
+  InPlaceFrames frames(input, plan.job);
+  const bool pastRange =
+      burnRange(input, plan.job, frames, none,
+                [&](AVPacket& packet, std::int64_t) { decoder.decode(&packet, take); });
+  decoder.decode(nullptr, take);
+  return pastRange;
+}
+
 void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
   OutputFile file(options.output, options.overwrite);
   std::int64_t written = 0;
-  const auto take = [&](AVFrame& picture) {
+  const bool pastRange = burnStill(input, plan, [&](AVFrame& frame) {
     if (written++ == 0)
-      writeStill(picture, file.temporary(), options.output);
-  };
-  const auto done = [] { return true; };
-  bool pastRange = false;
-  if (plan.job.inPlace) {
-    AVStream& video = input.video();
-    VideoDecoder decoder(*video.codecpar, video.time_base, input.path());
-    pastRange = NativeRoad(input, plan.job)
-                    .run([&](AVPacket& packet, std::int64_t) { decoder.decode(&packet, take); },
-                         noOther, done);
-    decoder.decode(nullptr, take);
-  } else {
-    pastRange = ConvertingRoad(input, plan.job, plan.drawn)
-                    .run([&](AVFrame& picture, std::int64_t) { take(picture); }, noOther, done);
-  }
+      writeStill(frame, file.temporary(), options.output);
+  });
   checkWritten(written, pastRange, input, plan.job.range);
   file.commit();
 }
@@ -170,15 +164,11 @@ void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions
 }  // namespace
 
 void burnClip(const BurninOptions& options) {
-  if (isSameFile(*options.input, options.output))
-    throw Failure(ExitCode::kUsage, "the output is the input", options.output,
-                  "choose another name");
+  checkIsAnother(options.output, *options.input, "the output is the input");
   MediaInput input(*options.input);
   const ClipPlan plan = planClip(input, options);
-  checkOutputName(options.output, options.overwrite);
-  if (options.dryRun || options.verbose)
-    describe(options.dryRun ? stdout : stderr, input, plan, options);
-  if (options.dryRun)
+  checkOutput(options.output, options);
+  if (!announce(options, [&](std::FILE* to) { describe(to, input, plan, options); }))
     return;
   if (options.still)
     writeClipStill(input, plan, options);

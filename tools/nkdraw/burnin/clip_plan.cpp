@@ -5,8 +5,7 @@
 #include "media/clip_facts.h"
 #include "media/drawn_format.h"
 #include "media/failure.h"
-#include "media/output_file.h"
-#include "media/raw_stream.h"
+#include "media/stream_facts.h"
 
 #include <algorithm>
 
@@ -41,17 +40,18 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
   if (!job.inPlace)
     plan.codec = chooseCodec(options.codec, plan.drawn, *plan.format);
   else if (!isSameKind(*input.file().iformat, *plan.format))
-    checkKeeps(*plan.format, *job.layout);
-  plan.fates = streamFates(input, *plan.format);
+    checkKeeps(*plan.format, *job.layout, options.codec.option);
+  plan.actions = streamActions(input, *plan.format);
   if (!counts)
-    std::ranges::replace(plan.fates, StreamFate::kTimecode, StreamFate::kLeaveOut);
+    std::ranges::replace(plan.actions, StreamAction::kTimecode, StreamAction::kLeaveOut);
 }
 
-const char* fateText(StreamFate fate) {
-  switch (fate) {
-    case StreamFate::kCopy:
+/// What the run says of a stream.
+const char* actionText(StreamAction action) {
+  switch (action) {
+    case StreamAction::kCopy:
       return "copied";
-    case StreamFate::kTimecode:
+    case StreamAction::kTimecode:
       return "kept as the video's timecode";
     default:
       return "left out";
@@ -64,14 +64,15 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   ClipPlan plan;
   Job& job = plan.job;
   const Layout* const own = ownLayout(input);
-  job.inPlace = own != nullptr && !options.codec;
+  job.inPlace = own != nullptr && !options.codec.asked;
   if (!job.inPlace)
     plan.drawn = drawnFormat(decodedFormat(input));
   job.layout = job.inPlace ? own : &canvasFor(plan.drawn);
   job.frames = framesOf(input, own);
   job.frames.pairs = isYCbCr(job.layout->type);
-  job.timecode = options.startTimecode ? timecodeFromOption(*options.startTimecode, job.frames.rate)
-                                       : timecodeOf(input.file(), input.video(), job.frames.rate);
+  job.timecode = options.startTimecode
+                     ? timecodeFromText(*options.startTimecode, job.frames.rate, kStartOption)
+                     : timecodeOf(input.file(), input.video(), job.frames.rate);
   job.range = options.range;
   job.plan = planOverlay(options.overlay, job.frames, job.timecode);
   job.captions = captionsFor(job);
@@ -119,22 +120,19 @@ void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
   std::fprintf(to, "input     %s: %s, %s%s\n", input.path().c_str(), input.file().iformat->name,
                avcodec_get_name(input.video().codecpar->codec_id),
                frames > 0 ? (", " + std::to_string(frames) + " frames").c_str() : "");
-  std::fprintf(to, "road      %s\n",
+  std::fprintf(to, "method    %s\n",
                plan.job.inPlace ? "in place: the file's own frames are drawn on"
-                                : "converting: frames are decoded and converted");
+                                : "transcode: frames are decoded, drawn on and encoded");
   describe(to, plan.job);
-  for (std::size_t i = 0; i < plan.fates.size(); ++i) {
-    if (plan.fates[i] == StreamFate::kBurn)
+  for (std::size_t i = 0; i < plan.actions.size(); ++i) {
+    if (plan.actions[i] == StreamAction::kBurn)
       continue;
     std::fprintf(to, "stream %zu  %s: %s\n", i, describeStream(*input.file().streams[i]).c_str(),
-                 fateText(plan.fates[i]));
+                 actionText(plan.actions[i]));
   }
-  std::string codec = "unchanged";
-  if (options.still)
-    codec = "png, one picture";
-  else if (plan.codec)
-    codec =
-        std::string(plan.codec->codec->name) + ", " + av_get_pix_fmt_name(plan.codec->pixelFormat);
+  const std::string codec = options.still ? "png, one picture"
+                            : plan.codec  ? codecText(*plan.codec)
+                                          : "unchanged";
   std::fprintf(to, "codec     %s\n", codec.c_str());
   std::fprintf(to, "output    %s%s%s\n", options.output.c_str(), plan.format != nullptr ? ": " : "",
                plan.format != nullptr ? plan.format->name : "");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Everything that is settled about a clip before its first frame: the road, the layout, the
-// timecode, the texts' places, the codec and the output.
+// Everything that is settled about a clip before its first frame: whether it is burnt in place, the
+// layout, the timecode, the texts' places, the codec and the output.
 #pragma once
 
 #include "burnin/burnin_options.h"
@@ -23,7 +23,7 @@ struct ClipPlan {
   AVPixelFormat drawn = AV_PIX_FMT_NONE;   // of decoded frames
   const AVOutputFormat* format = nullptr;  // null for a still
   std::optional<CodecChoice> codec;        // when frames are encoded
-  std::vector<StreamFate> fates;
+  std::vector<StreamAction> actions;
   TimeWindow window;
   std::optional<std::string> timecodeTag;  // the first written frame's; empty to drop the input's
 };

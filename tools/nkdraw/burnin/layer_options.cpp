@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "burnin/layer_options.h"
 
-#include "burnin/watermark_probe.h"
+#include "burnin/layer_sources.h"
+#include "cli/option_group.h"
 #include "cli/option_values.h"
 #include "media/failure.h"
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <span>
@@ -17,14 +16,6 @@ namespace {
 constexpr std::size_t kOptionChannels = 4;  // the text channels are left to the settings
 constexpr unsigned kFirstOfSecondField = 3, kLastOfSecondField = 4;  // T1 and T2 are of the first
 constexpr unsigned kThirdText = 7;
-
-Point readPlace(const std::string& option, const std::string& value) {
-  std::string_view left = value;
-  const auto place = takePair(left, ',');
-  if (!place || !left.empty())
-    badValue(option, value, "write X,Y in pixels");
-  return *place;
-}
 
 unsigned readChannel(const std::string& value) {
   const auto channels = std::span(kCaptionChannels).first<kOptionChannels>();
@@ -48,32 +39,17 @@ bool isOfSecondField(unsigned source) {
 }  // namespace
 
 void LayerArguments::addTo(CLI::App& command) {
-  constexpr char kGroup[] = "More layers";
-  command
-      .add_option("--settings", settings_,
-                  "Begin with the overlay's settings in its store (see\n"
-                  "nkdraw config) or in an INI file; options come on top")
-      ->type_name("store|FILE.ini")
-      ->group(kGroup);
-  command.add_option("--watermark", watermark_, "A picture, blended in by its own alpha")
-      ->type_name("FILE")
-      ->group(kGroup);
-  command.add_option("--watermark-at", watermarkAt_, "Its upper left corner (400,400 unless set)")
-      ->type_name("X,Y")
-      ->group(kGroup);
-  command.add_flag("--captions", captions_, "The closed captions that the video brings")
-      ->group(kGroup);
-  command.add_option("--captions-file", captionsFile_, "Captions from a Scenarist file")
-      ->type_name("FILE.scc")
-      ->group(kGroup);
-  command.add_option("--caption-channel", captionChannel_, "CC1 to CC4 (CC1 unless set)")
-      ->type_name("CHANNEL")
-      ->group(kGroup);
-  command.add_flag("--meters", meters_, "Level meters of the clip's first sound, up to 8 channels")
-      ->group(kGroup);
-  command.add_option("--meters-at", metersAt_, "Their upper left corner (20,100 unless set)")
-      ->type_name("X,Y")
-      ->group(kGroup);
+  OptionGroup group(command, "More layers");
+  group.add("--settings", settings_, "store|FILE.ini",
+            "Begin with the overlay's settings in its store (see\n"
+            "nkdraw config) or in an INI file; options come on top");
+  group.add("--watermark", watermark_, "FILE", "A picture, blended in by its own alpha");
+  group.add("--watermark-at", watermarkAt_, "X,Y", "Its upper left corner (400,400 unless set)");
+  group.addFlag("--captions", captions_, "The closed captions that the video brings");
+  group.add("--captions-file", captionsFile_, "FILE.scc", "Captions from a Scenarist file");
+  group.add("--caption-channel", captionChannel_, "CHANNEL", "CC1 to CC4 (CC1 unless set)");
+  group.addFlag("--meters", meters_, "Level meters of the clip's first sound, up to 8 channels");
+  group.add("--meters-at", metersAt_, "X,Y", "Their upper left corner (20,100 unless set)");
 }
 
 OverlaySettings LayerArguments::settings() const {
@@ -86,14 +62,14 @@ void LayerArguments::apply(const OverlaySettings& settings, OverlayRequest& over
   checkUsed(watermark_ || !watermarkAt_, "--watermark-at", "--watermark");
   if (watermark_) {
     const Point at =
-        watermarkAt_ ? readPlace("--watermark-at", *watermarkAt_) : settings.watermarkAt;
+        watermarkAt_ ? readPoint("--watermark-at", *watermarkAt_) : settings.watermarkAt;
     overlay.watermark = {*watermark_, at, watermarkSize(*watermark_)};
   }
   if (meters_)
     overlay.meters = settings.metersAt;
   checkUsed(overlay.meters || !metersAt_, "--meters-at", "--meters");
   if (metersAt_)
-    overlay.meters = readPlace("--meters-at", *metersAt_);
+    overlay.meters = readPoint("--meters-at", *metersAt_);
   applyCaptions(settings.captionSource, overlay);
 }
 

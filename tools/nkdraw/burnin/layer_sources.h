@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Where meters and captions get what they show.
+// Where meters, captions and the watermark get what they show.
 #pragma once
 
 #include "burnin/caption_track.h"
@@ -10,6 +10,7 @@
 #include "media/media_input.h"
 
 #include <memory>
+#include <string>
 
 namespace nkdraw::tool {
 
@@ -18,5 +19,9 @@ namespace nkdraw::tool {
 
 /// The clip's first sound. Throws Failure when it has none that can be metered.
 [[nodiscard]] std::shared_ptr<const SoundTrack> soundOf(MediaInput& input);
+
+/// The size in pixels of a watermark, which is read once before the first frame, the way the
+/// overlay does. Throws Failure for a file that gives none.
+[[nodiscard]] Point watermarkSize(const std::string& path);
 
 }  // namespace nkdraw::tool

@@ -90,6 +90,69 @@ void checkInside(const std::string& what, Point at, std::int64_t right, std::int
                 advice);
 }
 
+/// Where a block of text begins: on interlaced frames in an even row.
+int rowIn(const FrameKind& frames, int y) {
+  return frames.interlaced ? even(y) : y;
+}
+
+void addBox(OverlayPlan& plan, const TextBox& box, const FrameKind& frames) {
+  checkInside(box.what, box.at, box.right(), box.bottom(), frames,
+              "move it, shorten it or make it smaller");
+  plan.boxes.push_back(box);
+}
+
+/// The place of rows with this height each, at the lower left.
+Point usualPlace(const std::vector<TextBox>& rows, int rowHeight, unsigned size,
+                 const FrameKind& frames) {
+  std::size_t longest = 0;
+  for (const TextBox& row : rows)
+    longest = std::max(longest, row.text.size());
+  const int width = static_cast<int>(longest) * kCellWidth * static_cast<int>(size);
+  const int height = static_cast<int>(rows.size()) * rowHeight + 1;
+  const int top = frames.height - height - margin(frames.height, height);
+  return {margin(frames.width, width), top >= 0 ? even(top) : top};
+}
+
+void planRows(OverlayPlan& plan, const FrameKind& frames, const TimecodeStart& timecode) {
+  const OverlayRequest& request = plan.request;
+  std::vector<TextBox> rows = timecodeRows(request, timecode);
+  plan.timecodeSize = request.size.value_or(defaultSize(rows, frames));
+  if (frames.interlaced)  // the overlay makes sizes even on interlaced frames
+    plan.timecodeSize = std::max(plan.timecodeSize & ~1U, 2U);
+  const int rowHeight = kCellHeight * static_cast<int>(plan.timecodeSize);
+  if (!rows.empty())
+    plan.timecodeAt =
+        request.position.value_or(usualPlace(rows, rowHeight, plan.timecodeSize, frames));
+  plan.timecodeAt.y = rowIn(frames, plan.timecodeAt.y);
+  for (TextBox& row : rows) {
+    row.at = {plan.timecodeAt.x,
+              plan.timecodeAt.y + static_cast<int>(plan.boxes.size()) * rowHeight};
+    row.magnification = plan.timecodeSize;
+    addBox(plan, row, frames);
+  }
+}
+
+void planFormatLine(OverlayPlan& plan, const FrameKind& frames) {
+  if (!plan.request.formatLine)
+    return;
+  TextBox box = {"format line", formatLine(frames), {}, kTextMagnification};
+  plan.formatAt =
+      plan.request.formatAt.value_or(Point{margin(frames.width, static_cast<int>(box.right())),
+                                           margin(frames.height, static_cast<int>(box.bottom()))});
+  plan.formatAt.y = rowIn(frames, plan.formatAt.y);
+  box.at = plan.formatAt;
+  addBox(plan, box, frames);
+}
+
+void planTexts(OverlayPlan& plan, const FrameKind& frames) {
+  int number = 0;
+  for (PlacedText& placed : plan.request.texts) {
+    placed.at.y = rowIn(frames, placed.at.y);
+    addBox(plan, {"text " + std::to_string(++number), placed.text, placed.at, kTextMagnification},
+           frames);
+  }
+}
+
 /// The panel, with the mark of the faintest peak below it.
 constexpr Point kMeterPanel = {281, 213};
 
@@ -173,50 +236,9 @@ OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
                         const TimecodeStart& timecode) {
   OverlayPlan plan;
   plan.request = request;
-  const auto row = [&](int y) { return frames.interlaced ? even(y) : y; };
-  const auto add = [&](const TextBox& box) {
-    checkInside(box.what, box.at, box.right(), box.bottom(), frames,
-                "move it, shorten it or make it smaller");
-    plan.boxes.push_back(box);
-  };
-
-  std::vector<TextBox> block = timecodeRows(request, timecode);
-  plan.timecodeSize = request.size.value_or(defaultSize(block, frames));
-  if (frames.interlaced)  // the overlay makes sizes even on interlaced frames
-    plan.timecodeSize = std::max(plan.timecodeSize & ~1U, 2U);
-  const int lineHeight = kCellHeight * static_cast<int>(plan.timecodeSize);
-  if (!block.empty()) {
-    std::size_t longest = 0;
-    for (const TextBox& line : block)
-      longest = std::max(longest, line.text.size());
-    const int width = static_cast<int>(longest) * kCellWidth * static_cast<int>(plan.timecodeSize);
-    const int height = static_cast<int>(block.size()) * lineHeight + 1;
-    const int top = frames.height - height - margin(frames.height, height);
-    plan.timecodeAt =
-        request.position.value_or(Point{margin(frames.width, width), top >= 0 ? even(top) : top});
-  }
-  plan.timecodeAt.y = row(plan.timecodeAt.y);
-  for (TextBox& line : block) {
-    line.at = {plan.timecodeAt.x,
-               plan.timecodeAt.y + static_cast<int>(plan.boxes.size()) * lineHeight};
-    line.magnification = plan.timecodeSize;
-    add(line);
-  }
-
-  if (request.formatLine) {
-    TextBox box = {"format line", formatLine(frames), {}, kTextMagnification};
-    plan.formatAt =
-        request.formatAt.value_or(Point{margin(frames.width, static_cast<int>(box.right())),
-                                        margin(frames.height, static_cast<int>(box.bottom()))});
-    plan.formatAt.y = row(plan.formatAt.y);
-    box.at = plan.formatAt;
-    add(box);
-  }
-  for (PlacedText& placed : plan.request.texts) {
-    placed.at.y = row(placed.at.y);
-    const auto number = static_cast<std::size_t>(&placed - plan.request.texts.data()) + 1;
-    add({"text " + std::to_string(number), placed.text, placed.at, kTextMagnification});
-  }
+  planRows(plan, frames, timecode);
+  planFormatLine(plan, frames);
+  planTexts(plan, frames);
   planLayers(plan, frames);
   return plan;
 }

@@ -4,7 +4,7 @@
 // that all of it lies inside the frame.
 #pragma once
 
-#include "cli/point.h"
+#include "cli/option_values.h"
 #include "cli/using_media.h"
 #include "media/canvas_stage.h"
 #include "media/frame_kind.h"

@@ -18,7 +18,7 @@ namespace nkdraw::tool {
 /// A frame's cc_data triplets.
 using Captions = std::span<const std::uint8_t>;
 
-/// What a frame brings along besides its picture. Levels and peaks are four words each, two
+/// What a frame brings along besides its pixels. Levels and peaks are four words each, two
 /// channels a word, or null.
 struct FrameExtras {
   Captions captions;

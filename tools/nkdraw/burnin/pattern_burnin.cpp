@@ -1,25 +1,24 @@
 // SPDX-License-Identifier: BSD-2-Clause
-#include "burnin/pattern_burnin.h"
+#include "burnin/burnin.h"
 
 #include "burnin/burner.h"
 #include "burnin/clip_plan.h"
 #include "burnin/layer_sources.h"
 #include "burnin/test_pattern.h"
 #include "cli/progress.h"
+#include "cli/run_options.h"
 #include "media/failure.h"
 #include "media/interrupt.h"
 #include "media/media_output.h"
 #include "media/output_file.h"
-#include "media/picture_converter.h"
-#include "media/raw_stream.h"
-#include "media/still.h"
+#include "media/stream_facts.h"
 #include "media/video_decoder.h"
 #include "media/video_encoder.h"
 
 #include <nkdraw/platform/media_names.h>
 
 #include <algorithm>
-#include <functional>
+#include <optional>
 
 namespace nkdraw::tool {
 namespace {
@@ -33,25 +32,35 @@ void checkPatternHas(const OverlayRequest& request) {
                   "give --captions-file, or name a clip");
 }
 
-Job planPattern(const BurninOptions& options) {
+FrameKind patternFrames(const BurninOptions& options) {
   const PatternOptions& pattern = options.pattern;
+  return {.width = pattern.width,
+          .height = pattern.height,
+          .rate = pattern.rate,
+          .interlaced = false,
+          .fileType = hzwFileNone,
+          .sourceCode = options.layout->compression,
+          .pairs = isYCbCr(options.layout->type)};
+}
+
+FrameRange patternRange(const BurninOptions& options) {
+  const std::int64_t frames = options.pattern.frames;
+  const FrameRange range = {options.range.first, std::min(options.range.last, frames - 1)};
+  if (range.last < range.first)
+    throw Failure(ExitCode::kUsage, "the pattern ends before the frames asked for",
+                  std::to_string(frames) + " frames", "raise --pattern-frames");
+  return range;
+}
+
+Job planPattern(const BurninOptions& options) {
   Job job;
   job.layout = options.layout;
   job.inPlace = true;
-  job.frames = {pattern.width,
-                pattern.height,
-                pattern.rate,
-                false,
-                hzwFileNone,
-                options.layout->compression,
-                isYCbCr(options.layout->type)};
-  job.timecode = options.startTimecode ? timecodeFromOption(*options.startTimecode, pattern.rate)
-                                       : midnight(pattern.rate);
-  job.range = options.range;
-  job.range.last = std::min(job.range.last, pattern.frames - 1);
-  if (job.range.last < job.range.first)
-    throw Failure(ExitCode::kUsage, "the pattern ends before the frames asked for",
-                  std::to_string(pattern.frames) + " frames", "raise --pattern-frames");
+  job.frames = patternFrames(options);
+  job.timecode = options.startTimecode
+                     ? timecodeFromText(*options.startTimecode, job.frames.rate, kStartOption)
+                     : midnight(job.frames.rate);
+  job.range = patternRange(options);
   checkPatternHas(options.overlay);
   job.plan = planOverlay(options.overlay, job.frames, job.timecode);
   job.captions = captionsFor(job);
@@ -66,7 +75,8 @@ class PatternSource {
         pattern_(*job.layout, job.frames.width, job.frames.height),
         burner_(job, Storage::kPacked) {}
 
-  void run(const std::function<void(AVPacket& packet)>& take) {
+  /// The frames of the job's range as packets.
+  void run(const TakePacket& take) {
     const Packet packet = makePacket();
     for (std::int64_t index = job_.range.first; index <= job_.range.last; ++index) {
       throwIfInterrupted();
@@ -120,6 +130,14 @@ CodecParameters parametersOf(const Job& job) {
   return codec;
 }
 
+/// The frames of the job's range as a decoder gives them.
+void decodePattern(const Job& job, const TakeFrame& take) {
+  const CodecParameters codec = parametersOf(job);
+  VideoDecoder decoder(*codec, av_inv_q(job.frames.rate), "the test pattern");
+  PatternSource(job).run([&](AVPacket& packet) { decoder.decode(&packet, take); });
+  decoder.decode(nullptr, take);
+}
+
 void writeRaw(const Job& job, MediaOutput& output, AVStream& stream) {
   describeRaw(stream, *job.layout, job.frames, output.format());
   describeColours(job, *stream.codecpar, stream.codecpar->color_space);
@@ -146,16 +164,12 @@ void writeEncoded(const Job& job, const CodecChoice& choice, MediaOutput& output
     packet.stream_index = stream.index;
     output.write(packet, encoder.timeBase());
   };
-  const CodecParameters codec = parametersOf(job);
-  VideoDecoder decoder(*codec, encoder.timeBase(), "the test pattern");
   Progress progress(job.range.last - job.range.first + 1);
   std::int64_t next = 0;
-  const auto encode = [&](AVFrame& picture) {
-    encoder.encode(&picture, next++, write);
+  decodePattern(job, [&](AVFrame& frame) {
+    encoder.encode(&frame, next++, write);
     progress.advance();
-  };
-  PatternSource(job).run([&](AVPacket& packet) { decoder.decode(&packet, encode); });
-  decoder.decode(nullptr, encode);
+  });
   encoder.encode(nullptr, 0, write);
 }
 
@@ -178,46 +192,51 @@ void writePatternClip(const Job& job, const BurninOptions& options, const AVOutp
 
 void writePatternStill(const Job& job, const BurninOptions& options) {
   OutputFile file(options.output, options.overwrite);
-  const CodecParameters codec = parametersOf(job);
-  VideoDecoder decoder(*codec, av_inv_q(job.frames.rate), "the test pattern");
-  const auto take = [&](AVFrame& picture) {
-    writeStill(picture, file.temporary(), options.output);
-  };
-  PatternSource(job).run([&](AVPacket& packet) { decoder.decode(&packet, take); });
-  decoder.decode(nullptr, take);
+  decodePattern(job, [&](AVFrame& frame) { writeStill(frame, file.temporary(), options.output); });
   file.commit();
+}
+
+/// What is written: null and none for a still.
+struct PatternOutput {
+  const AVOutputFormat* format = nullptr;
+  std::optional<CodecChoice> codec;
+};
+
+PatternOutput planOutput(const Job& job, const BurninOptions& options) {
+  PatternOutput output;
+  if (options.still)
+    return output;
+  output.format = &formatFor(options.output);
+  if (options.codec.asked)
+    output.codec = chooseCodec(options.codec, job.layout->pixelFormat, *output.format);
+  else
+    checkKeeps(*output.format, *job.layout, options.codec.option);
+  return output;
+}
+
+void describe(std::FILE* to, const Job& job, const PatternOutput& output,
+              const BurninOptions& options) {
+  std::fprintf(to, "input     test pattern\n");
+  describe(to, job);
+  std::fprintf(to, "codec     %s\n",
+               options.still  ? "png, one picture"
+               : output.codec ? output.codec->codec->name
+                              : "uncompressed");
+  std::fprintf(to, "output    %s\n", options.output.c_str());
 }
 
 }  // namespace
 
 void burnPattern(const BurninOptions& options) {
   const Job job = planPattern(options);
-  const AVOutputFormat* format = nullptr;
-  std::optional<CodecChoice> choice;
-  if (!options.still) {
-    format = &formatFor(options.output);
-    if (options.codec)
-      choice = chooseCodec(options.codec, job.layout->pixelFormat, *format);
-    else
-      checkKeeps(*format, *job.layout);
-  }
-  checkOutputName(options.output, options.overwrite);
-  if (options.dryRun || options.verbose) {
-    std::FILE* const to = options.dryRun ? stdout : stderr;
-    std::fprintf(to, "input     test pattern\n");
-    describe(to, job);
-    std::fprintf(to, "codec     %s\n",
-                 options.still ? "png, one picture"
-                 : choice      ? choice->codec->name
-                               : "uncompressed");
-    std::fprintf(to, "output    %s\n", options.output.c_str());
-  }
-  if (options.dryRun)
+  const PatternOutput output = planOutput(job, options);
+  checkOutput(options.output, options);
+  if (!announce(options, [&](std::FILE* to) { describe(to, job, output, options); }))
     return;
   if (options.still)
     writePatternStill(job, options);
   else
-    writePatternClip(job, options, *format, choice);
+    writePatternClip(job, options, *output.format, output.codec);
 }
 
 }  // namespace nkdraw::tool

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What every sub-command is to the program.
+// What a sub-command is to the program, how one is made of the options that it takes and the
+// function that does its work, and which there are.
 #pragma once
 
 #include "cli/using_media.h"
-#include "media/failure.h"
+#include "media/libav_log.h"
 
-namespace CLI {
-class App;
-}
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <string>
 
 namespace nkdraw::tool {
 
@@ -25,5 +27,35 @@ class Command {
   /// Throws Failure or Interrupted.
   virtual void run() = 0;
 };
+
+/// `Arguments` put themselves on the command line and read what they mean; `work` takes what they
+/// read, which says whether the run is verbose.
+template <class Arguments, auto work>
+class SubCommand final : public Command {
+ public:
+  SubCommand(CLI::App& app, const std::string& name) : command_(*app.add_subcommand(name)) {
+    arguments_.addTo(command_);
+  }
+
+  [[nodiscard]] bool asked() const override { return command_.parsed(); }
+
+  void run() override {
+    const auto options = arguments_.read();
+    showLibavMessages(options.verbose);
+    work(options);
+  }
+
+ private:
+  CLI::App& command_;
+  Arguments arguments_;
+};
+
+/// Each adds its sub-command to the command line.
+[[nodiscard]] std::unique_ptr<Command> addBurnin(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> addCompare(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> addConfig(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> addDraw(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> addSheet(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> addWipe(CLI::App& app);
 
 }  // namespace nkdraw::tool

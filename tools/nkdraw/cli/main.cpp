@@ -2,7 +2,8 @@
 //
 // The program `nkdraw`: finds the sub-command, and turns what it throws into a line and an exit
 // code.
-#include "cli/commands.h"
+#include "cli/command.h"
+#include "media/failure.h"
 #include "media/interrupt.h"
 #include "media/libav_log.h"
 
@@ -42,23 +43,10 @@ int usage(const CLI::App& app, const CLI::ParseError& error) {
                                       "; see nkdraw --help or nkdraw COMMAND --help");
 }
 
-int run(int argc, char** argv) {
-  CLI::App app("Draws into video frames in their native layout.", "nkdraw");
-  app.set_version_flag("--version", std::string("nkdraw ") + nkdraw_version());
-  app.require_subcommand(1);
-  std::vector<std::unique_ptr<Command>> commands;
-  for (const auto add : kCommands)
-    commands.push_back(add(app));
+/// Runs the command, and says what it throws.
+int execute(Command& command) {
   try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return usage(app, error);
-  }
-
-  catchInterrupts();
-  showLibavMessages(false);
-  try {
-    (*std::ranges::find_if(commands, &Command::asked))->run();
+    command.run();
     return static_cast<int>(ExitCode::kOk);
   } catch (const Failure& failure) {
     return report(failure.code(), failure.what());
@@ -72,6 +60,23 @@ int run(int argc, char** argv) {
     return report(ExitCode::kProcessing,
                   std::string("unexpected: ") + error.what() + "; nothing was written");
   }
+}
+
+int run(int argc, char** argv) {
+  CLI::App app("Draws into video frames in their native layout.", "nkdraw");
+  app.set_version_flag("--version", std::string("nkdraw ") + nkdraw_version());
+  app.require_subcommand(1);
+  std::vector<std::unique_ptr<Command>> commands;
+  for (const auto add : kCommands)
+    commands.push_back(add(app));
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return usage(app, error);
+  }
+  catchInterrupts();
+  showLibavMessages(false);
+  return execute(**std::ranges::find_if(commands, &Command::asked));
 }
 
 /// What was printed must have arrived, too.

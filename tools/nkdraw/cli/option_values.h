@@ -1,17 +1,26 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The values of options, taken apart from the left.
+// The values of options, as users write them: numbers, pairs, names and times.
 #pragma once
 
-#include "cli/point.h"
+#include "cli/using_media.h"
+#include "media/libav.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace nkdraw::tool {
+
+/// A place in the frame, or a size.
+struct Point {
+  int x = 0, y = 0;
+};
 
 /// Throws the Failure for a value that an option can't have.
 [[noreturn]] void badValue(const std::string& option, const std::string& value,
@@ -47,7 +56,35 @@ bool take(std::string_view& text, char character);
 /// Takes "A,B", with any character for the comma.
 std::optional<Point> takePair(std::string_view& text, char between);
 
+/// The "X,Y" that all of `text` is, which is an option's value. Throws the Failure of badValue for
+/// one that is none.
+[[nodiscard]] Point readPoint(const std::string& option, const std::string& text);
+
 /// Whether both are the same but for small and capital letters.
 [[nodiscard]] bool isSameName(std::string_view a, std::string_view b);
+
+/// `text`, unless nothing was given.
+[[nodiscard]] inline std::optional<std::string> given(const std::string& text) {
+  return text.empty() ? std::nullopt : std::optional(text);
+}
+
+/// How many letters must change, come or go; small and capital ones are the same.
+[[nodiscard]] std::size_t nameDistance(std::string_view from, std::string_view to);
+
+/// Where in `table`, which isn't empty, the entry stands whose name is nearest to `name`.
+template <class Table, class NameOf>
+[[nodiscard]] auto nearestName(const Table& table, std::string_view name, NameOf nameOf) {
+  return std::ranges::min_element(
+      table, {}, [&](const auto& entry) { return nameDistance(name, std::invoke(nameOf, entry)); });
+}
+
+/// The number of frames at `rate` in a time given for `option`: "1.5" seconds, "25f" frames,
+/// "HH:MM:SS" or "HH:MM:SS.mmm" by the clock, "HH:MM:SS:FF" counted in frames (";" before the
+/// frames counts drop-frame). Seconds go to the nearest frame. Throws Failure.
+[[nodiscard]] std::int64_t framesIn(const std::string& text, AVRational rate,
+                                    const std::string& option);
+
+/// "frame 50 (2.000 s)"
+[[nodiscard]] std::string frameText(std::int64_t frame, AVRational rate);
 
 }  // namespace nkdraw::tool

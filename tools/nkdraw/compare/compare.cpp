@@ -1,14 +1,200 @@
 // SPDX-License-Identifier: BSD-2-Clause
-#include "cli/commands.h"
-#include "cli/sub_command.h"
-#include "compare/clip_compare.h"
+#include "cli/command.h"
+#include "cli/progress.h"
+#include "cli/run_options.h"
 #include "compare/compare_options.h"
-#include "compare/mux_modes.h"
+#include "compare/difference_report.h"
+#include "compare/mux_display.h"
+#include "media/clip_pair.h"
+#include "media/failure.h"
+#include "media/frame_converter.h"
+#include "media/frame_cursor.h"
+#include "media/media_output.h"
+#include "media/output_file.h"
+#include "media/video_encoder.h"
+#include "media/video_feed.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <optional>
 
 namespace nkdraw::tool {
 namespace {
 
-void compare(const CompareOptions& options) {
+/// What a screen shows: RGB without alpha.
+constexpr AVPixelFormat kShown = AV_PIX_FMT_BGR0;
+
+struct ComparePlan {
+  MuxCall call;
+  const AVOutputFormat* format = nullptr;  // null without an output
+  std::optional<CodecChoice> codec;
+};
+
+ComparePlan planCompare(ClipPair& clips, const CompareOptions& options) {
+  ComparePlan plan;
+  plan.call = planMux(options.display, clips.frames.width, clips.frames.height);
+  if (options.output) {
+    plan.format = &formatFor(*options.output);
+    plan.codec = chooseCodec(options.codec, kShown, *plan.format);
+  }
+  return plan;
+}
+
+/// The clip that shows both.
+class DisplayClip {
+ public:
+  DisplayClip(ClipPair& clips, const ComparePlan& plan, const std::string& path, bool overwrite)
+      : file_(path, overwrite),
+        output_(file_.temporary(), *plan.format, path),
+        stream_(output_.addStream()),
+        toFirst_(AV_PIX_FMT_BGRA, clips.a.interlaced()),
+        toSecond_(AV_PIX_FMT_BGRA, clips.b.interlaced()),
+        display_(plan.call, clips.frames.width, clips.frames.height),
+        encoder_(*plan.codec, *example(clips), clips.frames, *plan.format) {
+    encoder_.describeTo(stream_);
+    output_.begin();
+  }
+
+  void add(AVFrame& a, AVFrame& b, std::int64_t index) {
+    AVFrame& first = toFirst_.convert(a);
+    const std::uint8_t* const shown = display_.show(first, toSecond_.convert(b));
+    const Frame frame = makeFrame(kShown, first.width, first.height);
+    if (av_frame_copy_props(frame.get(), &first) < 0)
+      throw std::bad_alloc();
+    const auto pitch = static_cast<std::ptrdiff_t>(first.width) * 4;
+    for (int y = 0; y < first.height; ++y)
+      std::memcpy(frame->data[0] + std::ptrdiff_t{frame->linesize[0]} * y, shown + pitch * y,
+                  static_cast<std::size_t>(pitch));
+    encoder_.encode(frame.get(), index, take_);
+  }
+
+  void finish() {
+    encoder_.encode(nullptr, 0, take_);
+    output_.finish();
+    file_.commit();
+  }
+
+ private:
+  /// The shape of the clips and the colours of RGB.
+  static Frame example(ClipPair& clips) {
+    Frame shape = exampleOf(clips.a, kShown);
+    shape->color_range = AVCOL_RANGE_UNSPECIFIED;
+    shape->colorspace = AVCOL_SPC_UNSPECIFIED;
+    return shape;
+  }
+
+  OutputFile file_;
+  MediaOutput output_;
+  AVStream& stream_;
+  FrameConverter toFirst_, toSecond_;
+  MuxDisplay display_;
+  VideoEncoder encoder_;
+  TakePacket take_ = [this](AVPacket& packet) {
+    packet.stream_index = stream_.index;
+    output_.write(packet, encoder_.timeBase());
+  };
+};
+
+/// How many frames there were, and the clip that has more of them, null when none has.
+struct Compared {
+  std::int64_t frames;
+  const MediaInput* longer;
+};
+
+/// Hands on both clips' frames up to the end of the shorter one.
+template <class Take>
+Compared forEachPair(ClipPair& clips, Take take) {
+  FrameCursor<DecodedFeed> a(clips.a, clips.frames), b(clips.b, clips.frames);
+  for (std::int64_t index = 0;; ++index) {
+    Frame* const first = a.shownAt(index);
+    Frame* const second = b.shownAt(index);
+    if (first != nullptr && second != nullptr)
+      take(**first, **second, index);
+    else if (index == 0)
+      throw Failure(ExitCode::kInput, "no frames in the video",
+                    (first == nullptr ? clips.a : clips.b).path(), "check it with ffprobe");
+    else if (first != nullptr)
+      return {index, &clips.a};
+    else
+      return {index, second != nullptr ? &clips.b : nullptr};
+  }
+}
+
+void describe(std::FILE* to, ClipPair& clips, const ComparePlan& plan,
+              const CompareOptions& options) {
+  for (MediaInput* const clip : {&clips.a, &clips.b})
+    std::fprintf(to, "input     %s: %s, %s, %s\n", clip->path().c_str(), clip->file().iformat->name,
+                 avcodec_get_name(clip->video().codecpar->codec_id),
+                 av_get_pix_fmt_name(decodedFormat(*clip)));
+  std::fprintf(to, "frames    %dx%d, %s\n", clips.frames.width, clips.frames.height,
+               rateText(clips.frames.rate).c_str());
+  if (options.report)
+    std::fprintf(
+        to, "report    %s: compared as %s\n", options.report->c_str(),
+        av_get_pix_fmt_name(comparedFormat(decodedFormat(clips.a), decodedFormat(clips.b))));
+  if (!options.output)
+    return;
+  std::fprintf(to, "mode      %s: %s\n", std::string(options.display.mode->name).c_str(),
+               std::string(options.display.mode->description).c_str());
+  std::fprintf(to, "codec     %s\n", codecText(*plan.codec).c_str());
+  std::fprintf(to, "output    %s: %s\n", options.output->c_str(), plan.format->name);
+}
+
+/// Neither the inputs nor each other.
+void checkNames(const CompareOptions& options) {
+  if (options.report) {
+    for (const std::string& input : {options.a, options.b})
+      checkIsAnother(*options.report, input, "the report is an input");
+    checkOutput(*options.report, options);
+  }
+  if (options.output)
+    checkOutput(*options.output, options);
+  if (options.output && options.report &&
+      (*options.output == *options.report || isSameFile(*options.output, *options.report)))
+    throw Failure(ExitCode::kUsage, "the report is the output", *options.report,
+                  "choose another name");
+}
+
+/// Writes what was asked for.
+Compared writeComparison(ClipPair& clips, const ComparePlan& plan, const CompareOptions& options) {
+  std::optional<DisplayClip> display;
+  std::optional<DifferenceReport> report;
+  if (options.output)
+    display.emplace(clips, plan, *options.output, options.overwrite);
+  if (options.report)
+    report.emplace(*options.report, options.overwrite, clips);
+  const auto compare = [&] {
+    Progress progress(std::min(countOf(clips.a).frames, countOf(clips.b).frames));
+    return forEachPair(clips, [&](AVFrame& a, AVFrame& b, std::int64_t index) {
+      if (report)
+        report->add(a, b, index);
+      if (display)
+        display->add(a, b, index);
+      progress.advance();
+    });
+  };
+  const Compared compared = compare();
+  if (display)
+    display->finish();
+  if (report)
+    report->finish();
+  return compared;
+}
+
+void compareClips(const CompareOptions& options) {
+  ClipPair clips(options.a, options.b, options.output.value_or(""));
+  const ComparePlan plan = planCompare(clips, options);
+  checkNames(options);
+  if (!announce(options, [&](std::FILE* to) { describe(to, clips, plan, options); }))
+    return;
+  const Compared compared = writeComparison(clips, plan, options);
+  if (compared.longer != nullptr)
+    std::fprintf(stderr, "nkdraw: %s is longer: the first %lld frames were compared\n",
+                 compared.longer->path().c_str(), static_cast<long long>(compared.frames));
+}
+
+void compareOrList(const CompareOptions& options) {
   if (options.list)
     listMuxModes();
   else
@@ -18,7 +204,7 @@ void compare(const CompareOptions& options) {
 }  // namespace
 
 std::unique_ptr<Command> addCompare(CLI::App& app) {
-  return std::make_unique<SubCommand<CompareArguments, compare>>(app, "compare");
+  return std::make_unique<SubCommand<CompareArguments, compareOrList>>(app, "compare");
 }
 
 }  // namespace nkdraw::tool

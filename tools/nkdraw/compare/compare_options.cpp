@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "compare/compare_options.h"
 
+#include "cli/option_group.h"
 #include "cli/option_values.h"
 #include "cli/using_media.h"
 #include "media/failure.h"
 #include "wipe/wipe_names.h"
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <iterator>
@@ -20,7 +19,7 @@ constexpr char kDescription[] = "Show two clips in one, or say where they differ
 constexpr char kMore[] =
     "Both clips are shown frame by frame as 32-bit RGB; OUTPUT is encoded without loss, and "
     "without\n"
-    "sound, unless --codec says otherwise. --report compares the decoded pictures themselves and\n"
+    "sound, unless --codec says otherwise. --report compares the decoded frames themselves and\n"
     "needs no OUTPUT. Frames are compared up to the end of the shorter clip.\n"
     "\n"
     "Examples:\n"
@@ -92,129 +91,79 @@ std::optional<int> readPlace(const std::string& option, const std::optional<std:
 void CompareArguments::addTo(CLI::App& command) {
   command.description(kDescription);
   command.footer(kMore);
-  command.add_option("A", a_, "The first clip")->type_name("");
-  command.add_option("B", b_, "The second clip, of the same size and rate")->type_name("");
-  command.add_option("OUTPUT", output_, "The clip to write; may be left out with --report")
-      ->type_name("");
+  OptionGroup plain(command);
+  plain.add("A", plain_.a, "", "The first clip");
+  plain.add("B", plain_.b, "", "The second clip, of the same size and rate");
+  plain.add("OUTPUT", output_, "", "The clip to write; may be left out with --report");
   addModeTo(command);
   addLookTo(command);
   addWritingTo(command);
-  command.add_flag("--list", list_, "List the modes, and which options each takes");
-  command.add_flag("-v,--verbose", verbose_, "Say more, with FFmpeg's messages");
+  plain.addFlag("--list", plain_.list, "List the modes, and which options each takes");
+  plain.addFlag("-v,--verbose", plain_.verbose, "Say more, with FFmpeg's messages");
 }
 
 void CompareArguments::addModeTo(CLI::App& command) {
-  constexpr char kGroup[] = "How the clips share the picture";
-  command.add_option("--mode", mode_, "The mode (difference); see --list")
-      ->type_name("NAME")
-      ->group(kGroup);
-  command.add_option("--split-x", splitX_, "split, crop: first column of the second, of the crop")
-      ->type_name("X")
-      ->group(kGroup);
-  command.add_option("--split-y", splitY_, "split, crop with --vertical: the row")
-      ->type_name("Y")
-      ->group(kGroup);
-  command.add_flag("--mark-split", markSplit_, "split: a grey line where the second begins")
-      ->group(kGroup);
-  command.add_option("--threshold", threshold_, "compare: the largest difference that is none (0)")
-      ->type_name("N")
-      ->group(kGroup);
-  command.add_option("--gain", gain_, "difference: multiply it (1)")->type_name("N")->group(kGroup);
-  command
-      .add_option("--amount", amount_,
-                  "fade: the first's share; wipe: how far it has come;\n"
-                  "0 to 1 or 0% to 100% (50%)")
-      ->type_name("SHARE")
-      ->group(kGroup);
-  command.add_option("--block", block_, "blocks: their size in pixels, 1 to 100 (16)")
-      ->type_name("N")
-      ->group(kGroup);
-  command
-      .add_option("--channel", channel_,
-                  "grey: red, green, blue, alpha, or the mean of\nthe colours (mean)")
-      ->type_name("NAME")
-      ->group(kGroup);
-  command.add_option("--wipe", wipe_, "wipe: the wipe (edge-horz); see nkdraw wipe --list")
-      ->type_name("NAME|NUMBER")
-      ->group(kGroup);
-  command
-      .add_flag("--horizontal", horizontal_,
-                "interleave: columns in turn; usual for split, mirror\nand crop")
-      ->group(kGroup);
-  command
-      .add_flag("--vertical", vertical_,
-                "split, mirror, crop: one over the other; usual for\ninterleave")
-      ->group(kGroup);
+  OptionGroup group(command, "How the clips share the picture");
+  group.add("--mode", mode_, "NAME", "The mode (difference); see --list");
+  group.add("--split-x", splitX_, "X", "split, crop: first column of the second, of the crop");
+  group.add("--split-y", splitY_, "Y", "split, crop with --vertical: the row");
+  group.addFlag("--mark-split", plain_.display.markSplit,
+                "split: a grey line where the second begins");
+  group.add("--threshold", threshold_, "N", "compare: the largest difference that is none (0)");
+  group.add("--gain", gain_, "N", "difference: multiply it (1)");
+  group.add("--amount", amount_, "SHARE",
+            "fade: the first's share; wipe: how far it has come;\n"
+            "0 to 1 or 0% to 100% (50%)");
+  group.add("--block", block_, "N", "blocks: their size in pixels, 1 to 100 (16)");
+  group.add("--channel", channel_, "NAME",
+            "grey: red, green, blue, alpha, or the mean of\nthe colours (mean)");
+  group.add("--wipe", wipe_, "NAME|NUMBER", "wipe: the wipe (edge-horz); see nkdraw wipe --list");
+  group.addFlag("--horizontal", plain_.display.horizontal,
+                "interleave: columns in turn; usual for split, mirror\nand crop");
+  group.addFlag("--vertical", plain_.display.vertical,
+                "split, mirror, crop: one over the other; usual for\ninterleave");
 }
 
 void CompareArguments::addLookTo(CLI::App& command) {
-  constexpr char kGroup[] = "In every mode";
-  command.add_flag("--swap", swap_, "Change the places of the clips")->group(kGroup);
-  command
-      .add_option("--flip-first", flipFirst_, "Mirror the first clip left to right, top to bottom")
-      ->type_name("h|v|hv")
-      ->group(kGroup);
-  command.add_option("--flip-second", flipSecond_, "Mirror the second clip")
-      ->type_name("h|v|hv")
-      ->group(kGroup);
-  command.add_option("--grid", grid_, "Draw a grid with cells of that size")
-      ->type_name("PERCENT")
-      ->group(kGroup);
-  command.add_option("--grid-pixels", gridPixels_, "The same in pixels")
-      ->type_name("X,Y")
-      ->group(kGroup);
+  OptionGroup group(command, "In every mode");
+  group.addFlag("--swap", plain_.display.swap, "Change the places of the clips");
+  group.add("--flip-first", flipFirst_, "h|v|hv",
+            "Mirror the first clip left to right, top to bottom");
+  group.add("--flip-second", flipSecond_, "h|v|hv", "Mirror the second clip");
+  group.add("--grid", grid_, "PERCENT", "Draw a grid with cells of that size");
+  group.add("--grid-pixels", gridPixels_, "X,Y", "The same in pixels");
 }
 
 void CompareArguments::addWritingTo(CLI::App& command) {
-  constexpr char kGroup[] = "What is written";
-  command
-      .add_option("--report", report_,
-                  "A table: for each frame the pixels that differ, and\n"
-                  "the largest difference of every channel")
-      ->type_name("FILE.csv")
-      ->group(kGroup);
-  command
-      .add_option("--codec", codec_,
-                  "Encode with this encoder of FFmpeg (losslessly, by\nkind of file)")
-      ->type_name("NAME[:KEY=VALUE...]")
-      ->group(kGroup);
-  command.add_flag("--overwrite", overwrite_, "Replace OUTPUT and the report if they exist")
-      ->group(kGroup);
-  command.add_flag("--dry-run", dryRun_, "Say what would be done and write nothing")->group(kGroup);
+  OptionGroup group(command, "What is written");
+  group.add("--report", report_, "FILE.csv",
+            "A table: for each frame the pixels that differ, and\n"
+            "the largest difference of every channel");
+  group.add("--codec", codec_, "NAME[:KEY=VALUE...]",
+            "Encode with this encoder of FFmpeg (losslessly, by\nkind of file)");
+  group.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT and the report if they exist");
+  group.addFlag("--dry-run", plain_.dryRun, "Say what would be done and write nothing");
 }
 
 CompareOptions CompareArguments::read() const {
-  CompareOptions options;
-  options.a = a_;
-  options.b = b_;
-  options.overwrite = overwrite_;
-  options.dryRun = dryRun_;
-  options.list = list_;
-  options.verbose = verbose_;
-  if (list_)
+  CompareOptions options = plain_;
+  if (options.list)
     return options;
-  if (a_.empty() || b_.empty())
+  if (options.a.empty() || options.b.empty())
     throw Failure(ExitCode::kUsage, "a file name is missing", "nkdraw compare",
                   "give A, B and OUTPUT; see nkdraw compare --help");
-  if (output_.empty() && report_.empty())
+  options.output = given(output_);
+  options.report = given(report_);
+  if (!options.output && !options.report)
     throw Failure(ExitCode::kUsage, "nothing to write", "nkdraw compare",
                   "give OUTPUT, or --report FILE.csv, or both");
-  if (!output_.empty())
-    options.output = output_;
-  if (!report_.empty())
-    options.report = report_;
-  if (!codec_.empty())
-    options.codec = codec_;
+  options.codec.asked = given(codec_);
   readDisplay(options.display);
   return options;
 }
 
 void CompareArguments::readDisplay(MuxRequest& display) const {
   display.mode = &muxModeNamed(mode_);
-  display.vertical = vertical_;
-  display.horizontal = horizontal_;
-  display.markSplit = markSplit_;
-  display.swap = swap_;
   display.first = readFlip("--flip-first", flipFirst_);
   display.second = readFlip("--flip-second", flipSecond_);
   display.splitX = readPlace("--split-x", splitX_);
@@ -229,12 +178,8 @@ void CompareArguments::readDisplay(MuxRequest& display) const {
     display.channel = readChannel(channel_);
   if (!wipe_.empty())
     display.wipe = readWipe(wipe_, "--wipe");
-  if (gridPixels_.empty())
-    return;
-  std::string_view left = gridPixels_;
-  display.gridPixels = takePair(left, ',');
-  if (!display.gridPixels || !left.empty())
-    badValue("--grid-pixels", gridPixels_, "write X,Y in pixels");
+  if (!gridPixels_.empty())
+    display.gridPixels = readPoint("--grid-pixels", gridPixels_);
 }
 
 }  // namespace nkdraw::tool

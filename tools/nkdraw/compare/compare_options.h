@@ -3,9 +3,11 @@
 // The command line of `nkdraw compare`.
 #pragma once
 
+#include "cli/run_options.h"
+#include "cli/using_media.h"
 #include "compare/mux_plan.h"
+#include "media/encoder.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -16,12 +18,12 @@ class App;
 namespace nkdraw::tool {
 
 /// What a run was asked for.
-struct CompareOptions {
+struct CompareOptions : RunOptions {
   std::string a, b;
   std::optional<std::string> output, report;  // one at least
   MuxRequest display;
-  std::optional<std::string> codec;
-  bool overwrite = false, dryRun = false, list = false, verbose = false;
+  CodecRequest codec = {"--codec", {}};
+  bool list = false;
 };
 
 /// The options as they stand on the command line.
@@ -39,11 +41,10 @@ class CompareArguments {
   void addWritingTo(CLI::App& command);
   void readDisplay(MuxRequest& display) const;
 
-  std::string a_, b_, output_, report_, codec_;
+  CompareOptions plain_;  // what the command line says without being read
+  std::string output_, report_, codec_;
   std::string mode_ = "difference", amount_, channel_, wipe_, flipFirst_, flipSecond_, gridPixels_;
   std::optional<std::string> splitX_, splitY_, grid_, threshold_, gain_, block_;
-  bool horizontal_ = false, vertical_ = false, markSplit_ = false, swap_ = false;
-  bool overwrite_ = false, dryRun_ = false, list_ = false, verbose_ = false;
 };
 
 }  // namespace nkdraw::tool

@@ -16,7 +16,7 @@ std::string counted(std::int64_t number, const char* thing) {
 }  // namespace
 
 AVPixelFormat comparedFormat(AVPixelFormat a, AVPixelFormat b) {
-  return a == b && PictureComparer::takes(a) ? a : AV_PIX_FMT_BGRA;
+  return a == b && FrameComparer::takes(a) ? a : AV_PIX_FMT_BGRA;
 }
 
 DifferenceReport::DifferenceReport(const std::string& path, bool overwrite, ClipPair& clips)

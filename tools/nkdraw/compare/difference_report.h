@@ -4,10 +4,10 @@
 #pragma once
 
 #include "cli/using_media.h"
-#include "compare/picture_difference.h"
+#include "compare/frame_difference.h"
 #include "media/clip_pair.h"
+#include "media/frame_converter.h"
 #include "media/output_file.h"
-#include "media/picture_converter.h"
 #include "media/timecode_source.h"
 
 #include <fstream>
@@ -15,7 +15,7 @@
 
 namespace nkdraw::tool {
 
-/// The format in which the pictures of two clips are compared: their own, or BGRA where they have
+/// The format in which the frames of two clips are compared: their own, or BGRA where they have
 /// different ones or none that holds numbers.
 [[nodiscard]] AVPixelFormat comparedFormat(AVPixelFormat a, AVPixelFormat b);
 
@@ -38,8 +38,8 @@ class DifferenceReport {
   std::ofstream table_;
   AVRational rate_;
   TimecodeStart timecode_;
-  PictureConverter convertA_, convertB_;
-  PictureComparer comparer_;
+  FrameConverter convertA_, convertB_;
+  FrameComparer comparer_;
   std::int64_t frames_ = 0, framesThatDiffer_ = 0, pixels_ = 0;
   std::uint32_t largest_ = 0;
 };

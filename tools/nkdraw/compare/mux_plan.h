@@ -4,7 +4,7 @@
 // they become for frames of one size.
 #pragma once
 
-#include "cli/point.h"
+#include "cli/option_values.h"
 #include "compare/mux_modes.h"
 
 #include <cstdint>

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-2-Clause
-#include "cli/commands.h"
-#include "cli/sub_command.h"
+#include "cli/command.h"
 #include "config/config_options.h"
 #include "config/config_store.h"
 

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "config/config_options.h"
 
+#include "cli/option_group.h"
 #include "cli/using_media.h"
 #include "media/failure.h"
-
-#include <CLI/CLI.hpp>
 
 namespace nkdraw::tool {
 namespace {
@@ -40,11 +39,11 @@ void checkTaken(const char* what, bool takes, const std::optional<std::string>& 
 void ConfigArguments::addTo(CLI::App& command) {
   command.description(kDescription);
   command.footer(kMore);
-  command.add_option("ACTION", action_, "list, get, set, unset or path")->type_name("");
-  command.add_option("KEY", key_, "The setting; see nkdraw config list")->type_name("");
-  command.add_option("VALUE", value_, "What it becomes; behind -- if it begins with a dash")
-      ->type_name("");
-  command.add_flag("-v,--verbose", verbose_, "Say more");
+  OptionGroup plain(command);
+  plain.add("ACTION", action_, "", "list, get, set, unset or path");
+  plain.add("KEY", key_, "", "The setting; see nkdraw config list");
+  plain.add("VALUE", value_, "", "What it becomes; behind -- if it begins with a dash");
+  plain.addFlag("-v,--verbose", verbose_, "Say more");
 }
 
 ConfigOptions ConfigArguments::read() const {

@@ -2,7 +2,6 @@
 #include "config/setting_table.h"
 
 #include "burnin/overlay_plan.h"
-#include "cli/nearest_name.h"
 #include "cli/option_values.h"
 #include "media/failure.h"
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-2-Clause
-#include "cli/commands.h"
-#include "cli/sub_command.h"
+#include "cli/command.h"
+#include "cli/run_options.h"
 #include "draw/draw_canvas.h"
 #include "draw/draw_options.h"
 #include "draw/draw_script.h"
 #include "media/failure.h"
+#include "media/media_output.h"
 #include "media/output_file.h"
-#include "media/still.h"
 
 #include <cstdio>
 #include <fstream>
@@ -39,10 +39,8 @@ void writeRaw(const DrawCanvas& canvas, const std::string& file, const std::stri
 }
 
 void drawFile(const DrawOptions& options) {
-  checkOutputName(options.output, options.overwrite);
-  if (isSameFile(options.script, options.output))
-    throw Failure(ExitCode::kUsage, "the output is the script", options.output,
-                  "choose another name");
+  checkOutput(options.output, options);
+  checkIsAnother(options.output, options.script, "the output is the script");
   const DrawScript script(scriptName(options.script), readScript(options.script));
   DrawCanvas canvas(*options.layout, options.width, options.height);
   script.draw(canvas, options.clip ? Outside::kLeftOut : Outside::kRefused);

@@ -21,16 +21,6 @@ std::uint8_t byteOf(double channel) {
   return static_cast<std::uint8_t>(std::lround(std::clamp(channel, 0.0, 1.0) * 255.0));
 }
 
-Frame makeRGB(int width, int height) {
-  Frame frame = makeFrame();
-  frame->format = AV_PIX_FMT_RGB24;
-  frame->width = width;
-  frame->height = height;
-  if (av_frame_get_buffer(frame.get(), 0) < 0)
-    throw std::bad_alloc();
-  return frame;
-}
-
 }  // namespace
 
 DrawCanvas::DrawCanvas(const DrawLayout& layout, int width, int height)
@@ -49,19 +39,22 @@ std::span<const std::uint8_t> DrawCanvas::frame() const {
   return std::span(bytes_).first(frameBytes_);
 }
 
+/// The frame seen as six bytes a pixel.
+GuardedSurface DrawCanvas::asSixBytes() {
+  GuardedSurface other = sixByteLayout().make(ptNone);
+  other.surface->SetCanvas(reinterpret_cast<char*>(bytes_.data()), height_, width_,
+                           static_cast<int>(surface().Pitch()));
+  NKPixel::cmYCbCr mode{};
+  surface().GetYCbCrMode(mode);
+  other.surface->SetYCbCrMode(mode);
+  return other;
+}
+
 Frame DrawCanvas::picture() {
-  GuardedSurface other;
-  if (layout_.shown == Shown::kSixBytes) {
-    other = sixByteLayout().make(ptNone);
-    other.surface->SetCanvas(reinterpret_cast<char*>(bytes_.data()), height_, width_,
-                             static_cast<int>(surface().Pitch()));
-    NKPixel::cmYCbCr mode{};
-    surface().GetYCbCrMode(mode);
-    other.surface->SetYCbCrMode(mode);
-  }
+  const GuardedSurface other = layout_.shown == Shown::kSixBytes ? asSixBytes() : GuardedSurface();
   NKDraw& read = other.surface != nullptr ? *other.surface : surface();
   const double scale = layout_.shown == Shown::kWords ? kWordScale : 1.0;
-  Frame frame = makeRGB(width_, height_);
+  Frame frame = makeFrame(AV_PIX_FMT_RGB24, width_, height_);
   for (int y = 0; y < height_; ++y) {
     std::uint8_t* to = frame->data[0] + std::ptrdiff_t{frame->linesize[0]} * y;
     for (int x = 0; x < width_; ++x) {

@@ -37,6 +37,8 @@ class DrawCanvas {
   [[nodiscard]] Frame picture();
 
  private:
+  [[nodiscard]] GuardedSurface asSixBytes();
+
   const DrawLayout& layout_;
   int width_, height_;
   GuardedSurface guarded_;

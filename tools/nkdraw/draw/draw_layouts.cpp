@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "draw/draw_layouts.h"
 
-#include "cli/nearest_name.h"
 #include "cli/option_values.h"
 #include "cli/using_media.h"
 #include "media/failure.h"

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "draw/draw_options.h"
 
+#include "cli/option_group.h"
 #include "cli/option_values.h"
 #include "draw/draw_canvas.h"
 #include "media/failure.h"
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <string_view>
@@ -38,48 +37,36 @@ constexpr UnitRule kUnitRules[] = {{1, 1, ""},
 void DrawArguments::addTo(CLI::App& command) {
   command.description(kDescription);
   command.footer(kMore);
-  command.add_option("SCRIPT", script_, "What to draw; - is the standard input")->type_name("");
-  command.add_option("OUTPUT", output_, "A picture, .png, or the frame's bytes, .raw")
-      ->type_name("");
-  command.add_option("--layout", layout_, "The frame's layout; see --list-layouts")
-      ->type_name("NAME");
-  command.add_option("--size", size_, "The frame's size, 1x1 to 8192x8192")->type_name("WxH");
-  command.add_flag("--clip", clip_,
-                   "Leave out what lies outside the frame, instead of refusing it");
-  command.add_flag("--overwrite", overwrite_, "Replace OUTPUT if it exists");
-  command.add_flag("--list-layouts", listLayouts_, "List the layouts");
-  command.add_flag("--list-verbs", listVerbs_, "List the verbs");
-  command.add_flag("-v,--verbose", verbose_, "Say more, with FFmpeg's messages");
+  OptionGroup plain(command);
+  plain.add("SCRIPT", plain_.script, "", "What to draw; - is the standard input");
+  plain.add("OUTPUT", plain_.output, "", "A picture, .png, or the frame's bytes, .raw");
+  plain.add("--layout", layout_, "NAME", "The frame's layout; see --list-layouts");
+  plain.add("--size", size_, "WxH", "The frame's size, 1x1 to 8192x8192");
+  plain.addFlag("--clip", plain_.clip,
+                "Leave out what lies outside the frame, instead of refusing it");
+  plain.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT if it exists");
+  plain.addFlag("--list-layouts", plain_.listLayouts, "List the layouts");
+  plain.addFlag("--list-verbs", plain_.listVerbs, "List the verbs");
+  plain.addFlag("-v,--verbose", plain_.verbose, "Say more, with FFmpeg's messages");
 }
 
 DrawOptions DrawArguments::read() const {
-  DrawOptions options;
-  options.listLayouts = listLayouts_;
-  options.listVerbs = listVerbs_;
-  options.clip = clip_;
-  options.overwrite = overwrite_;
-  options.verbose = verbose_;
-  if (listLayouts_ || listVerbs_)
+  DrawOptions options = plain_;
+  if (options.listLayouts || options.listVerbs)
     return options;
-  readFiles(options);
+  if (options.script.empty() || options.output.empty())
+    throw Failure(ExitCode::kUsage, "no files named", "nkdraw draw",
+                  "give SCRIPT and OUTPUT; see nkdraw draw --help");
+  options.raw = options.output.ends_with(".raw");
+  if (!options.raw && !options.output.ends_with(".png"))
+    throw Failure(ExitCode::kUsage, "no such kind of output", options.output,
+                  "name an output that ends in .png or .raw");
   if (!layout_)
     throw Failure(ExitCode::kUsage, "no layout", "nkdraw draw",
                   "give --layout NAME; see nkdraw draw --list-layouts");
   options.layout = &drawLayoutNamed(*layout_);
   readSize(options);
   return options;
-}
-
-void DrawArguments::readFiles(DrawOptions& options) const {
-  if (script_.empty() || output_.empty())
-    throw Failure(ExitCode::kUsage, "no files named", "nkdraw draw",
-                  "give SCRIPT and OUTPUT; see nkdraw draw --help");
-  options.raw = output_.ends_with(".raw");
-  if (!options.raw && !output_.ends_with(".png"))
-    throw Failure(ExitCode::kUsage, "no such kind of output", output_,
-                  "name an output that ends in .png or .raw");
-  options.script = script_;
-  options.output = output_;
 }
 
 void DrawArguments::readSize(DrawOptions& options) const {

@@ -3,6 +3,7 @@
 // The command line of `nkdraw draw`.
 #pragma once
 
+#include "cli/run_options.h"
 #include "draw/draw_layouts.h"
 
 #include <optional>
@@ -14,13 +15,13 @@ class App;
 
 namespace nkdraw::tool {
 
-struct DrawOptions {
+struct DrawOptions : RunOptions {
   bool listLayouts = false, listVerbs = false;  // nothing else is asked
   std::string script, output;
   bool raw = false;  // and not a picture
   const DrawLayout* layout = nullptr;
   int width = 0, height = 0;
-  bool clip = false, overwrite = false, verbose = false;
+  bool clip = false;
 };
 
 /// The options as they stand on the command line.
@@ -33,13 +34,10 @@ class DrawArguments {
   [[nodiscard]] DrawOptions read() const;
 
  private:
-  void readFiles(DrawOptions& options) const;
   void readSize(DrawOptions& options) const;
 
-  std::string script_, output_;
+  DrawOptions plain_;  // what the command line says without being read
   std::optional<std::string> layout_, size_;
-  bool clip_ = false, overwrite_ = false, verbose_ = false;
-  bool listLayouts_ = false, listVerbs_ = false;
 };
 
 }  // namespace nkdraw::tool

@@ -35,12 +35,7 @@ Picture BgraCanvas::picture() {
 }
 
 Frame BgraCanvas::frame() const {
-  Frame frame = makeFrame();
-  frame->format = AV_PIX_FMT_BGRA;
-  frame->width = width_;
-  frame->height = height_;
-  if (av_frame_get_buffer(frame.get(), 0) < 0)
-    throw std::bad_alloc();
+  Frame frame = makeFrame(AV_PIX_FMT_BGRA, width_, height_);
   const auto pitch = static_cast<std::size_t>(width_) * kPixelBytes;
   for (int y = 0; y < height_; ++y)
     std::memcpy(frame->data[0] + std::ptrdiff_t{frame->linesize[0]} * y,

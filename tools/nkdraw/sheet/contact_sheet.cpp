@@ -65,35 +65,48 @@ std::string modeNote(const ModeTile& tile) {
   return std::to_string(tile.mode->value) + (tile.otherWay ? way : "");
 }
 
-}  // namespace
-
-BgraCanvas wipeSheet(SheetPictures& pictures) {
+/// A row of tiles for each wipe, its name before it, and a head over the columns.
+Raster wipeRaster(SheetPictures& pictures) {
   constexpr int kHeadHeight = kGlyphHeight * kLargeText + kSheetGap;
   std::size_t longest = 0;
   for (const WipeName& wipe : wipeNames())
     longest = std::max(longest, wipe.name.size());
   const int width = pictures.first.width(), height = pictures.first.height();
-  const Raster raster = {.left = kSheetMargin + textWidth(longest, kLargeText) + kSheetMargin,
-                         .top = kSheetMargin + kHeadHeight,
-                         .tileWidth = width,
-                         .tileHeight = height,
-                         .columnStep = width + kSheetGap,
-                         .rowStep = height + kSheetGap};
-  const int rows = static_cast<int>(wipeNames().size());
-  BgraCanvas sheet = emptySheet(raster.x(kSteps) + width + kSheetMargin,
-                                raster.y(rows - 1) + height + kSheetMargin);
+  return {.left = kSheetMargin + textWidth(longest, kLargeText) + kSheetMargin,
+          .top = kSheetMargin + kHeadHeight,
+          .tileWidth = width,
+          .tileHeight = height,
+          .columnStep = width + kSheetGap,
+          .rowStep = height + kSheetGap};
+}
+
+void writeHeads(BgraCanvas& sheet, const Raster& raster) {
   for (int step = 0; step <= kSteps; ++step) {
     const std::string head(kPositions[step]);
-    sheet.write(head, raster.x(step) + (width - textWidth(head.size(), kLargeText)) / 2,
+    sheet.write(head, raster.x(step) + (raster.tileWidth - textWidth(head.size(), kLargeText)) / 2,
                 kSheetMargin, kLargeText, kSheetFaint);
   }
+}
+
+void writeLabel(BgraCanvas& sheet, const Raster& raster, const WipeName& wipe, int row) {
+  constexpr int kLabelHeight = kGlyphHeight * (kLargeText + kSmallText) + kLineGap;
+  const int top = raster.y(row) + (raster.tileHeight - kLabelHeight) / 2;
+  sheet.write(std::string(wipe.name), kSheetMargin, top, kLargeText, kSheetInk);
+  sheet.write("wipe " + std::to_string(wipe.number), kSheetMargin,
+              top + kGlyphHeight * kLargeText + kLineGap, kSmallText, kSheetFaint);
+}
+
+}  // namespace
+
+BgraCanvas wipeSheet(SheetPictures& pictures) {
+  const Raster raster = wipeRaster(pictures);
+  const int rows = static_cast<int>(wipeNames().size());
+  BgraCanvas sheet = emptySheet(raster.x(kSteps) + raster.tileWidth + kSheetMargin,
+                                raster.y(rows - 1) + raster.tileHeight + kSheetMargin);
+  writeHeads(sheet, raster);
   int row = 0;
   for (const WipeName& wipe : wipeNames()) {
-    const int labelHeight = kGlyphHeight * (kLargeText + kSmallText) + kLineGap;
-    const int top = raster.y(row) + (height - labelHeight) / 2;
-    sheet.write(std::string(wipe.name), kSheetMargin, top, kLargeText, kSheetInk);
-    sheet.write("wipe " + std::to_string(wipe.number), kSheetMargin,
-                top + kGlyphHeight * kLargeText + kLineGap, kSmallText, kSheetFaint);
+    writeLabel(sheet, raster, wipe, row);
     placeWipes(sheet, raster, pictures, wipe, row);
     ++row;
   }

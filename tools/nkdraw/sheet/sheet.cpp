@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
-#include "cli/commands.h"
-#include "cli/sub_command.h"
+#include "cli/command.h"
+#include "cli/run_options.h"
 #include "media/failure.h"
+#include "media/media_output.h"
 #include "media/output_file.h"
-#include "media/still.h"
 #include "sheet/contact_sheet.h"
 #include "sheet/drawing_sheets.h"
 #include "sheet/sheet_options.h"
@@ -29,11 +29,10 @@ constexpr BgraCanvas (*kSheets[])(const SheetOptions& options) = {
     ofDrawings<glyphSheet>, ofDrawings<shapeSheet>, ofDrawings<layoutSheet>};
 
 void drawSheet(const SheetOptions& options) {
-  checkOutputName(options.output, options.overwrite);
+  checkOutput(options.output, options);
   for (const auto& input : {options.a, options.b}) {
-    if (input && isSameFile(*input, options.output))
-      throw Failure(ExitCode::kUsage, "the output is an input", options.output,
-                    "choose another name");
+    if (input)
+      checkIsAnother(options.output, *input, "the output is an input");
   }
   const Frame picture = kSheets[static_cast<std::size_t>(options.kind)](options).frame();
   OutputFile file(options.output, options.overwrite);

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "sheet/sheet_options.h"
 
+#include "cli/option_group.h"
 #include "cli/option_values.h"
 #include "cli/using_media.h"
 #include "media/failure.h"
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <iterator>
@@ -48,36 +47,30 @@ const KindName& kindNamed(const std::string& name) {
 void SheetArguments::addTo(CLI::App& command) {
   command.description(kDescription);
   command.footer(kMore);
-  command
-      .add_option("KIND", kind_,
-                  "wipes (each at five positions), modes, glyphs, shapes\n"
-                  "or layouts")
-      ->type_name("");
-  command.add_option("OUTPUT", output_, "The picture to write; ends in .png")->type_name("");
-  command.add_option("--a", a_, "Show this clip's first frame as the first picture")
-      ->type_name("FILE");
-  command.add_option("--b", b_, "And this one's as the second")->type_name("FILE");
-  command.add_flag("--overwrite", overwrite_, "Replace OUTPUT if it exists");
-  command.add_flag("-v,--verbose", verbose_, "Say more, with FFmpeg's messages");
+  OptionGroup plain(command);
+  plain.add("KIND", kind_, "",
+            "wipes (each at five positions), modes, glyphs, shapes\n"
+            "or layouts");
+  plain.add("OUTPUT", plain_.output, "", "The picture to write; ends in .png");
+  plain.add("--a", a_, "FILE", "Show this clip's first frame as the first picture");
+  plain.add("--b", b_, "FILE", "And this one's as the second");
+  plain.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT if it exists");
+  plain.addFlag("-v,--verbose", plain_.verbose, "Say more, with FFmpeg's messages");
 }
 
 SheetOptions SheetArguments::read() const {
   const KindName& kind = kindNamed(kind_);
-  if (!kind.showsClips && !(a_.empty() && b_.empty()))
+  SheetOptions options = plain_;
+  options.kind = kind.kind;
+  options.a = given(a_);
+  options.b = given(b_);
+  if (!kind.showsClips && (options.a || options.b))
     throw Failure(ExitCode::kUsage, "this sheet shows no clips", std::string(kind.name),
                   "leave --a and --b out");
-  if (!output_.ends_with(".png"))
+  if (!options.output.ends_with(".png"))
     throw Failure(ExitCode::kUsage, "a sheet is written as PNG",
-                  output_.empty() ? "(no output)" : output_, "name an output that ends in .png");
-  SheetOptions options;
-  options.kind = kind.kind;
-  options.output = output_;
-  if (!a_.empty())
-    options.a = a_;
-  if (!b_.empty())
-    options.b = b_;
-  options.overwrite = overwrite_;
-  options.verbose = verbose_;
+                  options.output.empty() ? "(no output)" : options.output,
+                  "name an output that ends in .png");
   return options;
 }
 

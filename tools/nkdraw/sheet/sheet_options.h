@@ -3,6 +3,8 @@
 // The command line of `nkdraw sheet`.
 #pragma once
 
+#include "cli/run_options.h"
+
 #include <optional>
 #include <string>
 
@@ -14,11 +16,10 @@ namespace nkdraw::tool {
 
 enum class SheetKind { kWipes, kModes, kGlyphs, kShapes, kLayouts };
 
-struct SheetOptions {
+struct SheetOptions : RunOptions {
   SheetKind kind = SheetKind::kWipes;
   std::string output;
   std::optional<std::string> a, b;  // clips whose first frames are shown
-  bool overwrite = false, verbose = false;
 };
 
 /// The options as they stand on the command line.
@@ -31,8 +32,8 @@ class SheetArguments {
   [[nodiscard]] SheetOptions read() const;
 
  private:
-  std::string kind_, output_, a_, b_;
-  bool overwrite_ = false, verbose_ = false;
+  SheetOptions plain_;  // what the command line says without being read
+  std::string kind_, a_, b_;
 };
 
 }  // namespace nkdraw::tool

@@ -3,7 +3,7 @@
 // The two pictures of a contact sheet.
 #include "media/clip_facts.h"
 #include "media/failure.h"
-#include "media/picture_converter.h"
+#include "media/frame_converter.h"
 #include "media/video_feed.h"
 #include "sheet/contact_sheet.h"
 
@@ -55,7 +55,7 @@ Frame firstFrame(const std::string& path) {
   std::int64_t index = 0;
   if (!feed.next(decoded, index))
     throw Failure(ExitCode::kInput, "no frames in the video", path, "check it with ffprobe");
-  PictureConverter toBGRA(AV_PIX_FMT_BGRA, input.interlaced());
+  FrameConverter toBGRA(AV_PIX_FMT_BGRA, input.interlaced());
   return owned<Frame>(av_frame_clone(&toBGRA.convert(*decoded)));
 }
 

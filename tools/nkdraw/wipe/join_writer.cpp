@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "wipe/join_writer.h"
 
-#include "media/stream_copy.h"
-
-#include <algorithm>
+#include "media/stream_facts.h"
 
 namespace nkdraw::tool {
 
@@ -21,10 +19,8 @@ JoinWriter::JoinWriter(ClipPair& clips, const WipePlan& plan, const WipeOptions&
 }
 
 std::int64_t JoinWriter::placeOf(std::int64_t index) {
-  const std::int64_t place = std::max(index, next_);
-  next_ = place + 1;
   progress_.advance();
-  return place;
+  return places_.placeOf(index);
 }
 
 void JoinWriter::write(AVPacket& packet, AVRational timeBase) {
@@ -35,7 +31,7 @@ void JoinWriter::write(AVPacket& packet, AVRational timeBase) {
 }
 
 void JoinWriter::finish() {
-  sound_.advanceTo(next_);
+  sound_.advanceTo(places_.next());
   sound_.finish();
   output_.finish();
   file_.commit();

@@ -21,13 +21,13 @@ class JoinWriter {
   /// Throws Failure when the output can't be written.
   JoinWriter(ClipPair& clips, const WipePlan& plan, const WipeOptions& options);
 
-  /// The stream of the pictures, whose codec the caller sets before it begins.
+  /// The stream of the video, whose codec the caller sets before it begins.
   [[nodiscard]] AVStream& video() { return video_; }
   void begin() { output_.begin(); }
 
   /// The place in the output for frame `index`; two frames at one time go one after the other.
   [[nodiscard]] std::int64_t placeOf(std::int64_t index);
-  /// Writes a packet of the pictures; times are in `timeBase`, which is the time of a frame.
+  /// Writes a packet of the video; times are in `timeBase`, which is the time of a frame.
   void write(AVPacket& packet, AVRational timeBase);
 
   void finish();
@@ -38,7 +38,7 @@ class JoinWriter {
   AVStream& video_;
   AudioJoin sound_;
   Progress progress_;
-  std::int64_t next_ = 0;
+  FramePlaces places_;
 };
 
 }  // namespace nkdraw::tool

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "wipe/wipe_options.h"
 
+#include "cli/option_group.h"
 #include "cli/option_values.h"
 #include "media/failure.h"
 #include "wipe/wipe_names.h"
 
-#include <CLI/CLI.hpp>
+#include <nkdraw/constants.h>
 
 #include <algorithm>
 #include <iterator>
@@ -53,93 +54,69 @@ AudioMode readAudio(const std::string& text) {
 void WipeArguments::addTo(CLI::App& command) {
   command.description(kDescription);
   command.footer(kMore);
-  command.add_option("A", a_, "The clip that plays first")->type_name("");
-  command.add_option("B", b_, "The clip that follows, of the same size and rate")->type_name("");
-  command.add_option("OUTPUT", output_, "The clip to write; its suffix says what kind of file")
-      ->type_name("");
+  OptionGroup plain(command);
+  plain.add("A", plain_.a, "", "The clip that plays first");
+  plain.add("B", plain_.b, "", "The clip that follows, of the same size and rate");
+  plain.add("OUTPUT", plain_.output, "", "The clip to write; its suffix says what kind of file");
+  addTransitionTo(command);
+  addWritingTo(command);
+  plain.addFlag("--list", plain_.list, "List the wipes");
+  plain.addFlag("-v,--verbose", plain_.verbose, "Say more, with FFmpeg's messages");
+}
 
-  constexpr char kTransition[] = "The transition";
-  command.add_option("--wipe", wipe_, "The wipe, by name or number (dissolve); see --list")
-      ->type_name("NAME|NUMBER")
-      ->group(kTransition);
-  command
-      .add_option("--at", at_,
-                  "Where in A it begins: seconds (1.5), frames (25f),\n"
-                  "HH:MM:SS:FF or HH:MM:SS.mmm from A's first frame")
-      ->type_name("TIME")
-      ->group(kTransition);
-  command.add_option("--duration", duration_, "How long it lasts")
-      ->type_name("TIME")
-      ->group(kTransition);
-  command
-      .add_flag("--reverse", reverse_,
+void WipeArguments::addTransitionTo(CLI::App& command) {
+  OptionGroup group(command, "The transition");
+  group.add("--wipe", wipe_, "NAME|NUMBER", "The wipe, by name or number (dissolve); see --list");
+  group.add("--at", plain_.at, "TIME",
+            "Where in A it begins: seconds (1.5), frames (25f),\n"
+            "HH:MM:SS:FF or HH:MM:SS.mmm from A's first frame");
+  group.add("--duration", plain_.duration, "TIME", "How long it lasts");
+  group.addFlag("--reverse", plain_.backwards,
                 "Run the pattern from its end to its beginning, with A\n"
-                "where B would be; not for slides")
-      ->group(kTransition);
-  command
-      .add_flag("--swap", swap_,
+                "where B would be; not for slides");
+  group.addFlag("--swap", swap_,
                 "Change the places of A and B in the pattern: it goes from\n"
-                "B to A (bit 31 of the wipe); not for slides")
-      ->group(kTransition);
+                "B to A (bit 31 of the wipe); not for slides");
+}
 
-  constexpr char kWriting[] = "What is written";
-  command
-      .add_option("--audio", audio_,
-                  "The sound: crossfade during the transition (default),\n"
-                  "cut in its middle, or none")
-      ->type_name("HOW")
-      ->group(kWriting);
-  command
-      .add_option("--audio-codec", audioCodec_, "Encode sound with this encoder of FFmpeg (PCM)")
-      ->type_name("NAME[:KEY=VALUE...]")
-      ->group(kWriting);
-  command
-      .add_option("--codec", codec_,
-                  "Encode video with this encoder of FFmpeg (losslessly,\n"
-                  "by layout and kind of file)")
-      ->type_name("NAME[:KEY=VALUE...]")
-      ->group(kWriting);
-  command.add_flag("--overwrite", overwrite_, "Replace OUTPUT if it exists")->group(kWriting);
-  command.add_flag("--dry-run", dryRun_, "Say what would be done and write nothing")
-      ->group(kWriting);
-  command.add_flag("--list", list_, "List the wipes");
-  command.add_flag("-v,--verbose", verbose_, "Say more, with FFmpeg's messages");
+void WipeArguments::addWritingTo(CLI::App& command) {
+  OptionGroup group(command, "What is written");
+  group.add("--audio", audio_, "HOW",
+            "The sound: crossfade during the transition (default),\n"
+            "cut in its middle, or none");
+  group.add("--audio-codec", audioCodec_, "NAME[:KEY=VALUE...]",
+            "Encode sound with this encoder of FFmpeg (PCM)");
+  group.add("--codec", codec_, "NAME[:KEY=VALUE...]",
+            "Encode video with this encoder of FFmpeg (losslessly,\n"
+            "by layout and kind of file)");
+  group.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT if it exists");
+  group.addFlag("--dry-run", plain_.dryRun, "Say what would be done and write nothing");
 }
 
 WipeOptions WipeArguments::read() const {
-  WipeOptions options = {.a = a_,
-                         .b = b_,
-                         .output = output_,
-                         .word = 0,
-                         .backwards = reverse_,
-                         .at = at_,
-                         .duration = duration_,
-                         .audio = readAudio(audio_),
-                         .codec = {},
-                         .audioCodec = {},
-                         .overwrite = overwrite_,
-                         .dryRun = dryRun_,
-                         .list = list_,
-                         .verbose = verbose_};
-  if (list_)
+  WipeOptions options = plain_;
+  options.audio.mode = readAudio(audio_);
+  if (options.list)
     return options;
-  if (a_.empty() || b_.empty() || output_.empty())
+  if (options.a.empty() || options.b.empty() || options.output.empty())
     throw Failure(ExitCode::kUsage, "a file name is missing", "nkdraw wipe",
                   "give A, B and OUTPUT; see nkdraw wipe --help");
-  if (at_.empty() || duration_.empty())
+  if (options.at.empty() || options.duration.empty())
     throw Failure(ExitCode::kUsage, "the transition has no time",
-                  at_.empty() ? "--at" : "--duration",
+                  options.at.empty() ? "--at" : "--duration",
                   "give both, for example --at 4.5 --duration 25f");
+  options.word = readWord();
+  options.codec.asked = given(codec_);
+  options.audio.codec.asked = given(audioCodec_);
+  return options;
+}
+
+std::uint32_t WipeArguments::readWord() const {
   const std::uint32_t number = readWipe(wipe_, "--wipe");
-  if (isSlide(number) && (swap_ || reverse_))
+  if (isSlide(number) && (swap_ || plain_.backwards))
     badValue("--wipe", wipe_, "slides run one way only: leave --swap and --reverse out");
   // Backwards the pattern's outgoing picture is the one that comes.
-  options.word = number | (swap_ != reverse_ ? NKWipeSwap : 0);
-  if (!codec_.empty())
-    options.codec = codec_;
-  if (!audioCodec_.empty())
-    options.audioCodec = audioCodec_;
-  return options;
+  return number | (swap_ != plain_.backwards ? NKWipeSwap : 0);
 }
 
 }  // namespace nkdraw::tool

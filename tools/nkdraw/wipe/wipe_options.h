@@ -3,11 +3,12 @@
 // The command line of `nkdraw wipe`.
 #pragma once
 
+#include "cli/run_options.h"
 #include "cli/using_media.h"
 #include "media/audio_join.h"
+#include "media/encoder.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
 namespace CLI {
@@ -17,14 +18,14 @@ class App;
 namespace nkdraw::tool {
 
 /// What a run was asked for.
-struct WipeOptions {
+struct WipeOptions : RunOptions {
   std::string a, b, output;
   std::uint32_t word = 0;    // the wipe, with bit 31 when the inputs change places
   bool backwards = false;    // the pattern runs from its end to its beginning
   std::string at, duration;  // times, which only a frame rate makes frames of
-  AudioMode audio = AudioMode::kCrossfade;
-  std::optional<std::string> codec, audioCodec;
-  bool overwrite = false, dryRun = false, list = false, verbose = false;
+  AudioRequest audio = {AudioMode::kCrossfade, {"--audio-codec", {}}, "--audio none"};
+  CodecRequest codec = {"--codec", {}};
+  bool list = false;
 };
 
 /// The options as they stand on the command line.
@@ -37,10 +38,13 @@ class WipeArguments {
   [[nodiscard]] WipeOptions read() const;
 
  private:
-  std::string a_, b_, output_, wipe_ = "dissolve", at_, duration_, audio_ = "crossfade", codec_,
-                               audioCodec_;
-  bool swap_ = false, reverse_ = false;
-  bool overwrite_ = false, dryRun_ = false, list_ = false, verbose_ = false;
+  void addTransitionTo(CLI::App& command);
+  void addWritingTo(CLI::App& command);
+  [[nodiscard]] std::uint32_t readWord() const;
+
+  WipeOptions plain_;  // what the command line says without being read
+  std::string wipe_ = "dissolve", audio_ = "crossfade", codec_, audioCodec_;
+  bool swap_ = false;
 };
 
 }  // namespace nkdraw::tool

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "wipe/wipe_plan.h"
 
-#include "cli/time_value.h"
+#include "cli/option_values.h"
 #include "media/drawn_format.h"
 #include "media/failure.h"
 #include "media/media_output.h"
 #include "media/packet_rows.h"
-#include "media/raw_stream.h"
-#include "media/stream_copy.h"
+#include "media/stream_facts.h"
 #include "media/timecode_source.h"
 #include "wipe/wipe_names.h"
+
+#include <nkdraw/constants.h>
 
 #include <algorithm>
 #include <array>
@@ -20,12 +21,12 @@ namespace {
 
 constexpr int kShallow = 8;  // bits that the 8-bit layouts hold
 
-const Layout* nativeLayout(MediaInput& input) {
+const Layout* ownWipeLayout(MediaInput& input) {
   const AVCodecParameters& codec = *input.video().codecpar;
   return wipeLayoutOf(codec.codec_id, static_cast<AVPixelFormat>(codec.format));
 }
 
-/// What decoded pictures of a format become: as burn-in has them, but for RGB of more than 8 bits.
+/// What decoded frames of a format become: as burn-in has them, but for RGB of more than 8 bits.
 AVPixelFormat wipedFormat(AVPixelFormat source) {
   const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(source);
   if ((facts.flags & AV_PIX_FMT_FLAG_RGB) == 0 || facts.comp[0].depth <= kShallow)
@@ -59,16 +60,16 @@ bool isSameStorage(const AVCodecParameters& a, const AVCodecParameters& b) {
           std::memcmp(a.extradata, b.extradata, static_cast<std::size_t>(a.extradata_size)) == 0);
 }
 
-void planRoad(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {
-  const Layout* const a = nativeLayout(clips.a);
-  const Layout* const b = nativeLayout(clips.b);
-  if (a != nullptr && a == b && !options.codec) {
+void planFrames(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {
+  const Layout* const a = ownWipeLayout(clips.a);
+  const Layout* const b = ownWipeLayout(clips.b);
+  if (a != nullptr && a == b && !options.codec.asked) {
     plan.layout = a;
     plan.sameRows = isSameKind(*clips.a.file().iformat, *plan.format) &&
                     isSameKind(*clips.b.file().iformat, *plan.format) &&
                     isSameStorage(*clips.a.video().codecpar, *clips.b.video().codecpar);
     if (!plan.sameRows)
-      checkKeeps(*plan.format, *a);
+      checkKeeps(*plan.format, *a, options.codec.option);
     return;
   }
   plan.drawn =
@@ -100,6 +101,17 @@ void planTimes(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {
     failTooShort(clips.a, plan.at + plan.duration);
   if (countOf(clips.b).isBelow(plan.duration))
     failTooShort(clips.b, plan.duration);
+}
+
+void describeTransition(std::FILE* to, ClipPair& clips, const WipePlan& plan) {
+  std::fprintf(to, "wipe      %s%s%s\n", wipeText(plan.word & NKWipeLastNumber).c_str(),
+               (plan.word & NKWipeSwap) != 0 ? ", inputs swapped" : "",
+               plan.backwards ? ", backwards" : "");
+  std::fprintf(to, "from      %s, for %lld frames\n", frameText(plan.at, clips.frames.rate).c_str(),
+               static_cast<long long>(plan.duration));
+  if (const FrameCount b = countOf(clips.b); b.frames > 0)
+    std::fprintf(to, "written   %s%lld frames\n", b.exact ? "" : "about ",
+                 static_cast<long long>(plan.at + b.frames));
 }
 
 std::string describeTrack(const AudioTrackPlan& track, AudioMode mode) {
@@ -135,8 +147,8 @@ WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
   plan.backwards = options.backwards;
   planTimes(plan, clips, options);
   plan.format = &formatFor(options.output);
-  planRoad(plan, clips, options);
-  plan.audio = planAudio(clips, options.audio, options.audioCodec, *plan.format);
+  planFrames(plan, clips, options);
+  plan.audio = planAudio(clips, options.audio, *plan.format);
   const TimecodeStart timecode = timecodeOf(clips.a.file(), clips.a.video(), clips.frames.rate);
   if (!countsAllFrames(timecode, clips.frames.rate))
     plan.timecodeTag = "";
@@ -146,34 +158,22 @@ WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
 }
 
 void describe(std::FILE* to, ClipPair& clips, const WipePlan& plan, const WipeOptions& options) {
-  const AVRational rate = clips.frames.rate;
   for (MediaInput* const clip : {&clips.a, &clips.b})
     std::fprintf(to, "input     %s: %s, %s\n", clip->path().c_str(), clip->file().iformat->name,
                  avcodec_get_name(clip->video().codecpar->codec_id));
-  std::fprintf(to, "road      %s\n",
-               plan.isNative() ? "in place: frames outside the transition are copied"
-                               : "converting: frames are decoded and converted");
+  std::fprintf(to, "method    %s\n",
+               plan.isInPlace() ? "in place: frames outside the transition are copied"
+                                : "transcode: frames are decoded, wiped and encoded");
   std::fprintf(to, "frames    %dx%d, %s\n", clips.frames.width, clips.frames.height,
-               rateText(rate).c_str());
+               rateText(clips.frames.rate).c_str());
   std::fprintf(to, "layout    %s: %s\n", std::string(plan.layout->name).c_str(),
                std::string(plan.layout->description).c_str());
-  std::fprintf(to, "wipe      %s%s%s\n", wipeText(plan.word & NKWipeLastNumber).c_str(),
-               (plan.word & NKWipeSwap) != 0 ? ", inputs swapped" : "",
-               plan.backwards ? ", backwards" : "");
-  std::fprintf(to, "from      %s, for %lld frames\n", frameText(plan.at, rate).c_str(),
-               static_cast<long long>(plan.duration));
-  if (const FrameCount b = countOf(clips.b); b.frames > 0)
-    std::fprintf(to, "written   %s%lld frames\n", b.exact ? "" : "about ",
-                 static_cast<long long>(plan.at + b.frames));
+  describeTransition(to, clips, plan);
   for (const AudioTrackPlan& track : plan.audio)
-    std::fprintf(to, "sound     %s\n", describeTrack(track, options.audio).c_str());
+    std::fprintf(to, "sound     %s\n", describeTrack(track, options.audio.mode).c_str());
   for (MediaInput* const clip : {&clips.a, &clips.b})
     describeLeftOut(to, *clip, !plan.audio.empty());
-  std::fprintf(to, "codec     %s\n",
-               plan.codec ? (std::string(plan.codec->codec->name) + ", " +
-                             av_get_pix_fmt_name(plan.codec->pixelFormat))
-                                .c_str()
-                          : "unchanged");
+  std::fprintf(to, "codec     %s\n", plan.codec ? codecText(*plan.codec).c_str() : "unchanged");
   std::fprintf(to, "output    %s: %s\n", options.output.c_str(), plan.format->name);
 }
 

@@ -22,8 +22,8 @@ namespace nkdraw::tool {
 struct WipePlan {
   const Layout* layout = nullptr;  // of the frames that are wiped
   AVPixelFormat drawn =
-      AV_PIX_FMT_NONE;                // of decoded frames; none when packets are taken as they are
-  bool sameRows = false;              // such packets lie in the output's file as in both inputs'
+      AV_PIX_FMT_NONE;    // of decoded frames; none when in place: packets are wiped as they are
+  bool sameRows = false;  // such packets lie in the output's file as in both inputs'
   std::int64_t at = 0, duration = 0;  // frames
   std::uint32_t word = 0;
   bool backwards = false;
@@ -32,7 +32,7 @@ struct WipePlan {
   std::vector<AudioTrackPlan> audio;
   std::optional<std::string> timecodeTag;  // empty to drop the first clip's
 
-  [[nodiscard]] bool isNative() const { return drawn == AV_PIX_FMT_NONE; }
+  [[nodiscard]] bool isInPlace() const { return drawn == AV_PIX_FMT_NONE; }
   /// Of frame `index` of the transition.
   [[nodiscard]] Progression progressOf(std::int64_t index) const {
     const std::int64_t step = backwards ? duration - index : index + 1;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// How much two pictures differ, sample by sample.
+// How much two frames differ, sample by sample.
 #pragma once
 
 #include "cli/using_media.h"
@@ -21,14 +21,14 @@ struct Difference {
   [[nodiscard]] std::uint32_t largestOfAll() const;
 };
 
-/// Compares pictures of one size and one pixel format in that format: a pixel differs when a sample
+/// Compares frames of one size and one pixel format in that format: a pixel differs when a sample
 /// of its own differs or one that it shares with its neighbours.
-class PictureComparer {
+class FrameComparer {
  public:
-  /// Whether pictures of the format have samples that can be compared as numbers.
+  /// Whether frames of the format have samples that can be compared as numbers.
   [[nodiscard]] static bool takes(AVPixelFormat format);
 
-  explicit PictureComparer(AVPixelFormat format);
+  explicit FrameComparer(AVPixelFormat format);
 
   /// "y", "cb", "cr" or "r", "g", "b", "a"
   [[nodiscard]] std::span<const std::string> channels() const { return names_; }

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Burning into a clip from a file.
+// Burning into a clip from a file, and into the test pattern.
 #pragma once
 
 #include "burnin/burnin_options.h"
 
 namespace nkdraw::tool {
 
-/// Throws Failure or Interrupted, and then leaves no output behind.
+/// Both throw Failure or Interrupted, and then leave no output behind.
 void burnClip(const BurninOptions& options);
+void burnPattern(const BurninOptions& options);
 
 }  // namespace nkdraw::tool

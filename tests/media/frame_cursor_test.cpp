@@ -43,16 +43,16 @@ Indices passed(FrameCursor<NumberFeed>& cursor, std::int64_t end) {
 }  // namespace
 
 TEST(FrameCursor, PassesFramesUpToAnEnd) {
-  NumberFeed feed({0, 1, 2, 3, 4});
-  FrameCursor<NumberFeed> cursor(feed);
+  FrameCursor<NumberFeed> cursor(Indices{0, 1, 2, 3, 4});
   EXPECT_EQ(passed(cursor, 3), (Indices{0, 1, 2}));
   EXPECT_EQ(passed(cursor, 3), Indices{});
+  EXPECT_TRUE(cursor.hasMore());
   EXPECT_EQ(passed(cursor, cursor.kEnd), (Indices{3, 4}));
+  EXPECT_FALSE(cursor.hasMore());
 }
 
 TEST(FrameCursor, ShowsTheFrameBeforeAGap) {
-  NumberFeed feed({0, 1, 4, 5});
-  FrameCursor<NumberFeed> cursor(feed);
+  FrameCursor<NumberFeed> cursor(Indices{0, 1, 4, 5});
   for (const auto& [index, seen] : {std::pair{0, 0}, {1, 1}, {2, 1}, {3, 1}, {4, 4}, {5, 5}}) {
     ASSERT_NE(cursor.shownAt(index), nullptr) << index;
     EXPECT_EQ(*cursor.shownAt(index), seen) << index;
@@ -61,8 +61,7 @@ TEST(FrameCursor, ShowsTheFrameBeforeAGap) {
 }
 
 TEST(FrameCursor, ShowsTheFrameBehindAGapThatItBeganIn) {
-  NumberFeed feed({0, 3, 4});
-  FrameCursor<NumberFeed> cursor(feed);
+  FrameCursor<NumberFeed> cursor(Indices{0, 3, 4});
   EXPECT_EQ(passed(cursor, 2), Indices{0});
   ASSERT_NE(cursor.shownAt(2), nullptr);
   EXPECT_EQ(*cursor.shownAt(2), 3);
@@ -70,14 +69,12 @@ TEST(FrameCursor, ShowsTheFrameBehindAGapThatItBeganIn) {
 }
 
 TEST(FrameCursor, PassesOnWhatItHasNotShown) {
-  NumberFeed feed({0, 1, 2, 3, 4});
-  FrameCursor<NumberFeed> cursor(feed);
+  FrameCursor<NumberFeed> cursor(Indices{0, 1, 2, 3, 4});
   EXPECT_EQ(*cursor.shownAt(1), 1);
   EXPECT_EQ(passed(cursor, cursor.kEnd), (Indices{2, 3, 4}));
 }
 
 TEST(FrameCursor, ShowsNothingOfAnEmptyClip) {
-  NumberFeed feed({});
-  FrameCursor<NumberFeed> cursor(feed);
+  FrameCursor<NumberFeed> cursor(Indices{});
   EXPECT_EQ(cursor.shownAt(0), nullptr);
 }

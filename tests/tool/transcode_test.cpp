@@ -119,7 +119,7 @@ const Case kCases[] = {
      true},
 };
 
-class Converting : public testing::TestWithParam<Case> {};
+class Transcode : public testing::TestWithParam<Case> {};
 
 void makeClip(const Case& each, const std::string& path, const char* start) {
   Arguments arguments = {"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25"};
@@ -150,7 +150,7 @@ int largestDifference(const Clip& a, const Clip& b, std::size_t frame, int textT
 
 }  // namespace
 
-TEST_P(Converting, BurnsIntoEveryFrameAndKeepsThePicture) {
+TEST_P(Transcode, BurnsIntoEveryFrameAndKeepsThePicture) {
   const Case& each = GetParam();
   const std::string in = at(each.input), out = at(each.output[0] == 'o' ? each.output : "");
   makeClip(each, in, "10:00:59:22");
@@ -183,12 +183,12 @@ TEST_P(Converting, BurnsIntoEveryFrameAndKeepsThePicture) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Codecs, Converting, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Codecs, Transcode, testing::ValuesIn(kCases),
                          [](const testing::TestParamInfo<Case>& each) {
                            return std::string(each.param.name);
                          });
 
-TEST(ConvertingStreams, CopiesSoundAndKeepsItInStep) {
+TEST(TranscodeStreams, CopiesSoundAndKeepsItInStep) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25:duration=1", "-f", "lavfi", "-i",
           "sine=duration=1", "-c:v", "libx264", "-pix_fmt", "yuv420p", "-c:a", "aac",
           at("in.mkv")});
@@ -212,7 +212,7 @@ TEST(ConvertingStreams, CopiesSoundAndKeepsItInStep) {
   }
 }
 
-TEST(ConvertingStreams, KeepsACoverPictureWhereADryRunSaysSo) {
+TEST(TranscodeStreams, KeepsACoverPictureWhereADryRunSaysSo) {
   ffmpeg({"-f", "lavfi", "-i", "color=red:size=64x64", "-frames:v", "1", at("cover.png")});
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-i", at("cover.png"), "-map", "0",
           "-map", "1", "-frames:v", "5", "-c:v:0", "mpeg4", "-c:v:1", "copy", "-disposition:v:1",
@@ -229,7 +229,7 @@ TEST(ConvertingStreams, KeepsACoverPictureWhereADryRunSaysSo) {
   }
 }
 
-TEST(ConvertingCodecs, EncodesWithWhatIsAskedFor) {
+TEST(TranscodeCodecs, EncodesWithWhatIsAskedFor) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "3", "-c:v", "v210",
           at("in.mov")});
   const std::pair<const char*, const char*> kAsked[] = {{"prores_ks:profile=3", "prores"},
@@ -246,7 +246,7 @@ TEST(ConvertingCodecs, EncodesWithWhatIsAskedFor) {
   }
 }
 
-TEST(ConvertingCodecs, EncodesInThePixelFormatThatIsAskedFor) {
+TEST(TranscodeCodecs, EncodesInThePixelFormatThatIsAskedFor) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "3", "-c:v", "v210",
           at("in.mov")});
   const Outcome outcome =
@@ -258,7 +258,7 @@ TEST(ConvertingCodecs, EncodesInThePixelFormatThatIsAskedFor) {
   EXPECT_NE(refused.err.find("pixel format: rgb24"), std::string::npos) << refused.err;
 }
 
-TEST(ConvertingCodecs, WritesRawFramesInTheFormatsThatTheFileKeeps) {
+TEST(TranscodeCodecs, WritesRawFramesInTheFormatsThatTheFileKeeps) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "2", "-c:v", "v210",
           at("in.mov")});
   struct {
@@ -277,7 +277,7 @@ TEST(ConvertingCodecs, WritesRawFramesInTheFormatsThatTheFileKeeps) {
   }
 }
 
-TEST(ConvertingCodecs, V210MadeAgainIsTheSame) {
+TEST(TranscodeCodecs, V210MadeAgainIsTheSame) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=322x180:rate=25", "-frames:v", "3", "-c:v", "v210",
           at("in.mov")});
   ASSERT_EQ(burnin({at("in.mov"), at("place.mov")}).exitCode, 0);
@@ -285,7 +285,7 @@ TEST(ConvertingCodecs, V210MadeAgainIsTheSame) {
   EXPECT_TRUE(decode(at("place.mov")).frames == decode(at("again.mov")).frames);
 }
 
-TEST(ConvertingSizes, TakesOddOnes) {
+TEST(TranscodeSizes, TakesOddOnes) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=330x180:rate=25,format=gbrp,crop=321:143:0:0:exact=1",
           "-frames:v", "2", "-c:v", "ffv1", "-pix_fmt", "yuv444p", at("in.mkv")});
   const Outcome outcome =
@@ -296,7 +296,7 @@ TEST(ConvertingSizes, TakesOddOnes) {
   EXPECT_EQ(readText(grey, 1, 17, 41, 2, 11), "00:00:00:01");
 }
 
-TEST(ConvertingCodecs, SayNothing) {
+TEST(TranscodeCodecs, SayNothing) {
   // The leak sanitizer would speak of memory that libx265 leaves behind.
   setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "3", "-c:v", "v210",
@@ -309,7 +309,7 @@ TEST(ConvertingCodecs, SayNothing) {
   unsetenv("ASAN_OPTIONS");
 }
 
-TEST(ConvertingProgressive, StaysProgressive) {
+TEST(TranscodeProgressive, StaysProgressive) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "2", "-c:v",
           "prores_ks", at("in.mov")});
   ASSERT_EQ(fieldOrderOf(at("in.mov")), AV_FIELD_PROGRESSIVE);
@@ -319,7 +319,7 @@ TEST(ConvertingProgressive, StaysProgressive) {
   }
 }
 
-TEST(ConvertingInterlaced, KeepsTheFieldsOfChromaApart) {
+TEST(TranscodeInterlaced, KeepsTheFieldsOfChromaApart) {
   // One field red, the other blue: chroma that mixed the fields would turn purple.
   ffmpeg({"-f",
           "lavfi",

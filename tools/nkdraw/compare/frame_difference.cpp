@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-2-Clause
-#include "compare/picture_difference.h"
+#include "compare/frame_difference.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -34,7 +34,7 @@ std::uint32_t Difference::largestOfAll() const {
   return *std::ranges::max_element(largest);
 }
 
-bool PictureComparer::takes(AVPixelFormat format) {
+bool FrameComparer::takes(AVPixelFormat format) {
   const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(format);
   constexpr std::uint64_t kNoNumbers = AV_PIX_FMT_FLAG_PAL | AV_PIX_FMT_FLAG_FLOAT |
                                        AV_PIX_FMT_FLAG_BAYER | AV_PIX_FMT_FLAG_HWACCEL |
@@ -42,10 +42,10 @@ bool PictureComparer::takes(AVPixelFormat format) {
   return (facts.flags & kNoNumbers) == 0 && facts.comp[0].depth <= kDeepest;
 }
 
-PictureComparer::PictureComparer(AVPixelFormat format)
+FrameComparer::FrameComparer(AVPixelFormat format)
     : format_(*av_pix_fmt_desc_get(format)), names_(namesOf(format_)) {}
 
-bool PictureComparer::isSameRow(const AVFrame& a, const AVFrame& b, int y) const {
+bool FrameComparer::isSameRow(const AVFrame& a, const AVFrame& b, int y) const {
   for (std::size_t plane = 0; plane < 4 && a.data[plane] != nullptr; ++plane) {
     const bool isShort = plane == 1 || plane == 2;
     const std::ptrdiff_t row = isShort ? y >> format_.log2_chroma_h : y;
@@ -58,12 +58,11 @@ bool PictureComparer::isSameRow(const AVFrame& a, const AVFrame& b, int y) const
   return true;
 }
 
-void PictureComparer::compareRow(const AVFrame& a, const AVFrame& b, int y,
-                                 Difference& difference) {
-  const auto read = [&](const AVFrame& picture, int channel, int row, int width,
+void FrameComparer::compareRow(const AVFrame& a, const AVFrame& b, int y, Difference& difference) {
+  const auto read = [&](const AVFrame& frame, int channel, int row, int width,
                         std::vector<std::uint16_t>& samples) {
-    av_read_image_line2(samples.data(), const_cast<const std::uint8_t**>(picture.data),
-                        picture.linesize, &format_, 0, row, channel, width, 0, 2);
+    av_read_image_line2(samples.data(), const_cast<const std::uint8_t**>(frame.data),
+                        frame.linesize, &format_, 0, row, channel, width, 0, 2);
   };
   std::ranges::fill(differs_, std::uint8_t{0});
   for (int channel = 0; channel < format_.nb_components; ++channel) {
@@ -84,7 +83,7 @@ void PictureComparer::compareRow(const AVFrame& a, const AVFrame& b, int y,
   difference.pixels += std::ranges::count(differs_, 1);
 }
 
-Difference PictureComparer::compare(const AVFrame& a, const AVFrame& b) {
+Difference FrameComparer::compare(const AVFrame& a, const AVFrame& b) {
   const auto width = static_cast<std::size_t>(a.width);
   rowA_.resize(width);
   rowB_.resize(width);

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Options of one heading in a sub-command's help.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+namespace nkdraw::tool {
+
+class OptionGroup {
+ public:
+  /// Without a heading they stand under the help's own.
+  explicit OptionGroup(CLI::App& command, const char* heading = nullptr)
+      : command_(command), heading_(heading) {}
+
+  /// An option whose value, written `type` in the help, goes to `value`. What `value` is, and what
+  /// the call gives back, is as CLI11 has it; both must outlive the command line.
+  template <class Value>
+  CLI::Option& add(const char* name, Value& value, const char* type, const char* meaning) {
+    return placed(*command_.add_option(name, value, meaning)->type_name(type));
+  }
+  void addFlag(const char* name, bool& value, const char* meaning) {
+    placed(*command_.add_flag(name, value, meaning));
+  }
+
+ private:
+  CLI::Option& placed(CLI::Option& option) const {
+    return heading_ != nullptr ? *option.group(heading_) : option;
+  }
+
+  CLI::App& command_;
+  const char* heading_;
+};
+
+}  // namespace nkdraw::tool

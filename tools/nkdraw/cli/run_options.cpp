@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "cli/run_options.h"
+
+#include "cli/using_media.h"
+#include "media/failure.h"
+#include "media/output_file.h"
+
+namespace nkdraw::tool {
+
+void checkOutput(const std::string& path, const RunOptions& options) {
+  checkOutputName(path, options.overwrite, "choose another name or give --overwrite");
+}
+
+void checkIsAnother(const std::string& output, const std::string& other, const std::string& what) {
+  if (isSameFile(output, other))
+    throw Failure(ExitCode::kUsage, what, output, "choose another name");
+}
+
+}  // namespace nkdraw::tool

@@ -36,6 +36,7 @@ set(NKDRAW_PUBLIC_HEADERS
   nkdraw/platform/thread.h
   nkdraw/platform/timecode.h
   nkdraw/surface/factory.h
+  nkdraw/surface/layout_facts.h
   nkdraw/surface/pixel.h
   nkdraw/surface/pixel_type.h
   nkdraw/text/font_data.h

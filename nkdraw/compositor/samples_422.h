@@ -4,6 +4,8 @@
 // four bytes packed, six expanded.
 #pragma once
 
+#include <nkdraw/surface/v210_group.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -26,21 +28,9 @@ inline constexpr PairOrder kChromaFirst = {{1, 0, 2, 3, 0, 2}, {1, 0, 2, 3}};
 
 inline constexpr std::size_t kPackedPair = 4, kExpandedPair = 6;
 
-// A v210 group: twelve samples in four little-endian words, in the order of kChromaFirst; a
-// sample's top eight bits are kept.
-//
-// Bits   29..22  19..12   9..2
-// word 0   Cr0     Y0     Cb0
-// word 1   Y2      Cb1    Y1
-// word 2   Cb2     Y3     Cr1
-// word 3   Y5      Cr2    Y4
-inline constexpr std::size_t kGroupBytes = 16, kGroupPixels = 6, kGroupSamples = 12;
-
-/// The fewest bytes of a row of `width` pixels: 128 for every 48 pixels begun.
-[[nodiscard]] constexpr std::uint32_t leastV210Pitch(std::uint32_t width) {
-  const std::uint32_t beyond = width % 48;
-  return (beyond == 0 ? width : width - beyond + 48) * 8 / 3;
-}
+// A v210 group: its samples come in the order of kChromaFirst; the top eight bits of each are kept.
+inline constexpr std::size_t kGroupBytes = v210::kGroupBytes, kGroupPixels = v210::kGroupPixels;
+inline constexpr std::size_t kGroupSamples = sampleCount(v210::kFacts);
 
 /// Bytes behind the samples of a row that the two v210 functions may read or write.
 inline constexpr std::size_t kSampleSlack = 64;

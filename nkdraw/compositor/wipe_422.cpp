@@ -214,7 +214,7 @@ std::uint32_t displayWipeV210(const WipeTask& frame, WipeWait wait) {
   PackedWipe wipe{frame, kV210};
   if (!allocate(wipe, priority))
     return NKStatusRefused;
-  const std::uint32_t leastPitch = leastV210Pitch(frame.width);
+  const std::uint32_t leastPitch = packedPitch(v210::kFacts, frame.width);
   for (std::uint32_t* const pitch : {&wipe.frame.pitchDst, &wipe.frame.pitchA, &wipe.frame.pitchB})
     *pitch = std::max(*pitch, leastPitch);
   silently([&] {

@@ -7,7 +7,7 @@
 #include "wipe_band.h"
 
 #include <nkdraw/constants.h>
-#include <nkdraw/surface/pixel_type.h>
+#include <nkdraw/surface/layout_facts.h>
 
 #include <array>
 #include <cstddef>
@@ -28,16 +28,25 @@ struct PixelParts {
   [[nodiscard]] constexpr bool known() const { return kind != PartKind::kNone; }
 };
 
+/// The wipes know the layouts in which each pixel has colours of its own, whole bytes of integers
+/// or floats.
+[[nodiscard]] constexpr PixelParts partsOf(const LayoutFacts& facts) {
+  const auto count = static_cast<std::uint8_t>(sampleCount(facts));
+  if (facts.groupPixels != 1 || count < 3)
+    return {};
+  if (facts.kind == SampleKind::kFloat)
+    return {PartKind::kFloat, count};
+  if (facts.kind == SampleKind::kHalf || facts.depth % 8 != 0)
+    return {};
+  return {facts.depth == 8 ? PartKind::kByte : PartKind::kWord, count};
+}
+
 inline constexpr auto kPixelParts = [] {
   std::array<PixelParts, ptYCbCrA64 + 1> parts{};
-  for (const pixelType type : {ptRGBA32, ptARGB32, ptBGRA32, ptABGR32, ptYCbCrA32})
-    parts[type] = {PartKind::kByte, 4};
-  for (const pixelType type : {ptRGB24, ptBGR24, ptYCbCr24})
-    parts[type] = {PartKind::kByte, 3};
-  parts[ptRGBAFloat] = {PartKind::kFloat, 4};
-  parts[ptRGBFloat] = {PartKind::kFloat, 3};
-  parts[ptRGB48] = parts[ptYCbCr48] = {PartKind::kWord, 3};
-  parts[ptARGB64] = parts[ptYCbCrA64] = {PartKind::kWord, 4};
+  for (const LayoutFacts& facts : kLayoutFacts) {
+    if (partsOf(facts).known())
+      parts[static_cast<std::size_t>(facts.type)] = partsOf(facts);
+  }
   return parts;
 }();
 

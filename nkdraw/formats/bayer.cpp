@@ -5,6 +5,7 @@
 
 #include <nkdraw/formats/bayer_plotter.h>
 #include <nkdraw/formats/rgb_reads.h>
+#include <nkdraw/surface/layout_facts.h>
 #include <nkdraw/surface/truncate.h>
 
 #include <algorithm>
@@ -12,6 +13,9 @@
 
 namespace {
 
+using nkdraw::Channel;
+using nkdraw::factsOf;
+using nkdraw::LayoutFacts;
 using nkdraw::bayer::orderIndex;
 
 /// A place of a cell.
@@ -24,12 +28,18 @@ struct ReadPlaces {
   Place r, g, b;
 };
 
+constexpr ReadPlaces readPlacesOf(const LayoutFacts& facts) {
+  const auto place = [&facts](Channel channel) {
+    const auto i = static_cast<std::uint8_t>(sampleOf(facts, channel));
+    return Place{static_cast<std::uint8_t>(i / 2), static_cast<std::uint8_t>(i % 2)};
+  };
+  return {place(Channel::kR), place(Channel::kG), place(Channel::kB)};
+}
+
+/// By mosaic order.
 constexpr ReadPlaces kReads[] = {
-    {{1, 1}, {0, 1}, {0, 0}},  // B G, G R
-    {{0, 0}, {0, 1}, {1, 1}},  // R G, G B
-    {{1, 0}, {0, 0}, {0, 1}},  // G B, R G
-    {{0, 1}, {0, 0}, {1, 0}},  // G R, B G
-};
+    readPlacesOf(factsOf(ptBayerBGGR)), readPlacesOf(factsOf(ptBayerRGGB)),
+    readPlacesOf(factsOf(ptBayerGBRG)), readPlacesOf(factsOf(ptBayerGRBG))};
 
 /// The upper eight bits of a sample of the cell that begins at `cell`.
 int sampleAt(const std::uint8_t* cell, std::uint32_t pitch, Place place) {
@@ -60,7 +70,7 @@ CDrawBayer& CDrawBayer::operator=(CDrawBayer& other) {
 }
 
 int CDrawBayer::GetPitch() {
-  return static_cast<int>(width * 3 / 2);
+  return static_cast<int>(nkdraw::packedPitch(nkdraw::bayer::kFacts, width));
 }
 
 void* CDrawBayer::GetPixel(int x, int y) {

@@ -5,6 +5,7 @@
 
 #include <nkdraw/formats/bayer.h>
 #include <nkdraw/surface/address.h>
+#include <nkdraw/surface/layout_facts.h>
 #include <nkdraw/surface/plotter.h>
 #include <nkdraw/surface/run_kernels.h>
 
@@ -14,20 +15,26 @@
 
 namespace nkdraw::bayer {
 
-/// The channel, R, G or B, of each place of a cell, by row and column.
+/// But for the order of the channels, the same in all mosaics.
+inline constexpr const LayoutFacts& kFacts = factsOf(ptBayerBGGR);
+
+/// The channel of each place of a cell, by row and column: 0 is R, 1 G, 2 B.
 struct Cell {
   std::uint8_t channel[2][2];
 };
 
-inline constexpr std::uint8_t kR = 0, kG = 1, kB = 2;
+constexpr Cell cellOf(const LayoutFacts& facts) {
+  Cell cell{};
+  for (std::size_t i = 0; i < 4; ++i)
+    cell.channel[i / 2][i % 2] = static_cast<std::uint8_t>(static_cast<int>(facts.samples[i]) -
+                                                           static_cast<int>(Channel::kR));
+  return cell;
+}
 
 /// By pixelType from ptBayerBGGR on, twice the same.
-inline constexpr std::array<Cell, 4> kCells = {{
-    {{{kB, kG}, {kG, kR}}},
-    {{{kR, kG}, {kG, kB}}},
-    {{{kG, kB}, {kR, kG}}},
-    {{{kG, kR}, {kB, kG}}},
-}};
+inline constexpr std::array<Cell, 4> kCells = {
+    cellOf(factsOf(ptBayerBGGR)), cellOf(factsOf(ptBayerRGGB)), cellOf(factsOf(ptBayerGBRG)),
+    cellOf(factsOf(ptBayerGRBG))};
 
 /// The index into tables by mosaic order; types that are none count as the first.
 [[nodiscard]] constexpr std::size_t orderIndex(pixelType type) {
@@ -38,16 +45,13 @@ inline constexpr std::array<Cell, 4> kCells = {{
 
 /// Where the sample of column x begins.
 [[nodiscard]] constexpr char* address(char* canvas, std::uint32_t pitch, int x, int y) {
-  return canvas + rowOffset(pitch, y) + std::ptrdiff_t{3} * x / 2;
+  return canvas + rowOffset(pitch, y) + std::ptrdiff_t{kFacts.groupBytes} * x / kFacts.groupPixels;
 }
 
 }  // namespace nkdraw::bayer
 
 namespace nkdraw {
 
-// Byte      0         1                    2
-// bits   7..0      7..4      3..0       7..4      3..0
-//        s0 11..4  s0 3..0   s1 11..8   s1 7..4   s1 3..0
 template <>
 class Plotter<CDrawBayer> {
  public:

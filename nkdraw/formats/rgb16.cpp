@@ -5,6 +5,7 @@
 
 #include <nkdraw/formats/rgb16_plotter.h>
 #include <nkdraw/formats/rgb_reads.h>
+#include <nkdraw/surface/layout_facts.h>
 
 #include <algorithm>
 #include <iterator>
@@ -12,9 +13,12 @@
 namespace nkdraw {
 namespace {
 
-/// Where R, G and B stand in a pixel of three or four words; a fourth one is alpha, in front.
 template <std::size_t kWords>
-constexpr std::size_t kRed = kWords - 3;
+constexpr const LayoutFacts& kFacts = kWords == 3 ? factsOf(ptRGB48) : factsOf(ptARGB64);
+
+/// Where R, G and B stand, one after the other.
+template <std::size_t kWords>
+constexpr std::size_t kRed = sampleOf(kFacts<kWords>, Channel::kR);
 
 constexpr std::uint32_t kForegroundWord = 255, kBackgroundWord = 0;
 
@@ -37,12 +41,12 @@ WordSurface<kWords>& WordSurface<kWords>::operator=(WordSurface& other) {
 
 template <std::size_t kWords>
 int WordSurface<kWords>::GetPitch() {
-  return static_cast<int>(width * (2 * kWords));
+  return static_cast<int>(packedPitch(kFacts<kWords>, width));
 }
 
 template <std::size_t kWords>
 void* WordSurface<kWords>::GetPixel(int x, int y) {
-  return canvas + rowOffset(pitch, y) + static_cast<std::ptrdiff_t>(2 * kWords) * x;
+  return canvas + rowOffset(pitch, y) + std::ptrdiff_t{kFacts<kWords>.groupBytes} * x;
 }
 
 template <std::size_t kWords>

@@ -5,15 +5,17 @@
 
 #include <nkdraw/formats/rgb_reads.h>
 #include <nkdraw/surface/byte_order.h>
+#include <nkdraw/surface/layout_facts.h>
 #include <nkdraw/surface/truncate.h>
 
 namespace {
 
-// Bits 31..22  21..12  11..2  1..0
-//        R       G       B      0
-constexpr unsigned kRedShift = 22, kGreenShift = 12, kBlueShift = 2;
-constexpr std::uint32_t kCodeMask = 0x3FF;
-constexpr double kLargestCode = 1023.0;
+constexpr const nkdraw::LayoutFacts& kFacts = nkdraw::factsOf(ptRGB30DPX);
+constexpr unsigned kRedShift = nkdraw::sampleBit(kFacts, 0);
+constexpr unsigned kGreenShift = nkdraw::sampleBit(kFacts, 1);
+constexpr unsigned kBlueShift = nkdraw::sampleBit(kFacts, 2);
+constexpr std::uint32_t kCodeMask = (1U << kFacts.depth) - 1;
+constexpr double kLargestCode = kCodeMask;
 
 struct Codes {
   std::uint32_t r, g, b;
@@ -66,7 +68,7 @@ CDrawRGB30DPX& CDrawRGB30DPX::operator=(CDrawRGB30DPX& other) {
 }
 
 int CDrawRGB30DPX::GetPitch() {
-  return static_cast<int>(width * 4);
+  return static_cast<int>(nkdraw::packedPitch(kFacts, width));
 }
 
 std::uint32_t CDrawRGB30DPX::GetPixelRGBA(int x, int y, double& r, double& g, double& b,

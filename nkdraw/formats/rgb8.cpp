@@ -5,6 +5,7 @@
 
 #include <nkdraw/formats/rgb_reads.h>
 #include <nkdraw/surface/byte_order.h>
+#include <nkdraw/surface/layout_facts.h>
 
 namespace {
 
@@ -24,7 +25,7 @@ CDrawRGBA32& CDrawRGBA32::operator=(CDrawRGBA32& other) {
 }
 
 int CDrawRGBA32::GetPitch() {
-  return static_cast<int>(width * 4);
+  return static_cast<int>(nkdraw::packedPitch(nkdraw::factsOf(ptRGBA32), width));
 }
 
 std::uint32_t CDrawRGBA32::GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr,
@@ -49,7 +50,7 @@ CDrawRGB24& CDrawRGB24::operator=(CDrawRGB24& other) {
 }
 
 int CDrawRGB24::GetPitch() {
-  return static_cast<int>(width * 3);
+  return static_cast<int>(nkdraw::packedPitch(nkdraw::factsOf(ptRGB24), width));
 }
 
 std::uint32_t CDrawRGB24::GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr,

@@ -15,7 +15,8 @@ using nkdraw::v210::Sample;
 
 constexpr double kUnit = 0.0009765625;  // 1/1024
 
-constexpr std::uint32_t kRowPixels = 48;  // a row's length is a multiple of these
+// Types up to this one are kept, and stand for the same layout.
+constexpr std::int32_t kLastV210 = 16;
 
 /// The samples that the read operations give for one of the six pixels of a group.
 struct PixelSamples {
@@ -46,7 +47,7 @@ std::uint32_t sampleOf(const void* group, Sample sample) {
 }  // namespace
 
 CDrawYCbCr10::CDrawYCbCr10(pixelType type) : NKDraw(type) {
-  pixelKind = type == 15 || type == 16 ? type : ptV210;
+  pixelKind = type >= ptV210 && type <= kLastV210 ? type : ptV210;
 }
 
 CDrawYCbCr10& CDrawYCbCr10::operator=(CDrawYCbCr10& other) {
@@ -74,9 +75,7 @@ std::uint32_t CDrawYCbCr10::SetCanvas(char* newCanvas, int newHeight, int newWid
 }
 
 int CDrawYCbCr10::GetPitch() {
-  const std::uint32_t bytes =
-      width % kRowPixels == 0 ? width * 8 / 3 : (width / kRowPixels + 1) * (kRowPixels * 8) / 3;
-  return static_cast<int>(bytes);
+  return static_cast<int>(nkdraw::packedPitch(nkdraw::v210::kFacts, width));
 }
 
 void* CDrawYCbCr10::GetPixel(int x, int y) {
@@ -148,7 +147,7 @@ double CDrawYCbCr10::GetLuma(int x, int y) {
   if (pixelKind >= ptYUYV && pixelKind <= ptVYUY)  // a derived class may say it holds 8-bit 4:2:2
     return group[(pixelKind - ptYUYV) % 2] * kUnit;
   const int m = x % nkdraw::v210::kGroupPixels;
-  if (pixelKind < ptV210 || pixelKind > 16 || m < 0)
+  if (pixelKind < ptV210 || pixelKind > kLastV210 || m < 0)
     return 0.0;
   return sampleOf(group, nkdraw::v210::kLuma[static_cast<std::size_t>(m % 3)]) * kUnit;
 }

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// v210: where each sample lies in a group, and how pixels are written.
+// How v210 pixels are written.
 #pragma once
 
 #include <nkdraw/formats/ycbcr10.h>
 #include <nkdraw/surface/plotter.h>
 #include <nkdraw/surface/run_kernels.h>
+#include <nkdraw/surface/v210_group.h>
 
 #include <algorithm>
 #include <array>
@@ -15,61 +16,7 @@
 
 namespace nkdraw::v210 {
 
-inline constexpr int kGroupPixels = 6;
-inline constexpr int kGroupBytes = 16;
-inline constexpr std::uint32_t kSampleMask = 0x3FF;
-
-/// A 10-bit sample of a group: which of its four little-endian words, and the lowest bit there.
-struct Sample {
-  std::uint8_t word;
-  std::uint8_t shift;
-};
-
-// Bits   29..20  19..10   9..0
-// word 0   Cr0     Y0     Cb0
-// word 1   Y2      Cb1    Y1
-// word 2   Cb2     Y3     Cr1
-// word 3   Y5      Cr2    Y4
-inline constexpr std::array<Sample, 6> kLuma = {
-    {{0, 10}, {1, 0}, {1, 20}, {2, 10}, {3, 0}, {3, 20}}};
-inline constexpr std::array<Sample, 3> kCb = {{{0, 0}, {1, 10}, {2, 20}}};
-inline constexpr std::array<Sample, 3> kCr = {{{0, 20}, {2, 0}, {3, 10}}};
-
-/// A group in two halves of eight bytes, as numbers.
-struct Halves {
-  std::uint64_t low = 0, high = 0;
-
-  constexpr void put(Sample sample, std::uint64_t value) {
-    (sample.word < 2 ? low : high) |= value << (sample.shift + (sample.word % 2) * 32);
-  }
-};
-
-/// The bits that the pixels from `first` up to, not including, `last` own or share.
-constexpr Halves ownedBits(int first, int last) {
-  Halves bits;
-  for (int m = first; m < last; ++m) {
-    bits.put(kLuma[static_cast<std::size_t>(m)], kSampleMask);
-    bits.put(kCb[static_cast<std::size_t>(m / 2)], kSampleMask);
-    bits.put(kCr[static_cast<std::size_t>(m / 2)], kSampleMask);
-  }
-  return bits;
-}
-
-/// ownedBits of every stretch inside a group.
-inline constexpr auto kOwned = [] {
-  std::array<std::array<Halves, kGroupPixels + 1>, kGroupPixels> table{};
-  for (int first = 0; first < kGroupPixels; ++first) {
-    for (int last = first + 1; last <= kGroupPixels; ++last)
-      table[static_cast<std::size_t>(first)][static_cast<std::size_t>(last)] =
-          ownedBits(first, last);
-  }
-  return table;
-}();
-
-/// Eight bytes of a group hold all samples of one pixel: from which word on, by its pair.
-inline constexpr int kWindowBytes = 8;
-
-/// The window of the pair in a group given by its halves.
+/// The eight bytes of a group that hold all samples of the pixels of a pair.
 constexpr std::uint64_t window(const Halves& group, int pair) {
   switch (pair) {
     case 0:
@@ -89,18 +36,6 @@ inline constexpr auto kOwnedInWindow = [] {
   return table;
 }();
 
-/// A whole group in the colour `code` (Y, Cb, Cr in ten bits each, from bit 0).
-constexpr Halves filledGroup(std::uint64_t code) {
-  Halves group;
-  for (const Sample sample : kLuma)
-    group.put(sample, code & kSampleMask);
-  for (const Sample sample : kCb)
-    group.put(sample, (code >> 10) & kSampleMask);
-  for (const Sample sample : kCr)
-    group.put(sample, (code >> 20) & kSampleMask);
-  return group;
-}
-
 /// All samples of a group, and the bits that none uses, which stay.
 inline MaskedGroup maskedGroup(const Halves& colour) {
   const Halves& owned = kOwned[0][kGroupPixels];
@@ -109,35 +44,6 @@ inline MaskedGroup maskedGroup(const Halves& colour) {
   return {std::bit_cast<std::array<std::uint8_t, kGroupBytes>>(kept),
           std::bit_cast<std::array<std::uint8_t, kGroupBytes>>(samples)};
 }
-
-/// Some pixels of a group, each in a colour of its own.
-class GroupEditor {
- public:
-  explicit GroupEditor(char* group) : group_(group) {
-    std::memcpy(&bits_.low, group_, sizeof bits_.low);
-    std::memcpy(&bits_.high, group_ + 8, sizeof bits_.high);
-  }
-
-  /// The pixel with number `m` in the colour `code`, as filledGroup takes it.
-  void put(std::size_t m, std::uint64_t code) {
-    Halves colour;
-    colour.put(kLuma[m], code & kSampleMask);
-    colour.put(kCb[m / 2], (code >> 10) & kSampleMask);
-    colour.put(kCr[m / 2], (code >> 20) & kSampleMask);
-    const Halves& owned = kOwned[m][m + 1];
-    bits_.low = (bits_.low & ~owned.low) | colour.low;
-    bits_.high = (bits_.high & ~owned.high) | colour.high;
-  }
-
-  void store() const {
-    std::memcpy(group_, &bits_.low, sizeof bits_.low);
-    std::memcpy(group_ + 8, &bits_.high, sizeof bits_.high);
-  }
-
- private:
-  char* group_;
-  Halves bits_;
-};
 
 }  // namespace nkdraw::v210
 

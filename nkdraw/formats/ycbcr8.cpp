@@ -77,13 +77,14 @@ std::uint32_t CDrawYCbCrYUYV::SetCanvas(char* newCanvas, int newHeight, int newW
   width = static_cast<std::uint32_t>(newWidth);
   canvas = newCanvas;
   flipped = false;
-  pitch = std::max(static_cast<std::uint32_t>(newPitch), width * 2);
+  pitch = std::max(static_cast<std::uint32_t>(newPitch),
+                   nkdraw::packedPitch(nkdraw::ycbcr8::kFacts, width));
   ycbcrMode = nkdraw::modeForWidth(ycbcrMode, newWidth);
   return 0;
 }
 
 int CDrawYCbCrYUYV::GetPitch() {
-  return static_cast<int>(width * 2);
+  return static_cast<int>(nkdraw::packedPitch(nkdraw::ycbcr8::kFacts, width));
 }
 
 void* CDrawYCbCrYUYV::GetPixel(int x, int y) {

@@ -5,6 +5,7 @@
 
 #include <nkdraw/formats/ycbcr8.h>
 #include <nkdraw/surface/byte_order.h>
+#include <nkdraw/surface/layout_facts.h>
 #include <nkdraw/surface/plotter.h>
 #include <nkdraw/surface/run_kernels.h>
 
@@ -15,19 +16,26 @@
 
 namespace nkdraw::ycbcr8 {
 
+/// But for the order of the samples, the same in all four orders.
+inline constexpr const LayoutFacts& kFacts = factsOf(ptUYVY);
+
 /// Byte offsets in the four bytes that two pixels share.
 struct PairOrder {
   std::uint8_t luma[2];
   std::uint8_t cb, cr;
 };
 
+constexpr PairOrder pairOrderOf(const LayoutFacts& facts) {
+  const auto place = [&facts](Channel channel, std::size_t n = 0) {
+    return static_cast<std::uint8_t>(sampleOf(facts, channel, n));
+  };
+  return {{place(Channel::kY), place(Channel::kY, 1)}, place(Channel::kCb), place(Channel::kCr)};
+}
+
 /// By pixelType from ptYUYV on.
-inline constexpr std::array<PairOrder, 4> kPairOrders = {{
-    {{0, 2}, 1, 3},  // Y Cb Y Cr
-    {{1, 3}, 0, 2},  // Cb Y Cr Y
-    {{0, 2}, 3, 1},  // Y Cr Y Cb
-    {{1, 3}, 2, 0},  // Cr Y Cb Y
-}};
+inline constexpr std::array<PairOrder, 4> kPairOrders = {
+    pairOrderOf(factsOf(ptYUYV)), pairOrderOf(factsOf(ptUYVY)), pairOrderOf(factsOf(ptYVYU)),
+    pairOrderOf(factsOf(ptVYUY))};
 
 [[nodiscard]] constexpr const PairOrder& pairOrder(pixelType type) {
   return kPairOrders[type >= ptYUYV && type <= ptVYUY ? static_cast<std::size_t>(type - ptYUYV)
@@ -63,8 +71,8 @@ class Plotter<CDrawYCbCrYUYV> {
     return 0;
   }
 
-  static constexpr int kGroupPixels = 2;
-  static constexpr std::size_t kGroupBytes = 4;
+  static constexpr int kGroupPixels = ycbcr8::kFacts.groupPixels;
+  static constexpr std::size_t kGroupBytes = ycbcr8::kFacts.groupBytes;
   [[nodiscard]] char* rowAt(int y) const { return rowStart(y); }
   [[nodiscard]] Plotter onCanvas(char* canvas) const {
     Plotter same = *this;

@@ -4,13 +4,13 @@
 #include <nkdraw/overlay/overlay.h>
 
 #include <nkdraw/draw/draw.h>
-#include <nkdraw/formats/ycbcr10_plotter.h>
 #include <nkdraw/platform/frame_memory.h>
 #include <nkdraw/platform/log.h>
 #include <nkdraw/platform/media_reader.h>
 #include <nkdraw/platform/memory.h>
 #include <nkdraw/platform/module.h>
 #include <nkdraw/surface/factory.h>
+#include <nkdraw/surface/v210_group.h>
 
 #include <algorithm>
 #include <array>
@@ -325,9 +325,8 @@ std::uint32_t CNkOverlay::ApplyWatermark(QFRAME* frame) {
   } else if (watermarkLayout == kYCbCr10) {
     if (watermark10 == nullptr)
       return 0;
-    const int pitch = (video.biWidth + 47) / 48 * 48 * 8 / 3;
     NKDraw* target = nullptr;
-    GetDraw(ptV210, video.biWidth, video.biHeight, pitch, frame->frameBuffer, target);
+    GetDraw(ptV210, video.biWidth, video.biHeight, 0, frame->frameBuffer, target);
     if (target == nullptr)
       return 0;
     plotYCbCr10(place, watermark10, *target);

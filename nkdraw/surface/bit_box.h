@@ -47,8 +47,13 @@ bool isInside(const BitBox& box, const NKPixel& surface) {
 template <RowPlotter AnyPlotter>
 class RowAside {
  private:
+  static constexpr int kMostGroupPixels = 6;
   static constexpr std::size_t kMostBytesPerPixel = 8;
-  using Bytes = std::array<std::uint8_t, (BitBox::kMostPixels + 2 * 6) * kMostBytesPerPixel>;
+  static_assert(AnyPlotter::kGroupPixels <= kMostGroupPixels);
+  static_assert(AnyPlotter::kGroupBytes <= AnyPlotter::kGroupPixels * kMostBytesPerPixel);
+  /// Of the longest row and what its first and its last group have besides.
+  using Bytes =
+      std::array<std::uint8_t, (BitBox::kMostPixels + 2 * kMostGroupPixels) * kMostBytesPerPixel>;
 
   static auto on(Bytes& bytes, const AnyPlotter& plotter) {
     return plotter.onCanvas(reinterpret_cast<char*>(bytes.data()));

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Which byte of an 8-bit RGB pixel is which channel. Every place that packs or reads one asks here.
+// Which byte of an 8-bit RGB pixel is which channel, taken from the layouts' facts.
 #pragma once
 
-#include <nkdraw/surface/pixel_type.h>
+#include <nkdraw/surface/layout_facts.h>
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -23,23 +24,31 @@ struct ByteOrder {
   [[nodiscard]] constexpr bool hasAlpha() const { return bytes == 4; }
 };
 
+/// The order of a layout of one byte a channel.
+[[nodiscard]] constexpr ByteOrder byteOrderOf(const LayoutFacts& facts) {
+  const auto place = [&facts](Channel channel) {
+    return static_cast<std::uint8_t>(sampleOf(facts, channel));
+  };
+  return {place(Channel::kR), place(Channel::kG), place(Channel::kB), place(Channel::kA),
+          facts.groupBytes};
+}
+
+/// By pixelType from ptRGBA32 and from ptRGB24 on.
+inline constexpr std::array<ByteOrder, 4> kByteOrders32 = {
+    byteOrderOf(factsOf(ptRGBA32)), byteOrderOf(factsOf(ptARGB32)), byteOrderOf(factsOf(ptBGRA32)),
+    byteOrderOf(factsOf(ptABGR32))};
+inline constexpr std::array<ByteOrder, 2> kByteOrders24 = {byteOrderOf(factsOf(ptRGB24)),
+                                                           byteOrderOf(factsOf(ptBGR24))};
+
 /// The order of a four-byte pixel; R, G, B, A for any type that names no other.
 [[nodiscard]] constexpr ByteOrder byteOrder32(pixelType type) {
-  switch (type) {
-    case ptARGB32:
-      return {1, 2, 3, 0, 4};
-    case ptBGRA32:
-      return {2, 1, 0, 3, 4};
-    case ptABGR32:
-      return {3, 2, 1, 0, 4};
-    default:
-      return {0, 1, 2, 3, 4};
-  }
+  const bool named = type >= ptRGBA32 && type <= ptABGR32;
+  return kByteOrders32[named ? static_cast<std::size_t>(type - ptRGBA32) : 0];
 }
 
 /// The order of a three-byte pixel; R, G, B for any type but ptBGR24.
 [[nodiscard]] constexpr ByteOrder byteOrder24(pixelType type) {
-  return type == ptBGR24 ? ByteOrder{2, 1, 0, 3, 3} : ByteOrder{0, 1, 2, 3, 3};
+  return kByteOrders24[type == ptBGR24 ? 1 : 0];
 }
 
 /// The layouts whose rows and canvases are filled as blocks of memory.

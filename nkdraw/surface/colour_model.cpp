@@ -6,6 +6,7 @@
 // has always used them. Sums are added from left to right.
 #include <nkdraw/surface/colour_matrix.h>
 #include <nkdraw/surface/hsv.h>
+#include <nkdraw/surface/layout_facts.h>
 #include <nkdraw/surface/pixel.h>
 
 #include <algorithm>
@@ -187,10 +188,7 @@ std::uint32_t NKPixel::YCbCrToHSV(double y, double cb, double cr, double a, doub
 }
 
 std::uint32_t NKPixel::IsRgbType() {
-  const bool ycbcr = pixelKind == ptNone || (pixelKind >= ptYUYV && pixelKind <= 19) ||
-                     (pixelKind >= ptYCbCr24 && pixelKind <= ptYCbCrA64) || pixelKind == ptUV8 ||
-                     pixelKind == ptUV16;
-  return ycbcr ? 0 : 1;
+  return nkdraw::isYCbCr(pixelKind) ? 0 : 1;
 }
 
 std::uint32_t NKPixel::SetYCbCrMode(cmYCbCr mode) {

@@ -3,6 +3,7 @@
 // The surface object: its life, its lock, its canvas.
 #include <nkdraw/surface/pixel.h>
 
+#include <nkdraw/surface/layout_facts.h>
 #include <nkdraw/surface/truncate.h>
 #include <nkdraw/surface/wrapping.h>
 
@@ -14,24 +15,11 @@
 
 namespace {
 
-/// The least bytes a pixel that SetCanvas accepts as a pitch; layouts that are not here have none.
-struct MinimumPitch {
-  std::int32_t first, last;  // pixelType
-  std::uint32_t bytesPerPixel;
-};
-
-constexpr MinimumPitch kMinimumPitches[] = {
-    {ptRGBA32, ptABGR32, 4}, {ptRGB24, ptBGR24, 3},
-    {ptRGB48, ptRGB48, 6},   {ptRGBHalf48, ptRGBHalf48, 6},
-    {ptARGB64, ptARGB64, 8}, {ptRGBAHalf64, ptRGBAHalf64, 8},
-    {ptUV8, ptUV8, 2},       {ptUV16, ptUV16, 4},
-};
-
-std::uint32_t minimumBytesPerPixel(pixelType type) {
-  const auto* row = std::find_if(
-      std::begin(kMinimumPitches), std::end(kMinimumPitches),
-      [type](const MinimumPitch& entry) { return entry.first <= type && type <= entry.last; });
-  return row == std::end(kMinimumPitches) ? 0 : row->bytesPerPixel;
+/// The least pitch that SetCanvas accepts. The classes whose pixels share bytes see to theirs.
+std::uint32_t leastPitch(pixelType type, std::uint32_t width) {
+  const nkdraw::LayoutFacts* const facts = nkdraw::findFacts(type);
+  const bool raised = facts != nullptr && facts->pitchRule == nkdraw::PitchRule::kRaised;
+  return raised && facts->groupPixels == 1 ? width * facts->groupBytes : 0;
 }
 
 /// A field that threads read and write without the lock.
@@ -68,7 +56,7 @@ std::uint32_t NKPixel::SetCanvas(char* newCanvas, int newHeight, int newWidth, i
   height = nkdraw::magnitude(newHeight);
   width = nkdraw::magnitude(newWidth);
   pitch = nkdraw::magnitude(newPitch == 0 ? GetPitch() : newPitch);
-  pitch = std::max(pitch, width * minimumBytesPerPixel(pixelKind));
+  pitch = std::max(pitch, leastPitch(pixelKind, width));
   return 0;
 }
 

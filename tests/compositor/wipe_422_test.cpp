@@ -333,10 +333,10 @@ TEST(WipeV210, ClearsTheLowBitsOfEverySampleEvenWhereNothingChanges) {
 }
 
 TEST(WipeV210, APitchIsAtLeast128BytesForEvery48PixelsBegun) {
-  EXPECT_EQ(nkdraw::leastV210Pitch(1920), 5120U);
-  EXPECT_EQ(nkdraw::leastV210Pitch(1280), 3456U);
+  EXPECT_EQ(nkdraw::packedPitch(nkdraw::v210::kFacts, 1920), 5120U);
+  EXPECT_EQ(nkdraw::packedPitch(nkdraw::v210::kFacts, 1280), 3456U);
   for (std::uint32_t width = 0; width <= 500; ++width)
-    ASSERT_EQ(nkdraw::leastV210Pitch(width), v210Pitch(width)) << width;
+    ASSERT_EQ(nkdraw::packedPitch(nkdraw::v210::kFacts, width), v210Pitch(width)) << width;
 }
 
 }  // namespace

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Holds the table of layouts to the list of pixelTypes: a layout without its row does not compile.
+#include <nkdraw/surface/layout_facts.h>
+
+#include <utility>
+
+namespace nkdraw {
+namespace {
+
+/// Whether pixelType has a name for the value: the compiler writes that, or else a cast number.
+template <pixelType type>
+consteval bool isNamed() {
+  return std::string_view(__PRETTY_FUNCTION__).find("(pixelType)") == std::string_view::npos;
+}
+static_assert(isNamed<ptRGBA32>() && !isNamed<static_cast<pixelType>(0)>());
+
+/// Whether each of 256 values from `first` on has a row when it has a name, and no other has.
+template <std::int32_t first, std::int32_t... offsets>
+consteval bool isComplete(std::integer_sequence<std::int32_t, offsets...> /*all*/) {
+  return ((isNamed<static_cast<pixelType>(first + offsets)>() ==
+           (findFacts(first + offsets) != nullptr)) &&
+          ...);
+}
+constexpr auto kValues = std::make_integer_sequence<std::int32_t, 256>();
+static_assert(isComplete<0>(kValues), "a pixelType has no row in kLayoutFacts, or none its value");
+static_assert(isComplete<ptUV8>(kValues), "a pixelType has no row in kLayoutFacts");
+
+/// Whether there is room for the samples, and for each pixel a sample of its own.
+constexpr bool isSound(const LayoutFacts& facts) {
+  const std::size_t samples = sampleCount(facts) / facts.rows;
+  for (std::size_t i = 0; i < samples; ++i) {
+    if (sampleBit(facts, i) + facts.depth > 8U * facts.groupBytes)
+      return false;
+  }
+  return samples * facts.rows == sampleCount(facts) && samples >= facts.groupPixels &&
+         facts.rowPixels % (facts.rowPixels == 1 ? 1 : facts.groupPixels) == 0;
+}
+static_assert(std::all_of(kLayoutFacts.begin(), kLayoutFacts.end(), isSound));
+
+}  // namespace
+}  // namespace nkdraw

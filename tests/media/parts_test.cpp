@@ -15,6 +15,7 @@
 
 #include <cstring>
 #include <random>
+#include <vector>
 
 using namespace nkdraw::media;
 
@@ -207,7 +208,75 @@ TEST(Layouts, AreNamedInSmallAndCapitalLetters) {
   EXPECT_EQ(layoutNamed("uyv"), nullptr);
 }
 
+TEST(Layouts, ThatTheLibraryHasNotAreRefused) {
+  const auto none = static_cast<pixelType>(9);
+  EXPECT_THROW((void)rowBytes(none, 48), Failure);
+  EXPECT_THROW((void)packedPitch(ptNone, 48), Failure);
+  EXPECT_THROW((void)layoutOf(ptUV8), Failure);
+}
+
+TEST(Layouts, HaveRowsOfWholeGroups) {
+  for (int width = 1; width < 200; ++width) {
+    const auto pixels = static_cast<std::size_t>(width);
+    EXPECT_EQ(rowBytes(ptV210, width), (pixels + 5) / 6 * 16);
+    EXPECT_EQ(packedPitch(ptV210, width), (pixels + 47) / 48 * 128);
+    for (const pixelType type : {ptYUYV, ptUYVY, ptYVYU})
+      EXPECT_EQ(packedPitch(type, width), (pixels + 1) / 2 * 4);
+    for (const pixelType type : {ptRGB24, ptBGR24})
+      EXPECT_EQ(packedPitch(type, width), pixels * 3);
+    for (const pixelType type : {ptRGBA32, ptBGRA32, ptARGB32, ptABGR32})
+      EXPECT_EQ(packedPitch(type, width), pixels * 4);
+    EXPECT_EQ(packedPitch(ptRGB48, width), pixels * 6);
+    EXPECT_EQ(packedPitch(ptARGB64, width), pixels * 8);
+  }
+}
+
 }  // namespace
+
+TEST(Canvas, OfALayoutThatIsNotDrawnOnIsRefused) {
+  const Layout* const deep = wipeLayoutOf(AV_CODEC_ID_RAWVIDEO, AV_PIX_FMT_RGB48LE);
+  ASSERT_NE(deep, nullptr);
+  EXPECT_THROW(CanvasStage(*deep, Storage::kPacked, 8, 8, {{0, 8}}, CanvasUse::kStrokes), Failure);
+  EXPECT_THROW(
+      CanvasStage(*layoutNamed("bgra"), Storage::kPlanes10, 8, 8, {{0, 8}}, CanvasUse::kStrokes),
+      Failure);
+}
+
+/// What is drawn on the canvas of each layout, in its own bytes.
+TEST(Canvas, HasEachChannelInItsPlace) {
+  struct Row {
+    const char* layout;
+    Storage storage;
+    CanvasUse use;
+    std::vector<std::uint8_t> frame, canvas;  // one pixel or pair
+  };
+  const Row rows[] = {
+      {"rgb24", Storage::kPacked, CanvasUse::kStrokes, {1, 2, 3}, {1, 2, 3, 255}},
+      {"bgr24", Storage::kPacked, CanvasUse::kStrokes, {1, 2, 3}, {1, 2, 3, 255}},
+      {"rgb24", Storage::kPacked, CanvasUse::kWatermark, {1, 2, 3}, {3, 2, 1, 255}},
+      {"rgba", Storage::kPacked, CanvasUse::kWatermark, {1, 2, 3, 4}, {3, 2, 1, 4}},
+      {"argb", Storage::kPacked, CanvasUse::kWatermark, {1, 2, 3, 4}, {4, 3, 2, 1}},
+      {"abgr", Storage::kPacked, CanvasUse::kWatermark, {1, 2, 3, 4}, {2, 3, 4, 1}},
+      {"yuy2", Storage::kPacked, CanvasUse::kStrokes, {1, 2, 3, 4}, {2, 1, 4, 3}},
+      {"yuy2", Storage::kSignedChroma, CanvasUse::kStrokes, {1, 2, 3, 4}, {130, 1, 132, 3}},
+      {"yvyu", Storage::kPacked, CanvasUse::kStrokes, {1, 2, 3, 4}, {4, 1, 2, 3}},
+  };
+  for (const Row& row : rows) {
+    const Layout& layout = *layoutNamed(row.layout);
+    CanvasStage stage(layout, row.storage, 2, 1, {{0, 1}}, row.use);
+    std::vector<std::uint8_t> bytes(16, 77);
+    std::copy(row.frame.begin(), row.frame.end(), bytes.begin());
+    const auto before = bytes;
+    Picture picture;
+    picture.planes[0] = bytes.data();
+    picture.pitches[0] = 16;
+    stage.draw(picture, [&](std::uint8_t* canvas) {
+      EXPECT_EQ(std::vector<std::uint8_t>(canvas, canvas + row.canvas.size()), row.canvas)
+          << row.layout;
+    });
+    EXPECT_EQ(bytes, before) << row.layout;
+  }
+}
 
 TEST(Canvas, IsTheFrameItselfWhenRowsArePacked) {
   for (const char* name : {"v210", "uyvy", "bgra", "rgba", "argb", "abgr"}) {

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/canvas_stage.h"
 
+#include "media/failure.h"
 #include "media/v210_rows.h"
 
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <string>
 #include <utility>
 
 namespace nkdraw::media {
@@ -13,91 +15,58 @@ namespace {
 
 using Rows = std::array<std::uint8_t*, 3>;
 
-template <pixelType type>
-void loadSame(const Rows& frame, std::uint8_t* canvas, int width) {
-  std::memcpy(canvas, frame[0], rowBytes(type, width));
-}
-template <pixelType type>
-void storeSame(const Rows& frame, std::uint8_t* canvas, int width) {
-  std::memcpy(frame[0], canvas, rowBytes(type, width));
-}
-
-void widen24(const Rows& frame, std::uint8_t* canvas, int width) {
-  const std::uint8_t* from = frame[0];
-  for (; width > 0; --width, from += 3, canvas += 4) {
-    std::memcpy(canvas, from, 3);
-    canvas[3] = 0xFF;
+/// For each byte of a group of `to` the byte of a group of `from` that holds the same sample;
+/// behind that group where it has none.
+template <pixelType from, pixelType to>
+constexpr auto kOrder = [] {
+  constexpr const LayoutFacts &source = factsOf(from), &target = factsOf(to);
+  static_assert(source.depth == 8 && target.depth == 8);
+  static_assert(source.groupPixels == target.groupPixels);
+  std::array<std::size_t, target.groupBytes> order{};
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    const Channel channel = target.samples[i];
+    const auto* const first = target.samples.data();
+    order[i] =
+        sampleOf(source, channel, static_cast<std::size_t>(std::count(first, first + i, channel)));
   }
-}
-void narrow32(const Rows& frame, std::uint8_t* canvas, int width) {
-  std::uint8_t* to = frame[0];
-  for (; width > 0; --width, to += 3, canvas += 4)
-    std::memcpy(to, canvas, 3);
-}
+  return order;
+}();
 
-/// Takes byte order[i] of a pixel to place i, between layouts of that many bytes.
-template <std::size_t bytes, std::array<std::size_t, bytes> order>
-void loadBlueFirst(const Rows& frame, std::uint8_t* canvas, int width) {
-  const std::uint8_t* from = frame[0];
-  for (; width > 0; --width, from += bytes, canvas += 4) {
-    canvas[3] = 0xFF;
-    for (std::size_t i = 0; i < bytes; ++i)
-      canvas[i] = from[order[i]];
-  }
-}
-template <std::size_t bytes, std::array<std::size_t, bytes> order>
-void storeBlueFirst(const Rows& frame, std::uint8_t* canvas, int width) {
-  std::uint8_t* to = frame[0];
-  for (; width > 0; --width, to += bytes, canvas += 4) {
-    for (std::size_t i = 0; i < bytes; ++i)
-      to[order[i]] = canvas[i];
-  }
-}
-// Where blue, green, red and alpha lie.
-constexpr std::array<std::size_t, 3> kRGB = {2, 1, 0};
-constexpr std::array<std::size_t, 4> kRGBA = {2, 1, 0, 3}, kARGB = {3, 2, 1, 0},
-                                     kABGR = {1, 2, 3, 0};
-
-// The canvas is UYVY, Cb Y Cr Y.
 constexpr std::uint8_t kSignBit = 0x80;
 
-template <std::uint8_t chromaSign = 0>
-void loadYUY2(const Rows& frame, std::uint8_t* canvas, int width) {
-  const std::uint8_t* from = frame[0];
-  for (; width > 0; width -= 2, from += 4, canvas += 4) {
-    canvas[0] = from[1] ^ chromaSign;
-    canvas[1] = from[0];
-    canvas[2] = from[3] ^ chromaSign;
-    canvas[3] = from[2];
+constexpr bool isChroma(Channel channel) {
+  return channel == Channel::kCb || channel == Channel::kCr;
+}
+
+/// Writes a row of `from` in the byte order of `to`. Alpha that `from` has not is opaque.
+template <pixelType from, pixelType to, std::uint8_t chromaSign>
+void reorder(const std::uint8_t* source, std::uint8_t* target, int width) {
+  constexpr const LayoutFacts& facts = factsOf(to);
+  constexpr std::size_t sourceBytes = factsOf(from).groupBytes;
+  for (; width > 0; width -= facts.groupPixels) {
+    for (std::size_t i = 0; i < facts.groupBytes; ++i) {
+      const std::size_t place = kOrder<from, to>[i];
+      const std::uint8_t sign = isChroma(facts.samples[i]) ? chromaSign : std::uint8_t{0};
+      target[i] = place < sourceBytes ? source[place] ^ sign : std::uint8_t{0xFF};
+    }
+    source += sourceBytes;
+    target += facts.groupBytes;
   }
 }
-template <std::uint8_t chromaSign = 0>
-void storeYUY2(const Rows& frame, std::uint8_t* canvas, int width) {
-  std::uint8_t* to = frame[0];
-  for (; width > 0; width -= 2, canvas += 4, to += 4) {
-    to[0] = canvas[1];
-    to[1] = canvas[0] ^ chromaSign;
-    to[2] = canvas[3];
-    to[3] = canvas[2] ^ chromaSign;
-  }
+
+template <pixelType from, pixelType to = from, std::uint8_t chromaSign = 0>
+void loadRow(const Rows& frame, std::uint8_t* canvas, int width) {
+  if constexpr (from == to)
+    std::memcpy(canvas, frame[0], rowBytes(from, width));
+  else
+    reorder<from, to, chromaSign>(frame[0], canvas, width);
 }
-void loadYVYU(const Rows& frame, std::uint8_t* canvas, int width) {
-  const std::uint8_t* from = frame[0];
-  for (; width > 0; width -= 2, from += 4, canvas += 4) {
-    canvas[0] = from[3];
-    canvas[1] = from[0];
-    canvas[2] = from[1];
-    canvas[3] = from[2];
-  }
-}
-void storeYVYU(const Rows& frame, std::uint8_t* canvas, int width) {
-  std::uint8_t* to = frame[0];
-  for (; width > 0; width -= 2, canvas += 4, to += 4) {
-    to[0] = canvas[1];
-    to[1] = canvas[2];
-    to[2] = canvas[3];
-    to[3] = canvas[0];
-  }
+template <pixelType from, pixelType to = from, std::uint8_t chromaSign = 0>
+void storeRow(const Rows& frame, std::uint8_t* canvas, int width) {
+  if constexpr (from == to)
+    std::memcpy(frame[0], canvas, rowBytes(from, width));
+  else
+    reorder<to, from, chromaSign>(canvas, frame[0], width);
 }
 
 std::uint16_t* words(std::uint8_t* plane) {
@@ -120,31 +89,39 @@ bool serves(pixelType canvas, CanvasUse use) {
 
 // The first row that fits is taken.
 const CanvasStage::Transfer CanvasStage::kTransfers[] = {
-    {ptV210, Storage::kPacked, ptV210, loadSame<ptV210>, storeSame<ptV210>},
+    {ptV210, Storage::kPacked, ptV210, loadRow<ptV210>, storeRow<ptV210>},
     {ptV210, Storage::kPlanes10, ptV210, loadPlanes10, storePlanes10},
-    {ptUYVY, Storage::kPacked, ptUYVY, loadSame<ptUYVY>, storeSame<ptUYVY>},
-    {ptYUYV, Storage::kPacked, ptYUYV, loadSame<ptYUYV>, storeSame<ptYUYV>},
-    {ptYUYV, Storage::kPacked, ptUYVY, loadYUY2<>, storeYUY2<>},
-    {ptYUYV, Storage::kSignedChroma, ptUYVY, loadYUY2<kSignBit>, storeYUY2<kSignBit>},
-    {ptYVYU, Storage::kPacked, ptYVYU, loadSame<ptYVYU>, storeSame<ptYVYU>},
-    {ptYVYU, Storage::kPacked, ptUYVY, loadYVYU, storeYVYU},
-    {ptRGB24, Storage::kPacked, ptRGBA32, widen24, narrow32},
-    {ptBGR24, Storage::kPacked, ptBGRA32, widen24, narrow32},
-    {ptRGBA32, Storage::kPacked, ptRGBA32, loadSame<ptRGBA32>, storeSame<ptRGBA32>},
-    {ptBGRA32, Storage::kPacked, ptBGRA32, loadSame<ptBGRA32>, storeSame<ptBGRA32>},
-    {ptARGB32, Storage::kPacked, ptARGB32, loadSame<ptARGB32>, storeSame<ptARGB32>},
-    {ptABGR32, Storage::kPacked, ptABGR32, loadSame<ptABGR32>, storeSame<ptABGR32>},
-    {ptRGB24, Storage::kPacked, ptBGRA32, loadBlueFirst<3, kRGB>, storeBlueFirst<3, kRGB>},
-    {ptRGBA32, Storage::kPacked, ptBGRA32, loadBlueFirst<4, kRGBA>, storeBlueFirst<4, kRGBA>},
-    {ptARGB32, Storage::kPacked, ptBGRA32, loadBlueFirst<4, kARGB>, storeBlueFirst<4, kARGB>},
-    {ptABGR32, Storage::kPacked, ptBGRA32, loadBlueFirst<4, kABGR>, storeBlueFirst<4, kABGR>},
+    {ptUYVY, Storage::kPacked, ptUYVY, loadRow<ptUYVY>, storeRow<ptUYVY>},
+    {ptYUYV, Storage::kPacked, ptYUYV, loadRow<ptYUYV>, storeRow<ptYUYV>},
+    {ptYUYV, Storage::kPacked, ptUYVY, loadRow<ptYUYV, ptUYVY>, storeRow<ptYUYV, ptUYVY>},
+    {ptYUYV, Storage::kSignedChroma, ptUYVY, loadRow<ptYUYV, ptUYVY, kSignBit>,
+     storeRow<ptYUYV, ptUYVY, kSignBit>},
+    {ptYVYU, Storage::kPacked, ptYVYU, loadRow<ptYVYU>, storeRow<ptYVYU>},
+    {ptYVYU, Storage::kPacked, ptUYVY, loadRow<ptYVYU, ptUYVY>, storeRow<ptYVYU, ptUYVY>},
+    {ptRGB24, Storage::kPacked, ptRGBA32, loadRow<ptRGB24, ptRGBA32>, storeRow<ptRGB24, ptRGBA32>},
+    {ptBGR24, Storage::kPacked, ptBGRA32, loadRow<ptBGR24, ptBGRA32>, storeRow<ptBGR24, ptBGRA32>},
+    {ptRGBA32, Storage::kPacked, ptRGBA32, loadRow<ptRGBA32>, storeRow<ptRGBA32>},
+    {ptBGRA32, Storage::kPacked, ptBGRA32, loadRow<ptBGRA32>, storeRow<ptBGRA32>},
+    {ptARGB32, Storage::kPacked, ptARGB32, loadRow<ptARGB32>, storeRow<ptARGB32>},
+    {ptABGR32, Storage::kPacked, ptABGR32, loadRow<ptABGR32>, storeRow<ptABGR32>},
+    {ptRGB24, Storage::kPacked, ptBGRA32, loadRow<ptRGB24, ptBGRA32>, storeRow<ptRGB24, ptBGRA32>},
+    {ptRGBA32, Storage::kPacked, ptBGRA32, loadRow<ptRGBA32, ptBGRA32>,
+     storeRow<ptRGBA32, ptBGRA32>},
+    {ptARGB32, Storage::kPacked, ptBGRA32, loadRow<ptARGB32, ptBGRA32>,
+     storeRow<ptARGB32, ptBGRA32>},
+    {ptABGR32, Storage::kPacked, ptBGRA32, loadRow<ptABGR32, ptBGRA32>,
+     storeRow<ptABGR32, ptBGRA32>},
 };
 
 const CanvasStage::Transfer& CanvasStage::transferFor(pixelType type, Storage storage,
                                                       CanvasUse use) {
-  return *std::ranges::find_if(kTransfers, [&](const Transfer& transfer) {
+  const auto* const found = std::ranges::find_if(kTransfers, [&](const Transfer& transfer) {
     return transfer.from == type && transfer.storage == storage && serves(transfer.to, use);
   });
+  if (found == std::end(kTransfers))
+    throw Failure(ExitCode::kProcessing, "no canvas for this layout", std::to_string(type),
+                  "report this");
+  return *found;
 }
 
 CanvasStage::CanvasStage(const Layout& layout, Storage storage, int width, int height,

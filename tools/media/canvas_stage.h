@@ -55,6 +55,7 @@ enum class CanvasUse {
 /// loses a bit.
 class CanvasStage {
  public:
+  /// Throws Failure for a layout that is not drawn on, or not stored so.
   CanvasStage(const Layout& layout, Storage storage, int width, int height,
               std::vector<RowSpan> rows, CanvasUse use);
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/layouts.h"
 
+#include "media/failure.h"
+
 #include <algorithm>
 #include <cctype>
 #include <iterator>
@@ -81,12 +83,15 @@ bool isListed(std::string_view name, std::string_view list) {
   return false;
 }
 
-constexpr int kV210Group = 6, kV210GroupBytes = 16;
-constexpr int kV210Block = 48, kV210BlockBytes = 128;  // rows are padded to whole blocks
+Failure noSuchLayout(pixelType type) {
+  return {ExitCode::kProcessing, "no such layout", std::to_string(type), "report this"};
+}
 
-/// The runs of `step` pixels that hold `width` pixels.
-constexpr int runs(int width, int step) {
-  return (width + step - 1) / step;
+const LayoutFacts& factsFor(pixelType type) {
+  const LayoutFacts* const facts = findFacts(type);
+  if (facts == nullptr)
+    throw noSuchLayout(type);
+  return *facts;
 }
 
 }  // namespace
@@ -117,7 +122,10 @@ const Layout* wipeLayoutOf(AVCodecID codec, AVPixelFormat pixelFormat) {
 }
 
 const Layout& layoutOf(pixelType type) {
-  return *findLayout([&](const Layout& layout) { return layout.type == type; });
+  const Layout* const found = findLayout([&](const Layout& row) { return row.type == type; });
+  if (found == nullptr)
+    throw noSuchLayout(type);
+  return *found;
 }
 
 unsigned containerOf(std::string_view formatName) {
@@ -142,28 +150,12 @@ std::string containerNames(unsigned containers) {
 }
 
 std::size_t rowBytes(pixelType type, int width) {
-  switch (type) {
-    case ptV210:
-      return static_cast<std::size_t>(runs(width, kV210Group) * kV210GroupBytes);
-    case ptYUYV:
-    case ptUYVY:
-    case ptYVYU:
-      return static_cast<std::size_t>(runs(width, 2) * 4);
-    case ptRGB24:
-    case ptBGR24:
-      return static_cast<std::size_t>(width) * 3;
-    case ptRGB48:
-      return static_cast<std::size_t>(width) * 6;
-    case ptARGB64:
-      return static_cast<std::size_t>(width) * 8;
-    default:
-      return static_cast<std::size_t>(width) * 4;
-  }
+  return nkdraw::rowBytes(factsFor(type), static_cast<std::uint32_t>(width));
 }
 
 std::size_t packedPitch(pixelType type, int width) {
-  return type == ptV210 ? static_cast<std::size_t>(runs(width, kV210Block) * kV210BlockBytes)
-                        : rowBytes(type, width);
+  const std::size_t pitch = nkdraw::packedPitch(factsFor(type), static_cast<std::uint32_t>(width));
+  return std::max(pitch, rowBytes(type, width));
 }
 
 }  // namespace nkdraw::media

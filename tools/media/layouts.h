@@ -6,7 +6,7 @@
 
 #include "media/libav.h"
 
-#include <nkdraw/surface/pixel_type.h>
+#include <nkdraw/surface/layout_facts.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -45,7 +45,8 @@ struct Layout {
 /// The layout of these raw frames among those that wipes take as they are: all that are drawn on,
 /// and RGB of 16 bits, where any order of the channels will do; null when there is none.
 [[nodiscard]] const Layout* wipeLayoutOf(AVCodecID codec, AVPixelFormat pixelFormat);
-/// The layout of the table that the library draws as `type` and that has no unused byte.
+/// The layout of the table that the library draws as `type` and that has no unused byte. Throws
+/// Failure when there is none.
 [[nodiscard]] const Layout& layoutOf(pixelType type);
 
 /// The kind of file that one of FFmpeg's readers or writers stands for, 0 for all others.
@@ -54,13 +55,14 @@ struct Layout {
 [[nodiscard]] std::string containerNames(unsigned containers);
 
 /// Bytes of the pixels of one row, and of a row as the library packs it. Two pixels share a pair
-/// in 4:2:2, so an odd width has half a pair more.
+/// in 4:2:2, so an odd width has half a pair more. Both throw Failure for a value that is no
+/// layout.
 [[nodiscard]] std::size_t rowBytes(pixelType type, int width);
 [[nodiscard]] std::size_t packedPitch(pixelType type, int width);
 
-/// Whether two pixels of this layout share their chroma.
+/// Whether the channels of this layout are Y, Cb and Cr.
 [[nodiscard]] constexpr bool isYCbCr(pixelType type) {
-  return type >= ptYUYV && type <= ptV210;
+  return nkdraw::isYCbCr(type);
 }
 
 /// The matrix in which the library draws on frames of this width: BT.709 above 720 pixels, else

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/v210_rows.h"
 
-#include <algorithm>
+#include <nkdraw/surface/layout_facts.h>
+
 #include <array>
 #include <cstddef>
 #include <cstring>
@@ -9,35 +10,32 @@
 namespace nkdraw::media {
 namespace {
 
-constexpr int kGroupPixels = 6;
-constexpr std::size_t kGroupBytes = 16;
-constexpr std::uint32_t kSampleMask = 0x3FF;
+constexpr const LayoutFacts& kFacts = factsOf(ptV210);
+constexpr int kGroupPixels = kFacts.groupPixels;
+constexpr std::size_t kGroupBytes = kFacts.groupBytes;
+constexpr std::uint32_t kSampleMask = (1U << kFacts.depth) - 1;
 
-/// The twelve samples of a group in the order in which its words hold them, three to a word from
-/// bit 0 up.
 enum Plane : std::uint8_t { kY, kCb, kCr };
+
+/// A sample of a group: in its plane, and in the group's words.
 struct Sample {
   Plane plane;
   std::uint8_t index;
+  std::uint8_t word, shift;
 };
 
-// Bits   29..20  19..10   9..0
-// word 0   Cr0     Y0     Cb0
-// word 1   Y2      Cb1    Y1
-// word 2   Cb2     Y3     Cr1
-// word 3   Y5      Cr2    Y4
-constexpr std::array<Sample, 12> kSamples = {{{kCb, 0},
-                                              {kY, 0},
-                                              {kCr, 0},
-                                              {kY, 1},
-                                              {kCb, 1},
-                                              {kY, 2},
-                                              {kCr, 1},
-                                              {kY, 3},
-                                              {kCb, 2},
-                                              {kY, 4},
-                                              {kCr, 2},
-                                              {kY, 5}}};
+constexpr auto kSamples = [] {
+  std::array<Sample, sampleCount(kFacts)> samples{};
+  std::array<std::uint8_t, 3> seen{};
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    const Channel channel = kFacts.samples[i];
+    const Plane plane = channel == Channel::kY ? kY : channel == Channel::kCb ? kCb : kCr;
+    const unsigned bit = sampleBit(kFacts, i);
+    samples[i] = {plane, seen[plane]++, static_cast<std::uint8_t>(bit / 32),
+                  static_cast<std::uint8_t>(bit % 32)};
+  }
+  return samples;
+}();
 
 /// How many of the group's samples a row has that goes on for `pixels` pixels.
 constexpr bool isThere(Sample sample, int pixels) {
@@ -51,10 +49,9 @@ void packV210Row(const std::uint16_t* y, const std::uint16_t* cb, const std::uin
   const std::uint16_t* planes[] = {y, cb, cr};
   for (int left = width; left > 0; left -= kGroupPixels, packed += kGroupBytes) {
     std::array<std::uint32_t, 4> words{};
-    for (std::size_t i = 0; i < kSamples.size(); ++i) {
-      const Sample sample = kSamples[i];
+    for (const Sample sample : kSamples) {
       if (isThere(sample, left))
-        words[i / 3] |= (planes[sample.plane][sample.index] & kSampleMask) << (10 * (i % 3));
+        words[sample.word] |= (planes[sample.plane][sample.index] & kSampleMask) << sample.shift;
     }
     std::memcpy(packed, words.data(), kGroupBytes);
     planes[kY] += kGroupPixels;
@@ -69,11 +66,10 @@ void unpackV210Row(const std::uint8_t* packed, std::uint16_t* y, std::uint16_t* 
   for (int left = width; left > 0; left -= kGroupPixels, packed += kGroupBytes) {
     std::array<std::uint32_t, 4> words{};
     std::memcpy(words.data(), packed, kGroupBytes);
-    for (std::size_t i = 0; i < kSamples.size(); ++i) {
-      const Sample sample = kSamples[i];
+    for (const Sample sample : kSamples) {
       if (isThere(sample, left))
         planes[sample.plane][sample.index] =
-            static_cast<std::uint16_t>((words[i / 3] >> (10 * (i % 3))) & kSampleMask);
+            static_cast<std::uint16_t>(words[sample.word] >> sample.shift & kSampleMask);
     }
     planes[kY] += kGroupPixels;
     planes[kCb] += kGroupPixels / 2;

@@ -3,8 +3,6 @@
 // The drawing object: its pen, its second pair of colours, and the operations that do nothing.
 #include <nkdraw/draw/draw.h>
 
-#include <nkdraw/text/label_glyphs.h>
-
 #include <algorithm>
 #include <iterator>
 
@@ -19,7 +17,7 @@ void setChannels(double (&colour)[4], double red, double green, double blue, dou
 
 }  // namespace
 
-NKDraw::NKDraw(pixelType /*type*/) : labelFont(nkdraw::labelGlyphs) {
+NKDraw::NKDraw(pixelType /*type*/) : labelFont(builtInFont()) {
   antialias = false;
   spareFlag = false;
 }

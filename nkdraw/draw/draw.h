@@ -255,4 +255,5 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
 
  private:
   void fillRows(const tagRECT& rect);
+  static const std::uint8_t* builtInFont();  // text/ has it
 };

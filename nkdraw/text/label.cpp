@@ -70,6 +70,10 @@ class DirectLabel {
 
 }  // namespace
 
+const std::uint8_t* NKDraw::builtInFont() {
+  return nkdraw::labelGlyphs;
+}
+
 std::uint32_t NKDraw::LabelFont(const char* /*name*/, std::uint32_t /*size*/) {
   return 0;
 }

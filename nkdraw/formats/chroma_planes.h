@@ -11,7 +11,7 @@
 /// Colours are 16-bit fractions here, too, of which a plot takes the low byte: 0.5 plots 0x00. Only
 /// the start colours are a neutral 128. This is meant, and so are the reads, which take the bytes
 /// of two pixels for one pixel's words.
-class NKDRAW_API CDrawUV8 : public nkdraw::ComponentSurface {
+class NKDRAW_API CDrawUV8 : public nkdraw::ComponentPixels<CDrawUV8, ptUV8> {
  public:
   /// `type` is kept as it is.
   explicit CDrawUV8(pixelType type);
@@ -19,21 +19,13 @@ class NKDRAW_API CDrawUV8 : public nkdraw::ComponentSurface {
   /// NKDraw's picture copy, then the fields of `other`; returns this object.
   CDrawUV8& operator=(CDrawUV8& other);
 
-  void* GetPixel(int x, int y) override;
-  /// Returns 0.
-  std::uint32_t PutPixel(int x, int y, bool foreground) override;
-  /// `y2` is 0.5, `a` is not written.
-  std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a) override;
-  /// 0.5; the canvas is not read.
-  double GetLuma(int x, int y) override;
-
  protected:
   template <class Surface>
   friend class nkdraw::Plotter;
 };
 
 /// The same with little-endian words of 16 bits. Pitches below four bytes a pixel are raised.
-class NKDRAW_API CDrawUV16 : public nkdraw::ComponentSurface {
+class NKDRAW_API CDrawUV16 : public nkdraw::ComponentPixels<CDrawUV16, ptUV16> {
  public:
   /// `type` is kept as it is.
   explicit CDrawUV16(pixelType type);
@@ -41,15 +33,10 @@ class NKDRAW_API CDrawUV16 : public nkdraw::ComponentSurface {
   /// NKDraw's picture copy, then the fields of `other`; returns this object.
   CDrawUV16& operator=(CDrawUV16& other);
 
-  void* GetPixel(int x, int y) override;
-  /// Returns 0.
-  std::uint32_t PutPixel(int x, int y, bool foreground) override;
-  /// Words over 65536; `y2` is 0.5, `a` is not written.
-  std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a) override;
-  /// 0.5; the canvas is not read.
-  double GetLuma(int x, int y) override;
-
  protected:
   template <class Surface>
   friend class nkdraw::Plotter;
 };
+
+extern template class nkdraw::ComponentPixels<CDrawUV8, ptUV8>;
+extern template class nkdraw::ComponentPixels<CDrawUV16, ptUV16>;

@@ -53,4 +53,25 @@ class NKDRAW_API ComponentSurface : public virtual NKDraw {
   std::uint32_t leastBytesPerPixel_;
 };
 
+/// The pixels of `Surface`, whose samples are those of `layout`: Y, Cb and Cr, with a fourth one
+/// alpha behind them, or Cb and Cr alone.
+template <class Surface, pixelType layout>
+class NKDRAW_API ComponentPixels : public ComponentSurface {
+ public:
+  /// The address that reads use.
+  void* GetPixel(int x, int y) override;
+  /// Returns 0.
+  std::uint32_t PutPixel(int x, int y, bool foreground) override;
+  /// 16-bit words over 65536, in 8-bit layouts, too. Where there is no Y, `y2` is 0.5; where there
+  /// is no alpha, `a` is not written.
+  std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a) override;
+  /// The Y; where there is none, 0.5, and the canvas is not read.
+  double GetLuma(int x, int y) override;
+
+ protected:
+  ComponentPixels(const Ranges& ranges, const Codes& codes);
+  ComponentPixels(const ComponentPixels& other) = default;
+  ComponentPixels& operator=(ComponentPixels& other) = default;
+};
+
 }  // namespace nkdraw

@@ -6,6 +6,7 @@
 #include <nkdraw/formats/rgb_reads.h>
 #include <nkdraw/surface/byte_order.h>
 #include <nkdraw/surface/layout_facts.h>
+#include <nkdraw/surface/luma_weights.h>
 #include <nkdraw/surface/truncate.h>
 
 namespace {
@@ -42,18 +43,9 @@ void readCodes(const void* pixel, double& r, double& g, double& b, double& a) {
   a = 1.0;
 }
 
-/// The weights of GetLuma, the system's own.
-struct LumaWeights {
-  double green, red, blue;
-};
-
-constexpr LumaWeights kWeights = {0.587, 0.299, 0.114};
-/// For the modes from 2 on.
-constexpr LumaWeights kWeightsOfModes[] = {
-    {0.504, 0.257, 0.098}, {0.715, 0.213, 0.072}, {0.614, 0.183, 0.062}};
-
-const LumaWeights& lumaWeights(std::int32_t mode) {
-  return mode >= 2 && mode <= 4 ? kWeightsOfModes[mode - 2] : kWeights;
+/// Only modes 2 to 4 have weights of their own here.
+const nkdraw::LumaWeights& weightsOf(std::int32_t mode) {
+  return nkdraw::lumaWeights(mode >= 2 && mode <= 4 ? mode : 0);
 }
 
 }  // namespace
@@ -83,7 +75,7 @@ std::uint32_t CDrawRGB30DPX::GetPixelHSV(int x, int y, double& h, double& s, dou
 
 double CDrawRGB30DPX::GetLuma(int x, int y) {
   const Codes codes = codesAt(GetPixel(x, y));
-  const LumaWeights& weights = lumaWeights(ycbcrMode);
+  const nkdraw::LumaWeights& weights = weightsOf(ycbcrMode);
   return (weights.green * codes.g + weights.red * codes.r + weights.blue * codes.b) *
          0.0009765625;  // 1/1024
 }

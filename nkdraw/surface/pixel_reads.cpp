@@ -2,36 +2,10 @@
 //
 // Operations on top of plotting and reading a pixel.
 #include <nkdraw/surface/byte_order.h>
-#include <nkdraw/surface/colour_matrix.h>
 #include <nkdraw/surface/hsv.h>
+#include <nkdraw/surface/luma_weights.h>
 #include <nkdraw/surface/pixel.h>
 #include <nkdraw/surface/truncate.h>
-
-#include <iterator>
-
-namespace {
-
-/// The weights of GetLuma, the system's own: their pairing with modes is not that of the matrices.
-struct LumaWeights {
-  double green, red, blue;
-};
-
-constexpr LumaWeights k2020Weights = {0.678, 0.2627, 0.0593};
-
-/// By mode, without the 1000 of the unclamped ones.
-constexpr LumaWeights kLumaWeights[] = {
-    {0.587, 0.299, 0.114}, {0.587, 0.299, 0.114}, {0.504, 0.257, 0.098},
-    {0.715, 0.213, 0.072}, {0.614, 0.183, 0.062}, k2020Weights,
-    k2020Weights,          k2020Weights,          k2020Weights,
-};
-
-const LumaWeights& lumaWeights(std::int32_t mode) {
-  const std::int32_t index =
-      mode >= nkdraw::kUnclampedModes ? mode - nkdraw::kUnclampedModes : mode;
-  return index >= 0 && index < std::ssize(kLumaWeights) ? kLumaWeights[index] : kLumaWeights[0];
-}
-
-}  // namespace
 
 void NKPixel::BlendPixel(double& c1, double& c2, double& c3, double n1, double n2, double n3,
                          int percent) {
@@ -91,7 +65,7 @@ std::uint32_t NKPixel::GetPixelHSV(int x, int y, double& h, double& s, double& v
 double NKPixel::GetLuma(int x, int y) {
   const nkdraw::ByteOrder order = nkdraw::byteOrder32(pixelKind);  // ptBGR24 is not swapped here
   const auto* const pixel = static_cast<const std::uint8_t*>(GetPixel(x, y));
-  const LumaWeights& weights = lumaWeights(ycbcrMode);
+  const nkdraw::LumaWeights& weights = nkdraw::lumaWeights(ycbcrMode);
   return (weights.green * pixel[order.g] + weights.red * pixel[order.r] +
           weights.blue * pixel[order.b]) *
          0.00390625;

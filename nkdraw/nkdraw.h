@@ -18,6 +18,7 @@
 #include <nkdraw/overlay/overlay.h>
 #include <nkdraw/platform/host.h>
 #include <nkdraw/surface/factory.h>
+#include <nkdraw/surface/layout_facts.h>
 #include <nkdraw/surface/pixel.h>
 #include <nkdraw/surface/pixel_type.h>
 #include <nkdraw/text/font_data.h>

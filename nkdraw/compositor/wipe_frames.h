@@ -41,8 +41,18 @@ struct PixelParts {
   return {facts.depth == 8 ? PartKind::kByte : PartKind::kWord, count};
 }
 
+/// Behind the last of those layouts.
+inline constexpr std::size_t kTypesEnd = [] {
+  std::size_t end = 0;
+  for (const LayoutFacts& facts : kLayoutFacts) {
+    if (partsOf(facts).known())
+      end = static_cast<std::size_t>(facts.type) + 1;
+  }
+  return end;
+}();
+
 inline constexpr auto kPixelParts = [] {
-  std::array<PixelParts, ptYCbCrA64 + 1> parts{};
+  std::array<PixelParts, kTypesEnd> parts{};
   for (const LayoutFacts& facts : kLayoutFacts) {
     if (partsOf(facts).known())
       parts[static_cast<std::size_t>(facts.type)] = partsOf(facts);

@@ -160,7 +160,7 @@ inline constexpr auto kLayoutFacts = [] {
 [[nodiscard]] constexpr bool isYCbCr(std::int32_t type) {
   constexpr std::int32_t kLastPackedYCbCr = 19;
   if (const LayoutFacts* const facts = findFacts(type))
-    return sampleOf(*facts, Channel::kCb) < sampleCount(*facts);
+    return sampleOf(*facts, Channel::kR) == sampleCount(*facts);
   return type == ptNone || (type > ptV210 && type <= kLastPackedYCbCr);
 }
 

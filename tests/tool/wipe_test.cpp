@@ -283,13 +283,13 @@ TEST(Wipe, OfEveryNameIsWhatTheLibraryDraws) {
 TEST(Wipe, SwapGoesFromTheSecondToTheFirst) {
   const Pair pair = makePair(".mov", "rawvideo", "bgra");
   join(pair, at("joined.mov"), {"--wipe", "corner-tl", "--swap"});
-  expectWipe(at("joined.mov"), pair, 3U | kSwapWipe, false);
+  expectWipe(at("joined.mov"), pair, 3U | NKWipeSwap, false);
 }
 
 TEST(Wipe, ReverseRunsThePatternBackwardsFromTheFirstToTheSecond) {
   const Pair pair = makePair(".mov", "rawvideo", "bgra");
   join(pair, at("joined.mov"), {"--wipe", "iris", "--reverse"});
-  expectWipe(at("joined.mov"), pair, 41U | kSwapWipe, true);
+  expectWipe(at("joined.mov"), pair, 41U | NKWipeSwap, true);
 }
 
 TEST(Wipe, OfOneFrameIsHalfWay) {

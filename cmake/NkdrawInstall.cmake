@@ -10,7 +10,7 @@ install(TARGETS nkdraw nkdraw_host EXPORT nkdrawTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
 install(TARGETS nkdraw_clip_io nkdraw_captions EXPORT nkdrawTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/nkdraw)
 
 foreach(header IN LISTS NKDRAW_PUBLIC_HEADERS)
   get_filename_component(folder ${header} DIRECTORY)

@@ -70,8 +70,12 @@ Library openLibrary(std::string_view module) {
   const std::string name = fileNameOf(module);
   if (name.empty())
     return nullptr;
-  const std::string beside = folderOfThisLibrary() + name;
-  const std::string& found = nkOSFileExists(beside.c_str()) ? beside : name;
+  std::string found = name;
+  for (const char* const folder : {"nkdraw/", ""}) {  // as installed, and as built
+    if (const std::string path = folderOfThisLibrary() + folder + name;
+        nkOSFileExists(path.c_str()))
+      found = path;
+  }
   return Library(dlopen(found.c_str(), RTLD_NOW | RTLD_LOCAL));
 }
 

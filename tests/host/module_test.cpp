@@ -30,6 +30,13 @@ TEST(Module, IsFoundBesideTheLibrary) {
   EXPECT_EQ(nkOSFreeLibrary(module), 1u);
 }
 
+TEST(Module, IsFoundInTheLibrarysOwnFolder) {
+  const nkHandle module = nkOSLoadLibrary("nkdraw_test_inside.dll", kAnyFlags);
+  ASSERT_NE(module, nullptr);
+  EXPECT_EQ(answerOf(module), 43);
+  EXPECT_EQ(nkOSFreeLibrary(module), 1u);
+}
+
 TEST(Module, IsFoundByTheLoaderWhenItIsNotBesideTheLibrary) {
   ASSERT_EQ(nkOSLoadLibrary(kElsewhere, kAnyFlags), nullptr);
   void* const known = dlopen(TEST_MODULE_ELSEWHERE, RTLD_NOW);

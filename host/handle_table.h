@@ -4,6 +4,7 @@
 #pragma once
 
 #include <nkdraw/platform/sync.h>
+#include <nkdraw/try_make_shared.h>
 
 #include <atomic>
 #include <bit>
@@ -20,16 +21,6 @@ namespace nkdraw {
 /// The number of the next handle. All tables share it, so that a handle of one kind is refused,
 /// and not mistaken, where another kind is asked for.
 inline std::atomic<std::uint64_t> nextHandleNumber{1};
-
-/// make_shared that answers a lack of memory with null.
-template <class Object, class... Arguments>
-[[nodiscard]] std::shared_ptr<Object> tryMakeShared(Arguments&&... arguments) noexcept {
-  try {
-    return std::make_shared<Object>(std::forward<Arguments>(arguments)...);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-}
 
 /// The live objects of one kind. Every member may be called by any thread.
 template <class Object>

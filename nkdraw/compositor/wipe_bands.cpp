@@ -4,11 +4,11 @@
 #include "wipe_bands.h"
 
 #include <nkdraw/constants.h>
+#include <nkdraw/try_make_shared.h>
 
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <new>
 #include <semaphore>
 #include <utility>
 
@@ -39,15 +39,6 @@ struct WipeCall {
   };
   std::array<Worker, kBands> workers;
 };
-
-/// Null when there is no memory for it.
-std::shared_ptr<WipeCall> newCall() noexcept {
-  try {
-    return std::make_shared<WipeCall>();
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-}
 
 std::int32_t* counter(std::uint32_t* pending) {
   return reinterpret_cast<std::int32_t*>(pending);
@@ -137,7 +128,7 @@ std::uint32_t WipeBandThread(void* parameter) {
 
 std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel, WipeWait wait,
                            const std::shared_ptr<const void>& memory) {
-  const auto call = newCall();
+  const auto call = tryMakeShared<WipeCall>();
   if (!call) {
     if (wait == WipeWait::kComplete)
       drawWhole(frame, kernel);

@@ -3,6 +3,8 @@
 // A file that stays open until its last user lets go of it.
 #pragma once
 
+#include <nkdraw/try_make_shared.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -30,16 +32,6 @@ struct OpenFile {
 
   int descriptor;
 };
-
-/// make_shared that answers a lack of memory with null.
-template <class Object, class... Arguments>
-[[nodiscard]] std::shared_ptr<Object> tryMakeShared(Arguments... arguments) {
-  try {
-    return std::make_shared<Object>(arguments...);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-}
 
 /// Takes over a descriptor, which is closed when there is no memory for its owner; null then, and
 /// for -1.

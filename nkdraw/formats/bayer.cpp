@@ -14,7 +14,7 @@
 namespace {
 
 using nkdraw::Channel;
-using nkdraw::factsOf;
+using nkdraw::kFactsOf;
 using nkdraw::LayoutFacts;
 using nkdraw::bayer::orderIndex;
 
@@ -38,8 +38,8 @@ constexpr ReadPlaces readPlacesOf(const LayoutFacts& facts) {
 
 /// By mosaic order.
 constexpr ReadPlaces kReads[] = {
-    readPlacesOf(factsOf(ptBayerBGGR)), readPlacesOf(factsOf(ptBayerRGGB)),
-    readPlacesOf(factsOf(ptBayerGBRG)), readPlacesOf(factsOf(ptBayerGRBG))};
+    readPlacesOf(kFactsOf<ptBayerBGGR>), readPlacesOf(kFactsOf<ptBayerRGGB>),
+    readPlacesOf(kFactsOf<ptBayerGBRG>), readPlacesOf(kFactsOf<ptBayerGRBG>)};
 
 /// The upper eight bits of a sample of the cell that begins at `cell`.
 int sampleAt(const std::uint8_t* cell, std::uint32_t pitch, Place place) {

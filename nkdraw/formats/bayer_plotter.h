@@ -16,7 +16,7 @@
 namespace nkdraw::bayer {
 
 /// But for the order of the channels, the same in all mosaics.
-inline constexpr const LayoutFacts& kFacts = factsOf(ptBayerBGGR);
+inline constexpr const LayoutFacts& kFacts = kFactsOf<ptBayerBGGR>;
 
 /// The channel of each place of a cell, by row and column: 0 is R, 1 G, 2 B.
 struct Cell {
@@ -33,8 +33,8 @@ constexpr Cell cellOf(const LayoutFacts& facts) {
 
 /// By pixelType from ptBayerBGGR on, twice the same.
 inline constexpr std::array<Cell, 4> kCells = {
-    cellOf(factsOf(ptBayerBGGR)), cellOf(factsOf(ptBayerRGGB)), cellOf(factsOf(ptBayerGBRG)),
-    cellOf(factsOf(ptBayerGRBG))};
+    cellOf(kFactsOf<ptBayerBGGR>), cellOf(kFactsOf<ptBayerRGGB>), cellOf(kFactsOf<ptBayerGBRG>),
+    cellOf(kFactsOf<ptBayerGRBG>)};
 
 /// The index into tables by mosaic order; types that are none count as the first.
 [[nodiscard]] constexpr std::size_t orderIndex(pixelType type) {

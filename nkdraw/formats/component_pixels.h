@@ -13,22 +13,22 @@ namespace nkdraw {
 
 template <pixelType layout>
 constexpr bool hasChannel(Channel channel) {
-  return sampleOf(factsOf(layout), channel) < sampleCount(factsOf(layout));
+  return sampleOf(kFactsOf<layout>, channel) < sampleCount(kFactsOf<layout>);
 }
 
 /// The word with the sample's number, of an 8-bit layout, too.
 template <pixelType layout>
 double wordOf(const void* pixel, Channel channel) {
-  return load16(pixel, sampleOf(factsOf(layout), channel)) * kWordUnit;
+  return load16(pixel, sampleOf(kFactsOf<layout>, channel)) * kWordUnit;
 }
 
 template <class Surface, pixelType layout>
 ComponentPixels<Surface, layout>::ComponentPixels(const Ranges& ranges, const Codes& codes)
-    : NKDraw(layout), ComponentSurface(factsOf(layout).groupBytes, ranges, codes) {}
+    : NKDraw(layout), ComponentSurface(kFactsOf<layout>.groupBytes, ranges, codes) {}
 
 template <class Surface, pixelType layout>
 void* ComponentPixels<Surface, layout>::GetPixel(int x, int y) {
-  return canvas + rowOffset(pitch, y) + std::ptrdiff_t{factsOf(layout).groupBytes} * x;
+  return canvas + rowOffset(pitch, y) + std::ptrdiff_t{kFactsOf<layout>.groupBytes} * x;
 }
 
 template <class Surface, pixelType layout>

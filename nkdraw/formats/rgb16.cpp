@@ -14,7 +14,7 @@ namespace nkdraw {
 namespace {
 
 template <std::size_t kWords>
-constexpr const LayoutFacts& kFacts = kWords == 3 ? factsOf(ptRGB48) : factsOf(ptARGB64);
+constexpr const LayoutFacts& kFacts = kWords == 3 ? kFactsOf<ptRGB48> : kFactsOf<ptARGB64>;
 
 /// Where R, G and B stand, one after the other.
 template <std::size_t kWords>

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr const nkdraw::LayoutFacts& kFacts = nkdraw::factsOf(ptRGB30DPX);
+constexpr const nkdraw::LayoutFacts& kFacts = nkdraw::kFactsOf<ptRGB30DPX>;
 constexpr unsigned kRedShift = nkdraw::sampleBit(kFacts, 0);
 constexpr unsigned kGreenShift = nkdraw::sampleBit(kFacts, 1);
 constexpr unsigned kBlueShift = nkdraw::sampleBit(kFacts, 2);

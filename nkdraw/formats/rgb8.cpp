@@ -25,7 +25,7 @@ CDrawRGBA32& CDrawRGBA32::operator=(CDrawRGBA32& other) {
 }
 
 int CDrawRGBA32::GetPitch() {
-  return static_cast<int>(nkdraw::packedPitch(nkdraw::factsOf(ptRGBA32), width));
+  return static_cast<int>(nkdraw::packedPitch(nkdraw::kFactsOf<ptRGBA32>, width));
 }
 
 std::uint32_t CDrawRGBA32::GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr,
@@ -50,7 +50,7 @@ CDrawRGB24& CDrawRGB24::operator=(CDrawRGB24& other) {
 }
 
 int CDrawRGB24::GetPitch() {
-  return static_cast<int>(nkdraw::packedPitch(nkdraw::factsOf(ptRGB24), width));
+  return static_cast<int>(nkdraw::packedPitch(nkdraw::kFactsOf<ptRGB24>, width));
 }
 
 std::uint32_t CDrawRGB24::GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr,

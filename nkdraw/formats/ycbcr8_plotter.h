@@ -17,7 +17,7 @@
 namespace nkdraw::ycbcr8 {
 
 /// But for the order of the samples, the same in all four orders.
-inline constexpr const LayoutFacts& kFacts = factsOf(ptUYVY);
+inline constexpr const LayoutFacts& kFacts = kFactsOf<ptUYVY>;
 
 /// Byte offsets in the four bytes that two pixels share.
 struct PairOrder {
@@ -34,8 +34,8 @@ constexpr PairOrder pairOrderOf(const LayoutFacts& facts) {
 
 /// By pixelType from ptYUYV on.
 inline constexpr std::array<PairOrder, 4> kPairOrders = {
-    pairOrderOf(factsOf(ptYUYV)), pairOrderOf(factsOf(ptUYVY)), pairOrderOf(factsOf(ptYVYU)),
-    pairOrderOf(factsOf(ptVYUY))};
+    pairOrderOf(kFactsOf<ptYUYV>), pairOrderOf(kFactsOf<ptUYVY>), pairOrderOf(kFactsOf<ptYVYU>),
+    pairOrderOf(kFactsOf<ptVYUY>)};
 
 [[nodiscard]] constexpr const PairOrder& pairOrder(pixelType type) {
   return kPairOrders[type >= ptYUYV && type <= ptVYUY ? static_cast<std::size_t>(type - ptYUYV)

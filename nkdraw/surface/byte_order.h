@@ -35,10 +35,10 @@ struct ByteOrder {
 
 /// By pixelType from ptRGBA32 and from ptRGB24 on.
 inline constexpr std::array<ByteOrder, 4> kByteOrders32 = {
-    byteOrderOf(factsOf(ptRGBA32)), byteOrderOf(factsOf(ptARGB32)), byteOrderOf(factsOf(ptBGRA32)),
-    byteOrderOf(factsOf(ptABGR32))};
-inline constexpr std::array<ByteOrder, 2> kByteOrders24 = {byteOrderOf(factsOf(ptRGB24)),
-                                                           byteOrderOf(factsOf(ptBGR24))};
+    byteOrderOf(kFactsOf<ptRGBA32>), byteOrderOf(kFactsOf<ptARGB32>),
+    byteOrderOf(kFactsOf<ptBGRA32>), byteOrderOf(kFactsOf<ptABGR32>)};
+inline constexpr std::array<ByteOrder, 2> kByteOrders24 = {byteOrderOf(kFactsOf<ptRGB24>),
+                                                           byteOrderOf(kFactsOf<ptBGR24>)};
 
 /// The order of a four-byte pixel; R, G, B, A for any type that names no other.
 [[nodiscard]] constexpr ByteOrder byteOrder32(pixelType type) {

@@ -122,10 +122,10 @@ inline constexpr auto kLayoutFacts = [] {
   return found != kLayoutFacts.end() && found->type == type ? found : nullptr;
 }
 
-/// The same where the layout is known; not a constant for a value that stands for none.
-[[nodiscard]] consteval const LayoutFacts& factsOf(pixelType type) {
-  return *findFacts(type);
-}
+/// The same of a layout that is known as the program is compiled.
+template <pixelType type>
+requires(findFacts(type) !=
+         nullptr) inline constexpr const LayoutFacts& kFactsOf = *findFacts(type);
 
 /// Samples of a group, in all of its rows.
 [[nodiscard]] constexpr std::size_t sampleCount(const LayoutFacts& facts) {

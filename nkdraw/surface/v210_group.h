@@ -12,7 +12,7 @@
 
 namespace nkdraw::v210 {
 
-inline constexpr const LayoutFacts& kFacts = factsOf(ptV210);
+inline constexpr const LayoutFacts& kFacts = kFactsOf<ptV210>;
 inline constexpr int kGroupPixels = kFacts.groupPixels;
 inline constexpr int kGroupBytes = kFacts.groupBytes;
 inline constexpr std::uint32_t kSampleMask = (1U << kFacts.depth) - 1;

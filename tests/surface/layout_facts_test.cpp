@@ -104,7 +104,7 @@ TEST(LayoutFacts, TellYCbCrFromRGBForValuesWithoutALayoutToo) {
 }
 
 TEST(LayoutFacts, FindTheSamplesOfAChannel) {
-  const LayoutFacts& v210 = nkdraw::factsOf(ptV210);
+  const LayoutFacts& v210 = nkdraw::kFactsOf<ptV210>;
   constexpr std::size_t kLumas[] = {1, 3, 5, 7, 9, 11, 12};
   for (std::size_t n = 0; n < std::size(kLumas); ++n)
     EXPECT_EQ(sampleOf(v210, nkdraw::Channel::kY, n), kLumas[n]);
@@ -134,19 +134,19 @@ TEST(LayoutFacts, HaveThePitchOfTheSurfaces) {
 }
 
 TEST(LayoutFacts, CountBytesInWholeGroups) {
-  EXPECT_EQ(rowBytes(nkdraw::factsOf(ptV210), 7), 32U);
-  EXPECT_EQ(packedPitch(nkdraw::factsOf(ptV210), 7), 128U);
-  EXPECT_EQ(rowBytes(nkdraw::factsOf(ptUYVY), 7), 16U);
-  EXPECT_EQ(packedPitch(nkdraw::factsOf(ptUYVY), 7), 14U);
-  EXPECT_EQ(rowBytes(nkdraw::factsOf(ptBayerBGGR), 7), 12U);
-  EXPECT_EQ(packedPitch(nkdraw::factsOf(ptBayerBGGR), 7), 10U);
-  EXPECT_EQ(rowBytes(nkdraw::factsOf(ptRGB48), 0), 0U);
+  EXPECT_EQ(rowBytes(nkdraw::kFactsOf<ptV210>, 7), 32U);
+  EXPECT_EQ(packedPitch(nkdraw::kFactsOf<ptV210>, 7), 128U);
+  EXPECT_EQ(rowBytes(nkdraw::kFactsOf<ptUYVY>, 7), 16U);
+  EXPECT_EQ(packedPitch(nkdraw::kFactsOf<ptUYVY>, 7), 14U);
+  EXPECT_EQ(rowBytes(nkdraw::kFactsOf<ptBayerBGGR>, 7), 12U);
+  EXPECT_EQ(packedPitch(nkdraw::kFactsOf<ptBayerBGGR>, 7), 10U);
+  EXPECT_EQ(rowBytes(nkdraw::kFactsOf<ptRGB48>, 0), 0U);
 }
 
 TEST(LayoutFacts, WrapAPitchAt32Bits) {
-  EXPECT_EQ(packedPitch(nkdraw::factsOf(ptUYVY), 0xFFFFFFFF), 0xFFFFFFFEU);
-  EXPECT_EQ(packedPitch(nkdraw::factsOf(ptRGBA32), 0x40000001), 4U);
-  EXPECT_EQ(packedPitch(nkdraw::factsOf(ptV210), 0x20000000), 42U);  // 536870928 * 8 is 128
+  EXPECT_EQ(packedPitch(nkdraw::kFactsOf<ptUYVY>, 0xFFFFFFFF), 0xFFFFFFFEU);
+  EXPECT_EQ(packedPitch(nkdraw::kFactsOf<ptRGBA32>, 0x40000001), 4U);
+  EXPECT_EQ(packedPitch(nkdraw::kFactsOf<ptV210>, 0x20000000), 42U);  // 536870928 * 8 is 128
 }
 
 }  // namespace

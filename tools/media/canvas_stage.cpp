@@ -19,7 +19,7 @@ using Rows = std::array<std::uint8_t*, 3>;
 /// behind that group where it has none.
 template <pixelType from, pixelType to>
 constexpr auto kOrder = [] {
-  constexpr const LayoutFacts &source = factsOf(from), &target = factsOf(to);
+  constexpr const LayoutFacts &source = kFactsOf<from>, &target = kFactsOf<to>;
   static_assert(source.depth == 8 && target.depth == 8);
   static_assert(source.groupPixels == target.groupPixels);
   std::array<std::size_t, target.groupBytes> order{};
@@ -41,8 +41,8 @@ constexpr bool isChroma(Channel channel) {
 /// Writes a row of `from` in the byte order of `to`. Alpha that `from` has not is opaque.
 template <pixelType from, pixelType to, std::uint8_t chromaSign>
 void reorder(const std::uint8_t* source, std::uint8_t* target, int width) {
-  constexpr const LayoutFacts& facts = factsOf(to);
-  constexpr std::size_t sourceBytes = factsOf(from).groupBytes;
+  constexpr const LayoutFacts& facts = kFactsOf<to>;
+  constexpr std::size_t sourceBytes = kFactsOf<from>.groupBytes;
   for (; width > 0; width -= facts.groupPixels) {
     for (std::size_t i = 0; i < facts.groupBytes; ++i) {
       const std::size_t place = kOrder<from, to>[i];

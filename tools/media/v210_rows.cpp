@@ -10,7 +10,7 @@
 namespace nkdraw::media {
 namespace {
 
-constexpr const LayoutFacts& kFacts = factsOf(ptV210);
+constexpr const LayoutFacts& kFacts = kFactsOf<ptV210>;
 constexpr int kGroupPixels = kFacts.groupPixels;
 constexpr std::size_t kGroupBytes = kFacts.groupBytes;
 constexpr std::uint32_t kSampleMask = (1U << kFacts.depth) - 1;

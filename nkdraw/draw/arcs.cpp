@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Arcs: chains of lines, one for each whole degree whatever the radius.
+// Arcs: chains of lines, one per whole degree, whatever the radius.
 #include <nkdraw/draw/draw.h>
 
 #include <nkdraw/draw/line_runner.h>
@@ -17,19 +17,19 @@ namespace {
 using nkdraw::truncateToInt32;
 using nkdraw::wrappingAdd;
 
-// Meant as they are: made with 3.14, so that a full turn ends a little early.
+// Deliberate: drawings depend on 3.14 for pi, with which a full turn ends a little early.
 constexpr double kDegreesPerRadian = 57.324840764331206;    // 180 / 3.14
 constexpr double kRadiansPerDegree = 0.017444444444444446;  // 3.14 / 180
 
-/// The ends of the last arc of the process, of any surface, for Pie. Threads that draw pies at once
-/// get each other's ends.
+/// The ends of the last arc in the process, of any surface, for Pie. Threads that draw pies at the
+/// same time get each other's ends.
 std::atomic<std::int32_t> arcStartX, arcStartY, arcEndX, arcEndY;
 
 /// Whole degrees from `start` on, both ends included, counter-clockwise on the screen.
 struct Sweep {
   std::int32_t start, end;
 
-  /// An end below the start becomes the next angle with the same remainder.
+  /// An end below the start becomes the next larger angle with the same remainder.
   Sweep(double from, double to) : start(truncateToInt32(from)), end(truncateToInt32(to)) {
     if (end >= start)
       return;
@@ -43,7 +43,7 @@ struct Direction {
   float cosine, sine;
 };
 
-/// Those of all whole degrees, computed once and then read by all threads.
+/// The values for all whole degrees, computed once and then read by all threads.
 class Directions {
  public:
   Directions() {
@@ -119,8 +119,8 @@ double angleOf(double numerator, double denominator) {
   return std::atan(double{quotient}) * kDegreesPerRadian;
 }
 
-/// The angle at which a point lies from a centre; none for the centre. Meant as it is: straight
-/// below is 90 and straight above 270, the reverse of all other directions.
+/// The angle of a point as seen from a centre; none for the centre itself. Deliberate: callers rely
+/// on straight below being 90 and straight above 270, the reverse of all other directions.
 std::optional<double> angleOfPoint(double px, double py, double cx, double cy) {
   if (px == cx && py == cy)
     return std::nullopt;
@@ -155,7 +155,7 @@ std::uint32_t NKDraw::Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4
   return 0;
 }
 
-// The start ray is meant to go through (y3, x3).
+// Deliberate: callers rely on the start ray going through (y3, x3).
 std::uint32_t NKDraw::ArcTo(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
   Arc(x1, y1, x2, y2, y3, x3, x4, y4);
   penX = x4;
@@ -163,7 +163,7 @@ std::uint32_t NKDraw::ArcTo(int x1, int y1, int x2, int y2, int x3, int y3, int 
   return 0;
 }
 
-// The start ray as in ArcTo. When the arc is refused, the radii go to the ends of an earlier one.
+// The start ray is as in ArcTo. If the arc is refused, the radii go to the ends of an earlier arc.
 std::uint32_t NKDraw::Pie(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
   const int cx = wrappingAdd(x1, x2) / 2, cy = wrappingAdd(y1, y2) / 2;
   Arc(x1, y1, x2, y2, y3, x3, x4, y4);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Cubic Béziers, split in halves until a line will do.
+// Cubic Béziers, split in half until a straight line is near enough.
 #include <nkdraw/draw/draw.h>
 
 #include <nkdraw/draw/line_runner.h>
@@ -57,8 +57,8 @@ struct Cubic {
   tagPOINT start, control1, control2, end;
 };
 
-/// Calls `flat(curve)` for one that a line will do for, else `half(curve)` for both of its halves.
-/// False for a curve whose ends coincide.
+/// Calls `flat(curve)` if a line is near enough, else `half(curve)` for each of its halves. False
+/// for a curve whose ends coincide.
 template <class Flat, class Half>
 bool divide(const Cubic& curve, Flat flat, Half half) {
   const auto& [p1, p2, p3, p4] = curve;
@@ -77,7 +77,7 @@ bool divide(const Cubic& curve, Flat flat, Half half) {
   return true;
 }
 
-/// All of a curve at once, where no half needs to be seen.
+/// Draws a whole curve at once, for callers that need not see the halves.
 template <class Flat>
 bool drawWhole(const Cubic& curve, Flat flat) {
   return divide(curve, flat, [flat](const Cubic& half) { drawWhole(half, flat); });
@@ -101,7 +101,7 @@ std::uint32_t NKDraw::Bezier(int x1, int y1, int x2, int y2, int x3, int y3, int
   return drawn ? 0 : NKStatusRefused;
 }
 
-// A single curve, 4 points, is meant to be refused.
+// Deliberate: callers rely on the refusal of a single curve, 4 points.
 std::uint32_t NKDraw::PolyBezier(const tagPOINT* points, std::uint32_t count) {
   if (count <= 4 || (count - 4) % 3 != 0)
     return NKStatusRefused;
@@ -116,7 +116,7 @@ std::uint32_t NKDraw::PolyBezierTo(const tagPOINT* points, std::uint32_t count) 
   const std::uint32_t status = PolyBezier(points, count);
   if (status != 0)
     return status;
-  const tagPOINT& behind = points[std::size_t{count} + 2];  // meant: not one of the curves' points
+  const tagPOINT& behind = points[std::size_t{count} + 2];  // deliberate: past the curves' points
   penX = behind.x;
   penY = behind.y;
   return 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The many lines of one shape.
+// Draws shapes made of many lines.
 #pragma once
 
 #include <nkdraw/draw/draw.h>
@@ -15,7 +15,7 @@
 
 namespace nkdraw {
 
-/// The absolute value, of which the lowest integer stays negative.
+/// The absolute value; the lowest integer stays negative.
 [[nodiscard]] constexpr int signedMagnitude(int value) {
   return static_cast<int>(magnitude(value));
 }
@@ -45,7 +45,7 @@ namespace nkdraw {
           direction > 0 ? step : 0U - step};
 }
 
-/// The positions of NKDraw::Line, the same ones whichever end comes first.
+/// The positions of NKDraw::Line; they are the same from either end.
 [[nodiscard]] constexpr Slope slopeOfLine(int x1, int y1, int x2, int y2) {
   if (y1 > y2) {
     std::swap(x1, x2);
@@ -55,12 +55,12 @@ namespace nkdraw {
   return slopeBetween(x1, y1, x2, y2, alongY);
 }
 
-/// Draws lines as the surface's virtual Line does: on a class of the library's own, which does not
-/// override it, many at once.
+/// Draws lines as the surface's virtual Line does. A class of the library's own does not override
+/// Line, and gets many lines at once.
 class LineRunner {
  public:
   /// For one shape: while it draws, the surface keeps its canvas, colours and transparency. An
-  /// `antialiased` surface gets its lines one by one, since these change its colour.
+  /// `antialiased` surface gets its lines one by one, because they change its colour.
   LineRunner(NKDraw& surface, bool antialiased)
       : surface_(surface), plotter_(surface), direct_(plotter_.ownClass() && !antialiased) {}
   LineRunner(const LineRunner&) = delete;

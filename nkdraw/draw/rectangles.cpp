@@ -15,7 +15,8 @@ using nkdraw::wrappingSubtract;
 
 }  // namespace
 
-// The size alone is meant to decide: the position of such a rectangle plays no part.
+// Deliberate: callers rely on it. A rectangle of the canvas's size fills the canvas, wherever it
+// lies.
 std::uint32_t NKDraw::FillRect(const tagRECT* rect) {
   const auto columns = static_cast<std::uint32_t>(wrappingSubtract(rect->right, rect->left));
   const auto rows = static_cast<std::uint32_t>(wrappingSubtract(rect->bottom, rect->top));
@@ -30,13 +31,13 @@ std::uint32_t NKDraw::EraseCanvas(bool /*flag*/) {
   if (!nkdraw::isFourByteRgb(pixelKind)) {
     fillRows({0, 0, columns, rows});
   } else if (canvas != nullptr && (rows < 0) == (columns < 0)) {
-    // Two negative sides have a product like any other; one alone would fill all of memory.
+    // Two negative sides have a positive product; a single one would fill all of memory.
     SetMemoryFast(canvas, nkdraw::load32(foregroundPixel), height * width * 4);
   }
   return 0;
 }
 
-// As LineHoriz fills each row: there is no need to ask a class that does not override it.
+// Fills each row as LineHoriz does. A class that does not override LineHoriz need not be called.
 void NKDraw::fillRows(const tagRECT& rect) {
   const nkdraw::RunPlotter plotter(*this);
   const bool direct = plotter.ownClass() && !nkdraw::isFourByteRgb(pixelKind);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The line through a region: every pixel is asked for, since a region may have any shape.
+// The line through a region. It asks for every pixel, because a region may have any shape.
 #include <nkdraw/draw/draw.h>
 
 #include <nkdraw/draw/line_runner.h>
@@ -30,8 +30,8 @@ class PlacedRegion {
   int left_, top_;
 };
 
-/// Plots one pixel in the colour found at `source`. Meant: the pen's own colour has no weight, and
-/// all are dimmed, so that the pen darkens with each pixel.
+/// Plots one pixel in the colour found at `source`. Deliberate: drawings depend on it. The pen's
+/// own colour has no weight, and every pixel is dimmed, so the pen darkens with each.
 void plotInColourOf(NKDraw& surface, tagPOINT source, int x, int y, const PlacedRegion& allowed) {
   nkdraw::Channels found;
   surface.GetPixelRGBA(source.x, source.y, found.r, found.g, found.b, found.a);

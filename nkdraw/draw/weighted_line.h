@@ -20,7 +20,8 @@ inline Channels penColour(NKPixel& surface) {
   return c;
 }
 
-/// Meant as it is: channels go up to 1.0, and yet the pen is set to a 255th of what is asked for.
+/// Deliberate: drawings depend on it. Channels go up to 1.0, yet the pen is set to a 255th of the
+/// value.
 inline void setDimmedPen(NKPixel& surface, const Channels& c) {
   surface.SetColorRGBA(c.r / 255.0, c.g / 255.0, c.b / 255.0, c.a / 255.0, true);
 }
@@ -31,10 +32,10 @@ constexpr Channels mixed(double first, const Channels& c1, double second, const 
           first * c1.a + second * c2.a};
 }
 
-/// A line that is neither straight nor exactly diagonal: both ends first, whole, then the pixels
-/// between them in pairs, each mixed from `canvas` and pen by its distance from the line. Of the
-/// pairs only pixels that `allowed(x, y)` grants are plotted. The pen ends darker than it was.
-/// (x1, y1) is the upper end; the deltas must not be 0.
+/// A line that is neither straight nor exactly diagonal. It plots both ends whole, then the pixels
+/// between them in pairs, each mixed from `canvas` and pen by its distance from the line. Only
+/// pixels for which `allowed(x, y)` is true are plotted. The pen ends darker than it was. (x1, y1)
+/// is the upper end; the deltas must not be 0.
 template <class Allowed>
 void weightedLine(NKPixel& surface, int x1, int y1, int x2, int y2, Allowed allowed) {
   const int dx = wrappingSubtract(x2, x1);

@@ -18,12 +18,12 @@ using nkdraw::kFactsOf;
 using nkdraw::LayoutFacts;
 using nkdraw::bayer::orderIndex;
 
-/// A place of a cell.
+/// A position in a cell.
 struct Place {
   std::uint8_t row, column;
 };
 
-/// The places that a read takes R, G and B from: of the two green ones that of the first row.
+/// The positions that a read takes R, G and B from; of the two greens, the one in the first row.
 struct ReadPlaces {
   Place r, g, b;
 };
@@ -47,7 +47,7 @@ int sampleAt(const std::uint8_t* cell, std::uint32_t pitch, Place place) {
   return place.column == 0 ? triple[0] : (triple[1] & 0x0F) << 4 | triple[2] >> 4;
 }
 
-/// The byte of the triple with the place's number: of the second sample only its upper bits.
+/// The byte of the triple for a position; of the second sample only its upper bits.
 double luma(const std::uint8_t* cell, std::uint32_t pitch, Place place) {
   return cell[(place.row == 0 ? 0 : pitch) + place.column] / 255.0;
 }
@@ -96,7 +96,7 @@ std::uint32_t CDrawBayer::GetPixelHSV(int x, int y, double& h, double& s, double
   return nkdraw::readHsv(*this, x, y, h, s, v, a);
 }
 
-// y is not brought to the cell's first row here.
+// Here y is not rounded to the cell's first row.
 double CDrawBayer::GetLuma(int x, int y) {
   const std::uint8_t* const cell = bytes(GetPixel(x & ~1, y));
   const ReadPlaces& places = kReads[orderIndex(pixelKind)];

@@ -15,10 +15,10 @@
 
 namespace nkdraw::bayer {
 
-/// But for the order of the channels, the same in all mosaics.
+/// All mosaics are alike except for the order of the channels.
 inline constexpr const LayoutFacts& kFacts = kFactsOf<ptBayerBGGR>;
 
-/// The channel of each place of a cell, by row and column: 0 is R, 1 G, 2 B.
+/// The channel at each position of a cell, by row and column: 0 is R, 1 G, 2 B.
 struct Cell {
   std::uint8_t channel[2][2];
 };
@@ -31,12 +31,12 @@ constexpr Cell cellOf(const LayoutFacts& facts) {
   return cell;
 }
 
-/// By pixelType from ptBayerBGGR on, twice the same.
+/// By pixelType from ptBayerBGGR on; the four orders occur twice.
 inline constexpr std::array<Cell, 4> kCells = {
     cellOf(kFactsOf<ptBayerBGGR>), cellOf(kFactsOf<ptBayerRGGB>), cellOf(kFactsOf<ptBayerGBRG>),
     cellOf(kFactsOf<ptBayerGRBG>)};
 
-/// The index into tables by mosaic order; types that are none count as the first.
+/// The index into tables by mosaic order; any other type counts as the first.
 [[nodiscard]] constexpr std::size_t orderIndex(pixelType type) {
   return type >= ptBayerBGGR && type <= ptBayerGRBG12
              ? static_cast<std::size_t>(type - ptBayerBGGR) % kCells.size()
@@ -69,7 +69,7 @@ class Plotter<CDrawBayer> {
     return 0;
   }
 
-  /// The bytes of neighbouring pixels follow each other: a pair's three, from the pixel's own on.
+  /// The bytes of neighbouring pixels in sequence: a pair's three, starting with the pixel's own.
   void row(int x, int y, int count) const {
     if (canvas_ == nullptr || count <= 0)
       return;
@@ -81,7 +81,8 @@ class Plotter<CDrawBayer> {
                odd ? Triple{pair[1], pair[2], pair[0]} : pair, pixels + oddPixels);
   }
 
-  /// Left of the canvas half bytes are cut the other way, towards it, and pixels overlap.
+  /// Left of the canvas division by two rounds the other way, towards the canvas, and pixels
+  /// overlap.
   static constexpr bool overlaps(int leftmost) { return leftmost < 0; }
 
   /// Stores the pixel's sample, which begins at an address that the surface gives.
@@ -99,8 +100,8 @@ class Plotter<CDrawBayer> {
  private:
   using Triple = std::array<std::uint8_t, 3>;
 
-  /// The bytes that an even pixel of channel value `even` and an odd one of `odd` write. Meant as
-  /// it is: the odd one's low bits are the even one's.
+  /// The bytes written by an even pixel of channel value `even` and an odd one of `odd`.
+  /// Deliberate: callers rely on the bytes. The odd pixel's low bits are the even one's.
   static constexpr Triple triple(std::uint8_t even, std::uint8_t odd) {
     return {even, static_cast<std::uint8_t>(odd >> 4), static_cast<std::uint8_t>(even << 4)};
   }

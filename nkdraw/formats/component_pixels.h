@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// How the surfaces of unpacked YCbCr find and read their pixels; for their own sources alone.
+// How the surfaces of unpacked YCbCr find and read their pixels. Only their own sources include it.
 #pragma once
 
 #include <nkdraw/formats/component_words.h>
@@ -16,7 +16,7 @@ constexpr bool hasChannel(Channel channel) {
   return sampleOf(kFactsOf<layout>, channel) < sampleCount(kFactsOf<layout>);
 }
 
-/// The word with the sample's number, of an 8-bit layout, too.
+/// The word with the sample's number, also in an 8-bit layout.
 template <pixelType layout>
 double wordOf(const void* pixel, Channel channel) {
   return load16(pixel, sampleOf(kFactsOf<layout>, channel)) * kWordUnit;

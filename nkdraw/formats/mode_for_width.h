@@ -7,8 +7,8 @@
 
 namespace nkdraw {
 
-/// BT.709 for pictures wider than standard definition's 720 pixels, else BT.601: `mode` where it is
-/// one of that matrix's two, otherwise the studio one.
+/// BT.709 for pictures wider than standard definition's 720 pixels, else BT.601. Returns `mode` if
+/// it is one of that matrix's two, otherwise the studio mode.
 [[nodiscard]] constexpr NKPixel::cmYCbCr modeForWidth(NKPixel::cmYCbCr mode, int width) {
   if (width > 720)
     return mode == NKPixel::mode709Full ? mode : NKPixel::mode709Studio;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The surface of 10-bit RGB words: NKPixel plots them, so that only the packing is left.
+// The surface of 10-bit RGB words: NKPixel plots them; this packs and reads the colours.
 #include <nkdraw/formats/rgb30_dpx.h>
 
 #include <nkdraw/formats/rgb_reads.h>
@@ -28,7 +28,7 @@ Codes codesAt(const void* pixel) {
   return {word >> kRedShift, (word >> kGreenShift) & kCodeMask, (word >> kBlueShift) & kCodeMask};
 }
 
-/// Red has nothing above it that it could spoil, and loses its upper bits.
+/// Red is the topmost channel: its excess bits are lost, and spoil no other channel.
 void packCodes(void* pixel, Codes codes) {
   const std::uint32_t word = codes.r << kRedShift | (codes.g & kCodeMask) << kGreenShift |
                              (codes.b & kCodeMask) << kBlueShift;
@@ -43,7 +43,7 @@ void readCodes(const void* pixel, double& r, double& g, double& b, double& a) {
   a = 1.0;
 }
 
-/// Only modes 2 to 4 have weights of their own here.
+/// Only modes 2 to 4 have their own weights here.
 const nkdraw::LumaWeights& weightsOf(std::int32_t mode) {
   return nkdraw::lumaWeights(mode >= 2 && mode <= 4 ? mode : 0);
 }

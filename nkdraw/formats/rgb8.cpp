@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// 8-bit RGB surfaces: NKPixel plots and reads them, so little is left.
+// 8-bit RGB surfaces: NKPixel plots and reads them, so little remains here.
 #include <nkdraw/formats/rgb8.h>
 
 #include <nkdraw/formats/rgb_reads.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the RGB surfaces of this library read alike.
+// Reads that all RGB surfaces of this library share.
 #pragma once
 
 #include <nkdraw/surface/hsv.h>

@@ -18,13 +18,13 @@ constexpr double kUnit = 0.0009765625;  // 1/1024
 // Types up to this one are kept, and stand for the same layout.
 constexpr std::int32_t kLastV210 = 16;
 
-/// The samples that the read operations give for one of the six pixels of a group.
+/// The samples that reading gives for one of the six pixels of a group.
 struct PixelSamples {
   Sample luma, cb, cr;
 };
 
-/// Null for the place of a negative x, at which nothing is read. The sixth pixel reads the luma of
-/// the third, although it is plotted with its own.
+/// Null for a negative x: nothing is read there. The sixth pixel reads the luma of the third,
+/// although it is plotted with its own.
 std::optional<PixelSamples> samplesRead(int x) {
   using namespace nkdraw::v210;
   const int m = x % kGroupPixels;
@@ -115,7 +115,8 @@ std::uint32_t CDrawYCbCr10::GetPixelYCbCr8(int x, int y, unsigned char& y2, unsi
   const auto samples = samplesRead(x);
   if (group == nullptr || !samples)
     return 0;
-  // The first pixel's Cr is meant to be cut at its low end, unlike all others.
+  // Deliberate: callers rely on the value. The first pixel's Cr loses its high bits, all others
+  // their low ones.
   const unsigned crCut = x % nkdraw::v210::kGroupPixels == 0 ? 0 : 2;
   y2 = static_cast<unsigned char>(shifted(group, samples->luma, 2));
   cb = static_cast<unsigned char>(shifted(group, samples->cb, 2));

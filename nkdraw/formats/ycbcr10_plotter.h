@@ -36,7 +36,7 @@ inline constexpr auto kOwnedInWindow = [] {
   return table;
 }();
 
-/// All samples of a group, and the bits that none uses, which stay.
+/// All samples of a group, and the bits that no sample uses, which stay.
 inline MaskedGroup maskedGroup(const Halves& colour) {
   const Halves& owned = kOwned[0][kGroupPixels];
   const std::array<std::uint64_t, 2> kept = {~owned.low, ~owned.high};
@@ -75,7 +75,7 @@ class Plotter<CDrawYCbCr10> {
     return same;
   }
 
-  /// For a pixel that is put soon, or refused: the address is a number, and may lie anywhere.
+  /// For a pixel that will be put soon, or refused: the address is a number, and may lie anywhere.
   void prefetch(int x, int y) const {
     const auto address =
         std::bit_cast<std::uintptr_t>(canvas_) + static_cast<std::uintptr_t>(offset(x, y));
@@ -110,7 +110,7 @@ class Plotter<CDrawYCbCr10> {
 
   [[nodiscard]] char* group(int x, int y) const { return canvas_ + offset(x, y); }
 
-  /// Whole groups, of which only the unused bits stay; the address behind them.
+  /// Fills whole groups, keeping only their unused bits; returns the address after them.
   char* fillGroups(char* at, int groups) const {
     constexpr int kFewGroups = 4;
     if (groups >= kFewGroups) {

@@ -20,8 +20,8 @@ class Plotter<CDrawYCbCrYCbCr16> : public PackedPlotter<6> {
                                  : packWords(surface.backY, surface.backCb, surface.backCr)) {}
 };
 
-/// Eight bytes, six bytes apart: the order of the pixels decides what their common word holds, so
-/// that there are no runs.
+/// Pixels are eight bytes, but only six bytes apart. The order of plotting decides what the shared
+/// word holds, so there are no runs.
 template <>
 class Plotter<CDrawYCbCrYCbCrA16> {
  public:

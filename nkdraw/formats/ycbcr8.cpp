@@ -15,7 +15,7 @@ using nkdraw::ycbcr8::PairOrder;
 
 constexpr double kUnit = 0.00390625;  // 1/256
 
-/// The pair's word in a colour. What is over eight bits carries upwards.
+/// The word of a pair in one colour. Bits above the eighth carry into the next sample.
 std::uint32_t pairWord(pixelType type, std::uint32_t y, std::uint32_t cb, std::uint32_t cr) {
   const PairOrder& order = nkdraw::ycbcr8::pairOrder(type);
   return (y << (8 * order.luma[0])) + (y << (8 * order.luma[1])) + (cb << (8 * order.cb)) +

@@ -16,7 +16,7 @@
 
 namespace nkdraw::ycbcr8 {
 
-/// But for the order of the samples, the same in all four orders.
+/// The samples are the same in all four orders, except for their sequence.
 inline constexpr const LayoutFacts& kFacts = kFactsOf<ptUYVY>;
 
 /// Byte offsets in the four bytes that two pixels share.
@@ -42,8 +42,9 @@ inline constexpr std::array<PairOrder, 4> kPairOrders = {
                                                       : 1];
 }
 
-/// The bits of a pair's word that an even (0) or odd (1) x leaves alone: one luma. The orders that
-/// begin with luma are meant to keep the luma at the pixel's own place and write the other.
+/// The bits of a pair's word that an even (0) or odd (1) x leaves alone: one luma. Deliberate:
+/// callers rely on it. The orders that begin with luma keep the luma at the pixel's own place and
+/// write the other.
 [[nodiscard]] constexpr std::uint32_t keptBits(pixelType type, unsigned parity) {
   const PairOrder& order = pairOrder(type);
   const bool lumaFirst = order.luma[0] == 0;
@@ -80,7 +81,7 @@ class Plotter<CDrawYCbCrYUYV> {
     return same;
   }
 
-  /// For a pixel that is put soon.
+  /// For a pixel that will be put soon.
   void prefetch(int x, int y) const {
     if (drawable())
       __builtin_prefetch(pairAt(rowStart(y), static_cast<std::uint32_t>(x)), 1);
@@ -101,7 +102,7 @@ class Plotter<CDrawYCbCrYUYV> {
  private:
   [[nodiscard]] bool drawable() const { return canvas_ != nullptr && width_ != 0 && height_ != 0; }
 
-  /// Divisions are slow, and hardly ever is anything to wrap.
+  /// Divisions are slow, and coordinates hardly ever need wrapping.
   static std::uint32_t wrapped(std::uint32_t value, std::uint32_t limit) {
     return value < limit ? value : value % limit;
   }

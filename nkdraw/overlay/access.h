@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The overlay's settings as tables want them.
+// Access to the overlay's settings for the tables.
 #pragma once
 
 #include <nkdraw/overlay/overlay.h>

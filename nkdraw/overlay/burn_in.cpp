@@ -35,13 +35,13 @@ const char* scanWord(std::uint32_t scanFlags) {
   }
 }
 
-/// Null when the frames have no layout that is drawn in.
+/// Null if no surface draws in the layout of the frames.
 NKDraw* makeSurface(BITMAPINFO& header, char* canvas) {
   NKDraw* made = nullptr;
   return GetDraw(&header, canvas, made) == 0 ? made : nullptr;
 }
 
-/// Every block starts on an even line from now on.
+/// From now on every block starts on an even line.
 template <class... Places>
 void makeEven(Places&... places) {
   ((places &= ~Places{1}), ...);

@@ -17,7 +17,7 @@ bool has(const STREAMCMD& command, std::uint32_t bits) {
   return (command.validMask & bits) != 0;
 }
 
-/// Reports a text, cut at the record's room.
+/// Reports a text, cut to the room in the record.
 void report(STREAMCMD& command, const char* text) {
   const std::size_t length =
       text == nullptr ? 0 : std::min(std::strlen(text), sizeof command.textValue - 1);
@@ -28,13 +28,13 @@ void report(STREAMCMD& command, const char* text) {
 
 }  // namespace
 
-/// The groups of plain numbers, and what the other groups have of these.
+/// The groups that are plain numbers, and the numbers of the other groups.
 struct CNkOverlay::Commands {
   using Field = Access::Field;
   struct Group {
     std::uint32_t subCommand;
     Field value1, value2, value3, smallValue, extraValue;
-    std::uint32_t reported;  ///< fields that a report fills; the master group keeps one back
+    std::uint32_t reported;  ///< fields that a report fills; the master group omits one
   };
   static constexpr std::uint32_t kPlace = NKMaskValue1 | NKMaskValue2 | NKMaskValue3;
   static constexpr Group kGroups[] = {
@@ -117,7 +117,8 @@ struct CNkOverlay::Commands {
     overlay.TimeCodeVsyncEnable = (command.value1 & NKRowClock) / NKRowClock;
   }
 
-  /// Names the first row that is on, not all of them; that is meant.
+  /// Deliberate: callers rely on getting one row. Reports the first one that is on, even if others
+  /// are on too.
   void reportTimecode() const {
     command.value1 = overlay.TimeCodeLTCEnable != 0     ? NKRowLtc
                      : overlay.TimeCodeVITCEnable != 0  ? NKRowVitc
@@ -127,8 +128,8 @@ struct CNkOverlay::Commands {
         static_cast<std::int32_t>(overlay.timeCodeType << 8 | overlay.TimeCodeSize);
   }
 
-  /// Whether the slot is named is told by the first value, which the slot has no part in; that is
-  /// meant. A slot that isn't there is passed over.
+  /// Deliberate: callers rely on it. Whether the command names a slot depends on value1, although
+  /// the slot itself is in smallValue. A slot that doesn't exist is ignored.
   void setCustomText() const {
     const bool named = has(command, NKMaskSmallValue) && command.value1 < kCustomTexts;
     const std::int32_t slot = named ? command.smallValue : 0;

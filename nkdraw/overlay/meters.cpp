@@ -20,7 +20,7 @@ constexpr int kRows = 15;
 constexpr std::int32_t kPanelWidth = 280, kPanelHeight = 200;
 constexpr std::int32_t kColumnWidth = 20;
 
-// A magnitude in decibels, where 1 is 0: the meter shows 41 of them.
+// A magnitude in decibels, 1 being 0 dB; the meter shows 41 of them.
 constexpr double kLowest = 56.0, kSpan = 41.0;
 
 double decibels(double magnitude) {
@@ -34,8 +34,8 @@ struct RowColours {
   int last;  ///< of the rows that have them, from the top
   Colour low, lit;
 };
-/// A row is lit in the second colour; the first is for rows more than 20 lines below the meter, of
-/// which there are none. Channels above 1.0 are meant: they come out as tints.
+/// A lit row has the second colour. The first is for rows more than 20 lines below the meter, and
+/// there are none. Deliberate: channels above 1.0 give the tints that callers know.
 constexpr RowColours kRowColours[] = {
     {2, {1.0, 0.0, 0.0}, {1.9, 1.0, 1.0}},
     {5, {1.0, 1.0, 0.0}, {1.9, 1.9, 1.0}},
@@ -94,8 +94,8 @@ struct Column {
   }
 };
 
-/// The values move on by one in all but the last bytes, which are cut inside a value; that is
-/// meant.
+/// Deliberate: derived classes rely on the values. They move on by one, up to a byte in the middle
+/// of a value, which is cut.
 void remember(std::int32_t (&history)[100], double magnitude) {
   constexpr std::size_t kMoved = 127;
   std::memmove(&history[1], &history[0], kMoved);

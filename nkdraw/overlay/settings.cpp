@@ -19,7 +19,7 @@ constexpr const char* kRoot = "HZW\\Advanced\\Overlay";
 constexpr char kSection[] = "[nkoverlay]";
 constexpr std::size_t kLine = 260;
 
-/// The number of a text as atoi has it, in 32 bits.
+/// The number in a text, as atoi reads it, in 32 bits.
 std::uint32_t numberOf(const char* text) {
   return static_cast<std::uint32_t>(std::strtol(text, nullptr, 10));
 }
@@ -32,8 +32,8 @@ Key slotKey(const char* format, int slot) {
   return key;
 }
 
-/// What follows the '=' of a line, as far as blanks go: these are looked for from the '=' itself,
-/// so that it is always part of it; that is meant. Null without one.
+/// The text from a line's '=' on; null if there is none. Deliberate: callers rely on the '=' being
+/// part of every value. Blanks are skipped from the '=' itself, so none ever is.
 const char* valueOf(const char* line) {
   const char* value = std::strchr(line, '=');
   while (value != nullptr && *value == ' ')
@@ -52,13 +52,14 @@ void CNkOverlay::Access::setText(CNkOverlay& overlay, int slot, const char* text
 }
 
 struct CNkOverlay::Settings {
-  /// One of these is loaded and never saved; that is meant.
+  /// Deliberate: existing stores lack one of these, which is loaded and never saved.
   struct Number {
     const char* key;
     Access::Field field;
     bool saved;
   };
-  // The watermark's path follows its opacity, and is saved and never loaded; that is meant.
+  // Deliberate: callers rely on it. The watermark's path is saved, after its opacity, and never
+  // loaded.
   static constexpr Number kNumbersBeforePath[] = {
       {"Enabled", &CNkOverlay::Enabled, true},
       {"FillBackground", &CNkOverlay::FillBackground, true},
@@ -115,7 +116,7 @@ struct CNkOverlay::Settings {
     overlay.SaveSetting(slotKey("CustomText", slot).data(), text);
   }
 
-  // Loading ends where the store can't be read: what was not read stays as it is.
+  // Loading ends when the store can't be read: the remaining settings stay as they are.
   static bool storeReads() { return nkCFGWasRead(kDefaultStore); }
 
   template <class Set>
@@ -145,7 +146,7 @@ struct CNkOverlay::Settings {
       overlay.LoadSetting(slotKey("CustomText", slot).data(), text);
   }
 
-  /// Every key that the line has anywhere in it is taken from the line.
+  /// Sets every key that occurs anywhere in the line.
   void takeLine(const char* line) const {
     const char* const value = valueOf(line);
     if (value == nullptr)
@@ -167,14 +168,14 @@ struct CNkOverlay::Settings {
     }
   }
 
-  /// The end is seen only behind the last line, which is therefore taken twice if it is whole; that
-  /// is meant.
+  /// Deliberate: callers rely on what a file sets. The end of the file is noticed only after the
+  /// last line, so a last line that ends in a newline is taken twice.
   void takeLines(std::FILE* file) const {
     std::array<char, kLine> line{};
     bool inSection = false;
     while (std::feof(file) == 0 && std::ferror(file) == 0) {
       const bool read = std::fgets(line.data(), static_cast<int>(line.size()), file) != nullptr;
-      static_cast<void>(read);  // without a line the last one stays
+      static_cast<void>(read);  // at the end the last line stays
       if (inSection)
         takeLine(line.data());
       else
@@ -243,8 +244,8 @@ std::uint32_t CNkOverlay::LoadConfig() {
   return 0;
 }
 
-/// SaveConfig ends the writing of the file as it begins, so that the section's line stays alone;
-/// that is meant.
+/// Deliberate: callers rely on it. SaveConfig clears the path first, so the settings go to the
+/// store, and the file has only the section's line.
 std::uint32_t CNkOverlay::SaveConfigINI(const char* path) {
   iniPath = path;
   iniFile = std::fopen(path, "w");

@@ -20,12 +20,13 @@
 
 namespace {
 
-// The layouts that a watermark is converted for, by the frames' code.
+// The layouts that a watermark is converted for, by the frames' FOURCC.
 constexpr std::uint32_t kRgb32 = 0;
 constexpr std::uint32_t kYCbCr8 = 0x32767579;   // "yuv2"
 constexpr std::uint32_t kYCbCr10 = 0x76323130;  // "012v"
 
-// A pixel or pair is left alone up to this alpha; the layouts differ, and that is meant.
+// Up to this alpha a pixel or pair is left alone. Deliberate: the limits differ by layout, and
+// callers rely on the pictures.
 constexpr std::uint32_t kInvisibleRgb = 16, kInvisible8 = 8, kInvisible10 = 10;
 
 /// A pair of pixels: Y, Cb, Y, Cr, alpha.
@@ -33,7 +34,7 @@ constexpr std::size_t kGroup = 5;
 
 // --- reading ---------------------------------------------------------------------------------
 
-/// The reader's module, for as long as a picture is read.
+/// The reader's module, while a picture is read.
 class Reader {
  public:
   Reader() : module_(nkOSLoadLibrary(kMediaReader, 2)) {
@@ -122,8 +123,7 @@ class PictureSurface {
 
 // --- conversion ------------------------------------------------------------------------------
 
-/// Room for `each` of every pixel, which is more than some conversions fill; null when there is
-/// none.
+/// Room for `each` of every pixel, which is more than some conversions fill; null without memory.
 template <class Sample>
 Sample* roomFor(std::uint64_t pixels, std::size_t each) {
   const std::uint64_t bytes = pixels * each * sizeof(Sample);
@@ -132,7 +132,7 @@ Sample* roomFor(std::uint64_t pixels, std::size_t each) {
              : static_cast<Sample*>(NKAlloc(static_cast<std::uint32_t>(bytes)));
 }
 
-/// The pair is read from its even pixel alone.
+/// Reads a pair from its even pixel only.
 void convertTo8(NKDraw& picture, int width, int height, std::uint8_t* group) {
   for (int y = 0; y < height; ++y) {
     for (int i = 0; i < width / 2; ++i, group += kGroup) {
@@ -142,8 +142,8 @@ void convertTo8(NKDraw& picture, int width, int height, std::uint8_t* group) {
   }
 }
 
-/// Chroma and alpha of a pair are those of its odd pixel. That of a last, single pixel is the first
-/// of the next row; below the last row there is none, and the pixel stands for itself.
+/// A pair takes chroma and alpha from its odd pixel. If the width is odd, the last pixel of a row
+/// pairs with the first pixel of the next row, and in the last row with itself.
 void convertTo10(NKDraw& picture, int width, int height, std::uint32_t* group) {
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; x += 2, group += kGroup) {
@@ -174,14 +174,14 @@ struct Placement {
     for (std::int64_t line = 0; line < height && y + line < frameHeight; ++line)
       row(line, y + line);
   }
-  /// How many pixels lie between the frame's first one and the place of the picture in a row.
+  /// Pixels from the frame's first one to the picture's place in this row.
   [[nodiscard]] std::int64_t start(std::int64_t frameRow) const {
     return frameRow * frameWidth + x;
   }
 };
 
-// A picture that begins left of the frame is meant to begin in the line above. The first and the
-// last byte of the frame are its only other limits.
+// Deliberate: callers rely on the pictures. A watermark that begins left of the frame begins in the
+// line above; only the first and the last byte of the frame limit it there.
 
 void blendRgb32(const Placement& place, const std::uint8_t* picture, std::uint8_t* frame) {
   const std::int64_t end = std::min(place.width, place.frameWidth - place.x);
@@ -200,8 +200,8 @@ void blendRgb32(const Placement& place, const std::uint8_t* picture, std::uint8_
   });
 }
 
-/// The right edge is looked for in pairs as though they were pixels, so that a picture which
-/// crosses it goes on in the next line; that is meant.
+/// Deliberate: callers rely on the pictures. The right edge is counted in pairs as if they were
+/// pixels, so a picture that crosses it continues in the next line.
 void blendYCbCr8(const Placement& place, const std::uint8_t* picture, std::uint8_t* frame) {
   constexpr std::array<std::int64_t, 4> kOrder = {1, 0, 3, 2};  // of the group, in the frame
   constexpr std::int64_t kPairBytes = kOrder.size();
@@ -224,8 +224,8 @@ void blendYCbCr8(const Placement& place, const std::uint8_t* picture, std::uint8
   });
 }
 
-/// What CDrawYCbCr10 plots pixel by pixel, a group at a time. Negative places are none of the
-/// surface's.
+/// Plots the same as CDrawYCbCr10 does pixel by pixel, but a group at a time. The surface ignores
+/// negative positions.
 void plotYCbCr10(const Placement& place, const std::uint32_t* picture, NKDraw& frame) {
   constexpr std::int64_t kPixels = nkdraw::v210::kGroupPixels;
   const std::int64_t groups = (place.width + 1) / 2;
@@ -308,7 +308,7 @@ void CNkOverlay::convertWatermark(NKDraw* picture, const char* pixels) {
 }
 
 std::uint32_t CNkOverlay::ApplyWatermark(QFRAME* frame) {
-  // A load that failed leaves the picture of the one before with a size of its own.
+  // If loading failed, the previous picture stays, and its size may differ from the new one.
   const std::uint64_t rows =
       watermarkRoom == 0 || watermarkWidth == 0
           ? watermarkHeight

@@ -16,7 +16,7 @@
 namespace nkdraw {
 namespace {
 
-/// The grid's settings as the caller gives them, and the frame that it lies on.
+/// The grid's settings from the caller, and the frame that it is drawn on.
 struct Grid {
   std::uint32_t type, x, y;
   std::uint8_t* output;
@@ -29,7 +29,7 @@ struct GridSteps {
 
 constexpr std::uint32_t kGridWord = 0xBFBFBFBF;
 
-/// Steps of 0 where a division by zero would be asked for.
+/// A step is 0 where its computation would divide by zero.
 GridSteps gridSteps(const Grid& grid) {
   if (grid.type != NKGridPercent)
     return {grid.x, grid.y};
@@ -47,8 +47,8 @@ void drawColumnsOfGrid(std::uint8_t* row, std::uint32_t width, std::uint32_t ste
   }
 }
 
-/// A line's row is filled to the pitch. Without a step down there is no grid, without one across
-/// only its first column.
+/// Fills the rows of lines to the pitch. Without a vertical step there is no grid; without a
+/// horizontal step the only column is the first.
 void drawGrid(const Grid& grid) {
   const GridSteps steps = gridSteps(grid);
   if (steps.rows == 0)
@@ -73,7 +73,7 @@ void mirrorHorz(std::uint8_t* frame, const Size& size) {
   pxcv_flip_horz(frame, frame, size.width, size.height, size.pitch, 0xFFFFFFFF);
 }
 
-/// In the caller's own buffers, which stay mirrored; that is meant.
+/// Deliberate: callers rely on it. Mirrors the caller's own buffers, and leaves them mirrored.
 void mirrorInputs(std::uint8_t* first, std::uint8_t* second, std::uint32_t mode, const Size& size) {
   if ((mode & NKMuxFlipSecondVert) != 0)
     mirrorVert(second, size);
@@ -87,7 +87,7 @@ void mirrorInputs(std::uint8_t* first, std::uint8_t* second, std::uint32_t mode,
 
 std::uint32_t displayMux(NKMux mux, WipeWait wait) {
   if ((mux.mode & NKMuxSwap) != 0)
-    std::swap(mux.srcA, mux.srcB);  // their sizes stay with the argument; that is meant
+    std::swap(mux.srcA, mux.srcB);  // deliberate: callers rely on the sizes staying
   mirrorInputs(mux.srcA, mux.srcB, mux.mode, {mux.width, mux.height, mux.pitch});
   modeOf(mux.mode & NKMuxValueMask)({mux.srcA, mux.srcB, mux.dst, mux.sizeA, mux.sizeB, mux.mode,
                                      mux.wipe, mux.amount, mux.threshold, mux.splitX, mux.splitY,

@@ -37,7 +37,7 @@ constexpr std::uint32_t halfRoundedUp(std::uint32_t size) {
   return (size >> 1) + (size & 1);
 }
 
-/// Whether output rows share bytes with the rows of `input` without being the same.
+/// Whether output rows overlap rows of `input` without being identical to them.
 bool liesAcross(const MuxTask& task, const std::uint8_t* input) {
   const auto distance =
       reinterpret_cast<std::uintptr_t>(task.output) - reinterpret_cast<std::uintptr_t>(input);
@@ -45,7 +45,7 @@ bool liesAcross(const MuxTask& task, const std::uint8_t* input) {
   return distance != 0 && (distance < bytes || 0 - distance < bytes);
 }
 
-/// A display of this size is out of a core's own caches before it is read again.
+/// A display of this size leaves a core's own caches before it is read again.
 constexpr std::size_t kStreamedBytes = std::size_t{4} << 20;
 
 const MuxRows& rowsFor(const MuxTask& task) {
@@ -120,7 +120,8 @@ void drawGrey(const MuxTask& task) {
 
 constexpr Runs kSinglePixels(1);
 
-/// A last pair reaches one row past an odd height; that is meant.
+/// Deliberate: callers rely on the picture. If the height is odd, the last pair reaches one row
+/// past the frame.
 void interleaveRows(const MuxTask& task) {
   const std::uint32_t pairs = halfRoundedUp(task.height);
   for (std::uint32_t pair = 0; pair < pairs; ++pair) {
@@ -130,7 +131,8 @@ void interleaveRows(const MuxTask& task) {
   }
 }
 
-/// The last column of an odd width stays as it was; that is meant.
+/// Deliberate: callers rely on the picture. If the width is odd, the last column keeps its old
+/// contents.
 void interleaveColumns(const MuxTask& task) {
   const MuxRow<const Runs&> drawRow = rowsFor(task).runs;
   for (std::uint32_t y = 0; y < task.height; ++y) {
@@ -143,8 +145,8 @@ void drawInterleave(const MuxTask& task) {
   task.has(NKMuxOtherWay) ? interleaveColumns(task) : interleaveRows(task);
 }
 
-/// One row of the checker, whose even columns come from `even`. A last pair reaches one pixel past
-/// an odd width; that is meant.
+/// One row of the checker; its even columns come from `even`. Deliberate: callers rely on the
+/// picture. If the width is odd, the last pair reaches one pixel past the row.
 void checkRow(MuxRow<const Runs&> drawRow, const std::uint8_t* even, const std::uint8_t* odd,
               std::uint8_t* output, std::uint32_t width) {
   drawRow(kSinglePixels, even, odd, output, width);
@@ -152,7 +154,8 @@ void checkRow(MuxRow<const Runs&> drawRow, const std::uint8_t* even, const std::
     plain::setPixel(output, width, plain::pixelAt(odd, width));
 }
 
-/// A last pair of rows reaches one row past an odd height; that is meant.
+/// Deliberate: callers rely on the picture. If the height is odd, the last pair of rows reaches one
+/// row past the frame.
 void drawChecker(const MuxTask& task) {
   const MuxRow<const Runs&> drawRow = rowsFor(task).runs;
   const std::uint32_t pairs = halfRoundedUp(task.height);
@@ -176,7 +179,8 @@ void drawBlocks(const MuxTask& task) {
 
 // Halves.
 
-/// The last row of an odd height stays as it was; that is meant.
+/// Deliberate: callers rely on the picture. If the height is odd, the last row keeps its old
+/// contents.
 void drawOverAndUnder(const MuxTask& task) {
   const std::uint32_t half = task.height >> 1;
   for (std::uint32_t y = 0; y < half; ++y) {
@@ -186,7 +190,7 @@ void drawOverAndUnder(const MuxTask& task) {
   }
 }
 
-/// Every other pixel of a packed frame into the left half of the packed frame at `output`.
+/// Copies every other pixel of a packed frame into the left half of the packed frame at `output`.
 void squeeze(const MuxTask& task, const std::uint8_t* frame, std::uint8_t* output) {
   const PixelWalk take = rowsFor(task).everyOther;
   for (std::uint32_t y = 0; y < task.height; ++y) {
@@ -195,7 +199,8 @@ void squeeze(const MuxTask& task, const std::uint8_t* frame, std::uint8_t* outpu
   }
 }
 
-/// The right half begins in the middle of a pixel when the width is odd; that is meant.
+/// Deliberate: callers rely on the picture. If the width is odd, the right half begins in the
+/// middle of a pixel.
 void drawSideBySide(const MuxTask& task) {
   squeeze(task, task.first, task.output);
   squeeze(task, task.second, task.output + 2 * task.width);
@@ -204,7 +209,7 @@ void drawSideBySide(const MuxTask& task) {
 constexpr std::uint32_t kSplitGrey = 0x80808080;
 constexpr MuxPixel kSplitPixel = {0x80, 0x80, 0x80, 0x80};
 
-/// The marked column may be the one behind the row's last pixel; that is meant.
+/// Deliberate: callers rely on the picture. The marked column may be one past the row's last pixel.
 void splitColumns(const MuxTask& task) {
   const std::uint32_t split = task.splitX > task.width ? task.width >> 1 : task.splitX;
   const std::uint32_t left = split * kPixelBytes;
@@ -256,10 +261,11 @@ void drawMirror(const MuxTask& task) {
   task.has(NKMuxOtherWay) ? mirrorRows(task) : mirrorColumns(task);
 }
 
-// Parts of packed frames, with black around them. A row is blackened just before it is drawn.
+// Parts of packed frames, surrounded by black. Each row is blackened just before it is drawn.
 
-/// Both at half size beside each other. Of an odd width each is one column wider than half: the
-/// middle column shows the first's last one, and a single column the second's; that is meant.
+/// Both at half size, side by side. Deliberate: callers rely on the picture. If the width is odd,
+/// each is one column wider than half: the middle column shows the last column of the first, and a
+/// single column shows the second.
 void drawQuarterPair(const MuxTask& task) {
   const std::uint32_t top = task.height >> 2, rows = halfRoundedUp(task.height);
   const std::uint32_t bytes = rowBytes(task), middle = (task.width >> 1) * kPixelBytes;
@@ -289,7 +295,8 @@ void cropColumns(const MuxTask& task) {
   }
 }
 
-/// The second's rows begin in the middle of a row when the height is odd; that is meant.
+/// Deliberate: callers rely on the picture. If the height is odd, the rows of the second begin in
+/// the middle of a row.
 void cropRows(const MuxTask& task) {
   const std::uint32_t half = task.height >> 1, bytes = rowBytes(task);
   const std::uint32_t from = std::min(task.splitY, half) * bytes, halfBytes = half * bytes;

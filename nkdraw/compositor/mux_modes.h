@@ -9,8 +9,8 @@
 
 namespace nkdraw {
 
-/// Two frames in the places that they have on the display, and the settings of the modes. Rows of
-/// all three are `pitch` bytes apart.
+/// Two frames in their places on the display, and the settings of the modes. Rows of all three
+/// frames are `pitch` bytes apart.
 struct MuxTask {
   const std::uint8_t* first;
   const std::uint8_t* second;
@@ -26,8 +26,8 @@ struct MuxTask {
 
 using MuxMode = void (*)(const MuxTask&);
 
-/// The mode of a value, bits 0 to 23 of the mode word. Values are compared whole: one that is not
-/// known, a sum of known ones included, copies the first frame.
+/// The mode for bits 0 to 23 of the mode word. Values are not flags: an unknown value, even a sum
+/// of known ones, copies the first frame.
 [[nodiscard]] MuxMode modeOf(std::uint32_t value);
 
 }  // namespace nkdraw

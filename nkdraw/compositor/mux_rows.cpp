@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The rows of the multiplexed display as vectors: at most sixteen pixels at a time, from the first
+// The rows of the multiplexed display with vectors: up to sixteen pixels at a time, from the first
 // aligned output address on.
 #include "mux_rows.h"
 #include <nkdraw/simd/vector_targets.h>
@@ -37,13 +37,13 @@ HWY_INLINE void storePixels(Vector pixels, std::uint8_t* at) {
   hn::StoreU(hn::BitCast(Bytes(), pixels), Bytes(), at);
 }
 
-/// Stores of whole vectors through the caches, at any address.
+/// Stores whole vectors through the caches, at any address.
 struct Kept {
   static constexpr bool kAnywhere = true;
   HWY_INLINE static void store(Vector pixels, std::uint8_t* at) { storePixels(pixels, at); }
 };
 
-/// Stores around the caches, which need not read what is overwritten whole; at aligned addresses.
+/// Stores past the caches, so that overwritten memory need not be read; needs aligned addresses.
 struct Streamed {
   static constexpr bool kAnywhere = false;
   HWY_INLINE static void store(Vector pixels, std::uint8_t* at) {
@@ -51,7 +51,7 @@ struct Streamed {
   }
 };
 
-/// The lowest byte of every word in all four bytes of it; the others are 0.
+/// Copies the lowest byte of every word, whose other bytes are 0, into all its four bytes.
 HWY_INLINE Vector inAllBytes(Vector low) {
   const Vector two = hn::Or(low, hn::ShiftLeft<8>(low));
   return hn::Or(two, hn::ShiftLeft<16>(two));
@@ -66,13 +66,13 @@ HWY_INLINE Vector mixed(const ChannelMix& rule, Vector first, Vector second) {
   return hn::Or(hn::And(first, hn::Set(d, rule.first)), hn::And(second, hn::Set(d, rule.second)));
 }
 
-/// No sum of two halved bytes carries into the next byte.
+/// The sum of two halved bytes never carries into the next byte.
 HWY_INLINE Vector mixed(const Average& /*rule*/, Vector first, Vector second) {
   const Vector kept = hn::Set(Words(), 0x7F7F7F7F);
   return hn::Add(hn::And(hn::ShiftRight<1>(first), kept), hn::And(hn::ShiftRight<1>(second), kept));
 }
 
-/// Bytes 0 and 2 of every pixel in its two 16-bit lanes; bytes 1 and 3.
+/// Bytes 0 and 2, or bytes 1 and 3, of every pixel in its two 16-bit lanes.
 HWY_INLINE hn::Vec<Halves> evenBytes(Vector pixels) {
   const Halves d;
   return hn::And(hn::BitCast(d, pixels), hn::Set(d, 0xFF));
@@ -86,7 +86,7 @@ HWY_INLINE hn::Vec<SignedHalves> halvedDifference(hn::Vec<Halves> a, hn::Vec<Hal
   return hn::ShiftRight<1>(hn::BitCast(SignedHalves(), hn::Sub(a, b)));
 }
 
-/// In the low lane of every pixel; what the high lane holds is dropped.
+/// The result is in the low lane of every pixel; the high lane is ignored.
 HWY_INLINE Vector mixed(const Difference& rule, Vector first, Vector second) {
   const Words d;
   const SignedHalves signedHalves;
@@ -141,7 +141,7 @@ HWY_INLINE Vector mixed(const GreyMean& /*rule*/, Vector first, Vector /*second*
   return inAllBytes(lowBytes(hn::BitCast(d, mean)));
 }
 
-/// A rule that is the same in every column.
+/// A rule that is the same for every column.
 template <class Rule>
 struct Everywhere {
   Rule rule;
@@ -153,7 +153,7 @@ struct Everywhere {
   HWY_INLINE void pass() {}
 };
 
-/// Follows the runs from the row's start on.
+/// Follows the runs from the start of the row.
 class Alternate {
  public:
   HWY_INLINE explicit Alternate(const Runs& runs)
@@ -178,7 +178,7 @@ class Alternate {
   std::size_t at_ = 0;
 };
 
-/// Fewer pixels than a vector has, by way of memory of their own.
+/// Draws fewer pixels than a vector has, through a buffer.
 template <bool firstAlone, class Mix>
 HWY_INLINE void mixPart(const Mix& mix, const std::uint8_t* first, const std::uint8_t* second,
                         std::uint8_t* output, std::size_t pixels) {
@@ -191,12 +191,12 @@ HWY_INLINE void mixPart(const Mix& mix, const std::uint8_t* first, const std::ui
   std::memcpy(output, f.data(), bytes);
 }
 
-/// Whether some pixel of a row lies at the address of an aligned vector.
+/// Whether any pixel of a row is at an address that vectors are aligned to.
 HWY_INLINE bool canAlign(const std::uint8_t* row) {
   return reinterpret_cast<std::uintptr_t>(row) % kMuxPixelBytes == 0;
 }
 
-/// Pixels before the first address that a vector is aligned at, or any few where there is none.
+/// Pixels before the first aligned address; if there is no such address, any small number.
 HWY_INLINE std::size_t pixelsToAligned(const std::uint8_t* row) {
   const std::size_t vectorBytes = hn::Lanes(Words()) * kMuxPixelBytes;
   return (0 - reinterpret_cast<std::uintptr_t>(row)) % vectorBytes / kMuxPixelBytes;
@@ -240,8 +240,8 @@ void alternateRow(const Runs& runs, const std::uint8_t* first, const std::uint8_
   mixPixels<Store, false>(Alternate(runs), first, second, output, width);
 }
 
-/// Orders of a source's pixels: the vector of those from the i-th on, which needs one more to
-/// follow it, and the plain form.
+/// Orders of a source's pixels. Each has a vector form, which takes the pixels from the i-th on and
+/// needs one pixel more after them, and a plain form.
 struct EveryOther {
   const std::uint8_t* source;
 

@@ -10,15 +10,16 @@
 
 namespace nkdraw {
 
-/// Writes `width` pixels by `rule`. `output` may be one of the inputs, but not lie across one.
+/// Writes `width` pixels by `rule`. `output` may be one of the inputs, but must not partly overlap
+/// one.
 template <class Rule>
 using MuxRow = void (*)(Rule rule, const std::uint8_t* first, const std::uint8_t* second,
                         std::uint8_t* output, std::size_t width);
 
-/// Writes `count` pixels of another row in some order of its own.
+/// Writes `count` pixels of another row in an order of its own.
 using PixelWalk = void (*)(const std::uint8_t* source, std::uint8_t* output, std::size_t count);
 
-/// A form of every row.
+/// One implementation of every row.
 struct MuxRows {
   MuxRow<ChannelMix> channels;
   MuxRow<Average> average;
@@ -72,8 +73,8 @@ inline void takeBackwards(const std::uint8_t* source, std::uint8_t* output, std:
 
 }  // namespace plain
 
-/// The plain form, which states the result, also for an output that lies across an input: pixel
-/// after pixel from the left.
+/// The plain form, which defines the result: pixel after pixel from the left. Its output may also
+/// partly overlap an input.
 inline constexpr MuxRows kPlainMuxRows = {
     plain::mixRow<ChannelMix>, plain::mixRow<Average>, plain::mixRow<Difference>,
     plain::mixRow<Compare>,    plain::mixRow<Fade>,    plain::mixRow<GreyByte>,
@@ -81,16 +82,16 @@ inline constexpr MuxRows kPlainMuxRows = {
     plain::takeBackwards,
 };
 
-/// The fastest rows of a set of instructions.
+/// The fastest rows of an instruction set.
 struct MuxForms {
   MuxRows kept;      ///< through the caches
-  MuxRows streamed;  ///< around them, where that can be: for displays that they can't hold
+  MuxRows streamed;  ///< past them where possible: for displays too large for them
 };
 
-/// Those of the best among `targets`, Highway's bits; for 0, of what runs everywhere.
+/// The rows of the best among `targets`, Highway's bits; 0 gives what runs everywhere.
 [[nodiscard]] const MuxForms& muxFormsFor(std::int64_t targets);
 
-/// Those of this machine.
+/// The rows for this machine.
 [[nodiscard]] const MuxForms& muxForms();
 
 }  // namespace nkdraw

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// How one pixel of the display comes from one pixel of each frame. Each rule states its result
-// here, plainly; the fast rows give the same.
+// How one pixel of the display is computed from one pixel of each frame. These plain rules define
+// the results; the fast rows give the same ones.
 #pragma once
 
 #include <algorithm>
@@ -14,8 +14,8 @@ namespace nkdraw {
 /// The four bytes of a pixel, in memory order.
 using MuxPixel = std::array<std::uint8_t, 4>;
 
-/// Some bytes of the first, some of the second, the others 0. Masks of the pixel as a word, whose
-/// lowest byte is byte 0; no bit is in both.
+/// Some bytes of the first, others of the second, the rest 0. The masks apply to the pixel as a
+/// word whose lowest byte is byte 0; they have no bit in common.
 struct ChannelMix {
   std::uint32_t first;
   std::uint32_t second;
@@ -29,7 +29,7 @@ struct ChannelMix {
   }
 };
 
-/// Both are halved before they are added, so that two odd bytes come out one lower.
+/// Both are halved before they are added, so two odd bytes give a mean one too low.
 struct Average {
   [[nodiscard]] constexpr MuxPixel operator()(const MuxPixel& f, const MuxPixel& s) const {
     MuxPixel mean{};
@@ -39,8 +39,8 @@ struct Average {
   }
 };
 
-/// The largest signed difference of bytes 0 to 2, halved towards the lower number, amplified,
-/// limited to 127 either way and shown around 128; byte 3 is 0.
+/// The largest signed difference of bytes 0 to 2, halved and rounded down, multiplied by the gain,
+/// limited to 127 either way, and added to 128; byte 3 is 0.
 struct Difference {
   std::int16_t gain;  ///< 1 to 255: the product fits 16 bits, as a difference is -128 to 127
 
@@ -51,8 +51,8 @@ struct Difference {
   }
 };
 
-/// The second, where no byte is further than `threshold` from the first's; else the byte `other`,
-/// four times.
+/// The second, if every byte differs from the first's by at most `threshold`; else the byte
+/// `other`, four times.
 struct Compare {
   std::uint32_t threshold;
   std::uint8_t other;
@@ -67,8 +67,8 @@ struct Compare {
   }
 };
 
-/// Mixes bytes by weights that add up to 256, both modulo 2^32: (s * second + f * first) >> 8, its
-/// low byte. That byte holds bits 8 to 15 of the sum, which the low 16 bits of the weights decide.
+/// Mixes bytes by weights whose sum is 256, modulo 2^32: the low byte of (s * second + f * first)
+/// >> 8. That byte is bits 8 to 15 of the sum, and depends only on the low 16 bits of the weights.
 struct Fade {
   std::uint32_t first;
   std::uint32_t second;
@@ -106,8 +106,8 @@ inline constexpr bool kReadsFirstAlone<GreyByte> = true;
 template <>
 inline constexpr bool kReadsFirstAlone<GreyMean> = true;
 
-/// Runs of `run` pixels alternate, from the first, then from the second, from the row's start on.
-/// Made once for all rows of a frame.
+/// Runs of `run` pixels, alternately from the first and the second, starting with the row. Made
+/// once for all rows of a frame.
 struct Runs {
   static constexpr std::uint32_t kLongest = 100;
   static constexpr std::size_t kPixelsAtOnce = 16;
@@ -121,8 +121,8 @@ struct Runs {
   [[nodiscard]] constexpr std::size_t period() const { return std::size_t{2} * run; }
 
   std::uint32_t run;
-  /// All bits set where the first shows, for a period and so many pixels more as may be written at
-  /// once.
+  /// All bits are set where the first shows. Covers one period, and as many further pixels as may
+  /// be written at once.
   std::array<std::uint32_t, 2 * kLongest + kPixelsAtOnce> fromFirst{};
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Packed 4:2:2 and its expanded form in the plain form: a pair and a group at a time.
+// The plain form of packing and expanding 4:2:2: one pair or group at a time.
 #include "samples_422.h"
 
 namespace nkdraw {

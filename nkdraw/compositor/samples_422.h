@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Packed 4:2:2 and its expanded form, three bytes a pixel, a row at a time. A pair is two pixels:
-// four bytes packed, six expanded.
+// Packs and expands 4:2:2 one row at a time. The expanded form has three bytes a pixel. A pair is
+// two pixels: four bytes packed, six expanded.
 #pragma once
 
 #include <nkdraw/surface/v210_group.h>
@@ -12,15 +12,15 @@
 
 namespace nkdraw {
 
-/// Where the bytes of a pair come from. Both chroma samples belong to both pixels; packing takes
-/// them from the first.
+/// Where the bytes of a pair come from. When expanded, both pixels get both chroma samples; packing
+/// takes them from the first pixel.
 struct PairOrder {
   std::array<std::uint8_t, 6> expanded;  ///< the packed byte that each expanded one is
   std::array<std::uint8_t, 4> packed;    ///< the expanded byte that each packed one is
 };
 
-/// The first and the last byte are shared, the second is the first pixel's own, the third the
-/// second pixel's.
+/// The first and the last byte are shared, the second is the first pixel's, the third the second
+/// pixel's.
 inline constexpr PairOrder kOuterShared = {{1, 0, 3, 2, 0, 3}, {1, 0, 3, 2}};
 
 /// Cb, Y, Cr, Y: an expanded pixel is Y, Cb, Cr.
@@ -28,15 +28,15 @@ inline constexpr PairOrder kChromaFirst = {{1, 0, 2, 3, 0, 2}, {1, 0, 2, 3}};
 
 inline constexpr std::size_t kPackedPair = 4, kExpandedPair = 6;
 
-// A v210 group: its samples come in the order of kChromaFirst; the top eight bits of each are kept.
+// A v210 group: its samples are in the order of kChromaFirst; the top eight bits of each are kept.
 inline constexpr std::size_t kGroupBytes = v210::kGroupBytes, kGroupPixels = v210::kGroupPixels;
 inline constexpr std::size_t kGroupSamples = sampleCount(v210::kFacts);
 
-/// Bytes behind the samples of a row that the two v210 functions may read or write.
+/// Bytes past the samples of a row that the two v210 functions may read or write.
 inline constexpr std::size_t kSampleSlack = 64;
 
-/// Functions on a run of pairs or groups; source and target don't overlap, and are touched in
-/// those pairs and groups alone, but for the slack of `samples`.
+/// Functions on a run of pairs or groups. Source and target must not overlap. Only the bytes of
+/// those pairs and groups are touched, except for the slack of `samples`.
 struct Kernels422 {
   using Convert = void (*)(const std::uint8_t* source, std::uint8_t* target, std::size_t count);
 

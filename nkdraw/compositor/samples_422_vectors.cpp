@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Packed 4:2:2 and its expanded form, in vectors. Bytes change places within blocks of sixteen,
-// after whole words were brought into the block that needs them.
+// Packs and expands 4:2:2 with vectors. Words first move into the block of sixteen bytes that needs
+// them; then bytes move within blocks.
 #include <nkdraw/simd/vector_targets.h>
 #include "samples_422.h"
 
@@ -32,8 +32,8 @@ constexpr std::size_t kVectorBytes = hn::MaxLanes(Bytes());
 constexpr std::size_t kVectorWords = kVectorBytes / 4;
 constexpr std::size_t kBlockBytes = 16, kBlockWords = 4;
 
-/// A vector of the output: the words of the input that each of its blocks needs, and from where in
-/// these each byte comes.
+/// A vector of the output: which words of the input each of its blocks needs, and where each byte
+/// comes from within these.
 struct Gather {
   std::size_t offset = 0;  ///< of the input to load, in bytes
   HWY_ALIGN std::array<std::int32_t, kVectorWords> words{};
@@ -42,10 +42,10 @@ struct Gather {
 
 // --- pairs -----------------------------------------------------------------------------------
 
-/// Three vectors of expanded bytes come from two of packed ones.
+/// Two vectors of packed bytes give three of expanded ones.
 constexpr std::size_t kExpandSteps = 3;
 
-/// Sixteen expanded bytes touch at most four pairs, which are four words.
+/// Sixteen expanded bytes come from at most four pairs, which are four words.
 constexpr std::array<Gather, kExpandSteps> expansion(const PairOrder& order) {
   std::array<Gather, kExpandSteps> steps{};
   for (std::size_t step = 0; step < kExpandSteps; ++step) {
@@ -94,7 +94,8 @@ void expand(const std::uint8_t* packed, std::uint8_t* expanded, std::size_t pair
   (kPlain422.*plain)(packed, expanded, pairs);
 }
 
-/// Four pairs of a block, of which the first two or the last two are there, from their first byte.
+/// Where the bytes of four packed pairs come from, in a block that begins with either the first two
+/// or the last two of them, expanded.
 constexpr std::array<std::uint8_t, kBlockBytes> packing(const PairOrder& order, std::size_t half) {
   constexpr std::uint8_t kNothing = 0x80;
   std::array<std::uint8_t, kBlockBytes> places{};
@@ -119,7 +120,7 @@ void pack(const std::uint8_t* expanded, std::uint8_t* packed, std::size_t pairs)
   const Block block;
   const auto first = hn::Load(block, kFirstHalf<order>.data());
   const auto second = hn::Load(block, kSecondHalf<order>.data());
-  // The second load reaches into the pair behind.
+  // The second load reaches into the next pair.
   for (; pairs > kPairs; pairs -= kPairs) {
     const auto low = hn::LoadU(block, expanded);
     const auto high = hn::LoadU(block, expanded + 2 * kExpandedPair);
@@ -133,10 +134,10 @@ void pack(const std::uint8_t* expanded, std::uint8_t* packed, std::size_t pairs)
 
 // --- v210 ------------------------------------------------------------------------------------
 
-/// Three bytes of every word, one after the other, in the first twelve bytes of a block.
+/// Packs three bytes of every word into the first twelve bytes of a block.
 HWY_ALIGN constexpr std::array<std::uint8_t, kBlockBytes> kThreeOfFour = {
     0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 0x80, 0x80, 0x80, 0x80};
-/// And back.
+/// The reverse.
 HWY_ALIGN constexpr std::array<std::uint8_t, kBlockBytes> kFourOfThree = {
     0, 1, 2, 0x80, 3, 4, 5, 0x80, 6, 7, 8, 0x80, 9, 10, 11, 0x80};
 
@@ -147,7 +148,7 @@ HWY_ALIGN constexpr auto kCloseGaps = [] {
     words[i] = static_cast<std::int32_t>(i / 3 * 4 + i % 3);
   return words;
 }();
-/// And back.
+/// The reverse.
 HWY_ALIGN constexpr auto kOpenGaps = [] {
   std::array<std::int32_t, kVectorWords> words{};
   for (std::size_t i = 0; i < kVectorWords; ++i)

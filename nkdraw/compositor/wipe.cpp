@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The wipes' entries.
+// The entry points of the wipes.
 #include "display_wipe.h"
 #include "wipe_kernels.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The wipes of packed 4:2:2 frames: both inputs are expanded to three bytes a pixel, wiped, and
+// The wipes of packed 4:2:2 frames. Both inputs are expanded to three bytes a pixel, wiped, and
 // packed again.
 #include <nkdraw/simd/vector_targets.h>
 #include "display_wipe.h"
@@ -28,8 +28,8 @@ constexpr std::size_t roundUp(std::size_t bytes) {
   return (bytes + kBufferAlignment - 1) / kBufferAlignment * kBufferAlignment;
 }
 
-/// The calling thread at the time-critical priority, for as long as the guard is there, unless the
-/// guard is told to leave it at that.
+/// Keeps the calling thread at the time-critical priority while the guard exists. The guard can be
+/// told not to restore the old one.
 class PriorityGuard {
  public:
   PriorityGuard() : kept_(nkOSGetThreadPriority(nkOSGetCurrentThread())) {
@@ -48,7 +48,7 @@ class PriorityGuard {
   bool restores_ = true;
 };
 
-/// The three expanded frames, in one block that ends with its last user.
+/// The three expanded frames, in one block that is freed with its last user.
 struct ExpandedFrames {
   std::shared_ptr<void> block;
   std::uint8_t* a = nullptr;
@@ -74,7 +74,7 @@ struct ExpandedFrames {
   }
 };
 
-/// A packed layout: its rows to expanded ones and back, in whole groups.
+/// A packed layout, and how to expand and pack its rows in whole groups.
 struct PackedLayout {
   using ConvertRow = void (*)(const std::uint8_t* source, std::uint8_t* target,
                               std::uint32_t width);
@@ -91,7 +91,7 @@ constexpr std::size_t ceilDivide(std::size_t value, std::size_t divisor) {
   return (value + divisor - 1) / divisor;
 }
 
-/// Four pixels in, two out: the last ones may lie beyond the width.
+/// Expands four pixels at a time and packs two; the last ones may lie past the width.
 constexpr PackedLayout kYCbCr = {
     [](const std::uint8_t* packed, std::uint8_t* expanded, std::uint32_t width) {
       kernels().expandOuterShared(packed, expanded, ceilDivide(width, 4) * 2);
@@ -100,7 +100,7 @@ constexpr PackedLayout kYCbCr = {
       kernels().packOuterShared(expanded, packed, ceilDivide(width, 2));
     }};
 
-/// So many groups go through the samples' row at a time.
+/// The number of groups that go through the samples' row at a time.
 constexpr std::size_t kChunkGroups = 160;
 using SampleRow = std::array<std::uint8_t, kChunkGroups * kGroupSamples + kSampleSlack>;
 constexpr std::size_t kGroupPairs = kGroupPixels / 2;
@@ -131,7 +131,7 @@ constexpr PackedLayout kV210 = {
       });
     }};
 
-/// One wipe of packed frames: `frame` as the caller gave it, and its expanded frames.
+/// One wipe of packed frames: the caller's `frame`, and its expanded frames.
 struct PackedWipe {
   WipeTask frame;
   PackedLayout layout;
@@ -162,8 +162,8 @@ struct PackedWipe {
   }
 };
 
-/// Makes the expanded frames, or says why there are none. A service that throws leaves the thread
-/// at its priority without a word; that is meant.
+/// Makes the expanded frames, or returns why it can't. Deliberate: callers rely on it. If a service
+/// throws, the thread keeps its priority, and nothing is reported.
 bool allocate(PackedWipe& wipe, PriorityGuard& priority) {
   try {
     wipe.expanded = ExpandedFrames(wipe.frame.width, wipe.frame.height);
@@ -176,12 +176,12 @@ bool allocate(PackedWipe& wipe, PriorityGuard& priority) {
   return wipe.expanded.a != nullptr;
 }
 
-/// Runs a stretch whose failure goes without a word.
+/// Runs a step and ignores its failure.
 template <class Stretch>
 void silently(Stretch stretch) {
   try {
     stretch();
-  } catch (...) {  // goes on with what there is
+  } catch (...) {  // continues with what there is
   }
 }
 
@@ -193,8 +193,8 @@ std::uint32_t displayWipeYCbCr(const WipeTask& frame, WipeWait wait) {
   if (!allocate(wipe, priority))
     return NKStatusRefused;
   try {
-    // Row by row in turn: what the last group of the first frame leaves behind its end may lie in
-    // the second frame's first row, and stays there.
+    // Alternates row by row: the last group of the first frame may write past its end into the
+    // second frame's first row, and those bytes must stay.
     for (std::uint32_t y = 0; y < frame.height; ++y) {
       wipe.expandRowA(y);
       wipe.expandRowB(y);
@@ -203,7 +203,7 @@ std::uint32_t displayWipeYCbCr(const WipeTask& frame, WipeWait wait) {
       wipe.pack();
       return NKStatusOk;
     }
-  } catch (...) {  // told below
+  } catch (...) {  // reported below
   }
   ErrOut("Exception Error NKDraw_DisplayWipeYCbCr");
   return NKStatusOk;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What one worker of a wipe is given: the frames, the progress, and the rectangle to draw.
+// A worker's part of a wipe: the frames, the progress, and the rectangle to draw.
 #pragma once
 
 #include <nkdraw/platform/thread.h>
@@ -9,8 +9,8 @@
 
 namespace nkdraw {
 
-/// A wipe of whole frames and the rectangle of it to draw. Rows are `pitchA` and `pitchB` bytes
-/// apart; the output's follow `pitchB`.
+/// A wipe of whole frames, and the rectangle to draw. Rows of the inputs are `pitchA` and `pitchB`
+/// bytes apart; the output's rows are `pitchB` bytes apart.
 struct WipeTask {
   const std::uint8_t* srcA;
   std::uint32_t pitchA;
@@ -18,7 +18,7 @@ struct WipeTask {
   std::uint32_t pitchB;
   std::uint8_t* dst;
   std::uint32_t pitchDst;  ///< no kernel reads it
-  std::uint32_t wipe;      ///< the number, and in bit 31 that the inputs change places
+  std::uint32_t wipe;      ///< the number; bit 31 exchanges the inputs
   std::int32_t pixelType;  ///< of all three frames
   std::uint32_t width;     ///< of the frames, in pixels
   std::uint32_t height;    ///< of the frames, in rows
@@ -28,14 +28,14 @@ struct WipeTask {
   std::uint32_t top = 0, bottom = 0;  ///< first row, one past the last
 };
 
-/// Which of the four quarters of a frame have work: bit 0 stands for the upper left one, 1 for the
-/// upper right, 2 for the lower left, 3 for the lower right.
+/// Which of the four quarters of a frame have work: bit 0 is the upper left, 1 the upper right, 2
+/// the lower left, 3 the lower right.
 enum class WipeQuarters : std::uint8_t { kAll = 0b1111, kLeft = 0b0101, kUpperLeft = 0b0001 };
 
-/// Draws the rectangle of a task. 0 always.
+/// Draws the rectangle of a task. Always returns 0.
 struct WipeKernel {
   std::uint32_t (*draw)(const WipeTask& task) = nullptr;
-  /// In the others there is nothing to do, even where a small frame gives several the same corner.
+  /// The others have nothing to do, even if a small frame gives several quarters the same corner.
   WipeQuarters quarters = WipeQuarters::kAll;
 
   std::uint32_t operator()(const WipeTask& task) const { return draw(task); }
@@ -47,7 +47,7 @@ struct WipeBand : WipeTask {
   WipeKernel kernel;
   nkHandle threadHandle = nullptr;
   std::uint32_t threadId = 0;
-  std::uint32_t* pending = nullptr;  ///< the call's count of workers that have not ended
+  std::uint32_t* pending = nullptr;  ///< the call's count of workers still running
 };
 
 }  // namespace nkdraw

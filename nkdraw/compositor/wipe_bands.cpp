@@ -23,14 +23,15 @@ constexpr const char* kThreadTag = "gzqk";
 /// What the caller and the workers of one call share; it ends with the last of them.
 struct WipeCall {
   std::uint32_t pending = 0;
-  /// Ends the caller's pause. Raised whenever no started worker is left, at most once by each.
+  /// Ends the caller's pause. A worker raises it at most once, when it is the last of those
+  /// started.
   std::counting_semaphore<kBands> finished{0};
 
   struct Worker {
     WipeBand band;
     bool hasWork = true;
-    std::shared_ptr<WipeCall> call;      ///< the worker's own share, which it takes as it starts
-    std::shared_ptr<const void> memory;  ///< its share of that, until its kernel is through
+    std::shared_ptr<WipeCall> call;      ///< the worker's own share, taken when it starts
+    std::shared_ptr<const void> memory;  ///< its share of the memory, until its kernel ends
 
     void giveSharesBack() {
       memory.reset();
@@ -56,7 +57,8 @@ void setRectangles(const WipeTask& frame, std::array<WipeCall::Worker, kBands>& 
   }
 }
 
-/// Whole rows that reach into the next ones are one worker's: who comes last there decides.
+/// Rows that overlap the next ones go to one worker, because the last one to write decides the
+/// result.
 void shareOut(const WipeKernel& kernel, std::array<WipeCall::Worker, kBands>& workers) {
   WipeQuarters quarters = kernel.quarters;
   WipeBand& first = workers[0].band;
@@ -70,8 +72,8 @@ void shareOut(const WipeKernel& kernel, std::array<WipeCall::Worker, kBands>& wo
   }
 }
 
-/// Counts the worker before its thread is there, so that the count can't fall before it rose.
-/// False when the host threw and the quarter stays.
+/// Counts the worker before its thread exists, so the count can't fall before it has risen. False
+/// if the host threw and the quarter stays undrawn.
 bool start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call,
            const std::shared_ptr<const void>& memory, WipeWait wait) {
   WipeBand& band = worker.band;
@@ -105,7 +107,7 @@ void waitFor(WipeCall& call, WipeWait wait) {
   }
 }
 
-/// Without a worker.
+/// Draws a quarter without a worker.
 void drawWhole(WipeTask frame, const WipeKernel& kernel) {
   frame.left = frame.top = 0;
   frame.right = frame.width;
@@ -120,7 +122,7 @@ std::uint32_t WipeBandThread(void* parameter) {
   const std::shared_ptr<WipeCall> call = std::move(worker->call);
   const WipeBand& band = worker->band;
   const std::uint32_t result = worker->hasWork ? band.kernel(band) : 0;
-  worker->memory.reset();  // the caller, who sees the count, is then the last to hold it
+  worker->memory.reset();  // so the caller, seeing the count, is the last to hold it
   if (nkOSInterlockedDecrement(counter(band.pending)) == 0)
     call->finished.release();
   return result;

@@ -9,26 +9,27 @@
 
 namespace nkdraw {
 
-/// How long a call waits for its workers, and what becomes of the quarter of one that could not
-/// be started.
+/// How long a call waits for its workers, and what happens to a quarter whose worker could not be
+/// started.
 enum class WipeWait {
-  kBounded,   ///< 50 pauses of two milliseconds at the most; the quarter stays as it was
-  kComplete,  ///< as long as it takes; the caller draws the quarter
+  kBounded,   ///< at most 50 pauses of two milliseconds; the quarter stays as it was
+  kComplete,  ///< until all workers end; the caller draws the quarter
 };
 
-/// Runs `kernel` on the four quarters of `frame` (its rectangle is not read) on four threads of
-/// its own at the time-critical priority, and waits for them; the wait ends early with the last
-/// worker. A worker that a bounded wait can't wait for draws on after the return, into `dst`; it
-/// owns what else it needs, and shares `memory` until its kernel is through, so it may end at any
-/// time. After a thread that could not start a bounded wait is as long as it may be. When there is
-/// no memory for the workers, all four quarters go the way of those without a thread.
+/// Runs `kernel` on the four quarters of `frame`, whose rectangle is not read. It starts four
+/// threads at the time-critical priority and waits until the last of them ends.
+/// A bounded wait may return while a worker still draws into `dst`. The worker owns everything else
+/// that it needs, and shares `memory` until its kernel ends, so it may end at any time. If a thread
+/// could not be started, a bounded wait lasts its full time. Without memory for the workers, all
+/// four quarters are treated as if their threads could not start.
 ///
-/// 0, or NKStatusRefused when the host threw in place of starting a thread and the quarter stays;
-/// that is otherwise as if the thread could not start.
+/// Returns 0, or NKStatusRefused if the host threw instead of starting a thread and the quarter
+/// stays undrawn. Otherwise a host that throws counts as a thread that could not start.
 std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel, WipeWait wait,
                            const std::shared_ptr<const void>& memory = nullptr);
 
-/// The routine of a worker; its parameter is for RunWipeBands alone to give. The kernel's result.
+/// The routine of a worker; only RunWipeBands passes its parameter. Returns the result of the
+/// kernel.
 std::uint32_t WipeBandThread(void* parameter);
 
 }  // namespace nkdraw

@@ -11,7 +11,8 @@
 namespace nkdraw {
 namespace {
 
-/// A row is copied with a pitch by its place, whichever input it comes from; that is meant.
+/// Copies a row. Deliberate: callers rely on the picture. The pitch follows from the place,
+/// whichever input the row comes from.
 std::uint32_t drawEdgeVert(const WipeTask& task) {
   if (!pixelParts(task.pixelType).known() || rangeOf(task) == 0 || task.left != 0)
     return 0;
@@ -26,7 +27,8 @@ std::uint32_t drawEdgeVert(const WipeTask& task) {
   return 0;
 }
 
-/// Packed frames of a slide; `stride` is a row's bytes in all of them. Products wrap at 32 bits.
+/// The packed frames of a slide; `stride` is the bytes of a row in all of them. Products wrap at 32
+/// bits.
 struct Slide {
   const WipeTask& task;
   std::uint32_t pixelBytes;
@@ -71,13 +73,13 @@ void slideRight(const Slide& slide) {
   slide.copyColumns(0, passed, slide.task.width - passed);
 }
 
-/// By the number from NKWipeFirstSlide on. The last four repeat the third, and all other numbers
-/// draw nothing; that is meant.
+/// Indexed by the number, from NKWipeFirstSlide on. Deliberate: callers rely on it. The last four
+/// repeat the third, and all other numbers draw nothing.
 constexpr void (*kSlides[])(const Slide&) = {slideUp,   slideLeft, slideDown, slideRight,
                                              slideDown, slideDown, slideDown, slideDown};
 
-/// The whole word is compared: with swapped inputs a slide draws nothing. Layouts that the wipes
-/// don't know pass for four bytes a pixel.
+/// Compares the whole word, so a slide with exchanged inputs draws nothing. Layouts that the wipes
+/// don't know are taken as four bytes a pixel.
 std::uint32_t drawSlide(const WipeTask& task) {
   const std::uint32_t number = task.wipe - NKWipeFirstSlide;
   if (task.left != 0 || task.top != 0 || number >= std::size(kSlides) || rangeOf(task) == 0)

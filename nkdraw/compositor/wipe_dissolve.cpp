@@ -15,7 +15,7 @@ std::uint32_t drawDissolve(const WipeTask& task) {
     return 0;
   const std::size_t first = std::size_t{task.left} * parts.bytes();
   const std::size_t count = std::size_t{task.right - task.left} * parts.count;
-  // Frames of ptYCbCr24 are 4:2:2 ones, expanded: they are packed again at once.
+  // ptYCbCr24 frames are expanded 4:2:2, and will be packed again at once.
   const RowMixer mix(parts.kind, task.position, rangeOf(task),
                      std::uint64_t{count} * (task.bottom - task.top), task.pixelType == ptYCbCr24);
   for (std::uint32_t y = task.top; y < task.bottom; ++y) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the kernels share: the parts of a pixel, the rows of the frames, the progress.
+// Shared by the kernels: the parts of a pixel, the rows of the frames, the progress.
 #pragma once
 
 #include "copy_block.h"
@@ -16,7 +16,7 @@ namespace nkdraw {
 
 enum class PartKind : std::uint8_t { kNone, kByte, kWord, kFloat };
 
-/// A pixel as the compositor sees it: so many parts of one kind.
+/// A pixel as the compositor sees it: a number of parts of one kind.
 struct PixelParts {
   PartKind kind = PartKind::kNone;
   std::uint8_t count = 0;
@@ -28,7 +28,7 @@ struct PixelParts {
   [[nodiscard]] constexpr bool known() const { return kind != PartKind::kNone; }
 };
 
-/// The wipes know the layouts in which each pixel has colours of its own, whole bytes of integers
+/// The wipes know the layouts in which every pixel has its own colour, in whole bytes of integers
 /// or floats.
 [[nodiscard]] constexpr PixelParts partsOf(const LayoutFacts& facts) {
   const auto count = static_cast<std::uint8_t>(sampleCount(facts));
@@ -41,7 +41,7 @@ struct PixelParts {
   return {facts.depth == 8 ? PartKind::kByte : PartKind::kWord, count};
 }
 
-/// Behind the last of those layouts.
+/// One past the last of those layouts.
 inline constexpr std::size_t kTypesEnd = [] {
   std::size_t end = 0;
   for (const LayoutFacts& facts : kLayoutFacts) {
@@ -60,14 +60,14 @@ inline constexpr auto kPixelParts = [] {
   return parts;
 }();
 
-/// The parts of a pixel of layout `type`; none of a layout that the wipes don't know.
+/// The parts of a pixel of layout `type`; none if the wipes don't know the layout.
 [[nodiscard]] constexpr PixelParts pixelParts(std::int32_t type) {
   const auto index = static_cast<std::uint32_t>(type);
   return index < kPixelParts.size() ? kPixelParts[index] : PixelParts{};
 }
 
-/// One row of the three frames. The output's rows lie as far apart as those of `srcB`, whatever its
-/// own pitch; that is meant. Products wrap at 32 bits.
+/// One row of the three frames. Deliberate: callers rely on it. The output's rows are as far apart
+/// as those of `srcB`, whatever its own pitch. Products wrap at 32 bits.
 struct WipeRow {
   const std::uint8_t* outgoing;
   const std::uint8_t* incoming;
@@ -85,8 +85,8 @@ struct WipeRow {
   return task.rangeEnd - task.rangeStart;
 }
 
-/// So much of `size` as the progress has reached; the product wraps at 32 bits. The range is not
-/// empty.
+/// The part of `size` that the progress has reached; the product wraps at 32 bits. The range must
+/// not be empty.
 [[nodiscard]] constexpr std::uint32_t scale(const WipeTask& task, std::uint32_t size) {
   return size * task.position / rangeOf(task);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The wipes: seventeen kernels, any of which may draw several rectangles at once on several
-// threads. With an empty range (rangeStart equal to rangeEnd) all but the dissolve draw nothing.
+// The wipes: seventeen kernels. Each may draw several rectangles at once on several threads. With
+// an empty range (rangeStart equal to rangeEnd) only the dissolve draws anything.
 #pragma once
 
 #include "wipe_band.h"
@@ -24,20 +24,21 @@ extern const WipeKernel WipeBoxBottom;
 extern const WipeKernel WipeBoxLeft;
 extern const WipeKernel WipeIris;
 
-/// Whole rows, by the two rectangles at the left alone.
+/// Whole rows; only the tasks of the two rectangles on the left draw.
 extern const WipeKernel WipeEdgeVert;
 
-/// The outgoing frame moves off the incoming one: whole packed frames, without pitches, by the
-/// rectangle at the top left alone. Needs a third buffer for `dst`.
+/// The outgoing frame slides off the incoming one. Copies whole packed frames, without pitches;
+/// only the task of the top left rectangle draws. `dst` must be a third buffer.
 extern const WipeKernel WipeSlide;
 
-/// A cross-fade of every part of every pixel, alpha included: of an outgoing part o and an incoming
-/// part n, o * (1 - progress) + n * progress in doubles, truncated, its low bits kept. In floats
-/// the incoming part is truncated to an integer first. An empty range makes every result
-/// not-a-number, which bytes and words store as 0. `dst` may be one of the inputs.
+/// A cross-fade of every part of every pixel, alpha included. From an outgoing part o and an
+/// incoming part n it computes o * (1 - progress) + n * progress in doubles, truncates, and keeps
+/// the low bits. For floats the incoming part is truncated to an integer first. An empty range
+/// makes every result not-a-number, which bytes and words store as 0. `dst` may be one of the
+/// inputs.
 extern const WipeKernel WipeDissolve;
 
-/// The kernel that draws a wipe number; bit 31 is left out of account.
+/// The kernel that draws a wipe number; bit 31 is ignored.
 WipeKernel kernelOfWipe(std::uint32_t wipe);
 
 }  // namespace nkdraw

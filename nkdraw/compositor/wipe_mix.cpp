@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The cross-fade in its plain form, one part after the other in doubles, and the choice of a faster
-// one.
+// The plain form of the cross-fade, one part after the other in doubles, and the choice of a faster
+// form.
 #include "wipe_mix.h"
 #include <nkdraw/simd/vector_targets.h>
 
@@ -11,7 +11,8 @@
 namespace nkdraw {
 namespace {
 
-/// The incoming part counts as an integer, so that values below 1.0 add nothing; that is meant.
+/// Deliberate: callers rely on the value. The incoming part counts as an integer, so values below
+/// 1.0 add nothing.
 float mixed(const MixWeights& weights, float outgoing, float incoming) {
   const auto whole = static_cast<double>(truncateToInt32(static_cast<double>(incoming)));
   return static_cast<float>(whole * weights.incoming +
@@ -35,11 +36,12 @@ constexpr MixRow kPlainRows[] = {nullptr, mixRow<std::uint8_t>, mixRow<std::uint
                                  mixRow<float>};
 
 constexpr std::uint32_t kOne = 65536;
-/// Divisors beyond this make a fraction of a difference of bytes whole for a difference of 0 alone.
+/// With a larger divisor, a fraction of a difference of bytes is a whole number only for a
+/// difference of 0.
 constexpr std::uint32_t kLargestDifference = 255;
 
-/// Whether `weight` / 65536 has the floors of position / range, and no whole number, for every
-/// difference of bytes but 0.
+/// Whether d * `weight` / 65536 and d * position / range have the same floor, and neither is a
+/// whole number, for every difference of bytes d other than 0.
 bool hasTheFloors(std::uint32_t weight, std::uint64_t position, std::uint32_t range) {
   for (std::uint32_t d = 1; d <= kLargestDifference; ++d) {
     const std::uint32_t product = d * weight;
@@ -49,7 +51,7 @@ bool hasTheFloors(std::uint32_t weight, std::uint64_t position, std::uint32_t ra
   return true;
 }
 
-/// Looks at every whole pair. Differences of these are multiples of `step`, of which each adds
+/// Checks every whole pair. The differences of these are multiples of `step`, and each step adds
 /// `rise` to the result.
 void findCorrections(ByteMix& mix, std::uint32_t step, std::uint32_t rise) {
   for (std::uint32_t o = 0; o <= kLargestDifference; ++o) {
@@ -64,9 +66,9 @@ void findCorrections(ByteMix& mix, std::uint32_t step, std::uint32_t rise) {
   }
 }
 
-/// Rows of a cross-fade of fewer parts than these are done before the preparation is.
+/// With fewer parts than this, a cross-fade ends sooner than its preparation would.
 constexpr std::uint64_t kFewParts = 16384;
-/// And of so many leave no room in a core's caches.
+/// This many parts don't fit into a core's caches.
 constexpr std::uint64_t kManyParts = 1 << 20;
 
 const MixKernels& kernels() {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The cross-fade of bytes and words in vectors, in integers wherever these decide.
+// The cross-fade of bytes and words with vectors, in integers wherever these are enough.
 #include <nkdraw/simd/vector_targets.h>
 #include "wipe_mix.h"
 
@@ -80,14 +80,14 @@ ByteVector joined(WordVector even, WordVector odd) {
   return hn::BitCast(kBytes, hn::Or(even, hn::ShiftLeft<8>(odd)));
 }
 
-/// Half of the bytes of a vector, mixed; and which pairs are whole, where these need rounding.
+/// Half of the bytes of a vector, mixed, and which pairs are whole and may need correction.
 struct MixedHalf {
   WordVector result;
   WordVector whole;
 };
 
-/// `start` is the outgoing part, and `weight` the progress, or both of the other side for more than
-/// half of it, so that the weight fits in fifteen bits and a sign.
+/// `start` is the outgoing part and `weight` the progress. Beyond half of the range both are taken
+/// from the other side, so that the weight fits into fifteen bits and a sign.
 template <bool rounds>
 MixedHalf mixHalf(WordVector outgoing, WordVector incoming, WordVector start, WordVector weight) {
   const auto difference = hn::BitCast(kSignedWords, hn::Sub(incoming, outgoing));
@@ -95,7 +95,7 @@ MixedHalf mixHalf(WordVector outgoing, WordVector incoming, WordVector start, Wo
       hn::BitCast(kWords, hn::MulHigh(difference, hn::BitCast(kSignedWords, weight)));
   auto result = hn::Add(start, floor);
   if constexpr (rounds) {
-    // Whole pairs lie within 128 of the next multiple of 65536; those below it are one short.
+    // Whole pairs lie within 128 of the next multiple of 65536; those below it are one too small.
     const auto near = hn::Set(kWords, 128), span = hn::Set(kWords, 256);
     const auto fraction =
         hn::Add(hn::BitCast(kWords, hn::Mul(difference, hn::BitCast(kSignedWords, weight))), near);
@@ -123,8 +123,8 @@ ByteVector decide(const MixWeights& weights, ByteVector outgoing, ByteVector inc
   return hn::Load(kBytes, results);
 }
 
-/// Where vectors of a row go: past the caches, for rows that nobody reads soon and that begin at a
-/// vector's boundary.
+/// How the vectors of a row are stored: past the caches, if nobody reads the row soon and it begins
+/// at a vector's boundary.
 class Output {
  public:
   Output(std::uint8_t* output, bool streams) : output_(output), streams_(streams) {}
@@ -140,16 +140,16 @@ class Output {
   bool streams_;
 };
 
-/// Whether rows may be streamed: vectors at boundaries hold whole parts, and what is
-/// written twice is not read in between.
+/// Whether rows may be stored past the caches: aligned vectors must hold whole parts, and bytes
+/// written twice must not be read in between.
 bool mayStream(const std::uint8_t* outgoing, const std::uint8_t* incoming,
                const std::uint8_t* output, std::size_t partBytes) {
   return output != outgoing && output != incoming &&
          reinterpret_cast<std::uintptr_t>(output) % partBytes == 0;
 }
 
-/// Runs `vector(place, output)` for every vector of `bytes` bytes, and gives where the rest begins.
-/// A streamed row begins with a vector that reaches past the first boundary.
+/// Calls `vector(place, output)` for every vector of `bytes` bytes, and returns where the rest
+/// begins. A row stored past the caches begins with a vector that reaches past the first boundary.
 template <class Vector>
 std::size_t forVectors(std::uint8_t* output, std::size_t bytes, bool streams, Vector vector) {
   constexpr std::size_t kStep = hn::MaxLanes(kBytes);
@@ -205,7 +205,7 @@ void mixBytes(const ByteMix& mix, const std::uint8_t* outgoing, const std::uint8
 
 // --- words -----------------------------------------------------------------------------------
 
-/// A sum of words, and where it ran over.
+/// A sum of words, and whether it overflowed.
 struct Sum {
   WordVector low;
   WordVector carry;  ///< -1 or 0
@@ -251,7 +251,7 @@ void mixWordsSo(const WordMix& mix, const std::uint8_t* outgoing, const std::uin
     auto result =
         hn::Sub(hn::Add(hn::MulHigh(o, restHigh), hn::MulHigh(n, weightHigh)), high.carry);
     if constexpr (!exact) {
-      // The low halves of the weights add up to 65536, so this sum does not run over.
+      // The low halves of the weights have the sum 65536, so this sum does not overflow.
       const auto low = hn::Add(hn::MulHigh(o, restLow), hn::MulHigh(n, weightLow));
       const Sum fraction = add(high.low, low);
       result = hn::Sub(result, fraction.carry);

@@ -16,8 +16,9 @@ struct Numbers {
   std::uint32_t first, last = first;
 };
 
-/// In rising order. A number between the rows cross-fades, so none is an error. From 102 up to 499
-/// many are wipes of their own by name and all of these are drawn as the plain edge; that is meant.
+/// In ascending order. A number between the rows cross-fades, so no number is an error. Deliberate:
+/// programs rely on it. From 102 to 499 many numbers name wipes of their own, and all of these are
+/// drawn as the plain edge.
 constexpr Numbers kNumbers[] = {
     {WipeEdgeHorz, NKWipeEdgeHorz},
     {WipeEdgeVert, NKWipeEdgeVert},

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The wipes with hard edges. A rule says which rows and which columns are incoming; every row is
-// then copied in at most three runs.
+// The wipes with hard edges. A rule tells which rows and columns are incoming; every row is then
+// copied in at most three runs.
 #include "wipe_frames.h"
 #include "wipe_kernels.h"
 
@@ -11,7 +11,7 @@
 namespace nkdraw {
 namespace {
 
-/// Rows or columns from `first` up to, not including, `last`; or all but these.
+/// Rows or columns from `first` up to, but not including, `last`; or all others.
 struct Span {
   std::int64_t first = 0;
   std::int64_t last = std::numeric_limits<std::int64_t>::max();
@@ -40,14 +40,14 @@ constexpr Span between(std::int64_t low, std::int64_t high) {  // strictly
 constexpr Span upTo(std::int64_t place) {
   return {0, place + 1};
 }
-/// At most `depth`, or at least `size` - `depth`, which wraps.
+/// At most `depth`, or at least `size` - `depth`; that difference wraps.
 constexpr Span rim(std::uint32_t depth, std::uint32_t size) {
   return {std::int64_t{depth} + 1, size - depth, true};
 }
 
 enum class Joined { kAnd, kOr };
 
-/// A pixel is incoming when its row and (or) its column are in their spans.
+/// A pixel is incoming if its row and (or) its column are in their spans.
 struct Pattern {
   Span rows;
   Joined joined;
@@ -96,7 +96,8 @@ std::uint32_t drawPattern(const WipeTask& task) {
   return 0;
 }
 
-// The values of the rules. Differences wrap, so that progress beyond the range shows what it shows.
+// The values of the rules. Differences wrap, which defines the picture for progress beyond the
+// range.
 std::uint32_t across(const WipeTask& task) {
   return scale(task, task.width);
 }
@@ -116,8 +117,8 @@ Span rimOfColumns(const WipeTask& task) {
   return rim(acrossHalf(task), task.width);
 }
 
-// The rules: incoming rows, and (or) incoming columns. Strict and inclusive tests are mixed, which
-// decides single rows and columns at the ends of the range; that is meant.
+// The rules: incoming rows, and (or) incoming columns. Deliberate: callers rely on single rows and
+// columns at the ends of the range, which the mix of strict and inclusive tests decides.
 
 Pattern edgeHorz(const WipeTask& t) {
   return {kAll, kAnd, below(across(t))};

@@ -4,11 +4,13 @@
 #ifndef NKDRAW_SURFACE_PIXEL_TYPE_H
 #define NKDRAW_SURFACE_PIXEL_TYPE_H
 
+#include <nkdraw/export.h>
+
 #include <stdint.h>
 
 /// A pixel layout. Channels are named in memory order, lowest address first; words are in the
 /// machine's byte order unless the comment says otherwise.
-enum pixelType
+enum NKDRAW_API pixelType
 #ifdef __cplusplus
     : int32_t
 #endif

@@ -141,9 +141,18 @@ struct CNkOverlay::Settings {
     load("CustomTextEnabled", overlay.CustomTextEnabled[slot]);
     load("CustomTextX", overlay.CustomTextX[slot]);
     load("CustomTextY", overlay.CustomTextY[slot]);
-    char* const text = overlay.CustomText[slot];
-    if (storeReads())
-      overlay.LoadSetting(slotKey("CustomText", slot).data(), text);
+    loadText(slotKey("CustomText", slot).data(), overlay.CustomText[slot]);
+  }
+  /// The store writes into the slot's own memory, also when it fails.
+  void loadText(const char* key, char* text) const {
+    if (!storeReads())
+      return;
+    std::array<char, Access::kStoredText> before{};
+    if (text != nullptr)
+      std::memcpy(before.data(), text, before.size());
+    overlay.LoadSetting(key, text);
+    if (text != nullptr && !storeReads())
+      std::memcpy(text, before.data(), before.size());
   }
 
   /// Sets every key that occurs anywhere in the line.

@@ -288,23 +288,29 @@ void CNkOverlay::convertWatermark(NKDraw* picture, const char* pixels) {
   const std::uint64_t count = std::uint64_t{watermarkWidth} * watermarkHeight;
   if (picture == nullptr && watermarkLayout != kRgb32)
     return;
-  watermarkRGBA = nullptr;
-  watermark8 = nullptr;
-  watermark10 = nullptr;
-  watermarkRoom = count;
-  if (watermarkLayout == kRgb32) {
-    watermarkRGBA = roomFor<std::uint8_t>(count, 4);
-    if (watermarkRGBA != nullptr)
-      CopyMemoryFast(watermarkRGBA, pixels, static_cast<std::uint32_t>(count * 4));
-  } else if (watermarkLayout == kYCbCr8) {
-    watermark8 = roomFor<std::uint8_t>(count, kGroup);
-    if (watermark8 != nullptr)
-      convertTo8(*picture, width, height, watermark8);
-  } else if (watermarkLayout == kYCbCr10) {
-    watermark10 = roomFor<std::uint32_t>(count, kGroup);
-    if (watermark10 != nullptr)
-      convertTo10(*picture, width, height, watermark10);
-  }
+  // Only a picture that there is memory for takes the place of the one before.
+  const auto take = [&]<class Part>(nkdraw::SharedPointer<Part, nkdraw::freeSamples>& buffer,
+                                    std::size_t parts, auto fill) {
+    Part* const made = roomFor<Part>(count, parts);
+    if (made == nullptr)
+      return;
+    fill(made);
+    watermarkRGBA = nullptr;
+    watermark8 = nullptr;
+    watermark10 = nullptr;
+    watermarkRoom = count;
+    buffer = made;
+  };
+  if (watermarkLayout == kRgb32)
+    take(watermarkRGBA, sizeof(std::uint32_t), [&](std::uint8_t* made) {
+      CopyMemoryFast(made, pixels, static_cast<std::uint32_t>(count * 4));
+    });
+  else if (watermarkLayout == kYCbCr8)
+    take(watermark8, kGroup,
+         [&](std::uint8_t* made) { convertTo8(*picture, width, height, made); });
+  else if (watermarkLayout == kYCbCr10)
+    take(watermark10, kGroup,
+         [&](std::uint32_t* made) { convertTo10(*picture, width, height, made); });
 }
 
 std::uint32_t CNkOverlay::ApplyWatermark(QFRAME* frame) {

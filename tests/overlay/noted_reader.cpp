@@ -4,6 +4,7 @@
 #include <nkdraw/platform/frame_memory.h>
 #include <nkdraw/platform/log.h>
 #include <nkdraw/platform/media_reader.h>
+#include <nkdraw/platform/memory.h>
 #include <nkdraw/platform/module.h>
 #include <nkdraw/platform/sync.h>
 
@@ -11,6 +12,7 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <sstream>
@@ -149,6 +151,14 @@ std::uint32_t QFrameMem(std::uint32_t code, std::uint32_t bytes, std::uint32_t f
   *frame = held;
   ++notedReader.frames;
   return 0;
+}
+
+void* NKAlloc(std::uint32_t bytes) {
+  return notedReader.hasPictureRoom ? std::malloc(bytes) : nullptr;
+}
+
+void NKFree(void* memory) {
+  std::free(memory);
 }
 
 void ErrOut(const char* format, ...) {

@@ -21,7 +21,8 @@ struct NotedReader {
   bool hasModule = true;
   std::string missingSymbol;
   bool opens = true;
-  bool hasMemory = true;
+  bool hasMemory = true;          ///< for frames
+  bool hasPictureRoom = true;     ///< for converted pictures
   std::uint32_t tooFewBytes = 0;  ///< by which the size of a frame is told too small
   bool reads = true;
 

@@ -140,30 +140,43 @@ class LockedOnTheWay : public Overlay {
   using Overlay::LoadSetting;
   LockedOnTheWay(const char* key, fs::path file) : key_(key), file_(std::move(file)) {}
   std::uint32_t LoadSetting(const char* key, std::uint32_t& value) override {
-    if (key == key_)
-      lock_.emplace(file_);
+    lockAt(key);
+    return Overlay::LoadSetting(key, value);
+  }
+  std::uint32_t LoadSetting(const char* key, char* value) override {
+    lockAt(key);
     return Overlay::LoadSetting(key, value);
   }
 
  private:
+  void lockAt(const char* key) {
+    if (key == key_ && !lock_)
+      lock_.emplace(file_);
+  }
+
   std::string key_;
   fs::path file_;
   std::optional<StoreLock> lock_;
 };
 
 TEST_F(UnreadableSettings, ThatAreLockedOnTheWayStayAsTheyAreFromThereOn) {
-  for (const char* const key : {"WatermarkX", "CustomTextX9"}) {
+  const std::pair<const char*, const char*> kCases[] = {{"WatermarkX", "77 8 mine 6"},
+                                                        {"CustomText3", "77 400 mine 6"},
+                                                        {"CustomTextX9", "77 400 saved 6"}};
+  for (const auto& [key, loaded] : kCases) {
     const ChildOutcome outcome = Child([&] {
                                    LockedOnTheWay overlay(key, folder_.file());
                                    overlay.TimeCodeX = 5;
                                    overlay.WatermarkX = 8;
+                                   overlay.setText(3, "mine");
                                    overlay.CustomTextX[9] = 6;
                                    overlay.LoadConfig();
                                    return std::to_string(overlay.TimeCodeX) + " " +
                                           std::to_string(overlay.WatermarkX) + " " +
+                                          static_cast<const char*>(overlay.CustomText[3]) + " " +
                                           std::to_string(overlay.CustomTextX[9]);
                                  }).wait();
-    EXPECT_EQ(outcome.answer, std::string(key) == "WatermarkX" ? "77 8 6" : "77 400 6");
+    EXPECT_EQ(outcome.answer, loaded) << key;
     EXPECT_EQ(outcome.messages.size(), 1U);
     EXPECT_TRUE(contents(folder_.file()) == stored_);
   }

@@ -194,6 +194,20 @@ TEST_F(WatermarkLoad, ThatFailsLeavesTheEarlierPicture) {
   }
 }
 
+TEST_F(WatermarkLoad, WithoutRoomForThePictureLeavesTheEarlierOne) {
+  for (const std::uint32_t layout : {kRgb, k8, k10}) {
+    usePicture(7, 5, 11);
+    load(layout);
+    const auto before = samples(overlay_, 7 / 2 * 5);
+    ASSERT_FALSE(before.empty());
+    usePicture(70, 50, 1);
+    notedReader.hasPictureRoom = false;
+    load(layout);
+    notedReader.hasPictureRoom = true;
+    EXPECT_EQ(samples(overlay_, 7 / 2 * 5), before);
+  }
+}
+
 TEST_F(WatermarkLoad, FreesTheFrameBeforeTheSurfaceOnIt) {
   for (const std::uint32_t layout : {kRgb, k8, k10, kOther}) {
     load(layout);

@@ -2,6 +2,7 @@
 //
 // The entry points of the wipes.
 #include "display_wipe.h"
+#include "wipe_frames.h"
 #include "wipe_kernels.h"
 
 #include <nkdraw/compositor/complete.h>
@@ -10,10 +11,13 @@
 namespace nkdraw {
 namespace {
 
-auto displayOf(std::int32_t pixelType) {
+/// Null for a layout that no wipe draws in.
+auto displayOf(std::int32_t pixelType) -> std::uint32_t (*)(const WipeTask&, WipeWait) {
   if (pixelType == ptV210)
     return displayWipeV210;
-  return pixelType >= ptYUYV && pixelType <= ptVYUY ? displayWipeYCbCr : displayWipe;
+  if (pixelType >= ptYUYV && pixelType <= ptVYUY)
+    return displayWipeYCbCr;
+  return pixelParts(pixelType).known() ? displayWipe : nullptr;
 }
 
 }  // namespace
@@ -63,6 +67,9 @@ std::uint32_t NKDraw_DisplayWipeV210(
 }
 
 std::uint32_t NKDraw_CompleteWipe(const NKWipe* wipe) {
+  const auto display = nkdraw::displayOf(wipe->pixelType);
+  if (display == nullptr)
+    return NKStatusRefused;
   nkdraw::WipeTask frame{};
   frame.srcA = wipe->srcA;
   frame.pitchA = wipe->pitchA;
@@ -76,5 +83,5 @@ std::uint32_t NKDraw_CompleteWipe(const NKWipe* wipe) {
   frame.height = wipe->height;
   frame.rangeEnd = wipe->range;
   frame.position = wipe->position;
-  return nkdraw::displayOf(wipe->pixelType)(frame, nkdraw::WipeWait::kComplete);
+  return display(frame, nkdraw::WipeWait::kComplete);
 }

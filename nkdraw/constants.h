@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// Names for the numbers of the interface. The header is C99 and C++. An enumerator of C99 is an
-// int; what that can't hold is a typed constant, and so is what is computed with.
+/// @file
+/// Names for the numbers of the interface. The header is C99 and C++. An enumerator is an int in
+/// C99: numbers that an int can't hold, and one that is computed with, are typed constants.
 #ifndef NKDRAW_CONSTANTS_H
 #define NKDRAW_CONSTANTS_H
 
@@ -13,26 +13,28 @@ static const uint32_t NKStatusRefused = 0xFFFFFFFF;    ///< the call was refused
 static const uint32_t NKStatusNoSurface = 0xFFFFFFFE;  ///< no surface draws in the layout
 static const uint32_t NKWaitFailed = 0xFFFFFFFF;       ///< there is no event to wait for
 
+/// What calls return on success, and how waits end.
 enum NKStatus {
-  NKStatusOk = 0,        ///< success; also of a lock that was taken without a limit
-  NKLockTimedOut = 0,    ///< a lock was not taken in time
-  NKLockTaken = 128,     ///< a lock was taken in time
-  NKTryLockBusy = 0,     ///< a lock that must not wait was not taken
-  NKTryLockTaken = 1,    ///< a lock that must not wait was taken
+  NKStatusOk = 0,        ///< success; also Lock without a limit
+  NKLockTimedOut = 0,    ///< Lock with a limit: not taken
+  NKLockTaken = 128,     ///< Lock with a limit: taken
+  NKTryLockBusy = 0,     ///< TryLock: another thread holds the lock
+  NKTryLockTaken = 1,    ///< TryLock: taken
   NKWaitSignalled = 0,   ///< the event was signalled
   NKWaitTimedOut = 258,  ///< the event was not signalled in time
 };
 
-// Arguments of all bits.
+// Arguments with all bits set.
 
 static const uint32_t NKForever = 0xFFFFFFFF;   ///< a timeout: wait without limit
-static const uint32_t NKOnlyRead = 0xFFFFFFFF;  ///< a change stamp: report, don't store
+static const uint32_t NKOnlyRead = 0xFFFFFFFF;  ///< a change stamp: return it, store nothing
 
 // The wipe word: a number in bits 0 to 30, and bit 31.
 
-static const uint32_t NKWipeSwap = 0x80000000;  ///< the inputs change places; not for slides
+static const uint32_t NKWipeSwap = 0x80000000;  ///< exchange the inputs; slides then draw nothing
 
-/// Wipe numbers. All numbers without a name that stand in no comment here cross-fade, too.
+/// Wipe numbers, the system's own. Numbers up to NKWipeLastNumber that are not mentioned here, nor
+/// in NKWipeRange, cross-fade.
 enum NKWipeNumber {
   NKWipeDissolve = 0,  ///< a cross-fade
   /// An edge travels from left to right. So do 102 to 114, 119 to 125, 127 to 131, 201 to 207, 211
@@ -70,12 +72,14 @@ enum NKWipeRange {
 
 // The mode word of the multiplexed display: a value in bits 0 to 23, and flags.
 
-static const uint32_t NKMuxSwap = 0x80000000;  ///< the inputs change places; white in NKMuxCompare
+static const uint32_t NKMuxSwap =
+    0x80000000;  ///< exchange the inputs; NKMuxCompare shows white, not black
 
-/// Values and flags. Values are no flags: a sum of two is another value, which shows the first
-/// frame. Bytes are those of a pixel, the colours those that they have in ptBGRA32.
+/// Mode values and flags. Only flags may be added up: a sum of two values is no mode and shows the
+/// first frame. Bytes are those of a pixel; names of colours are those that the bytes have in
+/// ptBGRA32.
 enum NKMuxMode {
-  NKMuxPlain = 1,          ///< the first frame, as of every value without a name
+  NKMuxPlain = 1,          ///< the first frame; so does every value without a name
   NKMuxSecond = 2,         ///< the second frame
   NKMuxRedBlue = 4,        ///< byte 2 of the first, byte 0 of the second, zeros
   NKMuxRedCyan = 8,        ///< bytes 2, 3 of the first, bytes 0, 1 of the second
@@ -100,7 +104,7 @@ enum NKMuxMode {
 
   NKMuxValueMask = 0x00FFFFFF,  ///< the bits of the value
 
-  NKMuxGrid = 0x01000000,            ///< a grid even when `gridType` is NKGridNone
+  NKMuxGrid = 0x01000000,            ///< a NKGridPercent grid when `gridType` is NKGridNone
   NKMuxFlipSecondHorz = 0x02000000,  ///< mirror the second frame left to right first
   NKMuxFlipSecondVert = 0x04000000,  ///< mirror the second frame top to bottom first
   NKMuxMarkSplit = 0x08000000,       ///< a grey line at the split
@@ -113,7 +117,7 @@ enum NKMuxMode {
 /// An `amount` of all: of the first frame in a fade, of a wipe's progress.
 static const uint32_t NKMuxWhole = 65536;
 
-/// What gridType holds.
+/// The grid of the multiplexed display.
 enum NKGridType {
   NKGridNone = 0,     ///< no grid, unless NKMuxGrid asks for one
   NKGridPercent = 1,  ///< a line every `gridX` percent of the width and of the height
@@ -122,22 +126,23 @@ enum NKGridType {
 
 // The video record: bits of scanFlags.
 
+/// How the frames of an HZWVIDEO are scanned.
 enum NKScan {
-  NKScanMask = 0x300,        ///< the bits that tell; other values than these two are progressive
+  NKScanMask = 0x300,  ///< the bits that count; values other than the two below are progressive
   NKScanInterlaced = 0x100,  ///< two fields a frame
   NKScanSegmented = 0x200,   ///< a progressive frame in two segments
 };
 
 // The overlay's commands, STREAMCMD.
 
-/// Kinds: what is to be done.
+/// STREAMCMD::commandKind: what is to be done.
 enum NKCommand {
   NKCommandReport = 14,     ///< report the settings of a group
   NKCommandSet = 15,        ///< set those settings of a group that the mask names
   NKCommandReportToo = 16,  ///< the same as NKCommandReport
 };
 
-/// Bits of validMask: which fields count.
+/// Bits of STREAMCMD::validMask: which fields count.
 enum NKCommandMask {
   NKMaskSmallValue = 0x10,  ///< smallValue
   NKMaskExtraValue = 0x20,  ///< extraValue
@@ -147,23 +152,24 @@ enum NKCommandMask {
   NKMaskText = 0x2000,      ///< textValue
 };
 
-/// Groups of settings, by subCommand.
+/// STREAMCMD::subCommand: a group of settings.
 enum NKGroup {
   NKGroupMaster = 111000,        ///< the overlay as a whole
   NKGroupAudio = 111001,         ///< audio meters
-  NKGroupVChip = 111002,         ///< the V-chip's rating
+  NKGroupVChip = 111002,         ///< the V-chip's rating; kept, not shown
   NKGroupCaptions = 111003,      ///< closed captions
   NKGroupTimecode = 111004,      ///< the timecode block
   NKGroupWatermark = 111005,     ///< the watermark
   NKGroupSourceFormat = 111006,  ///< the line that names the source format
   NKGroupCustomText = 111007,    ///< one of the ten texts
-  NKGroupFirstEmpty = 111008,    ///< from here on a group is known and reported as 0
+  NKGroupFirstEmpty = 111008,    ///< from here on groups without settings, reported as 0
   NKGroupLastEmpty = 111010,     ///< up to here
 };
 
-/// value1 of NKGroupTimecode: flags of a set; a report names the first row that is on, or 0.
+/// STREAMCMD::value1 of NKGroupTimecode. Added up to set them; a report has the first row that is
+/// on.
 enum NKTimecodeRow {
-  NKRowNone = 0,
+  NKRowNone = 0,    ///< no row
   NKRowLtc = 1,     ///< the frame's longitudinal timecode
   NKRowVitc = 2,    ///< the frame's vertical interval timecode
   NKRowClock = 16,  ///< the wall clock

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// The whole C++ interface of nkdraw.
+/// @file
+/// The whole C++ interface of nkdraw.
 #pragma once
 
 #include <nkdraw/compositor/complete.h>

@@ -1,11 +1,11 @@
-/* SPDX-License-Identifier: BSD-2-Clause
- *
- * Surfaces for hosts written in C, and the compositor, which combines two frames. Valid C99.
- *
- * A surface is held by an opaque pointer. Statuses are 0 for success and 0xFFFFFFFF for a null
- * surface where a call says that it tests for one; where it does not, the pointer must not be null.
- * nkdraw/constants.h has names for the numbers.
- */
+// SPDX-License-Identifier: BSD-2-Clause
+/// @file
+/// Surfaces for hosts written in C, and the compositor, which combines two frames. The header is
+/// C99 and C++.
+///
+/// A surface is an opaque pointer. It must not be null, except where a call names a result for
+/// null. Threads that share one bracket their calls with its lock, except for calls that any thread
+/// may make. nkdraw/constants.h has names for the numbers.
 #ifndef NKDRAW_C_H
 #define NKDRAW_C_H
 
@@ -25,80 +25,95 @@ extern "C" {
 typedef struct NKDraw NKDraw;
 #endif
 
-/* A surface for the frame that `info` describes, bound to `canvas`, with one reference; null when
- * no surface serves it. Writes biBitCount and biSizeImage back, the size where it was 0, and for
- * mosaics and half floats whatever it was. `info` must not be null; the canvas stays the caller's,
- * and qtReleaseDraw gives the surface back. */
+/// Makes a surface for the frame that `info` describes and binds it to `canvas`, which stays the
+/// caller's. Returns the surface, with one reference that qtReleaseDraw gives back, or null when no
+/// surface draws in that layout. Writes biBitCount and biSizeImage (bytes) back into `info`; a size
+/// that is not 0 is kept, except for mosaics and half floats. `info` must not be null.
 NKDRAW_API NKDraw* qtGetDrawBMI(BITMAPINFO* info, char* canvas);
 
-/* A surface of a pixelType for `height` rows of `width` pixels, `pitch` bytes apart (0: packed);
- * null for a type that no surface draws in. The canvas stays the caller's, and qtReleaseDraw gives
- * the surface back. */
+/// Makes a surface of layout `type` (a pixelType) and binds it to `canvas`, which stays the
+/// caller's: `height` rows of `width` pixels, `pitch` bytes apart (0: packed). Returns the surface,
+/// with one reference that qtReleaseDraw gives back, or null for a type that no surface draws in.
 NKDRAW_API NKDraw* qtGetDraw(uint32_t type, int width, int height, int pitch, char* canvas);
 
-/* Count references. qtReleaseDraw deletes the surface with the last one and can't clear the
- * caller's pointer. Both return 0 and do not test for null. */
+/// Adds a reference. Returns 0. Any thread may call it.
 NKDRAW_API uint32_t qtAddRefDraw(NKDraw* surface);
+
+/// Gives a reference back, and deletes the surface with the last one; the caller's pointer is not
+/// cleared. Returns 0. Any thread may call it.
 NKDRAW_API uint32_t qtReleaseDraw(NKDraw* surface);
 
-/* Notes that the default font is wanted. Returns 0; does not test for null. */
+/// Notes that the default font is wanted. Returns 0.
 NKDRAW_API uint32_t qtUseDefaultFont(NKDraw* surface);
 
-/* Takes the surface's recursive lock: with a timeout of 0 or 0xFFFFFFFF waits without limit and
- * returns 0; else tries so many times, a millisecond apart, and returns 128 when the lock was taken
- * and 0 when not. 0xFFFFFFFF for null. */
+/// Takes the surface's recursive lock. A `timeout` of 0 or 0xFFFFFFFF (NKForever) waits without
+/// limit and returns 0. Any other is a number of attempts, one millisecond apart: returns 128
+/// (NKLockTaken) when one succeeds and 0 when none does. Returns 0xFFFFFFFF for null. Any thread
+/// may call it.
 NKDRAW_API uint32_t qtNKPixelLock(NKDraw* surface, uint32_t timeout);
 
-/* 1 taken, 0 not, 0xFFFFFFFF for null. */
+/// Takes the lock if no other thread holds it. Returns 1 when taken, otherwise 0; 0xFFFFFFFF for
+/// null. Any thread may call it.
 NKDRAW_API uint32_t qtNKPixelTryLock(NKDraw* surface);
 
-/* Leaves the lock once. 0, or 0xFFFFFFFF for null. */
+/// Leaves the lock once. Only the thread that holds it may call this. Returns 0, or 0xFFFFFFFF for
+/// null.
 NKDRAW_API uint32_t qtNKPixelUnlock(NKDraw* surface);
 
-/* Waits at most `timeout` milliseconds for the change event: 0 signalled, 258 timed out,
- * 0xFFFFFFFF for null. */
+/// Waits at most `timeout` milliseconds (NKForever: without limit) for the change event. Returns 0
+/// (NKWaitSignalled) or 258 (NKWaitTimedOut); 0xFFFFFFFF for null, and when there is no event. Any
+/// thread may call it.
 NKDRAW_API uint32_t qtNKPixelWaitForChangeEvent(NKDraw* surface, uint32_t timeout);
 
-/* Signals the change event; nothing for null. */
+/// Signals the change event, which lets one waiter through. Does nothing for null. Any thread may
+/// call it.
 NKDRAW_API void qtNKPixelSetChangeEvent(NKDraw* surface);
 
-/* Stores the caller's change stamp, 0xFFFFFFFF only reads it; the stamp, or 0xFFFFFFFF for null. */
+/// Stores the caller's change stamp, unless `value` is 0xFFFFFFFF (NKOnlyRead). Returns the stamp,
+/// or 0xFFFFFFFF for null. Any thread may call it.
 NKDRAW_API uint32_t qtNKPixelLastChange(NKDraw* surface, uint32_t value);
 
-/* Binds another frame buffer of `height` rows of `width` pixels, `pitch` bytes apart (0: packed);
- * height comes before width. The canvas stays the caller's. 0, or 0xFFFFFFFF for null. */
+/// Binds another frame buffer, which stays the caller's: `height` rows (first, mind the order) of
+/// `width` pixels, `pitch` bytes apart (0: packed). Returns 0, or 0xFFFFFFFF for null.
 NKDRAW_API uint32_t qtNKPixelSetCanvas(NKDraw* surface, char* canvas, int height, int width,
                                        int pitch);
 
-/* Do nothing and return 0. */
+///@{
+/// Does nothing. Returns 0.
 NKDRAW_API uint32_t qtGetDrawSizeBMI(BITMAPINFO* info);
 NKDRAW_API uint32_t qtGetDrawSize(uint32_t type, int width, int height, int pitch);
 NKDRAW_API uint32_t qtSetFont(NKDraw* surface, char* name);
+///@}
 
-/* The compositor. Frames are `height` rows of `width` pixels; pitches are bytes from row to row. No
- * argument is checked: every buffer must hold what its pitch and height say. Any thread may call,
- * several at once. */
+// The compositor. Frames are `height` rows of `width` pixels; pitches are bytes from row to row. No
+// argument is checked: every buffer must hold what its pitch and height say. Any thread may call,
+// several at once. The patterns and modes are the system's own; docs/compositor.md shows them.
 
-/* Combines two frames of one layout by a numbered wipe, on four threads that live for the call.
- *
- * `wipe` is the number (NKWipeNumber), and in bit 31 (NKWipeSwap) that the inputs change places. A
- * number without a pattern of its own cross-fades, but 508 to 515, and the slides, 500 to 507, with
- * their inputs swapped, draw nothing. `pixelType` is one of ptRGBA32 to ptBGR24 and ptRGBAFloat to
- * ptYCbCrA64; of another, nothing is drawn (a slide takes it for four bytes a pixel). Rows of `dst`
- * lie `pitchB` bytes apart: `pitchDst` and the five spares are not read. `dst` may be an input, of
- * the same pitch, but for the slides, which take all three frames as packed, without pitches.
- * Number 2 copies rows with what lies behind their pixels, `pitchA` bytes above the edge and
- * `pitchB` below it, from either input.
- *
- * The progress is position / (rangeEnd - rangeStart): 0 shows `srcA`, 1 shows `srcB`, but that some
- * patterns have the first row or column of the other one; position is not counted from rangeStart.
- * The range must not be empty: only a cross-fade draws then, zeros in integer layouts, not-a-number
- * in floats. width * position wraps at 32 bits. A cross-fade counts incoming floats as integers.
- *
- * Returns 0 always, after at most some 100 milliseconds; a worker that is still busy then goes on
- * drawing into `dst`, which must outlive it. The quarter of a worker that the host could not start,
- * be it that nkOSCreateThread returned null or that it threw, stays as it was, and the call takes
- * the whole time. NKDraw_CompleteWipe is the call that waits, and leaves nothing out. */
+/// Combines two frames of one layout by a numbered wipe, on four threads that live for the call.
+///
+/// - `wipe` is a number (NKWipeNumber); bit 31 (NKWipeSwap) exchanges the inputs. A number without
+/// a
+///   pattern of its own cross-fades. Nothing is drawn for 508 to 515, nor for a slide (500 to 507)
+///   with its inputs exchanged.
+/// - `pixelType` is one of ptRGBA32 to ptBGR24 or ptRGBAFloat to ptYCbCrA64. For any other a slide
+///   takes pixels as four bytes, and the other wipes draw nothing.
+/// - Rows of `dst` lie `pitchB` bytes apart: `pitchDst` and the five spares are not read. `dst` may
+///   be an input of the same pitch.
+/// - Slides take all three frames as packed and read no pitch; their `dst` must not be an input.
+/// - Number 2 copies whole rows, with the bytes past their pixels: `pitchA` bytes above the edge
+/// and
+///   `pitchB` below it, whichever the input.
+///
+/// The progress is position / (rangeEnd - rangeStart); position is not counted from rangeStart. At
+/// 0 the result is `srcA` and at 1 it is `srcB`, although some patterns show a first row or column
+/// of the other. width * position wraps at 32 bits. The range must not be empty: a cross-fade then
+/// draws zeros in integer layouts and not-a-number in floats, and the other wipes draw nothing. A
+/// cross-fade truncates the incoming frame's floats to integers.
+///
+/// Always returns 0, after some 100 milliseconds at most. A worker that is still busy then goes on
+/// drawing into `dst`, which must outlive it. If the host could not start a worker
+/// (nkOSCreateThread returned null or threw), its quarter of `dst` stays as it was, and the call
+/// takes the whole time. NKDraw_CompleteWipe waits for all of the frame instead.
 NKDRAW_API uint32_t NKDraw_DisplayWipe(const uint8_t* srcA, uint32_t pitchA, const uint8_t* srcB,
                                        uint32_t pitchB, uint8_t* dst, uint32_t pitchDst,
                                        uint32_t wipe, int32_t pixelType, uint32_t width,
@@ -106,15 +121,15 @@ NKDRAW_API uint32_t NKDraw_DisplayWipe(const uint8_t* srcA, uint32_t pitchA, con
                                        uint32_t spare3, uint32_t spare4, uint32_t spare5,
                                        uint32_t rangeStart, uint32_t rangeEnd, uint32_t position);
 
-/* NKDraw_DisplayWipe for packed 8-bit 4:2:2 frames, two pixels in four bytes. Every byte order is
- * treated as ptYUYV: in ptUYVY and ptVYUY a pair at an edge mixes luma and chroma of the two. A
- * pair takes its chroma from its first pixel. `pixelType` is not read, `pitchDst` is honoured. Rows
- * are read and written in whole groups: of four pixels in, of two out.
- *
- * The calling thread runs at the time-critical priority during the call. 0, or 0xFFFFFFFF when
- * there was no memory for a block of 9 * width * height + 3072 bytes; `dst` is then untouched, and
- * so it is when nkOSCreateThread threw, which the error log tells and the result 0 does not. The
- * quarter of a worker that could not start otherwise shows what that block held. */
+/// NKDraw_DisplayWipe for packed 8-bit 4:2:2 frames, two pixels in four bytes. All byte orders are
+/// treated as ptYUYV, so in ptUYVY and ptVYUY a pair at an edge mixes the luma of one frame with
+/// the chroma of the other. A pair takes its chroma from its first pixel. `pixelType` is not read;
+/// `pitchDst` is. Rows are read in whole groups of four pixels and written in whole pairs.
+///
+/// The calling thread runs at time-critical priority during the call. Returns 0, or 0xFFFFFFFF,
+/// with `dst` untouched, when there was no memory for a block of 9 * width * height + 3072 bytes.
+/// When nkOSCreateThread threw, `dst` is untouched, too: a message goes to the error log, and the
+/// result is 0. When it returned null, that worker's quarter shows what the block held before.
 NKDRAW_API uint32_t NKDraw_DisplayWipeYCbCr(const uint8_t* srcA, uint32_t pitchA,
                                             const uint8_t* srcB, uint32_t pitchB, uint8_t* dst,
                                             uint32_t pitchDst, uint32_t wipe, int32_t pixelType,
@@ -123,13 +138,13 @@ NKDRAW_API uint32_t NKDraw_DisplayWipeYCbCr(const uint8_t* srcA, uint32_t pitchA
                                             uint32_t spare5, uint32_t rangeStart, uint32_t rangeEnd,
                                             uint32_t position);
 
-/* NKDraw_DisplayWipe for v210 frames. Samples are carried in eight bits: the low two bits of every
- * sample of `dst` are zero, whatever the inputs held. A pair takes its chroma from its first pixel.
- * `pixelType` is not read; a pitch below the layout's minimum (128 bytes for every 48 pixels begun)
- * is raised to it. Rows are read and written in whole groups of six pixels.
- *
- * Priority, result and memory as for NKDraw_DisplayWipeYCbCr, but that a host that throws is one
- * that could not start the thread. */
+/// NKDraw_DisplayWipe for v210 frames. Samples are carried in eight bits: the low two bits of every
+/// sample of `dst` are zero, whatever the inputs held. A pair takes its chroma from its first
+/// pixel. `pixelType` is not read; a pitch below the layout's minimum (128 bytes for every 48
+/// pixels begun) is raised to it. Rows are read and written in whole groups of six pixels.
+///
+/// Priority, result and memory are those of NKDraw_DisplayWipeYCbCr, except that nkOSCreateThread
+/// throwing has the same effect as its returning null.
 NKDRAW_API uint32_t NKDraw_DisplayWipeV210(const uint8_t* srcA, uint32_t pitchA,
                                            const uint8_t* srcB, uint32_t pitchB, uint8_t* dst,
                                            uint32_t pitchDst, uint32_t wipe, int32_t pixelType,
@@ -138,37 +153,38 @@ NKDRAW_API uint32_t NKDraw_DisplayWipeV210(const uint8_t* srcA, uint32_t pitchA,
                                            uint32_t spare5, uint32_t rangeStart, uint32_t rangeEnd,
                                            uint32_t position);
 
-/* Shows two frames of 32-bit pixels in one. Bytes are treated by their place in the pixel, byte 0
- * the lowest. `mode` is a mode value in bits 0 to 23 and flags above (NKMuxMode);
- * docs/compositor.md shows them all:
- *
- *   bit 24  draw the grid even when gridType is 0
- *   bit 25  mirror the second frame left to right first   bit 26  top to bottom
- *   bit 27  mark the split (mode 2048) in grey
- *   bit 28  the other direction of modes 64, 2048, 4096, 8192 and 2097152
- *   bit 29  mirror the first frame left to right first    bit 30  top to bottom
- *   bit 31  the inputs change places; white, not black, for what differs in mode 16384
- *
- * A value that is no mode, a sum of modes included, copies the first frame in one block of `sizeA`
- * bytes, mode 2 the second in one of `sizeB`; the sizes stay with their argument when the inputs
- * change places. Mirroring changes the input buffers themselves. `wipe` is the word of
- * NKDraw_DisplayWipe for mode 65536. `amount` is the weight of the first frame in a fade, the
- * position of a wipe, or 256 times the size of blocks: from 0 to 65536; beyond that the weights of
- * a fade wrap, and blocks never exceed 100 pixels. `threshold` is the largest difference that
- * counts as equal (mode 16384), the gain from 2 to 255 of a difference (256), or the mask of the
- * byte to show (8388608). `splitX`, `splitY` are a column and a row. `gridType`: 0 none, 1 every
- * gridX percent of the width and of the height, else every gridX columns and gridY rows; a line's
- * row is filled to the pitch. `pitch` serves all three buffers; modes 1024, 1048576 and 2097152
- * take rows as packed. `spare` is not read.
- *
- * `dst` may be an input in the modes that leave every pixel in its place: all but 512, 1024, 4096,
- * 8192, 1048576 and 2097152, and those wipes that need a third buffer.
- *
- * Nothing is checked. A grid needs gridX from 1 to 100 and no more cells than rows and columns (in
- * percent), gridX and gridY of at least 1 (in pixels); without rows to step by it is not drawn,
- * without columns only its first. Modes 64 (by rows) and 262144 read and write one row past an odd
- * height, 262144 one pixel past an odd width, and a marked split at `width` (mode 2048) writes one
- * pixel past the row. Returns 0. */
+/// Shows two frames of 32-bit pixels in one. Bytes are treated by their place in the pixel, byte 0
+/// at the lowest address. Always returns 0.
+///
+/// - `mode` is one mode value in bits 0 to 23 and flags in bits 24 to 31: see NKMuxMode and
+///   NKMuxSwap. The flags that mirror a frame change the input buffer itself.
+/// - `sizeA`: NKMuxPlain, and any value that is no mode (a sum of modes is none), copies the first
+///   frame in one block of this many bytes.
+/// - `sizeB`: NKMuxSecond copies the second frame in one block of this many bytes. NKMuxSwap
+///   exchanges the frames, but not the sizes.
+/// - `wipe` is the wipe word of NKDraw_DisplayWipe, for NKMuxWipe.
+/// - `amount`, 0 to 65536, is the weight of the first frame (NKMuxFade), the position of the wipe
+///   (NKMuxWipe), or 256 times the size of a block in pixels (NKMuxBlocks). Above 65536 the weights
+///   of a fade wrap; blocks never exceed 100 pixels.
+/// - `threshold` is the largest difference that counts as equal (NKMuxCompare), the gain, 2 to 255
+///   (NKMuxDifference), or the mask of the byte to show (NKMuxGrey).
+/// - `splitX` is a column and `splitY` a row, for NKMuxSplit.
+/// - `gridType` is an NKGridType. NKGridPercent draws a line every gridX percent of the width and
+/// of
+///   the height; gridX is 1 to 100, and there must be no more cells than rows or columns. Higher
+///   values draw one every gridX columns and gridY rows, each at least 1. A step of 0
+///   rows draws no grid, one of 0 columns only the first vertical line. Horizontal lines fill the
+///   whole pitch.
+/// - `pitch` is that of all three buffers. NKMuxSideBySide, NKMuxQuarterPair and NKMuxCropPair take
+///   rows as packed. `spare` is not read.
+///
+/// `dst` may be an input, except in modes that move pixels (NKMuxOverUnder, NKMuxSideBySide,
+/// NKMuxMirror, NKMuxMirrorToo, NKMuxQuarterPair, NKMuxCropPair) and in wipes that need a third
+/// buffer.
+///
+/// Some modes touch memory past the frame: NKMuxInterleave (by rows) and NKMuxChecker one row past
+/// an odd height, NKMuxChecker one pixel past an odd width, and NKMuxSplit with NKMuxMarkSplit one
+/// pixel past the row when splitX is the width.
 NKDRAW_API uint32_t NKDraw_DisplayMuxRGBA(uint8_t* srcA, uint32_t sizeA, uint8_t* srcB,
                                           uint32_t sizeB, uint8_t* dst, uint32_t spare,
                                           uint32_t mode, uint32_t wipe, uint32_t amount,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// RGB with ten bits a channel, as in DPX files.
+/// @file
+/// RGB with ten bits a channel, as in DPX files (SMPTE ST 268).
 #pragma once
 
 #include <nkdraw/draw/draw.h>
@@ -8,26 +8,30 @@
 /// One big-endian word a pixel, filled from the top (SMPTE ST 268, method A): R in bits 31 to 22,
 /// G in 21 to 12, B in 11 to 2; the last two bits are 0 when written and not read.
 ///
-/// Plots as NKPixel does on the word as it lies in memory: a blend mixes the byte-swapped word as
-/// one number, and the additive mode works on its bytes, not on the channels. pixelType 20, which
-/// is not checked. SetCanvas takes any pitch.
+/// Plots as NKPixel does, on the word as it lies in memory: a blend mixes the byte-swapped word as
+/// one number, and the additive mode works on its bytes, not on the channels. The layout is
+/// ptRGB30DPX, which is not checked. SetCanvas takes any pitch.
 class NKDRAW_API CDrawRGB30DPX : public virtual NKDraw {
  public:
+  /// Makes a surface of layout `type` without a canvas.
   explicit CDrawRGB30DPX(pixelType type);
+  /// Copies every field, as NKDraw does.
   CDrawRGB30DPX(const CDrawRGB30DPX& other) = default;
-  /// NKDraw's picture copy; returns this object.
+  /// Does what NKDraw's does. Returns this object.
   CDrawRGB30DPX& operator=(CDrawRGB30DPX& other);
 
-  /// Four bytes a pixel.
+  /// Returns four bytes a pixel.
   int GetPitch() override;
-  /// Codes over 1023, `a` 1.0.
+  /// Reads the 10-bit codes over 1023; `a` becomes 1.0. Returns 0.
   std::uint32_t GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) override;
-  /// As NKPixel's, but a grey has a hue of -1.0.
+  /// Reads as NKPixel's does, except that the hue of a grey is -1.0.
   std::uint32_t GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) override;
-  /// Weighted codes over 1024; modes 2 to 4 have weights of their own, all others share one set.
+  /// Returns the codes over 1024, weighted by the system's own weights: modes 2 to 4 have each its
+  /// own set, all others share one.
   double GetLuma(int x, int y) override;
-  /// The colour's codes over 1023, `a` 1.0.
+  /// Reads the selected colour's codes over 1023; `a` becomes 1.0. Returns 0.
   std::uint32_t GetColorRGBA(double& r, double& g, double& b, double& a, bool foreground) override;
-  /// Codes of each channel times 1023, truncated; G and B wrap at ten bits. `a` is dropped.
+  /// Sets the selected colour: each channel times 1023, truncated; G and B wrap at ten bits. `a` is
+  /// not read. Returns 0.
   std::uint32_t SetColorRGBA(double r, double g, double b, double a, bool foreground) override;
 };

@@ -1,41 +1,45 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// 8-bit RGB, packed in four bytes or three.
+/// @file
+/// 8-bit RGB in four bytes a pixel, or three.
 #pragma once
 
 #include <nkdraw/draw/draw.h>
 
-/// Four bytes a pixel: pixelType 1 to 4, which is not checked. A pitch that is no multiple of four
-/// slips a row's start down to one, counted from the canvas.
+/// Four bytes a pixel: ptRGBA32 to ptABGR32, which is not checked. With a pitch that is no multiple
+/// of four, the offset of each row from the canvas is rounded down to one.
 class NKDRAW_API CDrawRGBA32 : public virtual NKDraw {
  public:
+  /// Makes a surface of layout `type` without a canvas.
   explicit CDrawRGBA32(pixelType type);
+  /// Copies every field, as NKDraw does.
   CDrawRGBA32(const CDrawRGBA32& other) = default;
-  /// NKDraw's picture copy; returns this object.
+  /// Does what NKDraw's does. Returns this object.
   CDrawRGBA32& operator=(CDrawRGBA32& other);
 
-  /// Four bytes a pixel.
+  /// Returns four bytes a pixel.
   int GetPitch() override;
-  /// The stored bytes over 255 through RGBToYCbCr; `a` as stored. Returns 0.
+  /// Reads the stored bytes over 255, converted by RGBToYCbCr; `a` is as stored. Returns 0.
   std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a) override;
-  /// As NKPixel's, but a grey has a hue of -1.0.
+  /// Reads as NKPixel's does, except that the hue of a grey is -1.0.
   std::uint32_t GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) override;
 };
 
-/// Three bytes a pixel: pixelType 5 and 6, which is not checked. Only the plain foreground is
-/// plotted at the pixel's own three bytes: the background, blending and the additive mode work on
-/// the four bytes at x times 4, as on the 32-bit layouts.
+/// Three bytes a pixel: ptRGB24 and ptBGR24, which is not checked. Deliberate: only the opaque
+/// foreground is plotted at the pixel's own three bytes. The background, blending and the additive
+/// mode work on the four bytes at x times 4, as on the 32-bit layouts.
 class NKDRAW_API CDrawRGB24 : public virtual NKDraw {
  public:
+  /// Makes a surface of layout `type` without a canvas.
   explicit CDrawRGB24(pixelType type);
+  /// Copies every field, as NKDraw does.
   CDrawRGB24(const CDrawRGB24& other) = default;
-  /// NKDraw's picture copy; returns this object.
+  /// Does what NKDraw's does. Returns this object.
   CDrawRGB24& operator=(CDrawRGB24& other);
 
-  /// Three bytes a pixel.
+  /// Returns three bytes a pixel.
   int GetPitch() override;
-  /// The stored bytes over 255 through RGBToYCbCr; `a` 1.0. Returns 0.
+  /// Reads the stored bytes over 255, converted by RGBToYCbCr; `a` becomes 1.0. Returns 0.
   std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a) override;
-  /// As NKPixel's, but a grey has a hue of -1.0.
+  /// Reads as NKPixel's does, except that the hue of a grey is -1.0.
   std::uint32_t GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) override;
 };

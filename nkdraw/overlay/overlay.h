@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// CNkOverlay, which burns a status overlay into running video.
+/// @file
+/// CNkOverlay, which burns a status overlay into running video.
 #pragma once
 
 #include <nkdraw/export.h>
@@ -13,77 +13,94 @@
 
 class NKDraw;
 
+/// @cond For the library: how the fields of CNkOverlay are released.
 namespace nkdraw {
 NKDRAW_API void deleteText(char* text);
 NKDRAW_API void releaseSurface(NKDraw* surface);
 NKDRAW_API void freeSamples(std::uint32_t* samples);
 NKDRAW_API void freeSamples(std::uint8_t* samples);
 }  // namespace nkdraw
+/// @endcond
 
 /// Burns timecode, wall clock, source format, custom texts, meters, watermark and captions into
 /// the frames of one stream, in the frame's own layout.
 ///
-/// Create once the frames are known, BurnIn for every frame, Destroy at the end. The settings are
-/// the protected fields, each with its default; they come from the configuration store, an INI
-/// file, commands of the host, or a derived class. Calls on one object are the host's to
-/// serialise. Statuses: 0 unless said otherwise. Nothing throws.
+/// Call Create once the frames are known, BurnIn for every frame, Destroy at the end. The settings
+/// are the protected fields, each with its default. They are set from the configuration store, an
+/// INI file, commands of the host, or a derived class. Places are in pixels from the frame's top
+/// left corner. One object is not for several threads at once. All calls return 0 unless they say
+/// otherwise. Nothing throws.
 ///
-/// A copy shares surface and texts with its source, and they go with the last of them; it shares
-/// the caption decoder, too, which stays with the host.
+/// A copy shares the surface, the texts and the watermark with its source: they end with the last
+/// of the copies. It shares the caption decoder, too, which never ends.
 class NKDRAW_API CNkOverlay {
  public:
+  /// Makes an overlay with the default settings: everything is off.
   CNkOverlay();
+  /// Copies every field; see above for what the copy shares.
   CNkOverlay(const CNkOverlay& other) = default;
+  /// Copies every field; see above for what the copy shares.
   CNkOverlay& operator=(const CNkOverlay& other) = default;
+  /// Releases what no copy has.
   virtual ~CNkOverlay();
 
-  /// Takes the frame layout (copied) and works out how timecode counts at its frame rate. A surface
-  /// that was already built stays until Destroy.
+  /// Copies both records, sets how timecode counts from the frame rate, clears the meters, and
+  /// reads the watermark if it is enabled. A surface that was built before stays until Destroy.
+  /// Neither argument may be null.
   virtual std::uint32_t Create(const HZWVIDEO* frames, const HZWSYSTEM* host);
-  /// Lets the surface go. The next BurnIn builds a new one.
+  /// Releases the surface. The next BurnIn builds a new one.
   virtual std::uint32_t Destroy();
-  /// Draws all that is enabled into `frame->frameBuffer`, rows packed as the layout packs them:
-  /// timecode rows, watermark, source format, custom texts 0 to 9, meters, captions, in this order
-  /// from bottom to top. `levels` and `peaks` are the audio's 16-bit magnitudes, two channels a
-  /// word, or null; `timecodeOffset` is taken off both timecodes. Texts must lie inside the frame.
-  /// On interlaced video the vertical settings are made even, for good. Returns 0, also when there
-  /// was nothing to draw on.
+  /// Draws the enabled layers into `frame->frameBuffer`, whose rows are packed as the layout packs
+  /// them, in this order from bottom to top: timecode rows, watermark, source format, custom texts
+  /// 0 to 9, meters, captions. Texts must lie inside the frame. `levels` and `peaks` are null or
+  /// four words each, with the audio's 16-bit magnitudes of two channels a word, the even channel
+  /// in the low half. `timecodeOffset`, in frames, is subtracted from both timecodes. On interlaced
+  /// video the vertical settings and the timecode's size are made even, and stay so. Does nothing,
+  /// and returns 0, when no surface draws in the frame's layout.
   virtual std::uint32_t BurnIn(QFRAME* frame, const std::uint32_t* levels,
                                const std::uint32_t* peaks, std::uint32_t timecodeOffset);
 
-  /// Sets (kind 15) or reports (14, 16) the settings of one group, `subCommand`; other kinds and
-  /// groups are passed over. A set takes the fields that `validMask` names, a report adds its own
-  /// bits there. Values are not checked. `value1` as it came, or 0 for null. docs/overlay.md has
-  /// the groups.
+  /// Sets (NKCommandSet) or reports (NKCommandReport, NKCommandReportToo) the settings of one
+  /// group, an NKGroup; other kinds and groups do nothing. A set takes the fields that `validMask`
+  /// names; a report fills fields in and adds their bits to it. Values are not checked. Returns
+  /// `value1` as it was on entry, or 0 for null. docs/overlay.md lists the fields of each group.
   virtual std::uint32_t SetMode(STREAMCMD* command);
-  /// Keeps nothing: all overlays of a machine share one set of values.
+  /// Does nothing: all overlays of a user share one set of stored settings.
   virtual std::uint32_t SetAppName(const char* name);
 
   /// Writes the settings to the host's configuration store and makes them durable.
   virtual std::uint32_t SaveConfig();
-  /// Reads the settings from the store; writes the current ones first when it has none. A text is
-  /// read into the memory that its slot has, if any: 128 bytes. Where the store can't be read,
-  /// nothing is written, the settings stay as they are, and the error log tells.
+  /// Reads the settings from the store, and writes the current ones first when it has none. A
+  /// number that the store lacks becomes 0. A text is read into the memory that its slot has, if
+  /// any (128 bytes). If the store can't be read, nothing is written, the settings stay as they
+  /// are, and a message goes to the error log.
   virtual std::uint32_t LoadConfig();
-  /// Write a value under a key: as a line of the INI file while one is being written, else to the
-  /// store, cut at 128 characters. Null is the empty text.
+  ///@{
+  /// Writes a value under a key: to the INI file while one is being written, otherwise to the
+  /// store, cut at 128 characters. Null stands for the empty text.
   virtual std::uint32_t SaveSetting(const char* key, std::uint32_t value);
   virtual std::uint32_t SaveSetting(const char* key, const char* value);
-  /// Read a value from the store; a missing one reads as 0 and as the empty text. A text buffer
-  /// holds 128 bytes; null is left alone.
+  ///@}
+  ///@{
+  /// Reads a value from the store; a missing one reads as 0, or as the empty text. A text needs a
+  /// buffer of 128 bytes; null is left alone.
   virtual std::uint32_t LoadSetting(const char* key, std::uint32_t& value);
   virtual std::uint32_t LoadSetting(const char* key, char* value);
-  /// Writes the settings to the store, and a file of the one line "[nkoverlay]".
+  ///@}
+  /// Writes the settings to the store. Deliberate: the file at `path` gets the one line
+  /// "[nkoverlay]".
   virtual std::uint32_t SaveConfigINI(const char* path);
-  /// Lets the custom texts go and reads the lines below "[nkoverlay]": a number that a line names
-  /// becomes 0, a text becomes what follows its name, from the '=' to the line's end. Keys match
-  /// anywhere in a line.
+  /// Releases the custom texts and reads the lines below "[nkoverlay]". Deliberate: a number that a
+  /// line names becomes 0, and a text becomes all from the '=' to the line's end. Keys match
+  /// anywhere in a line. The file must be one that can be read.
   virtual std::uint32_t LoadConfigINI(const char* path);
 
-  /// The picture to use as watermark. The text is not copied and must outlive the object.
+  /// Sets the path of the watermark, a picture or clip. The text is not copied and must outlive the
+  /// object.
   void SetWatermarkPath(const char* path);
 
  protected:
+  /// The number of custom texts.
   static constexpr int kCustomTexts = 10;
 
   // For the library's own sources.
@@ -92,70 +109,71 @@ class NKDRAW_API CNkOverlay {
   struct NKDRAW_HIDDEN Settings;
 
   /// Reads the picture at `watermarkPath` and converts it for frames of `frameLayout`: 0 (32-bit
-  /// RGB), "yuv2" (8-bit 4:2:2, Cb first) or "012v" (v210), codes in memory order. Others are read
-  /// and not converted. On the two 4:2:2 layouts the lowest bit of `WatermarkX` is cleared. A file
-  /// that can't be opened changes nothing; one that can't be read for lack of memory leaves the
-  /// samples of the picture before, but takes their size. Returns 0.
+  /// RGB), "yuv2" (8-bit 4:2:2, Cb first) or "012v" (v210), codes in memory order. For other
+  /// layouts the picture is read and not converted. On the two 4:2:2 layouts the lowest bit of
+  /// `WatermarkX` is cleared. A file that can't be opened changes nothing. One that can't be read
+  /// for lack of memory changes the size, but not the samples.
   std::uint32_t LoadWatermark();
-  /// Puts the picture into the frame by its own alpha: blended, and in v210 opaque wherever it
-  /// shows. Right of the frame and below it the picture is cut, in 8-bit 4:2:2 only half its width
-  /// too late. With a negative `WatermarkX` its rows begin in the lines above, but in v210, which
-  /// cuts it. Nothing is written before the frame's first byte or behind its last. Returns 0.
+  /// Draws the watermark into the frame by its own alpha: blended, but opaque in v210 wherever it
+  /// shows. Past the frame's bottom and right edges it is cut; deliberate: in 8-bit 4:2:2 the right
+  /// cut comes half the picture's width too late. With a negative `WatermarkX` its rows begin in
+  /// the lines above, except in v210, where they are cut. Nothing outside the frame is written.
   std::uint32_t ApplyWatermark(QFRAME* frame);
-  /// Draws the panel of eight meters, 281 by 200 pixels with its upper left corner at AudioX,
-  /// AudioY, on the bound surface; the arguments are BurnIn's. Sets AudioChannels to 8. Returns 0.
+  /// Draws the panel of eight meters, 281 by 200 pixels with its top left corner at (AudioX,
+  /// AudioY), on the bound surface; the arguments are BurnIn's. Sets AudioChannels to 8.
   std::uint32_t drawAudMeters(const std::uint32_t* levels, const std::uint32_t* peaks);
 
-  std::uint32_t Enabled = 0;         // master switch
-  std::uint32_t FillBackground = 1;  // exactly 1: an opaque box behind the text
-  std::uint32_t AudioEnable = 0;
-  std::int32_t AudioX = 20;
-  std::int32_t AudioY = 100;
-  std::uint32_t AudioChannels = 2;
-  std::uint32_t VChipEnable = 0;  // kept, not read
-  std::uint32_t CaptionsEnable = 0;
-  std::uint32_t CaptionSource = 0;
-  std::uint32_t TimeCodeLTCEnable = 0;
-  std::uint32_t TimeCodeLUBEnable = 0;  // kept, not read
-  std::uint32_t TimeCodeVITCEnable = 0;
-  std::uint32_t TimeCodeVUBEnable = 0;        // kept, not read
-  std::uint32_t TimeCodeVsyncEnable = 0;      // the wall clock
-  std::uint32_t TimeCodeLTCFrameEnable = 0;   // kept, not read
-  std::uint32_t TimeCodeVITCFrameEnable = 0;  // kept, not read
-  std::uint32_t timeCodeType = 4;
-  std::int32_t TimeCodeX = 20;
-  std::int32_t TimeCodeY = 300;
-  std::uint32_t TimeCodeSize = 2;  // magnification; a row is 10 times this many lines
-  std::uint32_t WatermarkEnable = 0;
-  std::int32_t WatermarkX = 400;
-  std::int32_t WatermarkY = 400;
-  std::uint32_t WatermarkOpacity = 50;  // kept, not read
-  const char* watermarkPath = nullptr;  // not owned
-  std::uint32_t SourceFormatEnable = 0;
-  std::int32_t SourceFormatX = 20;
-  std::int32_t SourceFormatY = 600;
-  std::uint32_t CustomTextEnabled[kCustomTexts] = {};
-  std::int32_t CustomTextX[kCustomTexts];
-  std::int32_t CustomTextY[kCustomTexts];
-  // Memory from new[]; at least 128 bytes each.
+  std::uint32_t Enabled = 0;                  ///< master switch
+  std::uint32_t FillBackground = 1;           ///< exactly 1: an opaque box behind every text
+  std::uint32_t AudioEnable = 0;              ///< level meters
+  std::int32_t AudioX = 20;                   ///< left edge of the meters
+  std::int32_t AudioY = 100;                  ///< upper edge of the meters
+  std::uint32_t AudioChannels = 2;            ///< becomes 8 when meters are drawn
+  std::uint32_t VChipEnable = 0;              ///< kept, not read
+  std::uint32_t CaptionsEnable = 0;           ///< captions: 2 without boxes, else with them
+  std::uint32_t CaptionSource = 0;            ///< for ccBurnSetCCType
+  std::uint32_t TimeCodeLTCEnable = 0;        ///< row of the longitudinal timecode
+  std::uint32_t TimeCodeLUBEnable = 0;        ///< kept, not read
+  std::uint32_t TimeCodeVITCEnable = 0;       ///< row of the vertical interval timecode
+  std::uint32_t TimeCodeVUBEnable = 0;        ///< kept, not read
+  std::uint32_t TimeCodeVsyncEnable = 0;      ///< row of the wall clock
+  std::uint32_t TimeCodeLTCFrameEnable = 0;   ///< kept, not read
+  std::uint32_t TimeCodeVITCFrameEnable = 0;  ///< kept, not read
+  std::uint32_t timeCodeType = 4;             ///< an nkdraw::TimecodeType; set by Create
+  std::int32_t TimeCodeX = 20;                ///< left edge of the timecode rows
+  std::int32_t TimeCodeY = 300;               ///< upper edge of the timecode rows
+  std::uint32_t TimeCodeSize = 2;             ///< magnification; a row is 10 times this many lines
+  std::uint32_t WatermarkEnable = 0;          ///< the watermark
+  std::int32_t WatermarkX = 400;              ///< left edge of the watermark
+  std::int32_t WatermarkY = 400;              ///< upper edge of the watermark
+  std::uint32_t WatermarkOpacity = 50;        ///< kept, not read
+  const char* watermarkPath = nullptr;        ///< not owned
+  std::uint32_t SourceFormatEnable = 0;       ///< line with the source format
+  std::int32_t SourceFormatX = 20;            ///< left edge of the format line
+  std::int32_t SourceFormatY = 600;           ///< upper edge of the format line
+  std::uint32_t CustomTextEnabled[kCustomTexts] = {};  ///< by slot
+  std::int32_t CustomTextX[kCustomTexts];              ///< left edge; 500 at first
+  std::int32_t CustomTextY[kCustomTexts];              ///< upper edge; 30 times the slot at first
+  /// Null, or memory of at least 128 bytes from new char[].
   nkdraw::SharedPointer<char, nkdraw::deleteText> CustomText[kCustomTexts];
-  nkdraw::SharedPointer<NKDraw, nkdraw::releaseSurface> surface;
-  BITMAPINFO videoHeader = {};
-  nkdraw::SharedPointer<char, nkdraw::deleteText> ownedText;  // nothing stores into it
-  const char* iniPath = nullptr;
-  std::FILE* iniFile = nullptr;
-  nkCaptionBurner* captionHandle = nullptr;
-  std::uint32_t watermarkWidth = 0;  // pixels
-  std::uint32_t watermarkHeight = 0;
-  std::uint32_t watermarkLayout = 0;
-  // Copies share the samples, too, which end with their last user.
-  nkdraw::SharedPointer<std::uint32_t, nkdraw::freeSamples> watermark10;
-  nkdraw::SharedPointer<std::uint8_t, nkdraw::freeSamples> watermark8;
-  nkdraw::SharedPointer<std::uint8_t, nkdraw::freeSamples> watermarkRGBA;
-  std::int32_t meterHistory[32][100];  // cleared by Create
-  std::uint32_t frameLayout = 0;       // FOURCC or compression code of the frames
-  HZWVIDEO video = {};
-  HZWSYSTEM system = {};
+  nkdraw::SharedPointer<NKDraw, nkdraw::releaseSurface> surface;  ///< null until BurnIn needs it
+  BITMAPINFO videoHeader = {};                                    ///< of Create
+  nkdraw::SharedPointer<char, nkdraw::deleteText> ownedText;      ///< not used
+  const char* iniPath = nullptr;             ///< of the INI file in use; not owned
+  std::FILE* iniFile = nullptr;              ///< the INI file in use
+  nkCaptionBurner* captionHandle = nullptr;  ///< null until BurnIn needs it
+  std::uint32_t watermarkWidth = 0;          ///< pixels
+  std::uint32_t watermarkHeight = 0;         ///< rows
+  std::uint32_t watermarkLayout = 0;         ///< the `frameLayout` it was read for
+  nkdraw::SharedPointer<std::uint32_t, nkdraw::freeSamples>
+      watermark10;  ///< Y, Cb, Y, Cr, alpha for each pair, 10 bits
+  nkdraw::SharedPointer<std::uint8_t, nkdraw::freeSamples>
+      watermark8;  ///< Y, Cb, Y, Cr, alpha for each pair, 8 bits
+  nkdraw::SharedPointer<std::uint8_t, nkdraw::freeSamples> watermarkRGBA;  ///< packed 32-bit BGRA
+  std::int32_t meterHistory[32][100];  ///< past levels by channel; cleared by Create
+  std::uint32_t frameLayout = 0;       ///< the frames' biCompression
+  HZWVIDEO video = {};                 ///< of Create
+  HZWSYSTEM system = {};               ///< of Create
 
  private:
   /// Converts the decoded picture, `watermarkWidth` by `watermarkHeight` packed BGRA pixels, which

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// Mirroring frames of four-byte pixels.
+/// @file
+/// Mirroring frames of four-byte pixels.
 #pragma once
 
 #include <nkdraw/export.h>

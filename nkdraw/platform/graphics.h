@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// Outlines of text, the mask between them, and regions: what DrawText and LineA use, by the names
-// of the graphics interface that frames of this kind grew up with, and, by names of its own, the
-// making and ending of the regions that a program hands to LineA.
+/// @file
+/// Outlines of text, the mask inside them, and regions: what NKDraw::DrawText and NKDraw::LineA
+/// use. The names are those of a widely known graphics interface; only the calls that make and end
+/// the regions for LineA have names of their own.
 #pragma once
 
 #include <nkdraw/platform/records.h>
@@ -22,107 +22,115 @@ struct nkRegion;
 
 /// The extent of a text in pixels.
 struct tagSIZE {
-  std::int32_t cx, cy;
+  std::int32_t cx,  ///< width
+      cy;           ///< height
 };
 
-/// The types of a path's points. A Bezier segment is three points of its type, of which the last is
-/// its end.
-inline constexpr std::uint8_t PT_CLOSEFIGURE = 1;  ///< added to a figure's last point
-inline constexpr std::uint8_t PT_LINETO = 2;
-inline constexpr std::uint8_t PT_BEZIERTO = 4;
-inline constexpr std::uint8_t PT_MOVETO = 6;
+// The types of a path's points.
+
+inline constexpr std::uint8_t PT_CLOSEFIGURE = 1;  ///< added to the type of a figure's last point
+inline constexpr std::uint8_t PT_LINETO = 2;       ///< end of a line
+inline constexpr std::uint8_t PT_BEZIERTO = 4;  ///< one of three: two control points, then the end
+inline constexpr std::uint8_t PT_MOVETO = 6;    ///< start of a figure
 
 /// A context on which fonts can be opened. `driver` is "DISPLAY"; the default implementation does
 /// not read it. Given back with DeleteDC.
 [[nodiscard]] NKDRAW_API nkDeviceContext* CreateICA(const char* driver);
 /// A context that draws into the bitmap selected into it. Given back with DeleteDC.
 [[nodiscard]] NKDRAW_API nkDeviceContext* CreateCompatibleDC(nkDeviceContext* context);
-/// Ends a context. What is selected into it stays. 1, or 0 for null.
+/// Ends a context, but not the objects selected into it. Returns 1, or 0 for null.
 NKDRAW_API int DeleteDC(nkDeviceContext* context);
 
-/// What the device can do. The default implementation answers every index with -1: colours without
-/// a count.
+/// What the device can do. The default implementation returns -1 for every index, which asked for a
+/// number of colours means that they are not counted.
 NKDRAW_API int GetDeviceCaps(nkDeviceContext* context, int index);
 
-/// The font that comes nearest to `face`. A negative `height` is that of the em square in pixels, a
-/// positive one that of a line; 0 is an em square of 16 pixels. `weight` is 100 (thin) to 900.
-/// The default implementation reads `italic`, too, and none of the other arguments. Null when there
-/// is no such font at all. Given back with DeleteObject.
+/// Makes the font that matches `face` best. A negative `height` is that of the em square in pixels,
+/// a positive one that of a line; 0 stands for an em square of 16 pixels. `weight` is 100 (thin) to
+/// 900 (heavy). Of the other arguments the default implementation reads only `italic`. Null when
+/// the host has no font at all. Given back with DeleteObject.
 [[nodiscard]] NKDRAW_API nkGraphicsObject* CreateFontA(
     int height, int width, int escapement, int orientation, int weight, std::uint32_t italic,
     std::uint32_t underline, std::uint32_t strikeOut, std::uint32_t characterSet,
     std::uint32_t outputPrecision, std::uint32_t clipPrecision, std::uint32_t quality,
     std::uint32_t pitchAndFamily, const char* face);
-/// A pen. The default implementation, which strokes nothing, reads no argument.
+/// Makes a pen. The default implementation strokes nothing and reads no argument. Given back with
+/// DeleteObject.
 [[nodiscard]] NKDRAW_API nkGraphicsObject* CreatePen(int style, int width, std::uint32_t colour);
-/// What FillPath fills with: `colour` has red in its lowest byte.
+/// Makes a brush, which FillPath fills with. `colour` has red in its lowest byte. Given back with
+/// DeleteObject.
 [[nodiscard]] NKDRAW_API nkGraphicsObject* CreateSolidBrush(std::uint32_t colour);
-/// A bitmap of black pixels, or null when it would have none.
+/// Makes a bitmap of black pixels; null when it would have none. Given back with DeleteObject.
 [[nodiscard]] NKDRAW_API nkGraphicsObject* CreateCompatibleBitmap(nkDeviceContext* context,
                                                                   int width, int height);
-/// Selects an object into a context in the place of the one of its kind, which is returned. A new
+/// Selects an object into a context and returns the one of the same kind that it replaces. A new
 /// context has a font, a pen, a brush and a bitmap of its own, which draw nothing. The object must
-/// outlive the context, or its place in it.
+/// live for as long as it is selected.
 NKDRAW_API nkGraphicsObject* SelectObject(nkDeviceContext* context, nkGraphicsObject* object);
-/// Ends an object. 1, or 0 for null and for a context's own.
+/// Ends an object. Returns 1, or 0 for null and for a context's own objects.
 NKDRAW_API int DeleteObject(nkGraphicsObject* object);
 
-/// State of a context; each call returns what was set before. The default implementation keeps the
-/// values and knows one way to draw: text hangs from its upper left corner (alignment 0), nothing
-/// is painted behind it (mode 1), and paths are filled with the brush.
+///@{
+/// Sets a value of the context and returns the one before. The default implementation only keeps
+/// it: text is always placed by its top left corner (alignment 0), nothing is painted behind it
+/// (background mode 1), and paths are filled with the brush.
 NKDRAW_API std::uint32_t SetTextAlign(nkDeviceContext* context, std::uint32_t alignment);
 NKDRAW_API std::uint32_t SetTextColor(nkDeviceContext* context, std::uint32_t colour);
 NKDRAW_API std::uint32_t SetBkColor(nkDeviceContext* context, std::uint32_t colour);
 NKDRAW_API int SetBkMode(nkDeviceContext* context, int mode);
-/// Moves the current position. `previous`, unless null, takes where it was. 1.
+///@}
+/// Moves the current position. The old one goes to `previous`, unless that is null. Returns 1.
 NKDRAW_API int MoveToEx(nkDeviceContext* context, int x, int y, tagPOINT* previous);
 
-/// The characters of a text up to its zero; 0 for null.
+/// The length of a text in bytes, without its zero; 0 for null.
 [[nodiscard]] NKDRAW_API int lstrlenA(const char* text);
 
-/// Measures `count` characters of code page 1252 in the context's font: the way of the pen, in
-/// whole pixels, and the height of a line. 1, or 0 without a font, when `size` stays.
+/// Measures `count` characters of code page 1252 in the context's font: the pen's advance and the
+/// height of a line, in whole pixels. Returns 1, or 0 without a font, and `size` stays.
 NKDRAW_API int GetTextExtentPoint32A(nkDeviceContext* context, const char* text, int count,
                                      tagSIZE* size);
 
-/// Drops the path and records a new one until EndPath. 1.
+/// Drops the path and records a new one until EndPath. Returns 1.
 NKDRAW_API int BeginPath(nkDeviceContext* context);
-/// Adds the outlines of `count` characters to the path that is being recorded, the upper left
-/// corner of the text at (x, y). 1, or 0 without a font or outside a recording, when nothing is
-/// drawn.
+/// Adds the outlines of `count` characters to the path being recorded, with the top left corner of
+/// the text at (x, y). Returns 1, or 0 without a font or a recording, and nothing is added.
 NKDRAW_API int TextOutA(nkDeviceContext* context, int x, int y, const char* text, int count);
-/// Marks the last point of the path that is being recorded as the end of its figure. 1 or 0.
+/// Marks the last point of the path being recorded as the end of its figure. Returns 1, or 0 when
+/// no path is being recorded.
 NKDRAW_API int CloseFigure(nkDeviceContext* context);
+/// Ends the recording of a path. Returns 1, or 0 when no path is being recorded.
 NKDRAW_API int EndPath(nkDeviceContext* context);
 
-/// The recorded path. With a `size` of 0 the number of its points; else writes all of them, rounded
-/// to whole pixels, and their types, and returns their number; -1, and nothing written, when there
-/// are more than `size` or the recording hasn't ended.
+/// Reads the recorded path. With a `size` of 0 returns the number of its points. Otherwise writes
+/// all of them, rounded to whole pixels, and their types, and returns their number. Returns -1 and
+/// writes nothing when there are more than `size`, or the recording hasn't ended.
 NKDRAW_API int GetPath(nkDeviceContext* context, tagPOINT* points, std::uint8_t* types, int size);
-/// Turns every Bezier segment of the recorded path into three lines: the path keeps its number of
-/// points, so that who counted them has room for all. 1, or 0 when nothing is recorded.
+/// Turns every Bezier segment of the recorded path into three lines. Deliberate: the number of
+/// points stays, so that a buffer sized before still holds them. Returns 1, or 0 when nothing is
+/// recorded.
 NKDRAW_API int FlattenPath(nkDeviceContext* context);
-/// Takes the recorded path for the clip of the fill that follows. The default implementation, which
-/// fills that path alone, leaves all as it is and does not read `mode`.
+/// Makes the recorded path the clip of the fill that follows. The default implementation fills
+/// nothing but that path: it changes nothing and does not read `mode`. Returns 1 or 0.
 NKDRAW_API int SelectClipPath(nkDeviceContext* context, int mode);
-/// Fills the recorded path in the colour of the context's brush into its bitmap: the pixels whose
-/// centre lies inside by the non-zero rule. Drops the path. 1 or 0.
+/// Fills the recorded path into the context's bitmap in the colour of its brush: the pixels whose
+/// centres lie inside by the non-zero rule. Drops the path. Returns 1, or 0 when nothing is
+/// recorded.
 NKDRAW_API int FillPath(nkDeviceContext* context);
-/// Drops the path. 1.
+/// Drops the path. Returns 1.
 NKDRAW_API int AbortPath(nkDeviceContext* context);
 /// The pixels that FillPath would fill. Drops the path. Given back with nkDeleteRegion.
 [[nodiscard]] NKDRAW_API nkRegion* PathToRegion(nkDeviceContext* context);
 
-/// A pixel of the context's bitmap, red in its lowest byte; 0 outside.
+/// The colour of a pixel of the context's bitmap, red in its lowest byte; 0 outside.
 NKDRAW_API std::uint32_t GetPixel(nkDeviceContext* context, int x, int y);
 
-/// Why the last call of this thread failed. The default implementation keeps no reasons: 0.
+/// Why this thread's last call failed. The default implementation always returns 0.
 NKDRAW_API std::uint32_t GetLastError();
 
-/// The pixels from `left` and `top` up to, and without, `right` and `bottom`; none when these are
-/// not larger. Null without memory.
+/// Makes a region of the pixels from `left` and `top` up to, but excluding, `right` and `bottom`;
+/// empty when these are not larger. Null without memory. Given back with nkDeleteRegion.
 [[nodiscard]] NKDRAW_API nkRegion* nkCreateRectRegion(int left, int top, int right, int bottom);
 /// Ends a region; null is left alone.
 NKDRAW_API void nkDeleteRegion(nkRegion* region);
-/// 1 when the region has the pixel, 0 when it hasn't and for null.
+/// Returns 1 when the region has the pixel, 0 when it hasn't and for null.
 [[nodiscard]] NKDRAW_API int PtInRegion(const nkRegion* region, int x, int y);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// Events and critical sections.
+/// @file
+/// Events and critical sections.
 #pragma once
 
 #include <nkdraw/constants.h>
@@ -8,35 +8,37 @@
 
 #include <cstdint>
 
-/// Names an event, a thread or a module of the host; null names none. A handle is never used
-/// again for another object, so one that was closed already is refused and not mistaken.
+/// Names an event, a thread or a module of the host; null names none. Handles are never reused: one
+/// that was closed is refused, not mistaken for another object.
 using nkHandle = void*;
 
 /// A recursive lock. The record may be copied byte by byte: both copies then name the same lock.
 struct nkCriticalSection {
-  std::uint64_t handle = 0;
+  std::uint64_t handle = 0;  ///< the host's; 0 names no lock
 };
 
-/// What nkOSWaitForEvent returns.
-inline constexpr std::uint32_t kWaitSignalled = NKWaitSignalled;
-inline constexpr std::uint32_t kWaitTimedOut = NKWaitTimedOut;
-inline constexpr std::uint32_t kWaitFailed = NKWaitFailed;
+// What nkOSWaitForEvent returns.
 
-/// Makes an event. `security` and `name` are not read. With `manualReset` 0 the event resets
-/// itself when it lets one waiter through; `initiallySet` other than 0 starts it signalled.
-/// Null when there is no memory.
+inline constexpr std::uint32_t kWaitSignalled = NKWaitSignalled;  ///< the event was signalled
+inline constexpr std::uint32_t kWaitTimedOut = NKWaitTimedOut;    ///< it was not, in time
+inline constexpr std::uint32_t kWaitFailed = NKWaitFailed;        ///< there is no such event
+
+/// Makes an event. With `manualReset` 0 it resets itself when it lets a waiter through; with
+/// `initiallySet` other than 0 it starts signalled. `security` and `name` are not read. Null when
+/// there is no memory. Given back with nkOSCloseEvent. Any thread may call it, and all below.
 [[nodiscard]] NKDRAW_API nkHandle nkOSCreateEvent(void* security, int manualReset, int initiallySet,
                                                   const char* name);
 
-/// Signals the event: one waiter, now or later, goes on. 1, or 0 for a null or closed handle.
+/// Signals the event: one waiter goes on, now or later. Returns 1, or 0 for a null or closed
+/// handle.
 NKDRAW_API std::uint32_t nkOSSetEvent(nkHandle event);
 
-/// Waits at most `milliseconds` (0xFFFFFFFF: without limit) for the event.
-/// kWaitSignalled, kWaitTimedOut, or kWaitFailed for a null or closed handle.
+/// Waits at most `milliseconds` (0xFFFFFFFF: without limit) for the event. Returns kWaitSignalled,
+/// kWaitTimedOut, or kWaitFailed for a null or closed handle.
 NKDRAW_API std::uint32_t nkOSWaitForEvent(nkHandle event, std::uint32_t milliseconds);
 
-/// Gives the handle up; threads that wait on the event keep it alive until they are through.
-/// 1, or 0 for a null or closed handle.
+/// Closes the handle. Threads that wait on the event keep it alive until they are done. Returns 1,
+/// or 0 for a null or closed handle.
 NKDRAW_API std::uint32_t nkOSCloseEvent(nkHandle event);
 
 /// Makes `section` a free lock.
@@ -46,11 +48,11 @@ NKDRAW_API void nkOSInitializeCriticalSection(nkCriticalSection* section);
 /// must leave it as often. Nothing happens for a deleted section.
 NKDRAW_API void nkOSEnterCriticalSection(nkCriticalSection* section);
 
-/// Takes the lock if that needs no waiting: 1 taken, 0 not.
+/// Takes the lock if no other thread holds it. Returns 1 when taken, otherwise 0.
 [[nodiscard]] NKDRAW_API std::uint32_t nkOSTryEnterCriticalSection(nkCriticalSection* section);
 
 /// Leaves the lock once. Only the thread that holds it may call this.
 NKDRAW_API void nkOSLeaveCriticalSection(nkCriticalSection* section);
 
-/// Gives the lock up. No thread may hold it. A section that was deleted already is left alone.
+/// Ends the lock, which no thread may hold. Does nothing for a section that was deleted already.
 NKDRAW_API void nkOSDeleteCriticalSection(nkCriticalSection* section);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// Timecode after SMPTE ST 12-1: frames counted from midnight, and their text.
+/// @file
+/// Timecode after SMPTE ST 12-1: frames counted from midnight, and their text.
 #pragma once
 
 #include <nkdraw/export.h>
@@ -11,18 +11,17 @@
 
 namespace nkdraw {
 
-/// How frames are counted. The values are the type codes that hzwGetTCType returns and that TcForm
-/// reads from the low byte of its flag word.
+/// How timecode counts frames. The values are the type codes of hzwGetTCType and TcForm.
 enum class TimecodeType : std::uint8_t {
-  k24 = 0,
-  k25 = 1,
-  k30 = 2,
+  k24 = 0,         ///< 24 frames a second
+  k25 = 1,         ///< 25 frames a second
+  k30 = 2,         ///< 30 frames a second
   k23_98 = 3,      ///< counts like k24
-  k29_97Drop = 4,  ///< leaves out the numbers 0 and 1 of each minute but every tenth
+  k29_97Drop = 4,  ///< drop-frame: every minute but each tenth has no frames 0 and 1
   k29_97 = 5,      ///< counts like k30
-  k50 = 6,
-  k60 = 7,
-  k59_94Drop = 8,  ///< leaves out the numbers 0 to 3 of each minute but every tenth
+  k50 = 6,         ///< 50 frames a second
+  k60 = 7,         ///< 60 frames a second
+  k59_94Drop = 8,  ///< drop-frame: every minute but each tenth has no frames 0 to 3
   k59_94 = 9,      ///< counts like k60
 };
 
@@ -30,20 +29,20 @@ enum class TimecodeType : std::uint8_t {
 [[nodiscard]] NKDRAW_API std::uint32_t framesPerDay(TimecodeType type);
 
 /// The frame, counted from midnight, that `text` names: "HH:MM:SS:FF", two digits each, with ':',
-/// ';' or '.' before the frames, whichever type is asked for. Nothing for any other text, for a
-/// field that is too large, and for a number that the type leaves out.
+/// ';' or '.' before the frames, whatever the type. Empty for any other text, for a field that is
+/// too large, and for a frame that drop-frame counting leaves out.
 [[nodiscard]] NKDRAW_API std::optional<std::uint32_t> parseTimecode(std::string_view text,
                                                                     TimecodeType type);
 
 }  // namespace nkdraw
 
-/// The type code for a frame rate in frames a second, the nearest of the table's rates; 29.97 and
-/// 59.94 give the dropping types. A rate that is not finite, or not above 0, gives k30.
+/// The type code whose rate is nearest to `frameRate`, in frames a second; 29.97 and 59.94 give the
+/// drop-frame types. A rate that is not finite, or not above 0, gives k30.
 [[nodiscard]] NKDRAW_API std::uint32_t hzwGetTCType(double frameRate);
 
-/// Writes the text of a timecode, at least 12 bytes with its zero, to `text`: "HH:MM:SS:FF", with
-/// ';' before the frames for a dropping type. `timecode` counts frames from midnight, is taken as
-/// a signed number and wraps at 24 hours both ways, so that one frame before midnight follows from
-/// -1. The low byte of `flags` is the type code (one that is not in the table counts like k30); the
-/// other bits are not read. Returns 0.
+/// Writes a timecode as text, "HH:MM:SS:FF", with ';' before the frames for a drop-frame type, to
+/// `text`, which has room for 12 bytes. `timecode` counts frames from midnight; it is taken as
+/// signed and wraps at 24 hours both ways, so -1 is the last frame of the day. The low byte of
+/// `flags` is the type code (an unknown one counts like k30); the other bits are not read. Returns
+/// 0.
 NKDRAW_API std::uint32_t TcForm(std::uint32_t timecode, std::uint32_t flags, char* text);

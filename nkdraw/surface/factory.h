@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// Surfaces for frame buffers, and their references.
+/// @file
+/// Making surfaces for frame buffers, and counting their references.
 #pragma once
 
 #include <nkdraw/constants.h>
@@ -12,38 +12,39 @@
 
 class NKDraw;
 
-/// What GetDraw returns when there is no surface for what was asked.
+/// What GetDraw returns when no surface draws in the layout.
 inline constexpr std::uint32_t kNoSurface = NKStatusNoSurface;
 
-/// Makes a surface of layout `type` (a pixelType) and binds it to `canvas`, a buffer of `height`
-/// rows of `width` pixels, `pitch` bytes apart (0: packed as the layout packs). `surface` takes it,
-/// with one reference that ReleaseDraw gives back; what it held is overwritten.
+/// Makes a surface of layout `type` (a pixelType) and binds it to `canvas`, which stays the
+/// caller's: `height` rows of `width` pixels, `pitch` bytes apart (0: packed as the layout packs).
+/// The result is stored in `surface`, whatever that held, with one reference that ReleaseDraw gives
+/// back.
 ///
-/// `surface` must be null or a surface on entry: for a type that no surface draws in, an object
-/// that it holds is bound to the buffer instead, and null gives kNoSurface. The type 0xFFFFFFFF
-/// gives 0xFFFFFFFF and touches nothing. 0 on success.
+/// On entry `surface` must be null or point to a surface. Deliberate: for a type that no surface
+/// draws in, a surface that it points to is bound to the buffer instead, with success; null gives
+/// kNoSurface. Returns 0 on success, and 0xFFFFFFFF, with nothing touched, for the type 0xFFFFFFFF.
 NKDRAW_API std::uint32_t GetDraw(std::uint32_t type, int width, int height, int pitch, char* canvas,
                                  NKDraw*& surface);
 
-/// The same for the frame that a header describes, by its `biCompression` (a FOURCC, 0 or 3) and
-/// `biBitCount`; rows are packed, the sign of the height is dropped. Writes `biBitCount` and
-/// `biSizeImage` (bytes) back into the header: the size where it was 0, and for mosaics and half
-/// floats whatever it was. A header without a layout or a size sets `surface` to null and gives
-/// 0xFFFFFFFF; one with a layout that no surface draws in goes the way of its type above, so
-/// `surface` must be null or a surface here too.
+/// Makes a surface for the frame that a header describes by `biCompression` (a FOURCC, 0 or 3) and
+/// `biBitCount`, with packed rows; the sign of `biHeight` is dropped. Writes `biBitCount` and
+/// `biSizeImage` (bytes) back into `info`; a size that is not 0 is kept, except for mosaics and
+/// half floats. Sets `surface` to null and returns 0xFFFFFFFF for a header that names no layout or
+/// has no size. Otherwise everything is as for the type, including what `surface` must be on entry.
 NKDRAW_API std::uint32_t GetDraw(BITMAPINFO* info, char* canvas, NKDraw*& surface);
 
 /// Does nothing and returns 0.
 NKDRAW_API std::uint32_t GetDrawSize(std::uint32_t type, int width, int height, int pitch);
 
-/// Adds a reference. `surface` must not be null. Returns 0. Any thread may call it.
+/// Adds a reference to `surface`, which must not be null. Returns 0. Any thread may call it.
 NKDRAW_API std::uint32_t AddRefDraw(NKDraw*& surface);
 
-/// Gives a reference back. With the last one the surface is deleted and `surface` becomes null;
-/// otherwise it stays. Returns 0. Any thread may call it.
+/// Gives a reference back. The last one deletes the surface and sets `surface`, which must not be
+/// null, to null. Returns 0. Any thread may call it.
 NKDRAW_API std::uint32_t ReleaseDraw(NKDraw*& surface);
 
-/// Notes that the default font is wanted, whatever `wanted` says. Returns 0.
+/// Notes that the default font is wanted; `wanted` is not read. `surface` must not be null. Returns
+/// 0.
 NKDRAW_API std::uint32_t UseDefaultFont(NKDraw*& surface, bool wanted);
 
 /// Does nothing and returns 0.

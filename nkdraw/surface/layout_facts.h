@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// What holds of every pixel layout: which samples a group of pixels has, where they lie, and how
-// long its rows are. Whatever needs to know asks here.
+/// @file
+/// The facts of every pixel layout: which samples a group of pixels has, where they lie, and how
+/// long its rows are.
 #pragma once
 
 #include <nkdraw/surface/pixel_type.h>
@@ -16,31 +16,50 @@
 
 namespace nkdraw {
 
-enum class Channel : std::uint8_t { kNone, kR, kG, kB, kA, kY, kCb, kCr };
+/// What a sample is a sample of.
+enum class Channel : std::uint8_t {
+  kNone,  ///< no sample: ends a list
+  kR,     ///< red
+  kG,     ///< green
+  kB,     ///< blue
+  kA,     ///< alpha
+  kY,     ///< luma
+  kCb,    ///< blue difference
+  kCr     ///< red difference
+};
 
-/// What the bits of a sample stand for.
-enum class SampleKind : std::uint8_t { kInteger, kHalf, kFloat };
+/// How the bits of a sample are read.
+enum class SampleKind : std::uint8_t {
+  kInteger,  ///< an unsigned integer
+  kHalf,     ///< IEEE 754 binary16
+  kFloat     ///< IEEE 754 binary32
+};
 
-/// Whether SetCanvas takes any pitch, or raises it to that of a packed row.
-enum class PitchRule : std::uint8_t { kAny, kRaised };
+/// What SetCanvas does with a pitch below that of a packed row.
+enum class PitchRule : std::uint8_t {
+  kAny,    ///< keeps it
+  kRaised  ///< raises it
+};
 
-/// A layout. Its group is the fewest neighbours in a row that share no byte with others.
+/// The facts of a layout. A group is the smallest number of neighbouring pixels in a row that share
+/// no byte with others.
 struct LayoutFacts {
-  pixelType type;
-  std::string_view name;
-  /// The samples of a group in the order of memory; a mosaic's of its first row, then of its
+  pixelType type;         ///< the layout
+  std::string_view name;  ///< as the command and messages write it
+  /// The samples of a group in memory order; in a mosaic those of the first row, then those of the
   /// second.
   std::array<Channel, 12> samples;
-  std::uint8_t depth;  ///< bits of a sample
-  std::uint8_t groupPixels;
-  std::uint8_t groupBytes;  ///< in one row
-  PitchRule pitchRule = PitchRule::kRaised;
-  SampleKind kind = SampleKind::kInteger;
+  std::uint8_t depth;                        ///< bits of a sample
+  std::uint8_t groupPixels;                  ///< in one row
+  std::uint8_t groupBytes;                   ///< in one row
+  PitchRule pitchRule = PitchRule::kRaised;  ///< of SetCanvas
+  SampleKind kind = SampleKind::kInteger;    ///< of every sample
   /// A group is one number in this byte order. Little-endian samples fill each 32 bits of it from
-  /// the lowest bit up, big-endian ones all of it from the highest down; what is left is unused.
+  /// the lowest bit up, big-endian ones all of it from the highest bit down. Bits left over are
+  /// unused.
   std::endian order = std::endian::little;
-  std::uint8_t rows = 1;       ///< after which the channels repeat: a mosaic has two
-  std::uint8_t rowPixels = 1;  ///< rows are packed as a multiple of so many pixels
+  std::uint8_t rows = 1;       ///< rows after which the channels repeat: 2 in a mosaic
+  std::uint8_t rowPixels = 1;  ///< a packed row is a multiple of this many pixels
 };
 
 // v210, four little-endian words:
@@ -62,7 +81,7 @@ struct LayoutFacts {
 // Bits   31..22  21..12  11..2  1..0
 //          R       G       B     0
 //
-// Rows ascend by type.
+/// The facts of all layouts, in ascending order of `type`.
 inline constexpr auto kLayoutFacts = [] {
   using enum Channel;
   using enum SampleKind;
@@ -114,7 +133,7 @@ inline constexpr auto kLayoutFacts = [] {
   });
 }();
 
-/// The facts of a layout; null for a value that stands for none.
+/// The facts of the layout with this pixelType; null when there is none.
 [[nodiscard]] constexpr const LayoutFacts* findFacts(std::int32_t type) {
   const auto* const found =
       std::lower_bound(kLayoutFacts.begin(), kLayoutFacts.end(), type,
@@ -122,12 +141,12 @@ inline constexpr auto kLayoutFacts = [] {
   return found != kLayoutFacts.end() && found->type == type ? found : nullptr;
 }
 
-/// The same of a layout that is known as the program is compiled.
+/// The facts of a layout known at compile time; does not compile for a value that names none.
 template <pixelType type>
 requires(findFacts(type) !=
          nullptr) inline constexpr const LayoutFacts& kFactsOf = *findFacts(type);
 
-/// Samples of a group, in all of its rows.
+/// The number of samples of a group, in all of its rows.
 [[nodiscard]] constexpr std::size_t sampleCount(const LayoutFacts& facts) {
   return static_cast<std::size_t>(
       std::find(facts.samples.begin(), facts.samples.end(), Channel::kNone) -
@@ -144,7 +163,7 @@ requires(findFacts(type) !=
   return index / perWord * kWordBits + index % perWord * depth;
 }
 
-/// Which sample of the group is the one with number `n` of a channel; sampleCount() if there are
+/// The index in the group of sample number `n`, from 0, of a channel; sampleCount() if there are
 /// not so many.
 [[nodiscard]] constexpr std::size_t sampleOf(const LayoutFacts& facts, Channel channel,
                                              std::size_t n = 0) {
@@ -155,8 +174,8 @@ requires(findFacts(type) !=
   return i;
 }
 
-/// Whether a pixelType's channels are Y, Cb and Cr and not R, G and B. Some values stand for no
-/// layout: of them ptNone and those kept for packed YCbCr have none of R, G and B either.
+/// Whether the channels of a pixelType are Y, Cb and Cr. Of the values that name no layout, ptNone
+/// and those reserved for packed YCbCr (15 to 19) count as such; all others count as RGB.
 [[nodiscard]] constexpr bool isYCbCr(std::int32_t type) {
   constexpr std::int32_t kLastPackedYCbCr = 19;
   if (const LayoutFacts* const facts = findFacts(type))
@@ -169,8 +188,8 @@ requires(findFacts(type) !=
   return (std::size_t{width} + facts.groupPixels - 1) / facts.groupPixels * facts.groupBytes;
 }
 
-/// The bytes of a packed row, in 32-bit arithmetic that wraps. A last group that is not whole
-/// counts in part.
+/// The bytes of a packed row, in 32-bit arithmetic that wraps. An incomplete last group counts in
+/// part.
 [[nodiscard]] constexpr std::uint32_t packedPitch(const LayoutFacts& facts, std::uint32_t width) {
   const std::uint32_t beyond = width % facts.rowPixels;
   const std::uint32_t pixels = beyond == 0 ? width : width - beyond + facts.rowPixels;

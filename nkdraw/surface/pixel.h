@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// NKPixel, the base of everything that can be drawn on.
+/// @file
+/// NKPixel, the base of every surface.
 #pragma once
 
 #include <nkdraw/constants.h>
@@ -16,24 +16,29 @@ template <class Surface>
 class Plotter;
 }
 
-/// One bound frame buffer, the canvas: its layout, its size, the two drawing colours in the
-/// layout's own form, the transparency state, a reference count, a lock and an event.
+/// A surface: the frame buffer it is bound to (the canvas), the layout and size, the two drawing
+/// colours in the layout's own form, the transparency state, a reference count, a lock and an
+/// event.
 ///
 /// - The canvas belongs to the caller. Row 0 is the first row in memory and y grows towards higher
-///   addresses in every layout. Nothing is clipped unless an operation says so: a caller keeps
+///   addresses in every layout. Nothing is clipped unless an operation says so: callers keep
 ///   coordinates inside the canvas.
-/// - Channels are doubles, nominally 0.0 to 1.0. `foreground` chooses one of the two colours: true
+/// - Channels are doubles, nominally 0.0 to 1.0. `foreground` selects one of the two colours: true
 ///   the foreground, false the background.
-/// - Statuses: NKStatusOk is success, NKStatusRefused a refused call. Nothing throws.
+/// - A status is NKStatusOk (0) for success, NKStatusRefused (0xFFFFFFFF) for a refused call.
+///   Nothing throws.
 /// - Only Lock, TryLock, Unlock, AddRef, Release, Refs, SetChangeEvent, WaitForChangeEvent and
-///   LastChange may be called while another thread uses the object; drawing on a shared surface is
-///   bracketed with Lock and Unlock by its callers.
+///   LastChange may be called while another thread uses the object. Threads that draw on a shared
+///   surface bracket their calls with Lock and Unlock.
 class NKDRAW_API NKPixel {
  public:
-  /// The matrix between RGB and YCbCr. 0 is the same as 1. 7 is constant luminance from RGB and
-  /// mode2020Full to RGB. 1000 added to a value is the same matrix with the results of YCbCrToRGB
-  /// left unclamped, but 1007 is constant luminance both ways. These arrive by static_cast; further
-  /// values name no matrix.
+  /// The matrix between RGB and YCbCr, with the coefficients of ITU-R BT.601, BT.709 or BT.2020 in
+  /// this system's own rounding.
+  ///
+  /// More values may be passed by static_cast. 0 is the same as 1. 7 converts from RGB like
+  /// mode2020Constant and to RGB like mode2020Full. A value plus 1000 selects the same matrix, but
+  /// YCbCrToRGB does not clamp; 1007 is mode2020Constant in both directions. Any other value names
+  /// no matrix.
   enum cmYCbCr : std::int32_t {
     mode601Studio = 1,     ///< ITU-R BT.601, luma 16 to 235
     mode601Full = 2,       ///< BT.601, full range
@@ -44,7 +49,7 @@ class NKDRAW_API NKPixel {
     mode2020Constant = 8,  ///< BT.2020, constant luminance
   };
 
-  /// A surface of 32-bit RGBA without a canvas, with one reference.
+  /// Makes a 32-bit RGBA surface without a canvas. It has one reference.
   NKPixel();
   /// Copies every field: the copy shares canvas, event and lock with its source and starts with
   /// the source's reference count.
@@ -52,163 +57,187 @@ class NKDRAW_API NKPixel {
   /// Gives this object's two colours to `other`, which is returned: the data flows from left to
   /// right.
   NKPixel& operator=(NKPixel& other);
+  /// Closes the event and the lock. The canvas is left alone.
   virtual ~NKPixel();
 
-  /// Binds the frame buffer `canvas`, which stays the caller's. `width` and `height` are taken
-  /// without their signs, `pitch` (bytes from row to row) likewise; 0 asks for GetPitch(), and one
-  /// too small for the layout is raised. Colours and modes stay. Returns 0.
+  /// Binds the frame buffer `canvas`, which stays the caller's and holds `height` rows of `pitch`
+  /// bytes. `width` and `height` are in pixels; the signs of all three are dropped. A pitch of 0
+  /// stands for GetPitch(), and one too small for the layout is raised. Colours and modes stay.
+  /// Returns 0.
   virtual std::uint32_t SetCanvas(char* canvas, int height, int width, int pitch);
-  /// The bytes of a packed row of this width, whatever the canvas has; see Pitch().
+  /// Bytes of a packed row of the surface's width in this layout, whatever pitch the canvas has
+  /// (that is Pitch()). NKPixel itself knows no layout and returns Pitch().
   virtual int GetPitch();
 
-  /// Channels through the matrix of GetYCbCrMode(). `aOut` becomes 0.0. An unknown mode leaves the
-  /// three colours as they were, but below 1000 clamps them all the same. Returns 0.
+  /// Converts by the matrix of GetYCbCrMode() and clamps to 0.0 to 1.0, but for modes from 1000 on.
+  /// `aOut` becomes 0.0. A mode without a matrix converts nothing, but below 1000 it still clamps
+  /// what `r`, `g` and `b` held. Returns 0.
   virtual std::uint32_t YCbCrToRGB(double y, double cb, double cr, double a, double& r, double& g,
                                    double& b, double& aOut);
-  /// Not clamped; `aOut` is not written. The BT.2020 modes carry no offsets on this way: studio and
-  /// full do not come back through YCbCrToRGB as they went. An unknown mode writes nothing.
+  /// Converts by the matrix of GetYCbCrMode(), without clamping; `aOut` is not written. The BT.2020
+  /// modes add no offsets here, although YCbCrToRGB subtracts them in the studio and full modes: a
+  /// colour does not survive the round trip. A mode without a matrix writes nothing. Returns 0.
   virtual std::uint32_t RGBToYCbCr(double r, double g, double b, double a, double& y, double& cb,
                                    double& cr, double& aOut);
-  /// Into 10-bit units, not clamped, the fraction kept. Knows the studio modes of BT.601 and
-  /// BT.709 (one matrix of the system's own for both) and both of BT.2020; others write nothing.
+  /// Converts to 10-bit units (64 is black, 512 neutral chroma), neither clamped nor truncated;
+  /// `aOut` is not written. The studio modes of BT.601 and BT.709 share one matrix of the system's
+  /// own, and so do studio and full BT.2020; the other modes write nothing. Returns 0.
   virtual std::uint32_t RGBToYCbCr10(double r, double g, double b, double a, double& y, double& cb,
                                      double& cr, double& aOut);
-  /// Hue in degrees, -1.0 for a grey, saturation and value 0.0 to 1.0; a grey leaves `aOut`
-  /// unwritten.
+  /// Converts by the hexcone model: hue from 0.0 to below 360.0 degrees, saturation, and the
+  /// largest channel as value. A grey has a hue of -1.0 and leaves `aOut` unwritten; otherwise
+  /// `aOut` becomes `a`. Returns 0.
   virtual std::uint32_t RGBToHSV(double r, double g, double b, double a, double& h, double& s,
                                  double& v, double& aOut);
-  /// YCbCrToRGB, then RGBToHSV of what it gave, its 0.0 of alpha too. Returns 0 whatever they do.
+  /// Calls YCbCrToRGB, then RGBToHSV with its results, the alpha of 0.0 included. Returns 0.
   virtual std::uint32_t YCbCrToHSV(double y, double cb, double cr, double a, double& h, double& s,
                                    double& v, double& aOut);
-  /// Moves three channels `percent` hundredths of the way to (n1, n2, n3), unclamped.
+  /// Moves (c1, c2, c3) `percent` hundredths of the way to (n1, n2, n3), without clamping.
   virtual void BlendPixel(double& c1, double& c2, double& c3, double n1, double n2, double n3,
                           int percent);
 
-  /// The address of a pixel, or of the group that holds it. Not checked against the canvas, whose
-  /// memory it is part of.
+  /// The address, inside the canvas, of a pixel or of the group that holds it. Coordinates are not
+  /// checked.
   virtual void* GetPixel(int x, int y);
-  /// Plots one pixel in the chosen colour, as the transparency state says. 0, or 0xFFFFFFFF for a
-  /// negative y or a missing canvas; other layouts test less, as their classes tell.
+  /// Plots one pixel in the selected colour, subject to the transparency state. Returns 0, or
+  /// 0xFFFFFFFF for a negative y or a missing canvas. Classes of other layouts check less; each
+  /// says what.
   virtual std::uint32_t PutPixel(int x, int y, bool foreground);
-  /// 1 when the channels of this layout are R, G, B, 0 when they are Y, Cb, Cr.
+  /// Returns 1 when the layout's channels are R, G, B and 0 when they are Y, Cb, Cr.
   virtual std::uint32_t IsRgbType();
-  /// The weight of the chosen colour when blending, cut to 0.0 to 1.0; 0.0 does not blend. Returns
-  /// 0.
+  /// Sets the weight of the selected colour in a blend, clamped to 0.0 to 1.0. A weight of 0.0 does
+  /// not blend: the colour is plotted opaque. Returns 0.
   virtual std::uint32_t SetTransparency(double value, bool foreground);
-  /// Switches blending.
+  /// Switches blending on or off. It is off at first.
   virtual void SetTransparency(bool on);
+  /// Whether blending is on.
   virtual bool GetTransparency();
-  /// Lets the foreground colour add into the pixel, wrapping, instead of replacing it.
+  /// Lets the foreground colour be added to the pixel, each byte wrapping, instead of replacing it.
   virtual void SetAlphaAdditive(bool on);
+  /// Whether the foreground colour is added.
   virtual bool GetAlphaAdditive();
-  /// Sets the chosen colour, as RGBA or YCbCrA by IsRgbType(), and plots one pixel in it. What
-  /// PutPixel returns.
+  /// Sets the selected colour, as RGBA or YCbCrA by IsRgbType(), and plots one pixel in it. Returns
+  /// what PutPixel returns.
   virtual std::uint32_t SetPixel(int x, int y, double c1, double c2, double c3, double c4,
                                  bool foreground);
-  // Reads of one pixel. The canvas must be bound and hold it: what is not tested here a class may
-  // test. They return 0 but for the HSV of YCbCr surfaces.
+  // Reads of one pixel, which must lie on the canvas; a canvas must be bound, unless the class says
+  // that it checks. They return 0, but for GetPixelHSV of YCbCr surfaces.
 
-  /// The stored channels, 0.0 to 1.0. `a` is 1.0 on the 24-bit layouts.
+  /// Reads the stored channels as 0.0 to 1.0, each byte over 255. `a` is 1.0 on the 24-bit layouts.
   virtual std::uint32_t GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a);
-  /// GetPixelRGBA's channels through RGBToYCbCr, in the units of that, not clamped; `a` as read. An
-  /// unknown mode leaves the three as they were. YCbCr surfaces give what they store.
+  /// Reads GetPixelRGBA's channels converted by RGBToYCbCr, without clamping; `a` is as read. A
+  /// mode without a matrix leaves the other three as they were. YCbCr surfaces read what they
+  /// store.
   virtual std::uint32_t GetPixelYCbCr(int x, int y, double& y2, double& cb, double& cr, double& a);
-  /// GetPixelYCbCr's channels and alpha times 255, truncated, the low eight bits of each: 1.0 reads
-  /// as 255, and what lies outside 0.0 to 1.0 wraps. An unknown mode reads as 0.
+  /// Reads GetPixelYCbCr's channels and alpha times 255, truncated: 1.0 reads as 255, and values
+  /// outside 0.0 to 1.0 wrap at eight bits. Under a mode without a matrix Y, Cb and Cr read as 0.
   virtual std::uint32_t GetPixelYCbCr8(int x, int y, unsigned char& y2, unsigned char& cb,
                                        unsigned char& cr, unsigned char& a);
-  /// The same times 1024, the low 32 bits of each: 1.0 reads as 1024, one more than ten bits hold,
-  /// and negative chroma as a number near 2^32.
+  /// Reads GetPixelYCbCr's channels and alpha times 1024, truncated. Deliberate: the factor is not
+  /// 1023, so 1.0 reads as 1024, one more than ten bits hold. Values wrap at 32 bits: negative
+  /// chroma reads as a number near 2^32.
   virtual std::uint32_t GetPixelYCbCr10(int x, int y, std::uint32_t& y2, std::uint32_t& cb,
                                         std::uint32_t& cr, std::uint32_t& a);
-  /// GetPixelRGBA's channels as a hue in degrees, 0.0 up to 360.0, saturation and value, 0.0 to
-  /// 1.0; `a` as read. A grey has a hue of 0.0 here and of -1.0 in the RGB classes. YCbCr surfaces
-  /// refuse: 0xFFFFFFFF, and nothing is written.
+  /// Reads GetPixelRGBA's channels as hue (0.0 to below 360.0 degrees), saturation and value (0.0
+  /// to 1.0); `a` is as read. The hue of a grey is 0.0 here, -1.0 in the RGB classes. YCbCr
+  /// surfaces refuse: they return 0xFFFFFFFF and write nothing.
   virtual std::uint32_t GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a);
-  /// The luma of a pixel by weights that are the system's own, chosen by the mode: on 8-bit RGB 0.0
-  /// to 255/256, with ptBGR24 read as ptRGB24. The other classes have scales of their own.
+  /// The luma of a pixel, weighted by the system's own weights for the mode: 0.0 to 255/256 on
+  /// 8-bit RGB, where ptBGR24 is read as ptRGB24. Other classes have scales of their own.
   virtual double GetLuma(int x, int y);
 
-  /// Does nothing here and in every class: the outputs stay, 0 comes back.
+  /// Does nothing, in any class. Returns 0.
   virtual std::uint32_t GetColorYCbCr(double& y, double& cb, double& cr, double& a,
                                       bool foreground);
-  /// Sets the chosen colour of a YCbCr surface, channels nominally 0.0 to 1.0 with chroma around
-  /// 0.5, not clamped; an RGB surface ignores it. Returns 0.
+  /// Sets the selected colour of a YCbCr surface. Channels are nominally 0.0 to 1.0, with neutral
+  /// chroma at 0.5, and not clamped. An RGB surface does nothing. Returns 0.
   virtual std::uint32_t SetColorYCbCr(double y, double cb, double cr, double a, bool foreground);
-  /// The same in 10-bit codes, each over 1024; the 4:2:2 surfaces take the codes as they are.
+  /// Calls SetColorYCbCr with each 10-bit code over 1024, and returns its result. The 4:2:2
+  /// surfaces store the codes instead.
   virtual std::uint32_t SetColorYCbCr10(std::uint32_t y, std::uint32_t cb, std::uint32_t cr,
                                         std::uint32_t a, bool foreground);
-  /// The chosen colour as it is packed in the fields of this class, each byte over 255; `a` is 1.0
-  /// on the 24-bit layouts. A class that keeps its colours elsewhere is not asked. Returns 0.
+  /// Reads the selected colour from this class's packed fields, each byte over 255; `a` is 1.0 on
+  /// the 24-bit layouts. The colours of a class that keeps its own are not read. Returns 0.
   virtual std::uint32_t GetColorRGBA(double& r, double& g, double& b, double& a, bool foreground);
-  /// Packs the chosen colour for the layout: each channel times 255, truncated, wrapping as a byte.
-  /// Returns 0.
+  /// Sets the selected colour: each channel times 255, truncated and wrapping at eight bits, in the
+  /// layout's byte order. Returns 0.
   virtual std::uint32_t SetColorRGBA(double r, double g, double b, double a, bool foreground);
-  /// The pixel that lies `fraction` (0.5: half) of the width, or height, into the canvas, truncated
-  /// towards zero.
+  /// `fraction` of the width in pixels, truncated towards zero: 0.5 is the middle. Despite the name
+  /// not a percentage.
   virtual int PercentX(double fraction);
+  /// `fraction` of the height in rows, likewise.
   virtual int PercentY(double fraction);
-  /// Chooses the matrix of the conversions from here on. Any value is kept; colours that are set
-  /// already stay as they were packed, and SetCanvas of a YCbCr surface chooses again by the width.
-  /// Returns 0.
+  /// Selects the matrix for conversions from now on. Any value is kept. Colours already set stay as
+  /// they were packed; SetCanvas of a YCbCr surface selects again by the width. Returns 0.
   virtual std::uint32_t SetYCbCrMode(cmYCbCr mode);
-  /// Gives the value that is kept. Returns 0.
+  /// Reads the mode last selected. Returns 0.
   virtual std::uint32_t GetYCbCrMode(cmYCbCr& mode);
 
-  /// Takes the recursive lock. With a `timeout` of 0 or 0xFFFFFFFF waits without limit and
-  /// returns 0; else tries so many times, a millisecond apart, and returns 128 when the lock was
-  /// taken and 0 when not.
+  /// Takes the recursive lock. A `timeout` of 0 or 0xFFFFFFFF (NKForever) waits without limit and
+  /// returns 0. Any other is a number of attempts, one millisecond apart: returns 128 (NKLockTaken)
+  /// when one succeeds and 0 when none does.
   std::uint32_t Lock(std::uint32_t timeout);
-  /// 1 when the lock was taken, 0 when another thread holds it.
+  /// Takes the lock if no other thread holds it. Returns 1 when taken, otherwise 0.
   std::uint32_t TryLock();
-  /// Leaves the lock once; only the thread that holds it may. Returns 0.
+  /// Leaves the lock once. Only the thread that holds it may call this. Returns 0.
   std::uint32_t Unlock();
-  /// Count references; both return the new count. Release stops at 0 and never deletes.
+  /// Adds a reference. Returns the new count.
   std::int32_t AddRef();
+  /// Drops a reference, but not below 0, and never deletes; ReleaseDraw does. Returns the new
+  /// count.
   std::int32_t Release();
+  /// The count of references.
   [[nodiscard]] std::int32_t Refs() const;
-  /// Signals the change event.
+  /// Signals the change event, which lets one waiter through.
   void SetChangeEvent();
-  /// Waits for it at most `timeout` milliseconds: 0 signalled, 258 timed out.
+  /// Waits at most `timeout` milliseconds (NKForever: without limit) for the change event. Returns
+  /// 0 (NKWaitSignalled), 258 (NKWaitTimedOut), or 0xFFFFFFFF (NKWaitFailed) when there was no
+  /// memory for an event.
   std::uint32_t WaitForChangeEvent(std::uint32_t timeout);
-  /// Stores the caller's change stamp, 0xFFFFFFFF only reads it; the stamp.
+  /// Stores the caller's change stamp, unless `value` is 0xFFFFFFFF (NKOnlyRead). Returns the
+  /// stamp.
   std::uint32_t LastChange(std::uint32_t value);
 
+  /// Pixels in a row.
   [[nodiscard]] std::uint32_t Width() const { return width; }
+  /// Rows.
   [[nodiscard]] std::uint32_t Height() const { return height; }
   /// Bytes from one row of the canvas to the next.
   [[nodiscard]] std::uint32_t Pitch() const { return pitch; }
+  /// The frame buffer, which is the caller's; null before SetCanvas.
   [[nodiscard]] char* GetCanvas() const { return canvas; }
-  /// Pitch times height, wrapping at 32 bits.
+  /// Bytes of the canvas: pitch times height, wrapping at 32 bits.
   [[nodiscard]] std::uint32_t BufferLength() const { return pitch * height; }
+  /// The layout.
   [[nodiscard]] pixelType PixelType() const { return pixelKind; }
-  /// Each channel over 255, then SetColorYCbCr, and what that returns.
+  /// Calls SetColorYCbCr with each byte over 255, and returns its result.
   std::uint32_t SetColorYCbCr8(unsigned char y, unsigned char cb, unsigned char cr, unsigned char a,
                                bool foreground);
-  /// Takes colours and transparency from `other`; the additive switch, mode and geometry stay.
+  /// Copies colours and transparency from `other`. The additive switch, mode, layout and canvas
+  /// stay.
   void CopyNKPixel(NKPixel& other);
 
  protected:
   template <class Surface>
   friend class nkdraw::Plotter;
 
-  pixelType pixelKind = ptRGBA32;
-  cmYCbCr ycbcrMode = mode601Studio;
-  std::uint32_t width = 0;   // pixels
-  std::uint32_t height = 0;  // rows
-  std::uint32_t pitch = 0;   // bytes
-  bool flipped = false;      // SetCanvas got a negative height; nothing reads it
-  std::uint8_t foregroundPixel[4] = {0xFF, 0xFF, 0xFF, 0xFF};
-  double foregroundAlpha = 0.0;
-  std::uint8_t backgroundPixel[4] = {0, 0, 0, 0};
-  double backgroundAlpha = 0.0;
-  bool transparencyOn = false;
-  bool alphaAdditive = false;
-  std::uint32_t lastChange = 0;
-  bool antialias = false;
-  bool spareFlag = false;
-  std::int32_t refs = 1;
-  nkHandle changeEvent = nullptr;
-  nkCriticalSection lock;
-  char* canvas = nullptr;
+  pixelType pixelKind = ptRGBA32;     ///< the layout
+  cmYCbCr ycbcrMode = mode601Studio;  ///< of SetYCbCrMode
+  std::uint32_t width = 0;            ///< pixels
+  std::uint32_t height = 0;           ///< rows
+  std::uint32_t pitch = 0;            ///< bytes
+  bool flipped = false;               ///< SetCanvas got a negative height; not read
+  std::uint8_t foregroundPixel[4] = {0xFF, 0xFF, 0xFF, 0xFF};  ///< in the layout's byte order
+  double foregroundAlpha = 0.0;                                ///< weight in a blend
+  std::uint8_t backgroundPixel[4] = {0, 0, 0, 0};              ///< in the layout's byte order
+  double backgroundAlpha = 0.0;                                ///< weight in a blend
+  bool transparencyOn = false;                                 ///< of SetTransparency
+  bool alphaAdditive = false;                                  ///< of SetAlphaAdditive
+  std::uint32_t lastChange = 0;                                ///< the caller's stamp
+  bool antialias = false;          ///< NKDraw::Line mixes with the canvas
+  bool spareFlag = false;          ///< not read
+  std::int32_t refs = 1;           ///< of AddRef and Release
+  nkHandle changeEvent = nullptr;  ///< owned; a copy shares it
+  nkCriticalSection lock;          ///< owned; a copy shares it
+  char* canvas = nullptr;          ///< the caller's
 };

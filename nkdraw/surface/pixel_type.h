@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
-//
-// The pixel layouts, by number. The header is C99 and C++.
+/// @file
+/// The pixel layouts, by number. The header is C99 and C++.
 #ifndef NKDRAW_SURFACE_PIXEL_TYPE_H
 #define NKDRAW_SURFACE_PIXEL_TYPE_H
 
@@ -8,8 +8,8 @@
 
 #include <stdint.h>
 
-/// A pixel layout. Channels are named in memory order, lowest address first; words are in the
-/// machine's byte order unless the comment says otherwise.
+/// A pixel layout. Channels are named in memory order, lowest address first; words are
+/// little-endian unless the comment says otherwise. nkdraw::kLayoutFacts has the facts of each.
 enum NKDRAW_API pixelType
 #ifdef __cplusplus
     : int32_t
@@ -27,7 +27,7 @@ enum NKDRAW_API pixelType
   ptYVYU = 12,         ///< 8-bit 4:2:2, bytes Y, Cr, Y, Cb
   ptVYUY = 13,         ///< 8-bit 4:2:2, bytes Cr, Y, Cb, Y
   ptV210 = 14,         ///< 10-bit 4:2:2, six pixels in sixteen bytes
-  ptRGB30DPX = 20,     ///< one big-endian word, 10 bits a channel
+  ptRGB30DPX = 20,     ///< big-endian word, 10 bits a channel (SMPTE ST 268, method A)
   ptBayerBGGR = 21,    ///< 12-bit packed mosaic, first row B G, second row G R
   ptBayerRGGB = 22,    ///< first row R G, second row G B
   ptBayerGBRG = 23,    ///< first row G B, second row R G

@@ -69,13 +69,12 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   virtual std::uint32_t MoveTo(int x, int y);
   /// Draws a Line from the pen to (x, y), and leaves the pen there.
   virtual std::uint32_t LineTo(int x, int y);
-  ///@{
   /// Draws a line, both ends included. The pixels are the same whichever end comes first. The pen
   /// stays. Where a derived class sets `antialias`, lines that are neither horizontal, vertical nor
   /// exactly diagonal are mixed with the canvas and leave the foreground colour nearly black.
   virtual std::uint32_t Line(int x1, int y1, int x2, int y2);
+  /// Draws the same line between two points.
   virtual std::uint32_t Line(tagPOINT& from, tagPOINT& to);
-  ///@}
   /// Draws a LineWu from the pen to (x, y), and leaves the pen there.
   virtual std::uint32_t LineWuTo(int x, int y);
   /// Draws Xiaolin Wu's antialiased line: two pixels at each step, with their weights as the alpha

@@ -36,7 +36,7 @@ class NKDRAW_API WordSurface : public virtual NKDraw {
  protected:
   friend class nkdraw::Plotter<WordSurface>;
 
-  /// Makes a surface of layout `type` without a canvas.
+  /// Makes a surface without a canvas. `type` is kept without a check.
   explicit WordSurface(pixelType type);
   /// Copies every field, as NKDraw does.
   WordSurface(const WordSurface& other) = default;
@@ -52,10 +52,10 @@ extern template class WordSurface<4>;
 
 }  // namespace nkdraw
 
-/// Words R, G, B: ptRGB48, which is not checked. Pitches below six bytes a pixel are raised.
+/// Words R, G, B: ptRGB48. Pitches below six bytes a pixel are raised.
 class NKDRAW_API CDrawRGB48 : public nkdraw::WordSurface<3> {
  public:
-  /// Makes a surface of layout `type` without a canvas.
+  /// Makes a surface without a canvas. `type` is kept without a check.
   explicit CDrawRGB48(pixelType type);
   /// Copies every field, as NKDraw does.
   CDrawRGB48(const CDrawRGB48& other) = default;
@@ -63,11 +63,11 @@ class NKDRAW_API CDrawRGB48 : public nkdraw::WordSurface<3> {
   CDrawRGB48& operator=(CDrawRGB48& other);
 };
 
-/// Words R, G, B: ptRGBHalf48, which is not checked. Deliberate: half floats are drawn and read as
+/// Words R, G, B: ptRGBHalf48. Deliberate: half floats are drawn and read as
 /// integers. Pitches below six bytes a pixel are raised.
 class NKDRAW_API CDrawRGBHalf48 : public nkdraw::WordSurface<3> {
  public:
-  /// Makes a surface of layout `type` without a canvas.
+  /// Makes a surface without a canvas. `type` is kept without a check.
   explicit CDrawRGBHalf48(pixelType type);
   /// Copies every field, as NKDraw does.
   CDrawRGBHalf48(const CDrawRGBHalf48& other) = default;
@@ -75,11 +75,11 @@ class NKDRAW_API CDrawRGBHalf48 : public nkdraw::WordSurface<3> {
   CDrawRGBHalf48& operator=(CDrawRGBHalf48& other);
 };
 
-/// Words A, R, G, B: ptARGB64 and ptRGBAHalf64, which is not checked. Deliberate: half floats are
+/// Words A, R, G, B: ptARGB64 and ptRGBAHalf64. Deliberate: half floats are
 /// drawn and read as integers. Pitches below eight bytes a pixel are raised.
 class NKDRAW_API CDrawARGB64 : public nkdraw::WordSurface<4> {
  public:
-  /// Makes a surface of layout `type` without a canvas.
+  /// Makes a surface without a canvas. `type` is kept without a check.
   explicit CDrawARGB64(pixelType type);
   /// Copies every field, as NKDraw does.
   CDrawARGB64(const CDrawARGB64& other) = default;

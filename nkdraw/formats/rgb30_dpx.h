@@ -10,10 +10,10 @@
 ///
 /// Plots as NKPixel does, on the word as it lies in memory: a blend mixes the byte-swapped word as
 /// one number, and the additive mode works on its bytes, not on the channels. The layout is
-/// ptRGB30DPX, which is not checked. SetCanvas takes any pitch.
+/// ptRGB30DPX. SetCanvas takes any pitch.
 class NKDRAW_API CDrawRGB30DPX : public virtual NKDraw {
  public:
-  /// Makes a surface of layout `type` without a canvas.
+  /// Makes a surface without a canvas. `type` is kept without a check.
   explicit CDrawRGB30DPX(pixelType type);
   /// Copies every field, as NKDraw does.
   CDrawRGB30DPX(const CDrawRGB30DPX& other) = default;

@@ -5,11 +5,11 @@
 
 #include <nkdraw/draw/draw.h>
 
-/// Four bytes a pixel: ptRGBA32 to ptABGR32, which is not checked. With a pitch that is no multiple
+/// Four bytes a pixel: ptRGBA32 to ptABGR32. With a pitch that is no multiple
 /// of four, the offset of each row from the canvas is rounded down to one.
 class NKDRAW_API CDrawRGBA32 : public virtual NKDraw {
  public:
-  /// Makes a surface of layout `type` without a canvas.
+  /// Makes a surface without a canvas. `type` is kept without a check.
   explicit CDrawRGBA32(pixelType type);
   /// Copies every field, as NKDraw does.
   CDrawRGBA32(const CDrawRGBA32& other) = default;
@@ -24,12 +24,12 @@ class NKDRAW_API CDrawRGBA32 : public virtual NKDraw {
   std::uint32_t GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) override;
 };
 
-/// Three bytes a pixel: ptRGB24 and ptBGR24, which is not checked. Deliberate: only the opaque
+/// Three bytes a pixel: ptRGB24 and ptBGR24. Deliberate: only the opaque
 /// foreground is plotted at the pixel's own three bytes. The background, blending and the additive
 /// mode work on the four bytes at x times 4, as on the 32-bit layouts.
 class NKDRAW_API CDrawRGB24 : public virtual NKDraw {
  public:
-  /// Makes a surface of layout `type` without a canvas.
+  /// Makes a surface without a canvas. `type` is kept without a check.
   explicit CDrawRGB24(pixelType type);
   /// Copies every field, as NKDraw does.
   CDrawRGB24(const CDrawRGB24& other) = default;

@@ -28,9 +28,10 @@ enum class TimecodeType : std::uint8_t {
 /// Frames in 24 hours of timecode.
 [[nodiscard]] NKDRAW_API std::uint32_t framesPerDay(TimecodeType type);
 
-/// The frame, counted from midnight, that `text` names: "HH:MM:SS:FF", two digits each, with ':',
-/// ';' or '.' before the frames, whatever the type. Empty for any other text, for a field that is
-/// too large, and for a frame that drop-frame counting leaves out.
+/// Parses a timecode into frames counted from midnight. `text` is "HH:MM:SS:FF", two digits each,
+/// with
+/// ':', ';' or '.' in front of the frames, whatever the type. Empty for any other text, for a field
+/// that is too large, and for a frame that drop-frame counting leaves out.
 [[nodiscard]] NKDRAW_API std::optional<std::uint32_t> parseTimecode(std::string_view text,
                                                                     TimecodeType type);
 

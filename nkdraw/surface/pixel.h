@@ -11,10 +11,12 @@
 
 #include <cstdint>
 
+/// @cond For the library.
 namespace nkdraw {
 template <class Surface>
 class Plotter;
 }
+/// @endcond
 
 /// A surface: the frame buffer it is bound to (the canvas), the layout and size, the two drawing
 /// colours in the layout's own form, the transparency state, a reference count, a lock and an

@@ -92,17 +92,15 @@ NKDRAW_API uint32_t qtSetFont(NKDraw* surface, char* name);
 /// Combines two frames of one layout by a numbered wipe, on four threads that live for the call.
 ///
 /// - `wipe` is a number (NKWipeNumber); bit 31 (NKWipeSwap) exchanges the inputs. A number without
-/// a
-///   pattern of its own cross-fades. Nothing is drawn for 508 to 515, nor for a slide (500 to 507)
-///   with its inputs exchanged.
+///   a pattern of its own cross-fades. Nothing is drawn for 508 to 515, nor for a slide (500 to
+///   507) with its inputs exchanged.
 /// - `pixelType` is one of ptRGBA32 to ptBGR24 or ptRGBAFloat to ptYCbCrA64. For any other a slide
 ///   takes pixels as four bytes, and the other wipes draw nothing.
 /// - Rows of `dst` lie `pitchB` bytes apart: `pitchDst` and the five spares are not read. `dst` may
 ///   be an input of the same pitch.
 /// - Slides take all three frames as packed and read no pitch; their `dst` must not be an input.
 /// - Number 2 copies whole rows, with the bytes past their pixels: `pitchA` bytes above the edge
-/// and
-///   `pitchB` below it, whichever the input.
+///   and `pitchB` below it, whichever the input.
 ///
 /// The progress is position / (rangeEnd - rangeStart); position is not counted from rangeStart. At
 /// 0 the result is `srcA` and at 1 it is `srcB`, although some patterns show a first row or column
@@ -170,11 +168,9 @@ NKDRAW_API uint32_t NKDraw_DisplayWipeV210(const uint8_t* srcA, uint32_t pitchA,
 ///   (NKMuxDifference), or the mask of the byte to show (NKMuxGrey).
 /// - `splitX` is a column and `splitY` a row, for NKMuxSplit.
 /// - `gridType` is an NKGridType. NKGridPercent draws a line every gridX percent of the width and
-/// of
-///   the height; gridX is 1 to 100, and there must be no more cells than rows or columns. Higher
-///   values draw one every gridX columns and gridY rows, each at least 1. A step of 0
-///   rows draws no grid, one of 0 columns only the first vertical line. Horizontal lines fill the
-///   whole pitch.
+///   of the height; gridX is 1 to 100, and there must be no more cells than rows or columns. Higher
+///   values draw one every gridX columns and gridY rows, each at least 1. A step of 0 rows draws no
+///   grid, one of 0 columns only the first vertical line. Horizontal lines fill the whole pitch.
 /// - `pitch` is that of all three buffers. NKMuxSideBySide, NKMuxQuarterPair and NKMuxCropPair take
 ///   rows as packed. `spare` is not read.
 ///

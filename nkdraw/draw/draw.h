@@ -34,8 +34,8 @@ inline constexpr std::uint32_t DT_HIDEPREFIX = 0x100000;  ///< not read
 /// not refuse is the caller's to avoid. Operations call each other virtually, so a class that
 /// overrides one changes all that use it. Only LineHoriz, EraseCanvas and a FillRect of the whole
 /// canvas bypass PutPixel, and only on the 32-bit RGB layouts, where they fill memory. A status is
-/// 0, or 0xFFFFFFFF for a refused call, whatever PutPixel returned. Operations marked "does
-/// nothing" return 0 and ignore their arguments.
+/// 0, or 0xFFFFFFFF for a refused call; unless said otherwise, it does not depend on what PutPixel
+/// returned. Operations marked "does nothing" return 0 and ignore their arguments.
 class NKDRAW_API NKDraw : public virtual NKPixel {
  public:
   /// Of Filter, which does nothing.
@@ -101,9 +101,9 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   /// Draws an ellipse: AngleArcTo from 0 to 360 degrees. The arguments are its centre and radii,
   /// not a box. The pen ends at its rightmost point.
   virtual std::uint32_t Ellipse(int x, int y, int radiusX, int radiusY);
-  /// Draws an arc of the ellipse in the box from (x1, y1) to (x2, y2): from the direction of
-  /// (x3, y3), seen from the centre, to that of (x4, y4). The pen stays. Refuses an empty or
-  /// inverted box, and a direction point that is the centre.
+  /// Draws an arc of the ellipse in the box from (x1, y1) to (x2, y2): from the direction of (x3,
+  /// y3), seen from the centre, to that of (x4, y4). The pen stays. Refuses an empty or inverted
+  /// box, and a direction point that is the centre.
   virtual std::uint32_t Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4);
   /// Draws an Arc and leaves the pen at (x4, y4). Deliberate: the start is the direction of (y3,
   /// x3), its coordinates exchanged. Returns 0, even when the arc was refused.
@@ -198,14 +198,11 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   /// Draws one line of text, up to its zero, into a rectangle with the built-in 8 by 10 glyphs.
   ///
   /// - Size: the height of `rect` over 10, limited to 1 to 20, is the magnification; it is 1 when
-  /// the
-  ///   bottom is 0 or the top negative.
+  ///   the bottom is 0 or the top negative.
   /// - Vertical place: the text stands on the bottom edge. With DT_CENTER, DT_RIGHT or DT_BOTTOM
-  /// that
-  ///   is the edge given; without them it is derived from the top.
+  ///   that is the edge given; without them it is derived from the top.
   /// - Horizontal place: at the left edge. DT_CENTER centres the whole text, taking each character
-  /// as
-  ///   10 magnified pixels wide, but moves no text that is too wide by that measure. DT_RIGHT,
+  ///   as 10 magnified pixels wide, but moves no text that is too wide by that measure. DT_RIGHT,
   ///   which counts only without DT_CENTER, aligns `count` characters to the right edge.
   /// - `rect` takes the edges so found. With DT_CALCRECT it becomes the box of `count` characters,
   ///   and the text is drawn all the same.
@@ -218,15 +215,13 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   /// A program may choose one of two other kinds of fonts for the whole process with
   /// nkdraw::FontData::fontKind. The top left corner of the text is then that of the rectangle:
   /// - "bmp" uses a font sheet, read from a fixed path at each call; when that fails, the sheet
-  /// read
-  ///   last. Glyphs are drawn in the sheet's own colours, except that the key colour becomes the
-  ///   background colour. `count` and `format` are not read. The sheet must have a glyph for each
-  ///   code: for one that it lacks, memory past the sheet's top line is drawn, of any width.
+  ///   read last. Glyphs are drawn in the sheet's own colours, except that the key colour becomes
+  ///   the background colour. `count` and `format` are not read. The sheet must have a glyph for
+  ///   each code: for one that it lacks, memory past the sheet's top line is drawn, of any width.
   /// - "ttf" draws `count` characters of code page 1252 in a font of the platform: the outlines
-  /// with
-  ///   Line and Bezier and, if a channel of the foreground colour is at its maximum, the inside
-  ///   with PutPixel. It leaves the foreground colour nearly black. DT_CALCRECT sets the right edge
-  ///   to the left edge plus the text's height. Without a font nothing is drawn.
+  ///   with Line and Bezier and, if a channel of the foreground colour is at its maximum, the
+  ///   inside with PutPixel. It leaves the foreground colour nearly black. DT_CALCRECT sets the
+  ///   right edge to the left edge plus the text's height. Without a font nothing is drawn.
   std::int32_t DrawText(const char* text, std::int32_t count, tagRECT* rect, std::uint32_t format);
   /// Calls DrawText.
   std::int32_t NKDrawText(const char* text, std::int32_t count, tagRECT* rect,
@@ -250,8 +245,8 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
 
   /// Notes whether a default font is wanted; nothing is loaded. `wanted` true notes that it is and
   /// returns 1. False looks for the font sheet of the canvas's width, beside the program and in two
-  /// more folders: if it is there, notes that no default font is wanted and returns 0, otherwise
-  /// does as for true.
+  /// more folders: if it is there, notes that no default font is wanted and returns 0; otherwise
+  /// notes that one is and returns 1.
   std::uint32_t UseDefaultFont(bool wanted);
   std::uint32_t SetFont(const char* name);  ///< Does nothing.
   std::uint32_t HaveFont();                 ///< Does nothing.
@@ -259,8 +254,8 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   /// BMP file that the process may write to, with its pixels beginning in the first 256 bytes.
   /// Where the file is short, header fields become zero and pixels stay as they were; where it is
   /// long, pixels run on into the fields behind them, up to the block's end. Returns 0, or -1 when
-  /// the file can't be opened or is refused for its header; a refused file stays open until the
-  /// next refusal, or this object's end.
+  /// the file can't be opened or read, or is refused for its header; a refused file stays open
+  /// until the next refusal, or this object's end.
   std::int32_t ExtractBMPData(const char* path);
   /// Checks the chunks of a PNG file (ISO/IEC 15948) and keeps nothing. Returns 0, or -1 when it is
   /// not PNG or ends before its last chunk. A file without the signature or the header chunk stays

@@ -11,8 +11,8 @@
 /// opaque: never blended, never added. Nothing is checked: callers keep pixels on a bound canvas
 /// and read none on the last row of an odd height (GetLuma: on the last row of any height).
 ///
-/// The layouts are ptBayerBGGR to ptBayerGRBG12; 25 to 28 are the same as 21 to
-/// 24. SetCanvas takes any pitch.
+/// The layouts are ptBayerBGGR to ptBayerGRBG12; 25 to 28 are the same as 21 to 24. SetCanvas takes
+/// any pitch.
 class NKDRAW_API CDrawBayer : public virtual NKDraw {
  public:
   /// Makes a surface without a canvas. `type` is kept without a check.

@@ -63,8 +63,8 @@ class NKDRAW_API CDrawRGB48 : public nkdraw::WordSurface<3> {
   CDrawRGB48& operator=(CDrawRGB48& other);
 };
 
-/// Words R, G, B: ptRGBHalf48. Deliberate: half floats are drawn and read as
-/// integers. Pitches below six bytes a pixel are raised.
+/// Words R, G, B: ptRGBHalf48. Deliberate: half floats are drawn and read as integers. Pitches
+/// below six bytes a pixel are raised.
 class NKDRAW_API CDrawRGBHalf48 : public nkdraw::WordSurface<3> {
  public:
   /// Makes a surface without a canvas. `type` is kept without a check.
@@ -75,8 +75,8 @@ class NKDRAW_API CDrawRGBHalf48 : public nkdraw::WordSurface<3> {
   CDrawRGBHalf48& operator=(CDrawRGBHalf48& other);
 };
 
-/// Words A, R, G, B: ptARGB64 and ptRGBAHalf64. Deliberate: half floats are
-/// drawn and read as integers. Pitches below eight bytes a pixel are raised.
+/// Words A, R, G, B: ptARGB64 and ptRGBAHalf64. Deliberate: half floats are drawn and read as
+/// integers. Pitches below eight bytes a pixel are raised.
 class NKDRAW_API CDrawARGB64 : public nkdraw::WordSurface<4> {
  public:
   /// Makes a surface without a canvas. `type` is kept without a check.

@@ -5,8 +5,8 @@
 
 #include <nkdraw/draw/draw.h>
 
-/// One big-endian word a pixel, filled from the top (SMPTE ST 268, method A): R in bits 31 to 22,
-/// G in 21 to 12, B in 11 to 2; the last two bits are 0 when written and not read.
+/// One big-endian word a pixel, filled from the top (SMPTE ST 268, method A): R in bits 31 to 22, G
+/// in 21 to 12, B in 11 to 2; the last two bits are 0 when written and not read.
 ///
 /// Plots as NKPixel does, on the word as it lies in memory: a blend mixes the byte-swapped word as
 /// one number, and the additive mode works on its bytes, not on the channels. The layout is

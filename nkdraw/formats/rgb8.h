@@ -5,8 +5,8 @@
 
 #include <nkdraw/draw/draw.h>
 
-/// Four bytes a pixel: ptRGBA32 to ptABGR32. With a pitch that is no multiple
-/// of four, the offset of each row from the canvas is rounded down to one.
+/// Four bytes a pixel: ptRGBA32 to ptABGR32. With a pitch that is no multiple of four, the offset
+/// of each row from the canvas is rounded down to one.
 class NKDRAW_API CDrawRGBA32 : public virtual NKDraw {
  public:
   /// Makes a surface without a canvas. `type` is kept without a check.
@@ -24,9 +24,9 @@ class NKDRAW_API CDrawRGBA32 : public virtual NKDraw {
   std::uint32_t GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) override;
 };
 
-/// Three bytes a pixel: ptRGB24 and ptBGR24. Deliberate: only the opaque
-/// foreground is plotted at the pixel's own three bytes. The background, blending and the additive
-/// mode work on the four bytes at x times 4, as on the 32-bit layouts.
+/// Three bytes a pixel: ptRGB24 and ptBGR24. Deliberate: only the opaque foreground is plotted at
+/// the pixel's own three bytes. The background, blending and the additive mode work on the four
+/// bytes at x times 4, as on the 32-bit layouts.
 class NKDRAW_API CDrawRGB24 : public virtual NKDraw {
  public:
   /// Makes a surface without a canvas. `type` is kept without a check.

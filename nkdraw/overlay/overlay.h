@@ -22,8 +22,8 @@ NKDRAW_API void freeSamples(std::uint8_t* samples);
 }  // namespace nkdraw
 /// @endcond
 
-/// Burns timecode, wall clock, source format, custom texts, meters, watermark and captions into
-/// the frames of one stream, in the frame's own layout.
+/// Burns timecode, wall clock, source format, custom texts, meters, watermark and captions into the
+/// frames of one stream, in the frame's own layout.
 ///
 /// Call Create once the frames are known, BurnIn for every frame, Destroy at the end. The settings
 /// are the protected fields, each with its default. They are set from the configuration store, an

@@ -12,9 +12,8 @@
 /// A caption decoder and the screen it fills.
 struct nkCaptionBurner;
 
-/// Makes a decoder for frames of this size, layout and rate; null when the host can't decode
-/// captions or can't draw them in this layout. At first it shows CC1, with boxes. Given back with
-/// ccBurnClose.
+/// Makes a decoder for frames like those of `video`; null when the host can't decode captions or
+/// can't draw them in this layout. At first it shows CC1, with boxes. Given back with ccBurnClose.
 [[nodiscard]] NKDRAW_API nkCaptionBurner* ccBurnOpen(const HZWVIDEO* video);
 
 /// Selects the caption channel: 1 to 4 for CC1 to CC4, 5 to 8 for the text channels T1 to T4, and

@@ -41,8 +41,8 @@ inline constexpr std::uint8_t PT_MOVETO = 6;    ///< start of a figure
 /// Ends a context, but not the objects selected into it. Returns 1, or 0 for null.
 NKDRAW_API int DeleteDC(nkDeviceContext* context);
 
-/// What the device can do. The default implementation returns -1 for every index, which asked for a
-/// number of colours means that they are not counted.
+/// What the device can do. The default implementation returns -1 for every index; as a number of
+/// colours, -1 stands for no limit.
 NKDRAW_API int GetDeviceCaps(nkDeviceContext* context, int index);
 
 /// Makes the font that matches `face` best. A negative `height` is that of the em square in pixels,

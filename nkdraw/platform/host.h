@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 /// @file
-/// Every service that the library asks of its host, in one include. The default implementation
-/// is the library nkdraw::host; a host framework may link its own in its place.
+/// Every service that the library asks of its host, in one include. The default implementation is
+/// the library nkdraw::host; a host framework may link its own in its place.
 #pragma once
 
 #include <nkdraw/platform/captions.h>

@@ -29,7 +29,7 @@ typedef struct tagRECT {
 typedef struct BITMAPINFOHEADER {
   uint32_t biSize;          ///< bytes of this record: 40; not read
   int32_t biWidth;          ///< pixels
-  int32_t biHeight;         ///< rows; the sign is not read
+  int32_t biHeight;         ///< rows; GetDraw drops the sign
   uint16_t biPlanes;        ///< not read
   uint16_t biBitCount;      ///< bits a pixel; written by GetDraw
   uint32_t biCompression;   ///< layout code: 0, 3 (RGB with masks) or a FOURCC

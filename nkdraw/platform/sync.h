@@ -44,8 +44,8 @@ NKDRAW_API std::uint32_t nkOSCloseEvent(nkHandle event);
 /// Makes `section` a free lock.
 NKDRAW_API void nkOSInitializeCriticalSection(nkCriticalSection* section);
 
-/// Takes the lock, waiting as long as it takes. The thread that holds it may take it again and
-/// must leave it as often. Nothing happens for a deleted section.
+/// Takes the lock, waiting as long as it takes. The thread that holds it may take it again and must
+/// leave it as often. Nothing happens for a deleted section.
 NKDRAW_API void nkOSEnterCriticalSection(nkCriticalSection* section);
 
 /// Takes the lock if no other thread holds it. Returns 1 when taken, otherwise 0.

@@ -29,9 +29,8 @@ enum class TimecodeType : std::uint8_t {
 [[nodiscard]] NKDRAW_API std::uint32_t framesPerDay(TimecodeType type);
 
 /// Parses a timecode into frames counted from midnight. `text` is "HH:MM:SS:FF", two digits each,
-/// with
-/// ':', ';' or '.' in front of the frames, whatever the type. Empty for any other text, for a field
-/// that is too large, and for a frame that drop-frame counting leaves out.
+/// with ':', ';' or '.' in front of the frames, whatever the type. Empty for any other text, for a
+/// field that is too large, and for a frame that drop-frame counting leaves out.
 [[nodiscard]] NKDRAW_API std::optional<std::uint32_t> parseTimecode(std::string_view text,
                                                                     TimecodeType type);
 

@@ -45,7 +45,7 @@ enum class PitchRule : std::uint8_t {
 /// no byte with others.
 struct LayoutFacts {
   pixelType type;         ///< the layout
-  std::string_view name;  ///< as the command and messages write it
+  std::string_view name;  ///< a short name
   /// The samples of a group in memory order; in a mosaic those of the first row, then those of the
   /// second.
   std::array<Channel, 12> samples;

@@ -53,8 +53,8 @@ class NKDRAW_API NKPixel {
 
   /// Makes a 32-bit RGBA surface without a canvas. It has one reference.
   NKPixel();
-  /// Copies every field: the copy shares canvas, event and lock with its source and starts with
-  /// the source's reference count.
+  /// Copies every field: the copy shares canvas, event and lock with its source and starts with the
+  /// source's reference count.
   NKPixel(const NKPixel& other) = default;
   /// Gives this object's two colours to `other`, which is returned: the data flows from left to
   /// right.
@@ -114,7 +114,9 @@ class NKDRAW_API NKPixel {
   virtual void SetTransparency(bool on);
   /// Whether blending is on.
   virtual bool GetTransparency();
-  /// Lets the foreground colour be added to the pixel, each byte wrapping, instead of replacing it.
+  /// Lets the foreground be added to the pixel instead of replacing it: the first three bytes,
+  /// weighted by the fourth over 255, each wrapping. The pixel's fourth byte becomes 255. Comes
+  /// before blending.
   virtual void SetAlphaAdditive(bool on);
   /// Whether the foreground colour is added.
   virtual bool GetAlphaAdditive();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The caption module: a decoder and the screen it fills, for the frames of one stream.
+// The caption module: for the frames of one stream, a decoder and the screen that it fills.
 #include "caption_decoder.h"
 #include "caption_module.h"
 #include "caption_screen.h"
@@ -28,7 +28,7 @@ std::uint64_t toNumber(nkCaptionBurner* burner) {
   return std::bit_cast<std::uint64_t>(burner);
 }
 
-/// Calls `action` with the burner, alone; not at all for one that was closed.
+/// Calls `action` with exclusive use of the burner; does nothing if it has been closed.
 template <class Action>
 std::uint32_t with(nkCaptionBurner* handle, Action action) {
   if (const auto burner = handlesOf<Burner>().find(toNumber(handle))) {

@@ -17,13 +17,14 @@ constexpr std::uint8_t kKind = 0x03;
 constexpr std::uint8_t kSevenBits = 0x7F;
 constexpr std::uint8_t kNoData = 0x80;  // a zero with its parity bit
 
-// The second field carries a data service between its captions. Its packets begin with codes 1 to
-// 14, end with 15, and pause where the captions' own codes, 16 to 31, begin.
+// The second field carries a data service (XDS) between its captions. Its packets begin with codes
+// 1 to 14 and end with 15; they pause where the captions' own codes, 16 to 31, begin.
 constexpr std::uint8_t kPacketEnd = 0x0F;
 constexpr std::uint8_t kLastControl = 0x1F;
 
-/// The decoder takes steps far from a frame of line 21 for lost data and clears the screen in the
-/// end. Its clock therefore runs at line 21's own rate, whatever the rate of the frames.
+/// If its clock steps by much more or less than a frame of line 21, the decoder assumes lost data
+/// and in the end clears the screen. So the clock runs at line 21's own rate, whatever the frame
+/// rate.
 constexpr double kStep = 1001.0 / 30000.0;
 
 struct Channel {
@@ -31,8 +32,8 @@ struct Channel {
   vbi_pgno page;
 };
 
-// Both fields are decoded as if they were the first: there alone the decoder passes over commands
-// that are sent twice, and it never mixes up the channels of the two.
+// Both fields are decoded as if they were the first: only there does the decoder skip commands that
+// are sent twice, and never mix up the two channels.
 constexpr vbi_pgno kCaption = 1, kText = 5;
 constexpr Channel kChannels[] = {
     {0, kCaption}, {0, kCaption + 1}, {1, kCaption}, {1, kCaption + 1},
@@ -78,12 +79,12 @@ void CaptionDecoder::addFrame(std::span<const std::uint8_t> triplets) {
     addPair(triplets[1], triplets[2]);
     any = true;
   }
-  // A silent line 21 carries pairs of zeros, by which the decoder knows that a word is finished.
+  // A silent line 21 carries pairs of zeros; they tell the decoder that a word is finished.
   if (!any)
     decode(kNoData, kNoData);
 }
 
-/// Whether a pair that begins so is one of captions.
+/// Whether a pair with this first byte belongs to captions.
 bool CaptionDecoder::isCaption(std::uint8_t first) {
   const std::uint8_t code = first & kSevenBits;
   if (field_ == 0 || code == 0)
@@ -98,7 +99,7 @@ bool CaptionDecoder::isCaption(std::uint8_t first) {
 }
 
 void CaptionDecoder::addPair(std::uint8_t first, std::uint8_t second) {
-  // A pair that was damaged on its way says nothing.
+  // A pair with wrong parity is dropped.
   if (hasOddParity(first) && hasOddParity(second) && isCaption(first))
     decode(first, second);
   else
@@ -119,7 +120,7 @@ std::span<const vbi_char> CaptionDecoder::cells() {
   if (vbi_fetch_cc_page(decoder_.get(), &page_, pageNumber_, 1) == 0)
     return {};
   const std::span<const vbi_char> cells(page_.text, std::size_t{kColumns} * kRows);
-  // A text channel is a full box from the start, before it has any text.
+  // A text channel would be a full box from the start, before it has any text.
   const bool emptyText = pageNumber_ >= kText && std::ranges::all_of(cells, isBlank);
   return emptyText ? std::span<const vbi_char>{} : cells;
 }

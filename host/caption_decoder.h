@@ -11,8 +11,8 @@
 
 namespace nkdraw {
 
-/// The screen of one caption channel. Text stands in columns 1 to 32; the cell before and the one
-/// behind it belong to the box around it.
+/// The screen of one caption channel. Text is in columns 1 to 32; the columns on either side are
+/// for the box around it.
 class CaptionDecoder {
  public:
   static constexpr int kColumns = 34;
@@ -21,15 +21,15 @@ class CaptionDecoder {
   /// Throws std::bad_alloc.
   CaptionDecoder();
 
-  /// 1 to 4: CC1 to CC4; 5 to 8: T1 to T4; others: CC1, which it is at first. A channel of the
-  /// other field begins with an empty screen.
+  /// 1 to 4: CC1 to CC4; 5 to 8: T1 to T4; others: CC1, the default. Switching to the other field
+  /// empties the screen.
   void setChannel(std::uint32_t type);
 
-  /// The cc_data triplets of one frame. Of a triplet that is not whole nothing is read.
+  /// Takes the cc_data triplets of one frame; an incomplete triplet at the end is ignored.
   void addFrame(std::span<const std::uint8_t> triplets);
 
-  /// The cells as they are to be shown now, kColumns by kRows; none where there is nothing to show.
-  /// They stay until the next call.
+  /// The cells to show now, kColumns by kRows; none if there is nothing to show. Valid until the
+  /// next call.
   [[nodiscard]] std::span<const vbi_char> cells();
 
  private:

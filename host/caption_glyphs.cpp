@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The upper half of code page 437, and what captions have besides.
+// The upper half of code page 437, and further characters of captions.
 #include "caption_glyphs.h"
 
 #include <string_view>
@@ -25,7 +25,7 @@ std::uint8_t captionGlyph(std::uint32_t unicode) {
     return static_cast<std::uint8_t>(unicode);
   if (unicode == u'♪')
     return kNotes;
-  if (unicode == u'■')  // what captions fill a whole cell with
+  if (unicode == u'■')  // in captions it fills a whole cell
     return kFullBlock;
   const std::size_t at = kUpperCells.find(static_cast<char16_t>(unicode));
   return at == std::u16string_view::npos ? '?' : static_cast<std::uint8_t>(kUpperHalf + at);

@@ -5,7 +5,7 @@
 
 namespace nkdraw {
 
-/// The cell of the label font that shows a Unicode character; that of '?' for one it lacks.
+/// The label font's cell for a Unicode character; the cell of '?' if the font lacks it.
 [[nodiscard]] std::uint8_t captionGlyph(std::uint32_t unicode);
 
 }  // namespace nkdraw

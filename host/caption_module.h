@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the host asks of its caption module. The module draws with the core library, which stands on
-// the host's library; loading it at run time keeps the two from needing each other.
+// The interface between the host and its caption module. The module draws with the core library,
+// which depends on the host's library; loading it at run time avoids a circular dependency.
 #pragma once
 
 #include <nkdraw/platform/captions.h>
@@ -10,7 +10,7 @@
 
 namespace nkdraw {
 
-/// The calls of platform/captions.h, which pass them on.
+/// The functions that implement platform/captions.h.
 struct CaptionModule {
   nkCaptionBurner* (*open)(const HZWVIDEO* video);
   std::uint32_t (*setType)(nkCaptionBurner* burner, std::uint32_t type);
@@ -21,7 +21,7 @@ struct CaptionModule {
 };
 
 inline constexpr char kCaptionModule[] = "nkcc.dll";
-/// The symbol in the module; a CaptionModule.
+/// The name of the symbol in the module; it is a CaptionModule.
 inline constexpr char kCaptionModuleTable[] = "nkccModule";
 
 }  // namespace nkdraw

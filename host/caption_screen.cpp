@@ -17,23 +17,24 @@ constexpr int kCellHeight = static_cast<int>(kGlyphHeight);
 constexpr int kScreenWidth = CaptionDecoder::kColumns * kCellWidth;
 constexpr int kScreenHeight = CaptionDecoder::kRows * kCellHeight;
 
-// Title-safe: this part of the frame's width and height.
+// Title-safe area, as a part of the frame's width and height.
 constexpr int kSafeTenths = 8;
 
 constexpr unsigned kWholeRow = 0xFF;
-constexpr int kHighDefinition = 720;  // lines from which BT.709 is the usual matrix
+constexpr int kHighDefinition = 720;  // BT.709 is usual from this many lines on
 constexpr int kLargestSide = 1 << 20;
 
 int largestScale(int size, int dots) {
   return size * kSafeTenths / 10 / dots;
 }
 
-/// Even, so that pixels that share their chroma, and lines of one field, are of one cell.
+/// Rounded to an even number, so that pixels that share chroma, and lines of one field, belong to
+/// one cell.
 int centred(int size, int screen) {
   return ((size - screen) / 2) & ~1;
 }
 
-/// The dots of a glyph's line, counted from the top. Italics lean: their upper half stands one dot
+/// The dots of a glyph's line, counted from the top. Italics slant: their upper half moves one dot
 /// to the right.
 unsigned dotsOf(const vbi_char& cell, int line) {
   const int fromBottom = kCellHeight - 1 - line;
@@ -68,7 +69,7 @@ CaptionScreen::CaptionScreen(const HZWVIDEO& video) {
     made->SetYCbCrMode(NKPixel::mode709Studio);
   scale_ = std::max(
       1, std::min(largestScale(width_, kScreenWidth), largestScale(height_, kScreenHeight)));
-  // What a small frame can't hold is cut off at the right and at the top.
+  // If the frame is too small, the screen is cut at the right and at the top.
   left_ = std::max(0, centred(width_, kScreenWidth * scale_));
   columns_ = static_cast<std::size_t>(
       std::min(CaptionDecoder::kColumns, (width_ - left_) / (kCellWidth * scale_)));
@@ -96,7 +97,7 @@ void CaptionScreen::drawRow(std::span<const vbi_char> row, int top, bool boxes) 
   }
 }
 
-/// Neighbours of one colour have one box.
+/// Neighbouring cells of one colour share one box.
 void CaptionScreen::drawBoxes(std::span<const vbi_char> row, int top) {
   for (std::size_t first = 0, end = 0; first < row.size(); first = std::max(end, first + 1)) {
     end = first;
@@ -120,7 +121,7 @@ void CaptionScreen::drawGlyph(const vbi_char& cell, int left, int top) {
     drawBits(dotsOf(cell, line), left, top + line * scale_);
 }
 
-/// Eight dots side by side, drawn as runs of those that are set.
+/// Eight dots side by side; runs of set dots are drawn together.
 void CaptionScreen::drawBits(unsigned bits, int left, int top) {
   for (int first = 0; first < kCellWidth; ++first) {
     int end = first;
@@ -134,8 +135,8 @@ void CaptionScreen::drawBits(unsigned bits, int left, int top) {
   }
 }
 
-/// The pixels from `first` to `last` of a row. Where the layout plots the luma of a pixel's
-/// neighbour, halves of pairs at the ends are plotted by their neighbours.
+/// The pixels from `first` to `last` of a row. In layouts that plot the luma of a pixel's
+/// neighbour, half pairs at the ends are plotted through their neighbours.
 void CaptionScreen::drawRun(int first, int last, int y) {
   if (plotsNeighbour_ && first % 2 == 1)
     surface_->Point(first++ - 1, y, true);
@@ -145,7 +146,7 @@ void CaptionScreen::drawRun(int first, int last, int y) {
     surface_->Line(first, y, last, y);
 }
 
-/// The decoder's colours: a bit each for red, green and blue.
+/// The decoder's colours: one bit each for red, green and blue.
 void CaptionScreen::setColour(unsigned colour) {
   surface_->SetColorRGBA(colour & 1, colour >> 1 & 1, colour >> 2 & 1, 1.0, true);
 }

@@ -15,16 +15,16 @@
 
 namespace nkdraw {
 
-/// Where the cells of a screen lie on the frames of one kind, and the surface to draw them on.
+/// Where the cells of a screen lie on frames of one kind, and the surface that draws them.
 class CaptionScreen {
  public:
-  /// Without a surface for frames of a kind that the library does not draw in.
+  /// Has no surface if the library does not draw in frames of this kind.
   explicit CaptionScreen(const HZWVIDEO& video);
 
   [[nodiscard]] explicit operator bool() const { return surface_ != nullptr; }
 
-  /// Draws on the frame at `pixels`. Cells that do not fit into it whole are left out; `boxes` says
-  /// whether the backgrounds are drawn.
+  /// Draws on the frame at `pixels`. Cells that do not fit whole are left out; `boxes` tells
+  /// whether to draw backgrounds.
   void draw(std::span<const vbi_char> cells, char* pixels, bool boxes);
 
  private:

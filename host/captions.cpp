@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Captions, passed on to the module that has the decoder. Without the module there is never a
-// burner, and no frame is changed.
+// Passes captions on to the module that has the decoder. Without the module there is never a
+// burner, and no frame changes.
 #include <nkdraw/platform/captions.h>
 #include <nkdraw/platform/log.h>
 #include <nkdraw/platform/module.h>
@@ -19,13 +19,13 @@ const nkdraw::CaptionModule* loadModule() {
   return table;
 }
 
-/// Null without one. It is looked for once, and stays: burners live in it.
+/// Null if there is none. It is looked for once and stays loaded, because burners live in it.
 const nkdraw::CaptionModule* captionModule() {
   static const nkdraw::CaptionModule* const found = loadModule();
   return found;
 }
 
-/// The same call of the module, if `burner` can be one of its burners.
+/// The corresponding call of the module, if `burner` can be one of its burners.
 template <class Routine, class... Arguments>
 std::uint32_t pass(Routine nkdraw::CaptionModule::*call, nkCaptionBurner* burner,
                    Arguments... arguments) {

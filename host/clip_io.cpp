@@ -35,7 +35,7 @@ struct Release {
 template <class Object>
 using Owner = std::unique_ptr<Object, Release>;
 
-/// FFmpeg's own messages stay out of the host's error output while one lives.
+/// While an object lives, FFmpeg's own messages stay out of the host's error output.
 class QuietFfmpeg {
  public:
   QuietFfmpeg() : alone_(mutex()), level_(av_log_get_level()) { av_log_set_level(AV_LOG_QUIET); }
@@ -44,7 +44,7 @@ class QuietFfmpeg {
   ~QuietFfmpeg() { av_log_set_level(level_); }
 
  private:
-  /// The level is the process's, so that one at a time may change it.
+  /// The level belongs to the process, so only one object at a time may change it.
   static std::mutex& mutex() {
     static std::mutex only;
     return only;
@@ -55,8 +55,8 @@ class QuietFfmpeg {
 
 Owner<AVFormatContext> openFile(const char* path) {
   AVFormatContext* file = nullptr;
-  // A name is just a name: the option keeps a '%' in it from meaning numbered pictures, the prefix
-  // a colon from meaning a protocol.
+  // A name is taken literally: the option stops a '%' from meaning numbered pictures, and the
+  // prefix stops a colon from meaning a protocol.
   AVDictionary* options = nullptr;
   av_dict_set(&options, "pattern_type", "none", 0);
   const int status =
@@ -75,7 +75,7 @@ Owner<AVCodecContext> openDecoder(const AVCodec* codec, const AVCodecParameters&
   return opened ? std::move(decoder) : nullptr;
 }
 
-/// A clip's first frame, in its own format; null when there is none.
+/// A clip's first frame, in its own format; null if there is none.
 Owner<AVFrame> firstFrame(const char* path) {
   const auto file = openFile(path);
   if (!file)
@@ -93,7 +93,7 @@ Owner<AVFrame> firstFrame(const char* path) {
     more = av_read_frame(file.get(), packet.get()) >= 0;
     if (more && packet->stream_index != stream)
       continue;
-    // A packet that can't be decoded is passed over; without one the decoder gives what it holds.
+    // Packets that can't be decoded are skipped; at the end of the file the decoder is flushed.
     avcodec_send_packet(decoder.get(), more ? packet.get() : nullptr);
     if (avcodec_receive_frame(decoder.get(), frame.get()) >= 0)
       return frame;
@@ -107,7 +107,7 @@ bool hasFullRange(const AVFrame& frame) {
          format.nb_components < 3 || std::string_view(format.name).starts_with("yuvj");
 }
 
-/// What an unmarked picture was made with, by its size.
+/// The matrix of a picture without a tag, by its size.
 int matrixOf(const AVFrame& frame) {
   constexpr int kHighDefinition = 1280;
   if (frame.colorspace != AVCOL_SPC_UNSPECIFIED && frame.colorspace != AVCOL_SPC_RGB)
@@ -115,7 +115,7 @@ int matrixOf(const AVFrame& frame) {
   return frame.width >= kHighDefinition ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
 }
 
-/// The frame as packed BGRA into `pixels`.
+/// Converts the frame to packed BGRA at `pixels`.
 bool convert(const AVFrame& frame, char* pixels) {
   const Owner<SwsContext> scaler(sws_getContext(
       frame.width, frame.height, static_cast<AVPixelFormat>(frame.format), frame.width,
@@ -128,7 +128,7 @@ bool convert(const AVFrame& frame, char* pixels) {
   const int* const matrix = sws_getCoefficients(matrixOf(frame));
   sws_setColorspaceDetails(scaler.get(), matrix, hasFullRange(frame) ? 1 : 0, matrix, 1, 0, kUnity,
                            kUnity);
-  // The scaler may write behind its rows.
+  // The scaler may write past the end of its rows.
   const Owner<AVFrame> picture(av_frame_alloc());
   if (!picture)
     return false;
@@ -148,7 +148,7 @@ bool convert(const AVFrame& frame, char* pixels) {
 struct Clip {
   Owner<AVFrame> frame;
 
-  /// 0 for a frame that no 32-bit number can tell the size of.
+  /// 0 for a frame whose size does not fit into 32 bits.
   [[nodiscard]] std::uint32_t bytes() const {
     const std::uint64_t size = std::uint64_t{4} * static_cast<std::uint32_t>(frame->width) *
                                static_cast<std::uint32_t>(frame->height);

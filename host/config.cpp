@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The configuration store: one SQLite file, which several processes may use at once. What a process
-// writes waits in its memory until it saves; a save is one transaction.
+// The configuration store: one SQLite file, which several processes may use at once. Changes wait
+// in memory until the process saves; a save is one transaction.
 #include <nkdraw/platform/config.h>
 
 #include <nkdraw/constants.h>
@@ -41,7 +41,7 @@ constexpr const char* kSchema =
     "CREATE TABLE IF NOT EXISTS setting (root TEXT, key TEXT, value TEXT, PRIMARY KEY (root, key))"
     " WITHOUT ROWID";
 
-/// What SQLite refused.
+/// An error from SQLite.
 class StoreError : public std::runtime_error {
  public:
   StoreError(int code, const std::string& text) : std::runtime_error(text), code_(code) {}
@@ -116,8 +116,8 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
-/// Keeps a store from being set aside under the hands of those who use it: they share the lock, and
-/// the one who sets it aside has it alone.
+/// Stops a store from being set aside while others use it: users share the lock, and whoever sets
+/// the store aside holds it exclusively.
 class FileLock {
  public:
   enum Kind { kShared = LOCK_SH, kAlone = LOCK_EX };
@@ -126,7 +126,7 @@ class FileLock {
     const std::string path = store.string() + ".lock";
     const int access = kind == kAlone ? O_RDWR : O_RDONLY;
     descriptor_ = open(path.c_str(), access | O_CREAT | O_CLOEXEC, 0666);
-    // Where no lock can be made nothing can be set aside, either.
+    // If no lock can be created, nothing can be set aside either.
     if ((descriptor_ < 0 || !taken(kind)) && kind == kAlone)
       throw std::system_error(errno, std::generic_category(), path);
   }
@@ -151,8 +151,8 @@ class FileLock {
 using Key = std::pair<std::string, std::string>;  ///< root and key
 using Values = std::map<Key, std::string>;
 
-// Readers, too, may have to undo what a process that was killed while it saved has left; a file
-// that can't be written is opened all the same.
+// Readers may also have to roll back after a process that was killed while saving, so they open for
+// writing; a file that can't be written is opened all the same.
 constexpr int kReading = SQLITE_OPEN_READWRITE;
 
 std::optional<std::string> readValue(const fs::path& path, const Key& key) {
@@ -180,7 +180,7 @@ void writeValues(const fs::path& path, const Values& values) {
   database.run("COMMIT");
 }
 
-/// A name beside `path` that no file has.
+/// A name beside `path` that no file has yet.
 fs::path asideName(const fs::path& path) {
   fs::path aside = path.string() + ".damaged";
   for (int number = 2; fs::exists(aside); ++number)
@@ -198,7 +198,7 @@ bool isDamaged(const fs::path& path) {
   }
 }
 
-/// Moves the file out of the way, unless another process has done so in the meantime.
+/// Moves the file out of the way, unless another process has just done so.
 void setAside(const fs::path& path) {
   const FileLock lock(path, FileLock::kAlone);
   if (!isDamaged(path))
@@ -211,7 +211,7 @@ void setAside(const fs::path& path) {
          path.c_str(), aside.filename().c_str());
 }
 
-/// `work` on the file, once more if it was damaged.
+/// Runs `work` on the file, and once more if it was damaged.
 template <class Work>
 auto mending(const fs::path& path, Work work) {
   try {
@@ -256,7 +256,7 @@ class Store {
   }
 
  private:
-  /// What `read` finds; `nothing` without a file, or in an empty one.
+  /// What `read` finds; `nothing` if the file is missing or empty.
   template <class Result, class Read>
   static Result reading(Result nothing, Read read) {
     const fs::path path = storePath();
@@ -281,7 +281,7 @@ Store& store() {
   return kept;
 }
 
-/// Runs `work`, and tells the error log what went wrong.
+/// Runs `work`, and logs errors.
 template <class Work>
 bool succeeds(const char* what, Work work) {
   try {
@@ -293,7 +293,7 @@ bool succeeds(const char* what, Work work) {
   }
 }
 
-/// As `succeeds`, for what reads; nkCFGWasRead tells the outcome afterwards.
+/// Like `succeeds`, for reads; nkCFGWasRead reports the outcome afterwards.
 template <class Work>
 bool reads(Work work) {
   return nkdraw::storeWasRead = succeeds("read", work);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// How the last look into the configuration store went. In a source of its own, so that a program
-// with a store of its own need not bring this part of the service.
+// Whether the last read of the configuration store succeeded. It has its own source file, so that a
+// program with its own store need not link the rest of the service.
 #pragma once
 
 namespace nkdraw {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Filling memory with a 32-bit pattern, as fast as memset does with a byte: whole vectors at
-// aligned addresses between one vector at the head and one at the tail, which overlap them.
+// Fills memory with a 32-bit pattern, as fast as memset does with a byte. One vector at the start
+// and one at the end overlap the whole vectors at aligned addresses between them.
 #include <nkdraw/platform/memory.h>
 
 #include <nkdraw/simd/vector_targets.h>
@@ -21,7 +21,7 @@
 namespace nkdraw {
 namespace {
 
-/// The pattern as it goes on behind `bytes` bytes of it.
+/// The pattern as it continues after its first `bytes` bytes.
 constexpr std::uint32_t patternBehind(std::size_t bytes, std::uint32_t pattern) {
   const int bits = static_cast<int>(bytes % 4) * 8;
   return std::endian::native == std::endian::little ? std::rotr(pattern, bits)
@@ -84,7 +84,7 @@ HWY_INLINE void fillVectors(Words words, std::uint8_t* first, std::uint32_t patt
 void fill(std::uint8_t* first, std::uint32_t pattern, std::size_t bytes) {
   using Middle = hn::CappedTag<std::uint32_t, 4>;
   using Wide = hn::CappedTag<std::uint32_t, 8>;
-  constexpr std::size_t kWideRun = 256;  // shorter runs are over before wider vectors pay
+  constexpr std::size_t kWideRun = 256;  // wider vectors do not pay on shorter runs
   if (bytes < hn::MaxLanes(Middle()) * sizeof pattern)
     fillPlain(first, pattern, bytes);
   else if (bytes < kWideRun)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Mirroring frames: what lies opposite is read in pairs of blocks before either is written, so that
-// a frame may be mirrored in place.
+// Mirrors frames. Opposite blocks are both read before either is written, so a frame may be
+// mirrored in place.
 #include <nkdraw/platform/flip.h>
 
 #include <nkdraw/simd/vector_targets.h>
@@ -23,7 +23,8 @@ namespace {
 
 constexpr std::size_t kPixelBytes = 4;
 
-/// Mirrors the pixels from `left` up to `right`, byte offsets with whole pixels between.
+/// Mirrors the pixels from `left` up to `right`: byte offsets with a whole number of pixels between
+/// them.
 void mirrorBetween(const std::uint8_t* source, std::uint8_t* destination, std::size_t left,
                    std::size_t right) {
   for (; left < right; left += kPixelBytes) {
@@ -65,7 +66,7 @@ void mirrorRow(const std::uint8_t* source, std::uint8_t* destination, std::size_
   const auto mirrored = [&](const std::uint8_t* at) {
     return hn::BitCast(parts, hn::Reverse(pixels, hn::BitCast(pixels, hn::LoadU(parts, at))));
   };
-  std::size_t left = 0, right = bytes;  // what lies between is still to do
+  std::size_t left = 0, right = bytes;  // not yet done between these
   for (; right - left >= 2 * size; left += size) {
     const auto fromLeft = mirrored(source + left);
     right -= size;
@@ -96,8 +97,8 @@ const FlipKernels& flipKernels() {
   return kernels;
 }
 
-/// Exchanges two rows by way of the cache: `bytes` bytes of `top` go to `newBottom`, of `bottom` to
-/// `newTop`.
+/// Exchanges two rows through the cache: `bytes` bytes of `top` go to `newBottom`, and of `bottom`
+/// to `newTop`.
 void exchangeRows(const std::uint8_t* top, const std::uint8_t* bottom, std::uint8_t* newTop,
                   std::uint8_t* newBottom, std::size_t bytes) {
   std::array<std::uint8_t, 2048> block;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Frames with their pixels behind them.
+// Frame records with their pixels behind them in one block.
 #include <nkdraw/platform/frame_memory.h>
 
 #include <nkdraw/constants.h>
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The record in front of the pixels, which keep the block's alignment.
+/// The record before the pixels; it keeps the block's alignment.
 struct alignas(64) FrameBlock {
   QFRAME frame;
 };

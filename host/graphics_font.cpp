@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Fonts: Fontconfig finds the file of a face, FreeType gives its outlines. Each font has FreeType
-// to itself, so that threads don't meet there.
+// Fonts: Fontconfig finds the file of a typeface, and FreeType supplies its outlines. Each font has
+// its own FreeType library, so threads do not share one.
 #include <algorithm>
 #include <span>
 
@@ -32,14 +32,14 @@ using Pattern = std::unique_ptr<FcPattern, Release<FcPatternDestroy>>;
 using Library = std::unique_ptr<FT_LibraryRec_, Release<FT_Done_FreeType>>;
 using Face = std::unique_ptr<FT_FaceRec_, Release<FT_Done_Face>>;
 
-/// The fonts that are installed, looked up once. It ends with the process; the program's own use of
-/// Fontconfig is not disturbed.
+/// The installed fonts, looked up once and kept until the process ends. The program's own use of
+/// Fontconfig is not affected.
 FcConfig* installedFonts() {
   static const Configuration fonts(FcInitLoadConfigAndFonts());
   return fonts.get();
 }
 
-/// The pattern of the installed font that comes nearest; null when there is none.
+/// The pattern of the installed font that is nearest; null if there is none.
 Pattern nearest(const char* family, int weight, bool italic) {
   FcConfig* const fonts = installedFonts();
   const Pattern wanted(FcPatternCreate());
@@ -82,7 +82,7 @@ bool setHeight(FT_Face face, int height) {
   return FT_Request_Size(face, &request) == 0;
 }
 
-/// Code page 1252 is Latin-1 but for these.
+/// Code page 1252 is Latin-1 except for these.
 constexpr char16_t kFrom128[] =
     u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D"
     u"\u008F"
@@ -94,7 +94,7 @@ FT_ULong unicodeOf(char character) {
   return code >= 0x80 && code < 0xA0 ? kFrom128[code - 0x80] : code;
 }
 
-/// Takes an outline's segments into a path, with the origin of the glyph at (x, y) and y downwards.
+/// Appends an outline's segments to a path, with the glyph's origin at (x, y) and y downwards.
 class PathTaker {
  public:
   PathTaker(Path& path, double x, double y) : path_(path), x_(x), y_(y) {}
@@ -117,8 +117,8 @@ class PathTaker {
   }
 
  private:
-  /// For a curve to each point, and a move and a closing line for each contour: nothing may throw
-  /// from inside FreeType.
+  /// Room for a curve to each point, and a move and a closing line for each contour: nothing may
+  /// throw inside FreeType.
   void makeRoom(const FT_Outline& outline) {
     const std::size_t needed = path_.size() + 3 * static_cast<std::size_t>(outline.n_points) +
                                5 * static_cast<std::size_t>(outline.n_contours);
@@ -156,7 +156,7 @@ class PathTaker {
     return 0;
   }
 
-  /// A conic curve is the cubic one whose controls lie two thirds of the way to its own.
+  /// A conic curve equals a cubic one whose control points lie two thirds of the way to its own.
   int conic(const FT_Vector& control, const FT_Vector& to) {
     const Place from = {path_.back().x, path_.back().y}, end = place(to), middle = place(control);
     const auto towards = [&middle](const Place& at) {
@@ -181,7 +181,7 @@ class PathTaker {
   bool open_ = false;
 };
 
-/// A face at a size. Characters are set by their widths in whole pixels, unhinted and unkerned.
+/// A face at a size. Characters advance by whole pixels, without hinting or kerning.
 class Font final : public nkGraphicsObject {
  public:
   Font(Library library, Face face)
@@ -204,7 +204,7 @@ class Font final : public nkGraphicsObject {
   }
 
  private:
-  /// Has the glyph of a character in the face's slot.
+  /// Loads a character's glyph into the slot of the face.
   [[nodiscard]] bool load(char character) const {
     return FT_Load_Char(face_.get(), unicodeOf(character),
                         FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP) == 0 &&
@@ -235,7 +235,7 @@ std::unique_ptr<Font> makeFont(const char* family, int height, int weight, bool 
   return std::make_unique<Font>(std::move(owned), std::move(face));
 }
 
-/// The font that is selected, and the characters to be set in it, if there are any of both.
+/// The selected font and the characters to set in it, if there are both.
 const Font* fontFor(const nkDeviceContext* context, const char* text, int count) {
   return text != nullptr && count >= 0 ? nkdraw::selectedAs<const Font>(context, ObjectKind::kFont)
                                        : nullptr;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The pixels inside a path: those whose centre lies where the path winds around it.
+// The pixels inside a path: those whose centre the path winds around.
 #include <nkdraw/surface/truncate.h>
 
 #include <algorithm>
@@ -14,13 +14,13 @@ using nkdraw::ObjectKind;
 using nkdraw::Path;
 using nkdraw::PathPoint;
 
-/// Where a path passes a line of pixel centres: the first pixel behind it, and which way it goes.
+/// Where a path crosses a line of pixel centres: the first pixel after it, and the direction.
 struct Crossing {
   int x;
   int winding;
 };
 
-/// The lines of pixel centres that a path passes.
+/// The lines of pixel centres that a path crosses.
 class Crossings {
  public:
   explicit Crossings(const Path& path) {
@@ -38,11 +38,11 @@ class Crossings {
       if (moves)
         start = path[i];
       if (last)
-        addEdge(path[i], start);  // open figures are filled, too
+        addEdge(path[i], start);  // open figures are filled too
     }
   }
 
-  /// What lies inside, as boxes of one line.
+  /// The inside, as boxes one line high.
   [[nodiscard]] std::vector<pixman_box32_t> boxes() {
     std::vector<pixman_box32_t> inside;
     int y = top_;
@@ -83,7 +83,7 @@ class Crossings {
   std::vector<std::vector<Crossing>> lines_;
 };
 
-/// Takes the recorded path out of the context as a region; null without one.
+/// Takes the recorded path out of the context, as a region; null if there is none.
 std::unique_ptr<nkRegion> takePath(nkDeviceContext* context) {
   if (context == nullptr || !context->recorded)
     return nullptr;
@@ -96,7 +96,7 @@ std::unique_ptr<nkRegion> takePath(nkDeviceContext* context) {
   return region;
 }
 
-/// Paints the pixels of the region that the bitmap has.
+/// Paints those pixels of the region that lie in the bitmap.
 void fill(nkdraw::Bitmap& bitmap, nkRegion& region, std::uint32_t colour) {
   pixman_region32_intersect_rect(&region.pixels, &region.pixels, 0, 0,
                                  static_cast<unsigned>(bitmap.width),

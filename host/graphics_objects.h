@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What stands behind the handles of the graphics services.
+// The objects behind the handles of the graphics services.
 #pragma once
 
 #include <nkdraw/platform/graphics.h>
@@ -18,7 +18,7 @@
 
 namespace nkdraw {
 
-/// What a context has one of each.
+/// The kinds of objects of which a context has one each.
 enum class ObjectKind : std::size_t { kFont, kPen, kBrush, kBitmap };
 inline constexpr std::size_t kObjectKinds = 4;
 
@@ -89,7 +89,7 @@ struct Bitmap final : nkGraphicsObject {
   std::vector<std::uint32_t> pixels;
 };
 
-/// The object of class `Object` that is selected into `context`; null when it has only its own.
+/// The object of class `Object` selected into `context`; null if it has only its default.
 template <class Object>
 [[nodiscard]] Object* selectedAs(const nkDeviceContext* context, ObjectKind kind) {
   return context == nullptr
@@ -97,7 +97,7 @@ template <class Object>
              : dynamic_cast<Object*>(context->selected[static_cast<std::size_t>(kind)]);
 }
 
-/// What `work` returns, or `otherwise` when memory runs out on the way.
+/// What `work` returns, or `otherwise` if memory runs out.
 template <class Work, class Result>
 [[nodiscard]] Result unlessOutOfMemory(Result otherwise, Work work) noexcept {
   try {
@@ -109,7 +109,7 @@ template <class Work, class Result>
   }
 }
 
-/// A new object for its caller to own; null when there is no memory.
+/// A new object, owned by the caller; null without memory.
 template <class Object, class... Arguments>
 [[nodiscard]] Object* tryMake(Arguments... arguments) noexcept {
   return unlessOutOfMemory<>(static_cast<Object*>(nullptr),

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Recording a path, and giving it out.
+// Records a path, and returns it.
 #include <nkdraw/surface/truncate.h>
 
 #include <cmath>
@@ -18,7 +18,7 @@ bool hasPath(const nkDeviceContext* context) {
   return context != nullptr && context->recorded;
 }
 
-/// The point at `t` of the curve from `start` over the points at `segment`.
+/// The point at `t` of the curve from `start` with the points at `segment`.
 PathPoint onCurve(const PathPoint& start, const PathPoint* segment, double t) {
   const double u = 1.0 - t;
   const double w0 = u * u * u, w1 = 3.0 * u * u * t, w2 = 3.0 * u * t * t, w3 = t * t * t;
@@ -26,7 +26,7 @@ PathPoint onCurve(const PathPoint& start, const PathPoint* segment, double t) {
           w0 * start.y + w1 * segment[0].y + w2 * segment[1].y + w3 * segment[2].y, PT_LINETO};
 }
 
-/// Replaces the three points of a curve by points on it, the last by itself.
+/// Replaces the three points of a curve with points on it; the last point stays exact.
 void flatten(const PathPoint& start, PathPoint* segment) {
   const PathPoint first = onCurve(start, segment, 1.0 / 3.0);
   const PathPoint second = onCurve(start, segment, 2.0 / 3.0);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Objects behind handles: a number stands for an object until it is closed, and never again.
+// Objects behind handles: a number stands for one object until it is closed, and is never used
+// again.
 #pragma once
 
 #include <nkdraw/platform/sync.h>
@@ -18,15 +19,15 @@
 
 namespace nkdraw {
 
-/// The number of the next handle. All tables share it, so that a handle of one kind is refused,
-/// and not mistaken, where another kind is asked for.
+/// The number of the next handle. All tables share it, so a handle of the wrong kind is refused,
+/// not mistaken for another object.
 inline std::atomic<std::uint64_t> nextHandleNumber{1};
 
-/// The live objects of one kind. Every member may be called by any thread.
+/// The live objects of one kind. Every member function may be called from any thread.
 template <class Object>
 class HandleTable {
  public:
-  /// Gives `object` a number. 0 when there is no memory, and for no object.
+  /// Gives `object` a number; 0 without memory, or if `object` is null.
   [[nodiscard]] std::uint64_t add(std::shared_ptr<Object> object) noexcept {
     if (!object)
       return 0;
@@ -40,14 +41,14 @@ class HandleTable {
     return number;
   }
 
-  /// The object behind `number`, alive for as long as the caller keeps it; null for none.
+  /// The object behind `number`, which lives at least as long as the result; null if there is none.
   [[nodiscard]] std::shared_ptr<Object> find(std::uint64_t number) noexcept {
     const std::scoped_lock lock(mutex);
     const auto found = objects.find(number);
     return found == objects.end() ? nullptr : found->second;
   }
 
-  /// Takes `number` out of use; its object ends with its last user. False when it was not in use.
+  /// Releases `number`; its object is destroyed with its last user. False if it was not in use.
   bool close(std::uint64_t number) noexcept {
     std::unique_lock lock(mutex);
     const auto closed = objects.extract(number);
@@ -60,8 +61,8 @@ class HandleTable {
   std::map<std::uint64_t, std::shared_ptr<Object>> objects;
 };
 
-/// The one table of `Object`. It is never destroyed: static objects and threads that nobody joins
-/// may close their handles when the process is already ending.
+/// The one table of `Object`. It is never destroyed: static objects and detached threads may close
+/// their handles while the process is ending.
 template <class Object>
 HandleTable<Object>& handlesOf() noexcept {
   alignas(HandleTable<Object>) static std::byte room[sizeof(HandleTable<Object>)];
@@ -69,7 +70,7 @@ HandleTable<Object>& handlesOf() noexcept {
   return *table;
 }
 
-/// The two spellings of a handle.
+/// The two representations of a handle.
 [[nodiscard]] inline nkHandle toHandle(std::uint64_t number) noexcept {
   return std::bit_cast<nkHandle>(number);
 }

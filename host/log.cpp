@@ -35,7 +35,7 @@ bool isLineEnd(char character) {
   return character == '\n' || character == '\r';
 }
 
-/// One line; blanks at its end are part of the message.
+/// One line; trailing blanks are part of the message.
 void makeOneLine(char* text) {
   char* end = text + std::char_traits<char>::length(text);
   while (end != text && isLineEnd(end[-1]))

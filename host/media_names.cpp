@@ -16,8 +16,8 @@ constexpr std::uint32_t kBitFields = 3;
 constexpr std::size_t kLetters = 4;
 using Letters = std::array<char, kLetters>;
 
-/// Names of families that write their code with the first letter in the top byte, so that a header
-/// holds it turned round.
+/// Names of codec families whose codes have the first letter in the top byte, and so stand reversed
+/// in a header.
 constexpr std::string_view kTurnedNames[] = {
     // Uncompressed
     "v210", "v216", "v308", "v410", "2vuy", "2Vuy", "2vua", "r210", "R10g", "R10k", "b48r", "b64a",
@@ -50,7 +50,7 @@ constexpr std::string_view kFileTypeNames[] = {
 };
 static_assert(std::size(kFileTypeNames) == hzwFileStills + 1);
 
-/// The letters of a FOURCC, the one in the low byte first.
+/// The letters of a FOURCC, from the low byte on.
 Letters lettersOf(std::uint32_t code) {
   Letters letters;
   for (char& letter : letters) {
@@ -60,7 +60,7 @@ Letters lettersOf(std::uint32_t code) {
   return letters;
 }
 
-/// The letters in the order in which they are read.
+/// The letters in reading order.
 Letters inReadingOrder(Letters letters) {
   Letters turned = letters;
   std::reverse(turned.begin(), turned.end());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Blocks of memory, and copies of them. Frames come and go by the same sizes: a few large blocks
-// are kept, since the system would clear each of their pages again.
+// Memory blocks, and copies of them. Frames of the same sizes come and go, so a few large blocks
+// are kept: the system would clear all of their pages again.
 #include <nkdraw/platform/memory.h>
 
 #include <algorithm>
@@ -14,10 +14,10 @@
 
 namespace {
 
-/// The widest vector there is, and a cache line.
+/// The widest vector, and a cache line.
 constexpr std::size_t kAlignment = 64;
 
-/// In front of every block, which it keeps at its alignment.
+/// Precedes every block, and keeps its alignment.
 struct alignas(kAlignment) Header {
   std::size_t bytes;  ///< behind the header
 };
@@ -35,12 +35,12 @@ Block newBlock(std::size_t bytes) {
   return Block(memory == nullptr ? nullptr : new (memory) Header{bytes});
 }
 
-/// Large blocks that were given back.
+/// Large blocks that were freed.
 class KeptBlocks {
  public:
   static constexpr std::size_t kLarge = 4 << 20;
 
-  /// One that is not much larger than asked for, or null.
+  /// A kept block that is not much larger than needed, or null.
   Block take(std::size_t bytes) {
     const std::scoped_lock lock(mutex_);
     const auto fits = [&](const Block& block) {
@@ -50,7 +50,8 @@ class KeptBlocks {
     return found == std::end(blocks_) ? nullptr : std::move(*found);
   }
 
-  /// Keeps the block in the place of the oldest one; that, or a block that is too large, ends.
+  /// Keeps the block in place of the oldest one, which is freed; a block that is too large is freed
+  /// instead.
   void give(Block block) {
     if (block->bytes > kLargest)
       return;

@@ -33,12 +33,12 @@ struct Module {
   const Library library;
 };
 
-/// `path` up to its last '/', that included; empty without one.
+/// `path` up to and including its last '/'; empty if there is none.
 std::string_view folderOf(std::string_view path) {
   return path.substr(0, path.rfind('/') + 1);
 }
 
-/// The folder of the program. Its name as the loader has it is the one that it was called by.
+/// The folder of the program. The loader knows the program by the name it was called by.
 std::string folderOfProgram() {
   std::array<char, PATH_MAX> folder{};
   nkOSGetAppDir(folder.data(), folder.size());
@@ -56,7 +56,8 @@ std::string folderOfThisLibrary() {
   return inProgram ? folderOfProgram() : std::string(folderOf(info.dli_fname));
 }
 
-/// "NAME.dll" is libNAME.so. Empty for what is no plain name: modules are not loaded by path.
+/// "NAME.dll" becomes libNAME.so. Empty for anything but a plain name: modules are not loaded by
+/// path.
 std::string fileNameOf(std::string_view module) {
   constexpr std::string_view kSuffix = ".dll";
   if (module.ends_with(kSuffix))

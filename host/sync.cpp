@@ -26,7 +26,7 @@ class Event {
     manualReset ? changed.notify_all() : changed.notify_one();
   }
 
-  /// False when the time ran out.
+  /// False on timeout.
   bool wait(std::uint32_t milliseconds) {
     const auto isSignalled = [this] { return signalled; };
     std::unique_lock lock(mutex);

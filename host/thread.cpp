@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Threads that nobody joins, and the priority level kept for each.
+// Detached threads, and the priority level stored for each.
 #include <nkdraw/platform/thread.h>
 
 #include <pthread.h>
@@ -20,7 +20,7 @@ namespace {
 
 using nkdraw::handlesOf;
 
-/// No table gives out this number.
+/// No table ever issues this number.
 constexpr std::uint64_t kCallingThread = 0xFFFFFFFFFFFFFFFE;
 
 struct Scheduling {
@@ -28,14 +28,14 @@ struct Scheduling {
   sched_param parameters{};
 };
 
-/// The scheduling of one thread. `mutex` guards the rest, and keeps a thread from ending while
-/// another one turns to the scheduler for it.
+/// The scheduling of one thread. `mutex` guards the rest, and stops the thread from ending while
+/// another thread calls the scheduler for it.
 struct ThreadState {
   std::mutex mutex;
   bool running = false;
-  pthread_t native{};  ///< names a thread only while it runs
+  pthread_t native{};  ///< valid only while the thread runs
   int level = 0;
-  std::optional<Scheduling> ordinary;  ///< what to go back to, while the level is granted
+  std::optional<Scheduling> ordinary;  ///< what to restore, while the level is raised
 };
 
 /// A thread of nkOSCreateThread.
@@ -45,7 +45,7 @@ struct StartedThread {
   const nkThreadRoutine start;
   void* const parameter;
   ThreadState state;
-  std::shared_ptr<StartedThread> self;  ///< the thread's own share, which it takes as it starts
+  std::shared_ptr<StartedThread> self;  ///< the thread's own share, taken when it starts
 };
 
 thread_local ThreadState* startedState = nullptr;
@@ -67,8 +67,8 @@ std::shared_ptr<ThreadState> stateOf(nkHandle thread) {
   return started ? std::shared_ptr<ThreadState>(started, &started->state) : nullptr;
 }
 
-/// Asks for the lowest of the real-time priorities. A thread that its program already made real
-/// time stays as it is.
+/// Asks for the lowest real-time priority. A thread that its program already made real-time stays
+/// as it is.
 void askForRealTime(ThreadState& state) {
   Scheduling before;
   if (pthread_getschedparam(state.native, &before.policy, &before.parameters) != 0 ||
@@ -86,7 +86,7 @@ void goBackToOrdinary(ThreadState& state) {
   state.ordinary.reset();
 }
 
-/// Ends the thread's record with the thread, also when the thread is cancelled.
+/// Removes the thread's record when the thread ends, even if it is cancelled.
 class RunningThread {
  public:
   explicit RunningThread(StartedThread* thread) {
@@ -140,7 +140,7 @@ class ThreadAttributes {
   pthread_attr_t attributes;
 };
 
-/// A thread starts at the ordinary level, whatever the level of the thread that makes it.
+/// A thread starts at the ordinary level, whatever the level of its creator.
 std::optional<Scheduling> schedulingOfNewThread() {
   ThreadState& maker = callingThread();
   const std::scoped_lock lock(maker.mutex);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Counting and numbering frames after SMPTE ST 12-1.
+// Counts and numbers frames as in SMPTE ST 12-1.
 #include <nkdraw/platform/timecode.h>
 
 #include <algorithm>
@@ -15,12 +15,12 @@ using nkdraw::TimecodeType;
 constexpr std::uint32_t kMinutesPerDay = 24 * 60;
 
 struct TimecodeRule {
-  double frameRate;       ///< frames in a second of the clock
-  std::uint32_t nominal;  ///< numbers in a second of the count
-  std::uint32_t dropped;  ///< numbers left out at the start of each minute but every tenth
+  double frameRate;       ///< frames in a second of real time
+  std::uint32_t nominal;  ///< numbers in a second of timecode
+  std::uint32_t dropped;  ///< numbers dropped at the start of each minute, except every tenth
 };
 
-/// In the order of TimecodeType. Where two types share a rate, the first is the usual one.
+/// In the order of TimecodeType. If two types share a rate, the first is the usual one.
 constexpr TimecodeRule kRules[] = {
     {24.0, 24, 0},            // k24
     {25.0, 25, 0},            // k25
@@ -42,14 +42,14 @@ const TimecodeRule& ruleOf(std::uint32_t code) {
   return kRules[code < std::size(kRules) ? code : codeOf(TimecodeType::k30)];
 }
 
-/// The nearest to every rate above it.
+/// For every higher rate this is the nearest.
 constexpr double kHighestRate = kRules[codeOf(TimecodeType::k60)].frameRate;
 
 const TimecodeRule& ruleOf(TimecodeType type) {
   return ruleOf(codeOf(type));
 }
 
-/// Frames in a minute that drops, and in ten minutes, of which the first doesn't.
+/// Frames in a minute with dropped numbers, and in ten minutes, the first of which drops none.
 constexpr std::uint32_t framesPerMinute(const TimecodeRule& rule) {
   return rule.nominal * 60 - rule.dropped;
 }
@@ -60,7 +60,7 @@ constexpr std::uint32_t framesPerDayOf(const TimecodeRule& rule) {
   return framesPerTenMinutes(rule) * (kMinutesPerDay / 10);
 }
 
-/// The numbers left out by the start of minute `minute` of the day, that minute included.
+/// The numbers dropped since midnight, up to and including minute `minute` of the day.
 constexpr std::uint32_t droppedUpTo(const TimecodeRule& rule, std::uint32_t minute) {
   return rule.dropped * (minute - minute / 10);
 }
@@ -74,14 +74,14 @@ constexpr std::uint32_t minuteOf(const TimecodeRule& rule, std::uint32_t frame) 
   return tens * 10 + ones;
 }
 
-/// The frame of the day that a count from midnight, forwards or backwards, falls on.
+/// The frame of the day for a count from midnight, forwards or backwards.
 std::uint32_t frameOfDay(const TimecodeRule& rule, std::int32_t count) {
   const auto day = static_cast<std::int32_t>(framesPerDayOf(rule));
   const std::int32_t rest = count % day;
   return static_cast<std::uint32_t>(rest < 0 ? rest + day : rest);
 }
 
-/// What a timecode shows.
+/// The fields of a timecode.
 struct Fields {
   std::uint32_t hours, minutes, seconds, frames;
 
@@ -101,7 +101,8 @@ std::uint32_t frameOf(const TimecodeRule& rule, const Fields& fields) {
   return second * rule.nominal + fields.frames - droppedUpTo(rule, fields.minuteOfDay());
 }
 
-/// Whether some frame of the day has this number: one left out is not its own frame's number.
+/// Whether a frame of the day has this number: a dropped number does not survive conversion to a
+/// frame and back.
 bool isCounted(const TimecodeRule& rule, const Fields& fields) {
   return fields.hours < 24 && fields.minutes < 60 && fields.seconds < 60 &&
          fields.frames < rule.nominal && fieldsOf(rule, frameOf(rule, fields)) == fields;
@@ -111,7 +112,7 @@ bool isDigit(char character) {
   return character >= '0' && character <= '9';
 }
 
-/// The two-digit number that `text` begins with; nothing when it doesn't.
+/// The two-digit number at the start of `text`, if there is one.
 std::optional<std::uint32_t> twoDigits(std::string_view text) {
   if (text.size() < 2 || !isDigit(text[0]) || !isDigit(text[1]))
     return std::nullopt;

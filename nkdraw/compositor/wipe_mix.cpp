@@ -40,8 +40,8 @@ constexpr std::uint32_t kOne = 65536;
 /// difference of 0.
 constexpr std::uint32_t kLargestDifference = 255;
 
-/// Whether d * `weight` / 65536 and d * position / range have the same floor, and neither is a
-/// whole number, for every difference of bytes d other than 0.
+/// Whether, for every difference of bytes d other than 0, d * `weight` / 65536 has the floor of d *
+/// position / range and is not itself a whole number.
 bool hasTheFloors(std::uint32_t weight, std::uint64_t position, std::uint32_t range) {
   for (std::uint32_t d = 1; d <= kLargestDifference; ++d) {
     const std::uint32_t product = d * weight;

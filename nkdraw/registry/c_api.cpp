@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The C-linkage interface: forwards, and tests for null where it says so.
+// The C interface: forwards every call, and checks for null where the headers say so.
 #include <nkdraw/nkdraw_c.h>
 
 #include <nkdraw/draw/draw.h>

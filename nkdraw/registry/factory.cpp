@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Which class draws in which layout, and the references of what it makes.
+// Which class draws in which layout, and the references to the surfaces it makes.
 #include <nkdraw/surface/factory.h>
 
 #include <nkdraw/draw/draw.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Picks the concrete class of a surface, once for a primitive.
+// Finds the concrete class of a surface, once for each primitive.
 #include <nkdraw/surface/resolver.h>
 
 #include <nkdraw/formats/bayer_plotter.h>
@@ -25,7 +25,7 @@
 namespace nkdraw {
 namespace {
 
-/// Plots through the table, for classes that the library does not know.
+/// Plots through the virtual functions, for classes unknown to the library.
 class TablePlotter {
  public:
   TablePlotter(NKPixel& surface, bool foreground) : surface_(surface), foreground_(foreground) {}
@@ -42,7 +42,7 @@ const AnyPlotter& plotterAt(const void* plotter) {
   return *static_cast<const AnyPlotter*>(plotter);
 }
 
-/// The plotting of one kind of plotter, with its type left out.
+/// The functions of one kind of plotter, without its type.
 template <class AnyPlotter>
 constexpr RunPlotter::Runs kRunsOf = {
     [](const void* plotter, int x, int y, std::uint32_t count, int step) {
@@ -70,7 +70,7 @@ void construct(Surface& surface, std::array<RunPlotter::Storage, 2>& plotters) {
   new (plotters[1].data()) AnyPlotter(surface, true);
 }
 
-/// What is known of one of the library's own classes.
+/// Facts about one of the library's own classes.
 struct Entry {
   const std::type_info* type;
   void (*construct)(NKPixel& surface, std::array<RunPlotter::Storage, 2>& plotters);
@@ -83,7 +83,7 @@ Entry entryFor() {
   using Inlined = Plotter<Plotted>;
   return {&typeid(Surface),
           [](NKPixel& surface, std::array<RunPlotter::Storage, 2>& plotters) {
-            // The whole object is known to be a Surface: no search through its bases.
+            // The whole object is known to be a Surface, so its bases need not be searched.
             auto* const object = static_cast<Surface*>(dynamic_cast<void*>(&surface));
             construct<Inlined, Plotted>(*object, plotters);
           },
@@ -106,8 +106,8 @@ const Entry* entryOf(const NKPixel& surface) {
       entryFor<CDrawYCbCrYCbCr16>(),
       entryFor<CDrawYCbCrYCbCrA16>(),
   };
-  // By address: a second copy of a class's record, in a program of several libraries, makes it
-  // one that the library does not know, which costs time and changes nothing.
+  // Compares by address. If a program of several libraries has a second copy of a class's type
+  // record, the class counts as unknown, which is slower but gives the same result.
   const std::type_info* const type = &typeid(surface);
   const auto* const entry = std::find_if(std::begin(kEntries), std::end(kEntries),
                                          [type](const Entry& row) { return row.type == type; });

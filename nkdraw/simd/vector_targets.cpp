@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the processor can run, and stores past its caches.
+// What the processor supports, and stores past its caches.
 #include <nkdraw/simd/vector_targets.h>
 
 #include <hwy/cache_control.h>
@@ -13,7 +13,7 @@ namespace nkdraw {
 namespace {
 
 #if HWY_ARCH_X86
-/// The one feature that not every compiler's __builtin_cpu_supports knows.
+/// The one feature that some compilers' __builtin_cpu_supports does not know.
 bool hasHalfFloats() {
   unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
   return __get_cpuid(1, &eax, &ebx, &ecx, &edx) != 0 && (ecx & bit_F16C) != 0;
@@ -38,7 +38,7 @@ std::int64_t runnableTargets() {
     targets |= HWY_AVX3;
   return targets;
 #else
-  return 0;  // what every machine of the architecture has is the form that is always there
+  return 0;  // the baseline of the architecture is the form that is always compiled
 #endif
 }
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Picks, among the forms of a kernel that Highway compiled for several instruction sets, the one
-// for the machine at hand. Doing it here keeps Highway's own library out: the core needs its
-// headers alone.
+// Highway compiles a kernel for several instruction sets; this chooses the form for the machine.
+// Choosing here avoids linking Highway's library: the core needs only its headers.
 //
-// A file of vector kernels ends each of its passes with a constant `kKernels` of its namespace, and
-// its last pass with
+// A file of vector kernels ends each pass with a constant `kKernels` in its namespace, and the last
+// pass with
 //
 //   constexpr ByTarget<Kernels> kByTarget = {HWY_CHOOSE_TARGET_LIST(kKernels),
 //                                            HWY_CHOOSE_FALLBACK(kKernels)};
@@ -19,15 +18,15 @@
 
 namespace nkdraw {
 
-/// Null where a target was not compiled; the last one runs everywhere.
+/// Null if a target was not compiled; the last one runs everywhere.
 template <class Kernels>
 using ByTarget = std::array<const Kernels*, HWY_MAX_DYNAMIC_TARGETS + 1>;
 
-/// The targets, as Highway's bits, whose instructions this machine has.
+/// The targets, as Highway's bits, that this machine supports.
 [[nodiscard]] std::int64_t runnableTargets();
 
-/// Waits until what this thread stored past the caches is in memory, for other threads to see. To
-/// be called once, behind all rows of a frame.
+/// Waits until everything that this thread stored past the caches is visible to other threads. Call
+/// it once, after all rows of a frame.
 void finishStreamedRows();
 
 /// The best of the kernels among `targets`.

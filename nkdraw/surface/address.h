@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Where a pixel of NKPixel's own layouts lies. Products of pitch and y wrap at 32 bits and are
+// Addresses of pixels in NKPixel's own layouts. Products of pitch and y wrap at 32 bits and are
 // added zero-extended; x offsets are signed.
 #pragma once
 
@@ -13,8 +13,7 @@ namespace nkdraw {
   return pitch * static_cast<std::uint32_t>(y);
 }
 
-/// Four bytes a pixel: a row starts at a multiple of four bytes from the canvas, whatever the
-/// pitch.
+/// Four bytes a pixel: a row starts a multiple of four bytes from the canvas, whatever the pitch.
 [[nodiscard]] constexpr char* wordAddress(char* canvas, std::uint32_t pitch, int x, int y) {
   return canvas + (static_cast<std::ptrdiff_t>(rowOffset(pitch, y) >> 2) + x) * 4;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Boxes of bits, such as text with its background: a row of bits is plotted once, aside, and then
-// laid on all of its lines.
+// Boxes of bits, such as text with its background: a row of bits is plotted once, in a separate
+// buffer, and then copied to all of its lines.
 #pragma once
 
 #include <nkdraw/surface/run_kernels.h>
@@ -14,7 +14,7 @@
 
 namespace nkdraw {
 
-/// Plotters whose pixels depend on nothing but x and what the same pixels held. They offer
+/// Plotters whose pixels depend on nothing but x and their own old value. They offer
 ///
 ///     static constexpr int kGroupPixels;               // that share bytes
 ///     static constexpr std::size_t kGroupBytes;
@@ -28,7 +28,7 @@ concept RowPlotter = requires(const AnyPlotter& plotter, char* canvas) {
   plotter.onCanvas(canvas);
 };
 
-/// Whether all of the box lies on the canvas, and rows there do not overlap.
+/// Whether the whole box lies on the canvas, and its rows do not overlap.
 template <RowPlotter AnyPlotter>
 bool isInside(const BitBox& box, const NKPixel& surface) {
   const auto lines =
@@ -43,7 +43,7 @@ bool isInside(const BitBox& box, const NKPixel& surface) {
          std::uint64_t{surface.Pitch()} * surface.Height() <= 0xFFFFFFFF;
 }
 
-/// Part of a row aside, from the group that holds x on.
+/// Part of a row in a separate buffer, from the group that holds x on.
 template <RowPlotter AnyPlotter>
 class RowAside {
  private:
@@ -51,7 +51,7 @@ class RowAside {
   static constexpr std::size_t kMostBytesPerPixel = 8;
   static_assert(AnyPlotter::kGroupPixels <= kMostGroupPixels);
   static_assert(AnyPlotter::kGroupBytes <= AnyPlotter::kGroupPixels * kMostBytesPerPixel);
-  /// Of the longest row and what its first and its last group have besides.
+  /// Room for the longest row, and for the rest of its first and its last group.
   using Bytes =
       std::array<std::uint8_t, (BitBox::kMostPixels + 2 * kMostGroupPixels) * kMostBytesPerPixel>;
 
@@ -67,8 +67,8 @@ class RowAside {
                AnyPlotter::kGroupPixels * AnyPlotter::kGroupBytes),
         offset_(static_cast<std::size_t>(x / AnyPlotter::kGroupPixels) * AnyPlotter::kGroupBytes) {}
 
-  /// Finds out which bits of the row a plotter leaves as they are: those that still differ when it
-  /// has plotted on zeros and on ones.
+  /// Finds the bits of the row that a plotter leaves alone: those that still differ after it has
+  /// plotted on zeros and on ones.
   void findKept(const AnyPlotter& plotter) {
     for (Bytes* const bytes : {&row_, &kept_}) {
       std::memset(bytes->data(), bytes == &kept_ ? 0xFF : 0, bytes_);
@@ -97,7 +97,7 @@ class RowAside {
   Bytes row_, kept_;
 };
 
-/// False when the box is left to others.
+/// False if this is no way to draw the box: the caller must.
 template <class AnyPlotter>
 bool plotBox(const AnyPlotter& background, const AnyPlotter& foreground, const NKPixel& surface,
              const BitBox& box) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The table of frame headers: which codes stand for which layout, and how large the frame is.
+// The table of frame headers: which code stands for which layout, and how large the frame is.
 #include <nkdraw/surface/bitmap_info.h>
 
 #include <nkdraw/surface/pixel_type.h>
@@ -15,18 +15,18 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// What a row says of a frame.
+/// What a row tells about a frame.
 struct Frame {
   pixelType type;
   std::uint32_t multiplier;  // size = width * height * multiplier / divisor, in 32-bit arithmetic
   std::int32_t divisor;
-  bool oneRow = false;  // the size leaves the height out
+  bool oneRow = false;  // the size is that of one row
 };
 
 constexpr Frame kNoFrame = {ptNone, 0, 1};
 
-/// By depth alone, as plain RGB is told apart. 15 and 16 bits have two bytes a pixel but are drawn
-/// as 32-bit, 48 bits have six but are drawn as 64-bit.
+/// By depth only, as for plain RGB. 15 and 16 bits take two bytes a pixel but are drawn as 32-bit;
+/// 48 bits take six but are drawn as 64-bit.
 Frame byDepth(const BITMAPINFO& info) {
   switch (info.bmiHeader.biBitCount) {
     case 8:
@@ -95,8 +95,8 @@ struct Row {
   bool storesSize = false;        // `biSizeImage` becomes the size whatever it was
 };
 
-// Codes of one family are written with their first letter in the top byte, so they stand reversed
-// here; some formats come in both orders.
+// Codes of one family are numbers with their first letter in the top byte, so they stand reversed
+// here; some formats occur in both orders.
 constexpr Row kRows[] = {
     {"YUY2 YUNV"sv, fixed<ptYUYV, 2, 1>, 16},
     {"YVYU"sv, fixed<ptYVYU, 2, 1>, 16},

@@ -10,8 +10,8 @@
 namespace nkdraw {
 
 /// The bytes of a frame with this header. Writes `biBitCount` and `biSizeImage` back as the
-/// layout's row says. `type`, unless null, takes the pixelType, 0xFFFFFFFF when no surface draws
-/// in the layout; it stays as it was for a `biCompression` that is not known.
+/// layout's row says. `type`, unless null, receives the pixelType, or 0xFFFFFFFF if no surface
+/// draws in the layout; an unknown `biCompression` leaves it unchanged.
 std::uint32_t DrawSizeFromBitmapInfo(BITMAPINFO* info, std::uint32_t* type);
 
 }  // namespace nkdraw

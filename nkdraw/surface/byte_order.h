@@ -15,7 +15,7 @@ namespace nkdraw {
 static_assert(std::endian::native == std::endian::little,
               "the words of the YCbCr layouts are little-endian in memory");
 
-/// Byte offsets of the channels in a pixel of `bytes` bytes; without alpha `a` is the unused
+/// Byte offsets of the channels in a pixel of `bytes` bytes. Without alpha, `a` is the unused
 /// fourth byte of a packed colour.
 struct ByteOrder {
   std::uint8_t r, g, b, a;
@@ -24,7 +24,7 @@ struct ByteOrder {
   [[nodiscard]] constexpr bool hasAlpha() const { return bytes == 4; }
 };
 
-/// The order of a layout of one byte a channel.
+/// The order of a layout with one byte a channel.
 [[nodiscard]] constexpr ByteOrder byteOrderOf(const LayoutFacts& facts) {
   const auto place = [&facts](Channel channel) {
     return static_cast<std::uint8_t>(sampleOf(facts, channel));
@@ -33,20 +33,20 @@ struct ByteOrder {
           facts.groupBytes};
 }
 
-/// By pixelType from ptRGBA32 and from ptRGB24 on.
+/// Indexed by pixelType, from ptRGBA32 and from ptRGB24 on.
 inline constexpr std::array<ByteOrder, 4> kByteOrders32 = {
     byteOrderOf(kFactsOf<ptRGBA32>), byteOrderOf(kFactsOf<ptARGB32>),
     byteOrderOf(kFactsOf<ptBGRA32>), byteOrderOf(kFactsOf<ptABGR32>)};
 inline constexpr std::array<ByteOrder, 2> kByteOrders24 = {byteOrderOf(kFactsOf<ptRGB24>),
                                                            byteOrderOf(kFactsOf<ptBGR24>)};
 
-/// The order of a four-byte pixel; R, G, B, A for any type that names no other.
+/// The order of a four-byte pixel; R, G, B, A for any other type.
 [[nodiscard]] constexpr ByteOrder byteOrder32(pixelType type) {
   const bool named = type >= ptRGBA32 && type <= ptABGR32;
   return kByteOrders32[named ? static_cast<std::size_t>(type - ptRGBA32) : 0];
 }
 
-/// The order of a three-byte pixel; R, G, B for any type but ptBGR24.
+/// The order of a three-byte pixel: B, G, R for ptBGR24, else R, G, B.
 [[nodiscard]] constexpr ByteOrder byteOrder24(pixelType type) {
   return kByteOrders24[type == ptBGR24 ? 1 : 0];
 }
@@ -64,7 +64,7 @@ inline constexpr std::array<ByteOrder, 2> kByteOrders24 = {byteOrderOf(kFactsOf<
   return isThreeByteType(type) ? byteOrder24(type) : byteOrder32(type);
 }
 
-/// Channels over 255; alpha is 1.0 where the order has none.
+/// Channels divided by 255; alpha is 1.0 if the order has none.
 inline void readChannels(const std::uint8_t* pixel, ByteOrder order, double& r, double& g,
                          double& b, double& a) {
   r = pixel[order.r] / 255.0;

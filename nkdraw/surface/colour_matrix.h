@@ -9,7 +9,7 @@
 
 namespace nkdraw {
 
-/// The families, as indices of the tables of constants.
+/// The families, as indices into the tables of constants.
 enum class MatrixFamily : std::uint8_t {
   k601Studio,
   k601Full,
@@ -24,11 +24,11 @@ enum class MatrixFamily : std::uint8_t {
 /// Modes from here on are the same families with unclamped RGB.
 inline constexpr std::int32_t kUnclampedModes = 1000;
 
-/// The family that converts towards RGB.
+/// The family for conversion to RGB.
 [[nodiscard]] MatrixFamily familyToRgb(NKPixel::cmYCbCr mode);
 
-/// The family that converts from RGB. It differs for mode 7 alone: the constant-luminance one here,
-/// the full-range one on the way back.
+/// The family for conversion from RGB. It differs only for mode 7: constant-luminance here,
+/// full-range on the way back.
 [[nodiscard]] MatrixFamily familyFromRgb(NKPixel::cmYCbCr mode);
 
 /// Limits a channel to 0.0 to 1.0, for the modes that clamp.

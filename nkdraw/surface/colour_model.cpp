@@ -2,8 +2,8 @@
 //
 // Conversions between RGB, YCbCr and HSV, and the colour calls that only pass a colour on.
 //
-// The coefficients are rounded forms of those of ITU-R BT.601, BT.709 and BT.2020, as this system
-// has always used them. Sums are added from left to right.
+// The coefficients are rounded from ITU-R BT.601, BT.709 and BT.2020. Deliberate: callers rely on
+// these values, and on sums being added from left to right.
 #include <nkdraw/surface/colour_matrix.h>
 #include <nkdraw/surface/hsv.h>
 #include <nkdraw/surface/layout_facts.h>
@@ -46,7 +46,7 @@ namespace {
 
 using nkdraw::MatrixFamily;
 
-/// Added or taken off, changes no value, not even the sign of a zero.
+/// Adding or subtracting it changes no value, not even the sign of a zero.
 constexpr double kNoOffset = -0.0;
 
 /// R = Y' + crToR Cr', G = Y' - crToG Cr' - cbToG Cb', B = Y' + cbToB Cb', with
@@ -86,7 +86,7 @@ constexpr FromRgb kFromRgb[] = {
     // 709 full
     {0.71521, 0.212585, 0.072205, kNoOffset, 0.511414, 0.394226, 0.117188, 0.511414, 0.464508,
      0.046906, 0.5},
-    // 2020 studio: this way carries no offsets, although the way back takes them off
+    // 2020 studio: has no offsets, although the conversion to RGB subtracts them
     {0.58228, 0.22561, 0.05093, kNoOffset, 0.43921, 0.31656, 0.12266, 0.43921, 0.40389, 0.03532,
      kNoOffset},
     // 2020 full: likewise
@@ -101,7 +101,7 @@ struct FromRgb10 {
   double rToCr, gToCr, bToCr;
 };
 
-/// Of BT.601 and BT.709 in studio range, in units of 1/16384. All three terms of Cr add up.
+/// For BT.601 and BT.709 in studio range, in units of 1/16384. All three terms of Cr are added.
 constexpr FromRgb10 kStudio10 = {6.103515625e-05, 11914.0, 40095.0, 4050.0,  28073.0,
                                  6388.0,          21595.0, 28017.0, 25349.0, 2566.0};
 constexpr FromRgb10 k2020Of10 = {1.0,      269.0,    694.272, 60.7232,   512.0,

@@ -7,8 +7,8 @@
 
 namespace nkdraw {
 
-/// Hue in degrees from 0.0 below 360.0 (red wins a tie for the largest channel, then green).
-/// False for black and greys, which get `greyHue` and a saturation of 0.0.
+/// Hue in degrees, 0.0 or more and below 360.0; if channels tie for the largest, red goes first,
+/// then green. False for black and greys, which get `greyHue` and a saturation of 0.0.
 inline bool toHsv(double r, double g, double b, double greyHue, double& h, double& s, double& v) {
   const double largest = std::max({r, g, b});
   const double delta = largest - std::min({r, g, b});

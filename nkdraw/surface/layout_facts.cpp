@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Holds the table of layouts to the list of pixelTypes: a layout without its row does not compile.
+// Checks the table of layouts against the list of pixelTypes: a layout without a row does not
+// compile.
 #include <nkdraw/surface/layout_facts.h>
 
 #include <utility>
@@ -8,14 +9,14 @@
 namespace nkdraw {
 namespace {
 
-/// Whether pixelType has a name for the value: the compiler writes that, or else a cast number.
+/// Whether pixelType has a name for the value. The compiler prints the name, or else a cast number.
 template <pixelType type>
 consteval bool isNamed() {
   return std::string_view(__PRETTY_FUNCTION__).find("(pixelType)") == std::string_view::npos;
 }
 static_assert(isNamed<ptRGBA32>() && !isNamed<static_cast<pixelType>(0)>());
 
-/// Whether each of 256 values from `first` on has a row when it has a name, and no other has.
+/// Whether, of 256 values from `first` on, exactly those with a name have a row.
 template <std::int32_t first, std::int32_t... offsets>
 consteval bool isComplete(std::integer_sequence<std::int32_t, offsets...> /*all*/) {
   return ((isNamed<static_cast<pixelType>(first + offsets)>() ==
@@ -26,7 +27,7 @@ constexpr auto kValues = std::make_integer_sequence<std::int32_t, 256>();
 static_assert(isComplete<0>(kValues), "a pixelType has no row in kLayoutFacts, or none its value");
 static_assert(isComplete<ptUV8>(kValues), "a pixelType has no row in kLayoutFacts");
 
-/// Whether there is room for the samples, and for each pixel a sample of its own.
+/// Whether the samples have room, and each pixel has a sample of its own.
 constexpr bool isSound(const LayoutFacts& facts) {
   const std::size_t samples = sampleCount(facts) / facts.rows;
   for (std::size_t i = 0; i < samples; ++i) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The weights of GetLuma, the system's own: their pairing with modes is not that of the matrices.
+// The weights of GetLuma. Deliberate: callers rely on the values; modes pair with weights
+// differently than with matrices.
 #pragma once
 
 #include <nkdraw/surface/colour_matrix.h>
@@ -15,7 +16,7 @@ struct LumaWeights {
   double green, red, blue;
 };
 
-/// By mode, without the 1000 of the unclamped ones.
+/// Indexed by mode; the modes without clamping first lose their 1000.
 inline constexpr auto kLumaWeights = [] {
   constexpr LumaWeights k2020 = {0.678, 0.2627, 0.0593};
   return std::array<LumaWeights, 9>{{{0.587, 0.299, 0.114},
@@ -29,7 +30,7 @@ inline constexpr auto kLumaWeights = [] {
                                      k2020}};
 }();
 
-/// Those of an unknown mode are those of mode 0.
+/// An unknown mode has the weights of mode 0.
 [[nodiscard]] constexpr const LumaWeights& lumaWeights(std::int32_t mode) {
   const auto index =
       static_cast<std::uint32_t>(mode >= kUnclampedModes ? mode - kUnclampedModes : mode);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Plotting where a pixel is a whole number of bytes that hold a colour and nothing else.
+// Plotting where a pixel is a whole number of bytes that hold only its colour.
 #pragma once
 
 #include <nkdraw/surface/address.h>
@@ -13,8 +13,7 @@
 
 namespace nkdraw {
 
-/// Stores the bytes of one colour; pixels lie `kBytes` apart. Nothing is refused but a missing
-/// canvas, on which nothing can be drawn.
+/// Stores the bytes of one colour; pixels are `kBytes` apart. Only a missing canvas is refused.
 template <std::size_t kBytes>
 class PackedPlotter {
  public:
@@ -40,7 +39,7 @@ class PackedPlotter {
   [[nodiscard]] char* rowAt(int y) const { return address(0, y); }
   [[nodiscard]] PackedPlotter onCanvas(char* canvas) const { return {canvas, 0, colour_}; }
 
-  /// Stores the colour at an address that a surface gives.
+  /// Stores the colour at an address that a surface returned.
   void write(void* at) const { std::memcpy(at, colour_.data(), kBytes); }
 
  private:

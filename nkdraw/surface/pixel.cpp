@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The surface object: its life, its lock, its canvas.
+// The surface object: its lifetime, its lock, its canvas.
 #include <nkdraw/surface/pixel.h>
 
 #include <nkdraw/surface/layout_facts.h>
@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The least pitch that SetCanvas accepts. The classes whose pixels share bytes see to theirs.
+/// The least pitch that SetCanvas accepts. Classes whose pixels share bytes check their own.
 std::uint32_t leastPitch(pixelType type, std::uint32_t width) {
   const nkdraw::LayoutFacts* const facts = nkdraw::findFacts(type);
   const bool raised = facts != nullptr && facts->pitchRule == nkdraw::PitchRule::kRaised;

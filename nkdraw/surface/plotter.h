@@ -11,10 +11,10 @@ namespace nkdraw {
 ///     std::uint32_t put(int x, int y) const;          // PutPixel of the surface
 ///     void row(int x, int y, int count) const;        // put for x, x + 1, ... that do not wrap
 ///
-/// and keeps in it what is the same for all pixels of a run. A row has the result of its puts one
-/// after the other, to the bit; the order of the pixels inside a run makes no difference. A layout
-/// whose pixels overlap has no row. One where they overlap only in some runs tells which, and gets
-/// those pixel by pixel:
+/// and keeps everything that is the same for all pixels of a run. A row gives the same result, to
+/// the bit, as its puts in sequence; the order of pixels within a run makes no difference. A layout
+/// whose pixels overlap has no row. A layout whose pixels overlap only in some runs tells which;
+/// those are plotted pixel by pixel:
 ///
 ///     static bool overlaps(int leftmost);             // for a run that begins there on its left
 template <class Surface>

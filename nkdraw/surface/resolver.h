@@ -13,17 +13,17 @@
 
 namespace nkdraw {
 
-/// Positions one by one along an axis, the major one; the other coordinate is a 16.16 fixed-point
+/// Positions in steps of one along the major axis; the other coordinate is a 16.16 fixed-point
 /// number.
 struct Slope {
-  bool alongY;          ///< which axis is the major one
+  bool alongY;          ///< whether y is the major axis
   int direction;        ///< 1 or -1
   std::uint32_t count;  ///< of positions
   int major;
   std::uint32_t minor;  ///< 16.16, wrapping
   std::uint32_t step;   ///< of minor for each position
 
-  /// Leaves out the first `positions`.
+  /// Skips the first `positions`.
   void skip(std::uint32_t positions) {
     count -= positions;
     major = wrappingAdd(major, std::int64_t{direction} * positions);
@@ -31,15 +31,15 @@ struct Slope {
   }
 };
 
-/// The bits of up to kMostBytes bytes side by side, the highest first, on so many lines.
+/// Bits in up to kMostBytes bytes side by side, the highest bit first, on several lines.
 struct BitLines {
   static constexpr std::size_t kMostBytes = 48;
   std::array<std::uint8_t, kMostBytes> bits;
   std::uint32_t lines;
 };
 
-/// Lines of bits from (x, bottom) to the right and upward, each bit `scale` pixels wide. No more
-/// than kMostPixels wide.
+/// Lines of bits from (x, bottom) to the right and upward, each bit `scale` pixels wide. At most
+/// kMostPixels wide.
 struct BitBox {
   static constexpr std::uint32_t kMostPixels = 384;
   std::span<const BitLines> rows;
@@ -50,26 +50,26 @@ struct BitBox {
   [[nodiscard]] std::uint32_t pixels() const { return bytes * 8 * scale; }
 };
 
-/// Plots runs of pixels on one surface, whose class it finds out once. The result is that of the
-/// virtual PutPixel for each pixel in turn: on an object of one of the library's own classes the
-/// layout's inlined plotting does a run at once; on any other the table is called pixel by pixel,
-/// so that an override sees every pixel in order.
+/// Plots runs of pixels on one surface, whose class it checks once. The result is the same as
+/// calling the virtual PutPixel for each pixel in turn. On an object of one of the library's own
+/// classes the layout's inlined plotting draws a whole run. On any other, the virtual function is
+/// called pixel by pixel, so that an override sees every pixel in order.
 class RunPlotter {
  public:
   /// For one primitive: while it draws, the surface keeps its canvas, colours and transparency.
   explicit RunPlotter(NKPixel& surface);
 
-  /// Whether the surface is of one of the library's own classes, none of which overrides a drawing
-  /// operation: what these would call may then be plotted here.
+  /// Whether the surface is of one of the library's own classes. These override no drawing
+  /// operation, so whatever an operation would call may be plotted here instead.
   [[nodiscard]] bool ownClass() const { return ownClass_; }
 
-  /// Plots (x, y) and further pixels of its row, `count` in all, to the right with `step` 1 and to
-  /// the left with `step` -1. None for a count of 0.
+  /// Plots `count` pixels of a row from (x, y) on, to the right if `step` is 1 and to the left if
+  /// it is -1. None for a count of 0.
   void row(int x, int y, std::uint32_t count, int step, bool foreground) const {
     runs_->row(plotters_[foreground ? 1 : 0].data(), x, y, count, step);
   }
 
-  /// Plots (x, y) and the pixels below it, `count` in all.
+  /// Plots `count` pixels of a column from (x, y) down.
   void column(int x, int y, std::uint32_t count, bool foreground) const {
     if (x == static_cast<std::int16_t>(x))
       return slope({true, 1, count, y, static_cast<std::uint32_t>(x) << 16, 0}, foreground);
@@ -91,13 +91,13 @@ class RunPlotter {
                 scale);
   }
 
-  /// Plots a box of bits in both colours, if the layout has a short way to do so; false when it is
-  /// left to the caller.
+  /// Plots a box of bits in both colours if the layout has a fast way; otherwise returns false, and
+  /// the caller must.
   [[nodiscard]] bool box(const BitBox& box) const {
     return runs_->box(plotters_[0].data(), plotters_[1].data(), surface_, box);
   }
 
-  /// How a kind of plotter, given by its address, plots.
+  /// How a kind of plotter plots, given by its address.
   struct Runs {
     void (*row)(const void* plotter, int x, int y, std::uint32_t count, int step);
     void (*slopes)(const void* plotter, std::span<const Slope> all);

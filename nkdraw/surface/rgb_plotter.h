@@ -18,8 +18,8 @@
 
 namespace nkdraw {
 
-/// The ways of NKPixel to plot, each with what it needs at hand. A negative y is refused. All but
-/// the plain store of three bytes work on four bytes at the word address, in every layout.
+/// The ways in which NKPixel plots, each with the data that it needs. A negative y is refused. All
+/// work on four bytes at the word address, in every layout, except the plain store of three bytes.
 namespace rgb {
 
 struct Canvas {
@@ -29,7 +29,7 @@ struct Canvas {
 
 struct StoreWords;
 
-/// Plots `Write`'s way at the word address.
+/// Plots at the word address, in `Write`'s way.
 template <class Write>
 struct Words {
   Canvas canvas;
@@ -71,14 +71,14 @@ struct BlendWords {
   double alpha;
 
   void operator()(std::uint8_t* at, std::size_t count) const {
-    if (count * 4 >= kShortRun && alpha <= 1.0)  // a derived class may have left any other
+    if (count * 4 >= kShortRun && alpha <= 1.0)  // a derived class may have set a larger one
       return runKernels().blendWords(at, colour, alpha, count);
     for (; count > 0; --count, at += 4)
       store32(at, blendedWord(load32(at), colour, alpha));
   }
 };
 
-/// Adds bytes 0 to 2 of the colour, weighted by its byte 3 whatever channel that is; sums wrap.
+/// Adds bytes 0 to 2 of the colour, weighted by its byte 3 whatever channel that is. Sums wrap.
 struct AddBytes {
   std::array<std::uint8_t, 4> colour;
 
@@ -94,9 +94,9 @@ struct AddBytes {
 
   [[nodiscard]] double weighted(std::size_t i) const { return (colour[3] / 255.0) * colour[i]; }
 
-  /// What is added to each byte, where it is the same for all values under it. A weighted channel
-  /// is a whole number of 255ths, so that its fraction is out of reach of the sum's rounding,
-  /// unless it ought to be whole and is not quite.
+  /// What to add to each byte, if that does not depend on the byte's old value. A weighted channel
+  /// is a whole number of 255ths. Rounding the sum can't move its fraction across a whole number,
+  /// unless the channel should be whole itself and is not quite.
   [[nodiscard]] std::optional<std::uint32_t> wholeAddends() const {
     std::uint32_t addends = 0;
     for (std::size_t i = 0; i < 3; ++i) {
@@ -149,7 +149,7 @@ class Plotter<NKPixel> {
     unfold([x, y, count](const auto& way) { way.row(x, y, count); });
   }
 
-  /// Hands out the way that this one plots, for a loop over many pixels; none without a canvas.
+  /// Passes the way in which this plots to a loop over many pixels; without a canvas, none.
   template <class Visitor>
   void unfold(Visitor visitor) const {
     if (canvas_.first == nullptr)
@@ -167,7 +167,7 @@ class Plotter<NKPixel> {
     }
   }
 
-  /// The same for two plotters that both store words; false for all others.
+  /// The same for two plotters that both store words; otherwise false.
   template <class Visitor>
   static bool unfoldBoth(const Plotter& first, const Plotter& second, Visitor visitor) {
     return first.way_ == Way::kStore && second.way_ == Way::kStore &&

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The loops under runs of pixels in the plain form, a byte or a word at a time.
+// The loops for runs of pixels in the plain form, a byte or a word at a time.
 #include "run_kernels.h"
 
 #include <nkdraw/surface/byte_order.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The loops under runs of pixels, in the widest vectors of the machine.
+// The loops for runs of pixels, in the widest vectors of the machine.
 #pragma once
 
 #include <nkdraw/surface/truncate.h>
@@ -12,13 +12,13 @@
 
 namespace nkdraw {
 
-/// 24 bytes of pixels that follow each other in one colour: they hold a whole number of pixels of
-/// 1, 2, 3, 4, 6 or 8 bytes. Three words with their lowest byte first.
+/// 24 bytes of consecutive pixels in one colour: a whole number of pixels of 1, 2, 3, 4, 6 or 8
+/// bytes. Three words with their lowest byte first.
 class Block {
  public:
   static constexpr std::size_t kBytes = 24;
 
-  /// Begins with the first byte of a pixel.
+  /// The block, beginning with the first byte of a pixel.
   template <std::size_t kPixel>
   explicit Block(const std::array<std::uint8_t, kPixel>& pixel) {
     static_assert(kBytes % kPixel == 0 && kPixel <= 8);
@@ -28,7 +28,7 @@ class Block {
       words_[i] = wordFrom<kPixel>(bits, 8 * i % kPixel);
   }
 
-  /// Begins with another byte of the block, below kBytes.
+  /// The block, beginning with another of its bytes, below kBytes.
   [[nodiscard]] Block from(std::size_t byte) const {
     Block block;
     const std::size_t word = byte / 8, shift = 8 * (byte % 8);
@@ -58,7 +58,7 @@ class Block {
   std::array<std::uint64_t, 3> words_;
 };
 
-/// Sixteen bytes of which some bits belong to a colour.
+/// Sixteen bytes, some of whose bits belong to a colour.
 struct MaskedGroup {
   alignas(16) std::array<std::uint8_t, 16> kept;  ///< a set bit stays as it is
   alignas(16) std::array<std::uint8_t, 16> colour;
@@ -71,40 +71,40 @@ struct MaskedGroup {
   return truncateToLow32((1.0 - alpha) * word + colour * alpha);
 }
 
-/// Each works on memory that need not be aligned, and touches none besides.
+/// Each needs no alignment, and touches no other memory.
 struct RunKernels {
-  /// Stores `bytes` bytes of a colour, the block again and again from its first byte on.
+  /// Stores `bytes` bytes of a colour, repeating the block from its first byte on.
   void (*repeat)(std::uint8_t* at, const Block& block, std::size_t bytes);
-  /// Sets the bits that are not kept in groups of sixteen bytes.
+  /// Sets the bits that are not kept, in groups of sixteen bytes.
   void (*setBits)(std::uint8_t* at, const MaskedGroup& group, std::size_t groups);
-  /// Sets the bits of `row` that are not kept; its kept ones are 0.
+  /// Sets the bits of `row` that are not kept; those kept are 0.
   void (*merge)(std::uint8_t* at, const std::uint8_t* kept, const std::uint8_t* row,
                 std::size_t bytes);
-  /// blendedWord of each word, for an alpha above 0.0 and up to 1.0.
+  /// blendedWord of each word, for an alpha above 0.0 and at most 1.0.
   void (*blendWords)(std::uint8_t* at, std::uint32_t colour, double alpha, std::size_t words);
-  /// Adds bytes to those of each word, wrapping, and sets the last one to 255.
+  /// Adds bytes to those of each word, with wrapping, and sets the last byte to 255.
   void (*addBytes)(std::uint8_t* at, std::uint32_t addends, std::size_t words);
 };
 
 /// The plain form.
 extern const RunKernels kPlainRuns;
 
-/// The fastest of `targets`, Highway's bits.
+/// The fastest among `targets`, Highway's bits.
 [[nodiscard]] const RunKernels& runKernels(std::int64_t targets);
 /// The fastest of this machine.
 [[nodiscard]] const RunKernels& runKernels();
 
-/// Runs of fewer bytes are over before whole vectors pay: where pixels are computed, and where they
-/// are only stored.
+/// Below these numbers of bytes, whole vectors are slower than plain loops. kShortRun is for pixels
+/// that are computed, kShortStores for pixels that are only stored.
 inline constexpr std::size_t kShortRun = 64, kShortStores = 128;
 
-/// Stores `bytes` bytes of pixels of one colour, the last of which may be cut.
+/// Stores `bytes` bytes of pixels of one colour; the last pixel may be cut.
 template <std::size_t kBytes>
 inline void storeBytes(std::uint8_t* at, const std::array<std::uint8_t, kBytes>& colour,
                        std::size_t bytes) {
   if (bytes >= kShortStores)
     return runKernels().repeat(at, Block(colour), bytes);
-  const std::array<std::uint8_t, kBytes> pixel = colour;  // out of reach of the stores
+  const std::array<std::uint8_t, kBytes> pixel = colour;  // the stores can't alias it
   for (; bytes >= kBytes; bytes -= kBytes, at += kBytes)
     std::memcpy(at, pixel.data(), kBytes);
   for (std::size_t i = 0; i < bytes; ++i)

@@ -19,8 +19,8 @@ inline constexpr bool hasRows = requires(const AnyPlotter& plotter) {
   plotter.row(0, 0, 0);
 };
 
-/// Whether pixels of a run that begins there on its left overlap, where they do so on a part of the
-/// layout only.
+/// Whether the pixels of a run that begins at this column overlap, for a layout where only some
+/// runs do.
 template <class AnyPlotter>
 constexpr bool overlaps(int leftmost) {
   if constexpr (requires { AnyPlotter::overlaps(leftmost); })
@@ -35,8 +35,9 @@ void plotInTurn(const AnyPlotter& plotter, int x, int y, std::uint32_t count, in
     plotter.put(x, y);
 }
 
-/// A run of one colour has the same result in both directions, unless pixels overlap: then, on
-/// classes that want to see them, and where coordinates wrap, each is plotted in its turn.
+/// Plots a row. A run of one colour gives the same result in both directions, unless pixels
+/// overlap. Pixels are plotted one by one, in order, if they overlap, if the class wants to see
+/// them, or if coordinates wrap.
 template <class AnyPlotter>
 void plotRow(const AnyPlotter& plotter, int x, int y, std::uint32_t count, int step) {
   if constexpr (hasRows<AnyPlotter>) {
@@ -61,14 +62,14 @@ constexpr int whole(std::uint32_t fixed) {
   return static_cast<int>(fixed) >> 16;
 }
 
-/// Positions until the whole part of `fixed` changes.
+/// Positions until the integer part of `fixed` changes.
 inline std::uint32_t untilNext(std::uint32_t fixed, std::uint32_t step) {
   const std::uint32_t fraction = fixed & 0xFFFF;
   return static_cast<int>(step) > 0 ? (0x10000 - fraction + step - 1) / step
                                     : fraction / (0U - step) + 1;
 }
 
-/// Whether positions along a row stay on it for so long that rows pay.
+/// Whether a slope stays on each row long enough for plotting in rows to pay.
 inline bool isFlat(const Slope& slope) {
   constexpr std::uint32_t kSteepest = 0x10000 / 8;
   return !slope.alongY && magnitude(static_cast<int>(slope.step)) <= kSteepest;
@@ -84,11 +85,11 @@ void plotFlat(const AnyPlotter& plotter, Slope slope) {
   }
 }
 
-/// Positions of which the pixels are under way from memory while one is written: a plotter that
-/// keeps bits of what was there would wait for each.
+/// How many positions ahead pixels are prefetched. A plotter that keeps some of the old bits must
+/// read each pixel, and would wait for memory every time.
 inline constexpr std::uint32_t kAhead = 16;
 
-/// The plotter is a copy: what is stored can't be a part of it, so that it stays in registers.
+/// Takes a copy of the plotter: stores can't alias it, so it stays in registers.
 template <bool alongY, class AnyPlotter>
 void plotSteep(AnyPlotter plotter, Slope slope) {
   const auto x = [](const Slope& at) { return alongY ? whole(at.minor) : at.major; };
@@ -105,7 +106,7 @@ void plotSteep(AnyPlotter plotter, Slope slope) {
     plotter.put(x(slope), y(slope));
 }
 
-/// Calls `draw` with the plotter, or with what it would choose among for every pixel.
+/// Calls `draw` with the plotter, or with the way of plotting that it would choose for every pixel.
 template <class AnyPlotter, class Draw>
 void unfolded(const AnyPlotter& plotter, Draw draw) {
   if constexpr (requires { plotter.unfold(draw); })
@@ -128,7 +129,7 @@ void plotSlopes(const AnyPlotter& plotter, std::span<const Slope> all) {
   });
 }
 
-/// Neighbouring bits of one kind are one row.
+/// Neighbouring bits of one kind form one row.
 template <class AnyPlotter>
 void plotBits(const AnyPlotter* background, const AnyPlotter& foreground, unsigned bits, int x,
               int y, std::uint32_t scale) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The loops under runs of pixels in vectors.
+// The loops for runs of pixels with vectors.
 #include "run_kernels.h"
 
 #include <nkdraw/simd/vector_targets.h>
@@ -25,7 +25,7 @@ constexpr const RunKernels& kKernels = kPlainRuns;
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// What pays on a run of a few hundred bytes: no more than 32 bytes in one vector.
+// At most 32 bytes a vector: wider ones do not pay on runs of a few hundred bytes.
 using Bytes = hn::CappedTag<std::uint8_t, 32>;
 constexpr Bytes kBytes;
 constexpr std::size_t kSize = hn::MaxLanes(kBytes);
@@ -49,7 +49,7 @@ struct BlockVectors {
   }
 };
 
-/// One vector at the head and one at the tail, and between them whole vectors at aligned addresses.
+/// One vector at the start, one at the end, and between them whole vectors at aligned addresses.
 void repeat(std::uint8_t* at, const Block& block, std::size_t bytes) {
   if (bytes < kSize)
     return kPlainRuns.repeat(at, block, bytes);
@@ -93,7 +93,8 @@ constexpr Doubles kDoubles;
 constexpr hn::RebindToUnsigned<Doubles> kWide;
 constexpr hn::Rebind<std::uint32_t, Doubles> kWords;
 
-/// A 32-bit number in the low bits of 2^52 is a double that much larger; both ways are exact.
+/// A 32-bit number in the low bits of 2^52 makes a double that is larger by this number; both
+/// conversions are exact.
 constexpr double kTwoTo52 = 4503599627370496.0;
 
 void blendWords(std::uint8_t* at, std::uint32_t colour, double alpha, std::size_t words) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Doubles to integers, as an x86-64 truncates them, on every machine and without undefined
-// behaviour: what does not fit, and what is no number, becomes the lowest integer.
+// Converts doubles to integers as x86-64 truncates them, on every machine and without undefined
+// behaviour: not-a-number, and values out of range, give the lowest integer.
 #pragma once
 
 #include <cstdint>
@@ -9,14 +9,14 @@
 
 namespace nkdraw {
 
-/// Towards zero into 32 bits; 0x80000000 when it does not fit.
+/// Towards zero into 32 bits; 0x80000000 if it does not fit.
 [[nodiscard]] constexpr std::int32_t truncateToInt32(double value) {
   return value > -2147483649.0 && value < 2147483648.0 ? static_cast<std::int32_t>(value)
                                                        : std::numeric_limits<std::int32_t>::min();
 }
 
-/// Towards zero into 64 bits, of which the low 32 are kept; 0 when it does not fit in 64. Narrower
-/// fields are cut from this.
+/// Towards zero into 64 bits, then the low 32; 0 if it does not fit into 64. Narrower fields are
+/// cut from this.
 [[nodiscard]] constexpr std::uint32_t truncateToLow32(double value) {
   return value >= -9223372036854775808.0 && value < 9223372036854775808.0
              ? static_cast<std::uint32_t>(static_cast<std::int64_t>(value))

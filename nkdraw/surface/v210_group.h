@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A group of v210 as numbers: which bits each pixel has, and how colours are put there.
+// A v210 group as numbers: which bits each pixel has, and how colours are stored.
 #pragma once
 
 #include <nkdraw/surface/layout_facts.h>
@@ -17,7 +17,7 @@ inline constexpr int kGroupPixels = kFacts.groupPixels;
 inline constexpr int kGroupBytes = kFacts.groupBytes;
 inline constexpr std::uint32_t kSampleMask = (1U << kFacts.depth) - 1;
 
-/// A sample of a group: which of its four little-endian words, and the lowest bit there.
+/// A sample's position in a group: one of four little-endian words, and the lowest bit there.
 struct Sample {
   std::uint8_t word;
   std::uint8_t shift;
@@ -47,7 +47,7 @@ struct Halves {
   }
 };
 
-/// The bits that the pixels from `first` up to, not including, `last` own or share.
+/// The bits that pixels from `first` up to, but not including, `last` own or share.
 constexpr Halves ownedBits(int first, int last) {
   Halves bits;
   for (int m = first; m < last; ++m) {
@@ -58,7 +58,7 @@ constexpr Halves ownedBits(int first, int last) {
   return bits;
 }
 
-/// ownedBits of every stretch inside a group.
+/// ownedBits for every range of pixels in a group.
 inline constexpr auto kOwned = [] {
   std::array<std::array<Halves, kGroupPixels + 1>, kGroupPixels> table{};
   for (int first = 0; first < kGroupPixels; ++first) {
@@ -81,7 +81,7 @@ constexpr Halves filledGroup(std::uint64_t code) {
   return group;
 }
 
-/// Some pixels of a group, each in a colour of its own.
+/// Some pixels of a group, each in its own colour.
 class GroupEditor {
  public:
   explicit GroupEditor(char* group) : group_(group) {
@@ -89,7 +89,7 @@ class GroupEditor {
     std::memcpy(&bits_.high, group_ + 8, sizeof bits_.high);
   }
 
-  /// The pixel with number `m` in the colour `code`, as filledGroup takes it.
+  /// Sets pixel `m` to the colour `code`, in the form that filledGroup takes.
   void put(std::size_t m, std::uint64_t code) {
     Halves colour;
     colour.put(kLuma[m], code & kSampleMask);

@@ -15,12 +15,12 @@ namespace nkdraw {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
 }
 
-/// Pixels from `first` to `last`, which is not less, both included.
+/// The number of pixels from `first` to `last`, both included; `last` is not less than `first`.
 [[nodiscard]] constexpr std::uint32_t span(std::int32_t first, std::int32_t last) {
   return static_cast<std::uint32_t>(last) - static_cast<std::uint32_t>(first) + 1;
 }
 
-/// The absolute value; the lowest integer keeps its bits.
+/// The absolute value; the lowest integer stays as it is.
 [[nodiscard]] constexpr std::uint32_t magnitude(std::int32_t value) {
   const auto bits = static_cast<std::uint32_t>(value);
   return value < 0 ? 0U - bits : bits;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The search for a default font sheet by the width of the frame. The sheet is not loaded: only that
-// it is there, or not, is noted.
+// Looks for a default font sheet by the width of the frame. The sheet is not loaded; only whether
+// it exists is recorded.
 #include <nkdraw/draw/draw.h>
 
 #include <nkdraw/platform/module.h>
@@ -25,7 +25,7 @@ constexpr SheetName kSheetNames[] = {
     {std::numeric_limits<std::uint32_t>::max(), "deffont_1080.bmp"},
 };
 
-/// Where a sheet is looked for when it isn't beside the program.
+/// Where to look for a sheet that isn't beside the program.
 constexpr std::string_view kFolders[] = {"E:\\morvane\\bin64\\", "C:\\Program Files\\Morvane\\"};
 
 constexpr std::uint32_t kPathBytes = 4096;
@@ -37,7 +37,7 @@ std::string_view sheetNameFor(std::uint32_t width) {
       ->name;
 }
 
-/// A path with room for a sheet's name behind the longest folder.
+/// A path, with room for a sheet's name after the longest folder.
 using Path = std::array<char, kPathBytes + kLongestName>;
 
 bool isIn(std::string_view folder, std::string_view name) {

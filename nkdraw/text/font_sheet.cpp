@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Reading a font sheet: a 24-bit BMP file, whose rows go into the process-wide font data as they
-// stand in the file.
+// Reads a font sheet: a 24-bit BMP file, whose rows go into the process-wide font data in file
+// order.
 #include <nkdraw/draw/draw.h>
 
 #include <nkdraw/draw/open_file.h>
@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::int32_t kRefused = -1;
 
-// Places in the file. Of the multi-byte fields that are tested only the low byte is.
+// Offsets in the file. Of multi-byte fields only the low byte is tested.
 constexpr std::size_t kMark = 0;
 constexpr std::size_t kPixelOffset = 10;
 constexpr std::size_t kHeaderSize = 14;
@@ -26,8 +26,8 @@ constexpr std::size_t kBytesRead = 50;
 
 using nkdraw::SheetHeader;
 
-/// The head of a file: as many bytes as are read of it, and zeros behind them for those that are
-/// copied without having been read.
+/// The header of a file: the bytes read from it, followed by zeros, because more is copied than is
+/// read.
 class FileHead {
  public:
   explicit FileHead(int file) { nkdraw::readAt(file, 0, std::span(bytes_).first(kBytesRead)); }
@@ -35,7 +35,7 @@ class FileHead {
   [[nodiscard]] bool isBitmap() const {
     return bytes_[kMark] == 'B' && bytes_[kMark + 1] == 'M' && bytes_[kHeaderSize] == 40;
   }
-  /// Meant: a larger offset is cut to its low byte.
+  /// Deliberate: callers rely on it. An offset above 255 is cut to its low byte.
   [[nodiscard]] std::uint8_t pixelOffset() const { return bytes_[kPixelOffset]; }
 
   void copyHeader() const {
@@ -46,15 +46,15 @@ class FileHead {
   std::array<std::uint8_t, kHeader + SheetHeader::kBytes> bytes_{};
 };
 
-/// Whether the header that was copied is of a sheet. Meant: of the bits of a pixel the low byte
-/// alone is compared.
+/// Whether the copied header is a sheet's. Deliberate: callers rely on what is accepted. Of the
+/// bits per pixel only the low byte is compared.
 bool isPlain24Bit() {
   return SheetHeader::word(SheetHeader::kCompression) == 0 &&
          nkdraw::fontData.fontSheetHeader[SheetHeader::kBitCount] == 24;
 }
 
-/// The bytes of pixels that the header asks for. Meant: a size that it leaves open comes without
-/// the fill of the rows.
+/// The bytes of pixels that the header asks for. Deliberate: callers rely on it. If the header
+/// gives no size, the computed one leaves out row padding.
 std::uint32_t sizeOfPixels() {
   if (SheetHeader::word(SheetHeader::kSizeImage) == 0)
     SheetHeader::setWord(SheetHeader::kSizeImage, SheetHeader::word(SheetHeader::kWidth) *

@@ -24,8 +24,8 @@ constexpr Stroke strokeOf(bool set, bool invert, bool fill) {
   return set != invert ? Stroke::kForeground : Stroke::kBackground;
 }
 
-/// One bit of a cell, `scale` pixels wide. In the foreground a magnified bit is one run of
-/// LineHoriz, in the background single points.
+/// One bit of a cell, `scale` pixels wide. In the foreground a magnified bit is one LineHoriz; in
+/// the background it is single points.
 void plotBit(NKDraw& surface, int x, int y, std::uint32_t scale, Stroke stroke) {
   if (stroke == Stroke::kNone)
     return;
@@ -44,18 +44,17 @@ void plotRow(NKDraw& surface, int x, int y, std::uint32_t scale, unsigned cellRo
     plotBit(surface, x, y, scale, (cellRow & mask) != 0 ? set : clear);
 }
 
-/// Labels of single pixels on the library's own classes, which override neither Point nor
-/// LineHoriz: a line of a cell is plotted at once.
+/// Draws labels at scale 1 on the library's own classes. These override neither Point nor
+/// LineHoriz, so a line of a cell is plotted at once.
 class DirectLabel {
  public:
   DirectLabel(NKDraw& surface, bool invert, bool fill)
       : plotter_(surface), invert_(invert), fill_(fill) {}
 
-  /// Set pixels without the others are plotted in one colour only, which inverted is the
-  /// background.
+  /// Without a box this plots only the foreground, but an inverted label needs the background.
   [[nodiscard]] bool possible() const { return plotter_.ownClass() && (fill_ || !invert_); }
 
-  /// The column of the last point plotted, if there was any.
+  /// The column of the last point plotted, if any.
   [[nodiscard]] std::optional<int> plotRow(int x, int y, std::uint8_t cellRow) const {
     plotter_.bits(invert_ ? ~unsigned{cellRow} : cellRow, x, y, 1, !fill_);
     if (!fill_ && cellRow == 0)
@@ -97,7 +96,7 @@ std::uint32_t NKDraw::LabelGetFontHeight() {
 std::uint32_t NKDraw::Label(int x, int y, const char* text, bool invert, bool fill) {
   const Stroke clear = strokeOf(false, invert, fill), set = strokeOf(true, invert, fill);
   const std::uint32_t advance = labelFontWidth * labelFontScale;
-  // Signed, so that a label above the canvas walks down into it.
+  // Signed, so a label above the canvas continues down into it.
   const int end = nkdraw::wrappingAdd(y, labelFontHeight * labelFontScale);
   const DirectLabel direct(*this, invert, fill);
   const bool atOnce = labelFontScale == 1 && direct.possible();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The built-in label font, drawn for an 8 by 10 cell: two-pixel stems, one-pixel strokes, digits
-// that can't be mistaken for letters on a moving picture.
+// The built-in label font, drawn for an 8 by 10 cell: two-pixel stems, one-pixel strokes, and
+// digits that can't be mistaken for letters in a moving picture.
 #include <nkdraw/text/label_glyphs.h>
 
 #include <array>
@@ -13,16 +13,16 @@ constexpr std::size_t kCells = 256;
 
 using Cell = std::array<std::uint8_t, kGlyphHeight>;
 
-/// The blanks are what a negative character code shows.
+/// A negative character code shows the blanks.
 struct GlyphTable {
   std::array<Cell, kCells / 2> blanks{};
   std::array<Cell, kCells> cells;
 };
 
-// Bottom row first. The repertoire is that of code page 437. Letters and digits stand on the second
-// row from the bottom, descenders too; of the printable ASCII cells the underscore alone uses the
-// lowest row, because at magnifications above 1 DrawText shows it above the cell before. Tails that
-// have no room below the line are drawn slanting, so that y is no u.
+// Bottom row first. The repertoire is code page 437. Letters and digits stand on the second row
+// from the bottom, and so do descenders: at magnifications above 1, DrawText shows the lowest row
+// above the previous cell. Of the printable ASCII cells only the underscore uses that row. Tails
+// that have no room below the line slant, so that y differs from u.
 constexpr GlyphTable kTable = {
     .cells = {{
         {0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00},  // 0 blank

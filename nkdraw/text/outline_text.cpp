@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Text in the platform's outline font. The platform gives the outlines, the extent and a filled
-// mask; lines, curves and pixels are the surface's own.
+// Text in the platform's outline font. The platform supplies the outlines, the extent and a filled
+// mask; the surface draws the lines, curves and pixels.
 #include <nkdraw/text/text_paths.h>
 
 #include <nkdraw/draw/weighted_line.h>
@@ -21,7 +21,7 @@ using nkdraw::Channels;
 using nkdraw::penColour;
 using nkdraw::wrappingAdd;
 
-// Arguments as the platform's graphics interface numbers them.
+// Arguments, numbered as in the platform's graphics interface.
 constexpr int kColourCount = 24;
 constexpr int kThin = 100;
 constexpr std::uint32_t kPlatformCharacters = 255;
@@ -45,7 +45,7 @@ using Region = std::unique_ptr<nkRegion, Release<nkDeleteRegion>>;
 template <class Element>
 using Block = std::unique_ptr<Element[], Release<NKFree>>;
 
-/// Zeros: what a path lacks has no type, and is not drawn.
+/// Zeros: a missing point of a path has no type, and is not drawn.
 template <class Element>
 Block<Element> allocate(std::uint32_t count) {
   const auto bytes = count * static_cast<std::uint32_t>(sizeof(Element));
@@ -55,19 +55,20 @@ Block<Element> allocate(std::uint32_t count) {
   return block;
 }
 
-/// Meant: channels go from 0 to 1 already, so that this darkens nearly to black.
+/// Deliberate: callers rely on the colours. Channels are 0 to 1 already, so this darkens nearly to
+/// black.
 void setDarkened(NKDraw& surface, const Channels& colour, double alpha) {
   surface.SetColorRGBA(colour.r / 255.0, colour.g / 255.0, colour.b / 255.0, alpha, true);
 }
 
-/// The path of a text as it was recorded.
+/// The recorded path of a text.
 struct Outline {
   Block<std::uint8_t> types;
   Block<tagPOINT> points;
   int count = 0;  ///< 0 when there was no memory for them
 };
 
-/// A text on the platform's side: its font, its mask and its path.
+/// A text in the platform's terms: its font, its mask and its path.
 class PlatformText {
  public:
   PlatformText(const char* text, std::int32_t count) : text_(text), count_(count) {
@@ -80,7 +81,7 @@ class PlatformText {
   [[nodiscard]] bool hasFont() const { return font_ != nullptr; }
   [[nodiscard]] const tagSIZE& extent() const { return extent_; }
 
-  /// Opens the font and makes a mask as large as the text.
+  /// Opens the font and makes a mask of the size of the text.
   void makeMask() {
     SelectObject(screen_.get(), SelectObject(screen_.get(), font_.get()));
     canvas_.reset(CreateCompatibleDC(screen_.get()));
@@ -94,8 +95,8 @@ class PlatformText {
     SelectObject(canvas_.get(), bitmap_.get());
   }
 
-  /// Meant: channels from 0 to 1 are cut to whole numbers. Below 1 in all of them the mask is
-  /// filled with black, and nothing of it shows.
+  /// Deliberate: callers rely on the colours. Channels from 0 to 1 are truncated to integers. If
+  /// all are below 1, the mask is filled with black and shows nothing.
   void chooseColour(const Channels& colour) {
     const std::uint32_t word = nkdraw::truncateToLow8(colour.r) |
                                std::uint32_t{nkdraw::truncateToLow8(colour.g)} << 8 |
@@ -107,7 +108,7 @@ class PlatformText {
     SelectObject(canvas_.get(), brush_.get());
   }
 
-  /// Records the path, and makes room for its points.
+  /// Records the path, and allocates its points.
   [[nodiscard]] Outline record() {
     MoveToEx(canvas_.get(), 0, 0, nullptr);
     BeginPath(canvas_.get());
@@ -128,13 +129,13 @@ class PlatformText {
     AbortPath(canvas_.get());
   }
 
-  /// Records the path once more, in straight lines.
+  /// Records the path again, with curves flattened to straight lines.
   void recordFlat(Outline& outline, tagRECT& rect, std::uint32_t format) {
     BeginPath(canvas_.get());
     TextOutA(canvas_.get(), 0, 0, text_, count_);
     if ((format & DT_CALCRECT) != 0) {
       measure();
-      rect.right = wrappingAdd(rect.left, extent_.cy);  // meant: the height, not the width
+      rect.right = wrappingAdd(rect.left, extent_.cy);  // deliberate: callers rely on the height
     }
     endPath();
     FlattenPath(canvas_.get());
@@ -162,7 +163,7 @@ class PlatformText {
   std::int32_t count_;
   tagSIZE extent_ = {0, 0};
   Context screen_{CreateICA("DISPLAY")};
-  // In front of the context that they are selected into, which ends before them.
+  // Declared before the context that they are selected into, so the context is destroyed first.
   Object font_, bitmap_, pen_, brush_, blackPen_;
   Context canvas_;
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A walk over the chunks of a PNG file (ISO/IEC 15948), of which nothing is kept.
+// Walks the chunks of a PNG file (ISO/IEC 15948) and keeps nothing.
 #include <nkdraw/draw/draw.h>
 
 #include <nkdraw/draw/open_file.h>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::int32_t kRefused = -1;
 
-/// The signature, and the length and the type of the first chunk.
+/// The signature, then the first chunk's length and type.
 constexpr std::string_view kStart("\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR", 16);
 constexpr off_t kFirstChunkBehindHeader = 33;
 constexpr off_t kChecksumBytes = 4;
@@ -38,8 +38,8 @@ bool startsAsPng(int file) {
                     [](std::uint8_t byte, char want) { return static_cast<char>(byte) == want; });
 }
 
-/// Goes from chunk to chunk; whether the last one is reached before the file ends. Image data would
-/// be dropped, and so are passed over like the rest.
+/// Goes from chunk to chunk. Whether the last one is reached before the file ends. Image data is
+/// not needed, so it is skipped like the rest.
 bool reachesLastChunk(int file) {
   off_t at = kFirstChunkBehindHeader;
   Chunk chunk;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The process-wide font data as the bytes that a sheet is read into and stamped from.
+// The process-wide font data as bytes: a sheet is read into them and stamped from them.
 #pragma once
 
 #include <nkdraw/text/font_data.h>
@@ -11,8 +11,8 @@
 
 namespace nkdraw {
 
-/// The whole block: a sheet larger than its pixels runs on into the fields behind them, up to the
-/// block's end.
+/// The whole block: a sheet larger than its pixels continues into the fields after them, up to the
+/// end of the block.
 [[nodiscard]] inline std::span<std::uint8_t> fontBlock() {
   return {reinterpret_cast<std::uint8_t*>(&fontData), sizeof fontData};
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Text from a font sheet. The top line of the sheet is a code: its runs of equal colour are, from
-// the left, the space, and then glyph cells and separators in turn.
+// Text from a font sheet. The top line of the sheet is a code. Its runs of equal colour are, from
+// the left: the space, then glyph cells and separators in turn.
 #include <nkdraw/text/text_paths.h>
 
 #include <nkdraw/surface/wrapping.h>
@@ -22,12 +22,12 @@ struct Colour {
   bool operator==(const Colour&) const = default;
 };
 
-/// The colour that shows the background. It comes from the last character that has a cell, in this
-/// text or in one before; spaces in front of the first such have none.
+/// The colour that lets the background show. It is taken from the last character that has a cell,
+/// in this text or an earlier one. Spaces before the first such character have none.
 std::optional<Colour> key;
 
-/// The sheet that the font data hold. Places are bytes of their block; a pixel that doesn't lie in
-/// it with all its bytes is none.
+/// The sheet in the font data. Positions are bytes of its block. A pixel that isn't wholly inside
+/// the block counts as missing.
 class Sheet {
  public:
   Sheet() : height_(SheetHeader::word(SheetHeader::kHeight)) {
@@ -36,7 +36,7 @@ class Sheet {
   }
 
   [[nodiscard]] std::uint32_t height() const { return height_; }
-  /// Rows lie bottom up, so that the top line is the last one.
+  /// Rows are stored bottom up, so the top line is the last one.
   [[nodiscard]] std::size_t topLine() const { return (height_ - 1) * std::size_t{stride_}; }
   /// The same column `line` lines below the top one.
   [[nodiscard]] std::size_t below(std::size_t at, std::uint32_t line) const {
@@ -50,8 +50,8 @@ class Sheet {
     return Colour{block[at], block[at + 1], block[at + 2]};
   }
 
-  /// Pixels from `at` that have its colour. The search ends with the block, and not with the line:
-  /// a code behind the last glyph finds what follows in memory.
+  /// The pixels from `at` on that have its colour. The search ends with the block, not with the
+  /// line: a code past the last glyph finds whatever follows in memory.
   [[nodiscard]] std::uint32_t runLength(std::size_t at) const {
     const std::optional<Colour> colour = pixel(at);
     std::uint32_t length = 0;
@@ -69,8 +69,8 @@ class Sheet {
   std::uint32_t stride_;
 };
 
-/// Where the glyph of a character starts in the top line, and the key with the first cell. Meant:
-/// codes from 128 on are negative, and so are spaces.
+/// Where a character's glyph starts in the top line; the first cell also gives the key. Deliberate:
+/// callers rely on the text. Codes from 128 on are negative, and count as spaces.
 std::size_t findGlyph(const Sheet& sheet, char character) {
   const int number = static_cast<signed char>(character) - kFirstCode;
   std::size_t at = sheet.topLine();
@@ -81,7 +81,7 @@ std::size_t findGlyph(const Sheet& sheet, char character) {
     if (cell == 0)
       key = sheet.pixel(at);
   }
-  return number < 0 ? at : at + kPixelBytes;  // a cell's own first pixel is no part of the glyph
+  return number < 0 ? at : at + kPixelBytes;  // a cell's first pixel is not part of the glyph
 }
 
 void stampPixel(NKDraw& surface, std::int32_t x, std::int32_t y, const Colour& colour) {
@@ -89,7 +89,7 @@ void stampPixel(NKDraw& surface, std::int32_t x, std::int32_t y, const Colour& c
     surface.PutPixel(x, y, false);
     return;
   }
-  // Meant: 256 stands for full, so that white arrives as 255/256, and alpha is none.
+  // Deliberate: callers rely on the colours. Full is 256, so white becomes 255/256; alpha is 0.
   constexpr double kUnit = 0.00390625;
   surface.SetColorRGBA(colour.red * kUnit, colour.green * kUnit, colour.blue * kUnit, 0.0, true);
   surface.PutPixel(x, y, true);
@@ -98,7 +98,7 @@ void stampPixel(NKDraw& surface, std::int32_t x, std::int32_t y, const Colour& c
 }  // namespace
 
 void nkdraw::drawSheetText(NKDraw& surface, const char* text, const tagRECT& rect) {
-  surface.ExtractBMPData(kSheetPath);  // meant: without a new sheet the one before serves
+  surface.ExtractBMPData(kSheetPath);  // deliberate: if there is no new sheet, the old one stays
   const Sheet sheet;
   std::int32_t pen = rect.left;
   for (; *text != '\0'; ++text) {

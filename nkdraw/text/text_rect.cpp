@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Text in a rectangle: the choice of a font, and the built-in glyphs, magnified by whole numbers,
-// drawn upward from the rectangle's bottom edge.
+// Text in a rectangle: chooses a font, and draws the built-in glyphs, magnified by a whole number,
+// upward from the rectangle's bottom edge.
 #include <nkdraw/draw/draw.h>
 #include <nkdraw/surface/resolver.h>
 #include <nkdraw/surface/wrapping.h>
@@ -36,7 +36,8 @@ void centre(tagRECT& rect, std::uint32_t length, std::uint32_t magnification) {
   const auto height = static_cast<std::uint32_t>(wrappingSubtract(rect.bottom, rect.top));
   if (height > line)
     rect.top = wrappingAdd(rect.top, (height - line) / 2);
-  // Meant as coarse as it is: characters count 10 pixels wide here, although cells are 8.
+  // Deliberate: callers rely on the position. Characters count as 10 pixels wide here, although
+  // cells are 8.
   const auto half = static_cast<std::int32_t>(length * magnification * 10 / 2);
   const std::int32_t middle = wrappingSubtract(rect.right, rect.left) / 2;
   if (middle > half)
@@ -54,9 +55,9 @@ void align(tagRECT& rect, std::uint32_t format, std::uint32_t length, std::uint3
     rect.bottom = wrappingAdd(rect.top, nkdraw::kGlyphHeight * magnification);
 }
 
-/// Stamps cells of glyphs. A cell covers one line more than it is high, and its row moves on after
-/// line 0 already: its first byte fills one line, the others `magnification` each, then follows the
-/// first byte of the next cell. The topmost line is always background.
+/// Stamps cells of glyphs. A cell covers one line more than its height, and moves to its next row
+/// after line 0 already. So its first byte fills one line and the others `magnification` lines
+/// each; then the first byte of the next cell follows. The topmost line is always background.
 class GlyphStamp {
  public:
   GlyphStamp(NKPixel& surface, std::uint32_t magnification, bool transparent)
@@ -70,8 +71,9 @@ class GlyphStamp {
     rows_.back().lines = 1;
   }
 
-  /// A text with its lower left corner at (left, bottom). With a background many cells are one box;
-  /// without one, and where there is no short way, they are stamped one after the other.
+  /// A text with its lower left corner at (left, bottom). With a background many cells form one
+  /// box. Without a background, or if the surface has no fast way for boxes, cells are stamped one
+  /// by one.
   void stamp(std::string_view text, std::int32_t left, std::int32_t bottom) {
     while (!text.empty()) {
       const std::string_view cells = text.substr(0, transparent_ ? 1 : std::size_t{cellsAtOnce_});
@@ -120,12 +122,12 @@ class GlyphStamp {
   std::uint32_t magnification_;
   bool transparent_;
   std::uint32_t cellsAtOnce_;
-  // Those of a cell, the first of the next one, and the topmost.
+  // The bytes of a cell, the first byte of the next one, and the topmost line.
   std::array<nkdraw::BitLines, nkdraw::kGlyphHeight + 2> rows_;
 };
 
-/// Every text clears the word, on whatever thread; one that is clear stays untouched, in all
-/// caches.
+/// Every text clears the word, from any thread. A word that is already clear is not written, so
+/// that all caches keep it.
 void clearFontScratch() {
   const std::atomic_ref scratch(nkdraw::fontData.fontScratch);
   if (scratch.load(std::memory_order_relaxed) != 0)

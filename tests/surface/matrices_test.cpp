@@ -286,7 +286,7 @@ TEST(Matrices, WhiteOf709FullAndOf2020Full) {
   EXPECT_NEAR(cr, 0.5, 1e-15);
   setMode(pixel, 6);
   pixel.RGBToYCbCr(1.0, 1.0, 1.0, 1.0, y, cb, cr, a);
-  EXPECT_NEAR(cb, 0.0, 1e-15);  // the 0.5 is meant to be missing
+  EXPECT_NEAR(cb, 0.0, 1e-15);  // deliberately without the 0.5
   EXPECT_NEAR(cr, 0.0, 1e-15);
 }
 

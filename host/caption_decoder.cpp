@@ -120,7 +120,7 @@ std::span<const vbi_char> CaptionDecoder::cells() {
   if (vbi_fetch_cc_page(decoder_.get(), &page_, pageNumber_, 1) == 0)
     return {};
   const std::span<const vbi_char> cells(page_.text, std::size_t{kColumns} * kRows);
-  // A text channel would be a full box from the start, before it has any text.
+  // The decoder shows a text channel as a full box from the start; here it waits for text.
   const bool emptyText = pageNumber_ >= kText && std::ranges::all_of(cells, isBlank);
   return emptyText ? std::span<const vbi_char>{} : cells;
 }

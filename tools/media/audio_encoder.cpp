@@ -15,7 +15,7 @@ bool isPCM(AVCodecID codec) {
   return std::string_view(avcodec_get_name(codec)).starts_with("pcm_");
 }
 
-/// PCM that loses nothing of what the track's decoder gives; 24 bits hold what lossy codecs give.
+/// PCM that loses nothing of the decoder's output; for lossy codecs 24 bits are enough.
 AVCodecID pcmFor(const AVCodecParameters& track, const AVOutputFormat& format) {
   if (isPCM(track.codec_id) && holds(format, track.codec_id) &&
       avcodec_find_encoder(track.codec_id) != nullptr)
@@ -82,7 +82,7 @@ void AudioEncoder::describeTo(AVStream& stream) const {
 
 void AudioEncoder::encode(const double* samples, std::size_t count, const TakePacket& take) {
   waiting_.insert(waiting_.end(), samples, samples + count * shape_.channels());
-  // PCM takes any number at once.
+  // PCM encoders take frames of any length.
   const auto step = static_cast<std::size_t>(encoder_->frame_size);
   for (std::size_t there = waiting_.size() / shape_.channels(); there > 0 && there >= step;
        there = waiting_.size() / shape_.channels())

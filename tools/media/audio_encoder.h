@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// FFmpeg's encoder of one track of sound, and which one is taken.
+// FFmpeg's encoder for one audio track, and the choice of the encoder.
 #pragma once
 
 #include "media/audio_reader.h"
@@ -14,9 +14,9 @@
 
 namespace nkdraw::media {
 
-/// The encoder that the request asks for, else PCM: the track's own kind of it if the output holds
-/// that, or one of its depth. `silent` is what a message calls the choice of no sound. Throws
-/// Failure.
+/// The encoder that the request names, else PCM: the track's own kind if the output format can hold
+/// it, or PCM of the same depth. `silent` is the name of the option for no sound, for messages.
+/// Throws Failure.
 [[nodiscard]] CodecChoice chooseAudioCodec(const CodecRequest& request,
                                            const AVCodecParameters& track,
                                            const AVOutputFormat& format, const std::string& silent);
@@ -28,7 +28,7 @@ class AudioEncoder {
   void describeTo(AVStream& stream) const;
   [[nodiscard]] AVRational timeBase() const { return encoder_->time_base; }
 
-  /// Encodes the next `count` moments.
+  /// Encodes the next `count` sample frames.
   void encode(const double* samples, std::size_t count, const TakePacket& take);
   /// Encodes what is left.
   void finish(const TakePacket& take);

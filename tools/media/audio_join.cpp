@@ -29,7 +29,7 @@ std::unique_ptr<AudioReader> readerFor(MediaInput& input, std::optional<int> str
                 : nullptr;
 }
 
-/// The second clip's share of the sound; `moment` and `length` are of the overlap.
+/// The second clip's share of the sound; `moment` and `length` are relative to the overlap.
 using Share = double (*)(std::int64_t moment, std::int64_t length);
 
 double fadedShare(std::int64_t moment, std::int64_t length) {
@@ -106,7 +106,7 @@ class AudioJoin::Track {
     return av_rescale_q(frame, av_inv_q(rate_), AVRational{1, shape_.rate});
   }
 
-  /// As many moments as can be treated alike.
+  /// The number of moments that can be treated alike.
   [[nodiscard]] std::size_t blockBefore(std::int64_t end) const {
     for (const std::int64_t border : {overlapFirst_, overlapEnd_}) {
       if (position_ < border)
@@ -116,8 +116,8 @@ class AudioJoin::Track {
         std::min<std::int64_t>(end - position_, static_cast<std::int64_t>(kMostAtOnce)));
   }
 
-  /// Reads the next block of both clips; how much of it the second one had, or all of it where that
-  /// has no say.
+  /// Reads the next block of both clips. Returns how much of it the second clip had, or all of it
+  /// if its end does not matter.
   std::size_t load(std::size_t count) {
     std::ranges::fill(soundA_, 0.0);
     std::ranges::fill(soundB_, 0.0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The sound of two clips that are joined.
+// Joins the sound of two clips.
 #pragma once
 
 #include "media/audio_encoder.h"
@@ -17,39 +17,39 @@
 namespace nkdraw::media {
 
 enum class AudioMode {
-  kCrossfade,  ///< from one to the other while the frames change, by straight lines
+  kCrossfade,  ///< linear, while the frames change
   kCut,        ///< in the middle of the transition
   kNone,
 };
 
-/// What a user asks for.
+/// The request of a user.
 struct AudioRequest {
   AudioMode mode = AudioMode::kCrossfade;
   CodecRequest codec;
-  std::string silent;  // what the user calls the choice of no sound, for messages
+  std::string silent;  // the name of the option for no sound, for messages
 };
 
-/// A track of the output: the same track of each clip, where it has one.
+/// A track of the output: the corresponding track of each clip, if it has one.
 struct AudioTrackPlan {
   std::optional<int> a, b;                   // streams
   const AVCodecParameters* model = nullptr;  // the first clip's track, else the second's
   CodecChoice codec;
 };
 
-/// The first track of one clip joins the first of the other, and so on. Throws Failure.
+/// The first track of one clip is joined with the first of the other, and so on. Throws Failure.
 [[nodiscard]] std::vector<AudioTrackPlan> planAudio(ClipPair& clips, const AudioRequest& request,
                                                     const AVOutputFormat& format);
 
-/// Where the second clip begins in the output and where the first one ends, in frames.
+/// The output frames at which the second clip begins and the first one ends.
 struct Overlap {
   std::int64_t first, end;
 };
 
-/// Writes the tracks beside the video. They last as long as these, or as the second clip's
-/// sound; what a clip lacks is silent.
+/// Writes the audio tracks beside the video. They last as long as these frames, or as the second
+/// clip's sound; where a clip has no sound, they are silent.
 class AudioJoin {
  public:
-  /// Adds the streams to the output, which must not have begun.
+  /// Adds the streams to the output, which must not have begun yet.
   AudioJoin(ClipPair& clips, const std::vector<AudioTrackPlan>& plan, const AudioRequest& request,
             Overlap overlap, MediaOutput& output);
   ~AudioJoin();

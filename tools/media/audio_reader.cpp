@@ -10,7 +10,7 @@ namespace nkdraw::media {
 namespace {
 
 constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
-constexpr std::int64_t kSmallestGap = 20000;  // files round times
+constexpr std::int64_t kSmallestGap = 20000;  // files round their times
 
 std::int64_t startOfVideo(MediaInput& input) {
   const AVStream& video = input.video();
@@ -83,7 +83,7 @@ void AudioReader::openResampler(const AVFrame& frame) {
     failToConvert(error);
 }
 
-/// Null for what the resampler still holds.
+/// Null flushes the resampler.
 void AudioReader::convert(const AVFrame* frame) {
   if (resampler_ == nullptr && frame != nullptr)
     openResampler(*frame);
@@ -103,7 +103,7 @@ void AudioReader::convert(const AVFrame* frame) {
   skip(before);
 }
 
-/// Takes away what comes before the video, of the samples from `begin` on.
+/// Removes samples that come before the video, from `begin` on.
 void AudioReader::skip(std::size_t begin) {
   const std::size_t skipped = std::min(toSkip_, (ready_.size() - begin) / shape_.channels());
   toSkip_ -= skipped;
@@ -111,7 +111,7 @@ void AudioReader::skip(std::size_t begin) {
   ready_.erase(first, first + static_cast<std::ptrdiff_t>(skipped * shape_.channels()));
 }
 
-/// Silence before what comes next, or less of it.
+/// Inserts silence before the next samples, or for a negative number skips samples.
 void AudioReader::skipOrFill(std::int64_t moments) {
   if (moments < 0)
     toSkip_ += static_cast<std::size_t>(-moments);

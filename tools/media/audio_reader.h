@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A track of sound as samples without gaps, counted from the first frame of the video.
+// An audio track as samples without gaps, counted from the first frame of the video.
 #pragma once
 
 #include "media/libav.h"
@@ -13,10 +13,10 @@
 
 namespace nkdraw::media {
 
-/// Rate and channels of samples. Doubles, the channels of one moment side by side, carry every
-/// format of PCM without loss.
+/// Sample rate and channels. Samples are doubles, which hold every PCM format without loss; the
+/// channels of one moment lie side by side.
 struct AudioShape {
-  /// The shape of a track; channels without names get the usual ones.
+  /// The shape of a track; unnamed channels get the usual layout.
   explicit AudioShape(const AVCodecParameters& track);
   AudioShape(const AudioShape& other);
   AudioShape& operator=(const AudioShape&) = delete;
@@ -32,13 +32,13 @@ struct AudioShape {
 
 class AudioReader {
  public:
-  /// Reads stream `stream` of the file `path`, converted to `shape`. Throws Failure; `advice` says
-  /// how to do without this sound.
+  /// Reads stream `stream` of the file `path`, converted to `shape`. Throws Failure; `advice` tells
+  /// how to run without this sound.
   AudioReader(const std::string& path, int stream, const AudioShape& shape,
               const std::string& advice);
 
-  /// Reads the next `count` moments into `samples`; those before the track's first are silent. The
-  /// number that were read, fewer at the track's end only.
+  /// Reads the next `count` moments into `samples`; those before the track's beginning are silent.
+  /// Returns how many were read: fewer only at the track's end.
   [[nodiscard]] std::size_t read(double* samples, std::size_t count);
 
  private:
@@ -50,7 +50,7 @@ class AudioReader {
   void skip(std::size_t begin);
   [[noreturn]] void failToConvert(int error) const;
 
-  MediaInput input_;  // of its own, so that sound and video are read each at its own pace
+  MediaInput input_;  // separate, so that sound and video are read at their own pace
   AVStream& stream_;
   AudioShape shape_;
   std::string advice_;

@@ -15,8 +15,8 @@ namespace {
 
 using Rows = std::array<std::uint8_t*, 3>;
 
-/// For each byte of a group of `to` the byte of a group of `from` that holds the same sample;
-/// behind that group where it has none.
+/// For each byte of a group of `to`: the byte of a group of `from` that holds the same sample, or
+/// one past that group if there is none.
 template <pixelType from, pixelType to>
 constexpr auto kOrder = [] {
   constexpr const LayoutFacts &source = kFactsOf<from>, &target = kFactsOf<to>;
@@ -38,7 +38,7 @@ constexpr bool isChroma(Channel channel) {
   return channel == Channel::kCb || channel == Channel::kCr;
 }
 
-/// Writes a row of `from` in the byte order of `to`. Alpha that `from` has not is opaque.
+/// Writes a row of `from` in the byte order of `to`. If `from` has no alpha, alpha becomes opaque.
 template <pixelType from, pixelType to, std::uint8_t chromaSign>
 void reorder(const std::uint8_t* source, std::uint8_t* target, int width) {
   constexpr const LayoutFacts& facts = kFactsOf<to>;
@@ -87,7 +87,7 @@ bool serves(pixelType canvas, CanvasUse use) {
 
 }  // namespace
 
-// The first row that fits is taken.
+// The first matching row applies.
 const CanvasStage::Transfer CanvasStage::kTransfers[] = {
     {ptV210, Storage::kPacked, ptV210, loadRow<ptV210>, storeRow<ptV210>},
     {ptV210, Storage::kPlanes10, ptV210, loadPlanes10, storePlanes10},

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Gives the overlay a packed canvas for every frame, whatever way the frame's rows are stored.
+// Gives the overlay a packed canvas for every frame, however the frame's rows are stored.
 #pragma once
 
 #include "media/layouts.h"
@@ -13,14 +13,14 @@
 
 namespace nkdraw::media {
 
-/// Where the rows of a frame lie: the first row of each plane, and the bytes from one row to the
-/// next, negative when the frame is stored bottom row first. Packed frames have one plane.
+/// Where the rows of a frame are: the first row of each plane, and the bytes from one row to the
+/// next, negative if the frame is stored bottom row first. Packed frames have one plane.
 struct Picture {
   std::array<std::uint8_t*, 3> planes = {};
   std::array<std::ptrdiff_t, 3> pitches = {};
 };
 
-/// Where row `y` of each plane begins; null for planes that there are not.
+/// Where row `y` of each plane begins; null for missing planes.
 [[nodiscard]] inline std::array<std::uint8_t*, 3> rowOf(const Picture& picture, int y) {
   std::array<std::uint8_t*, 3> row = {};
   for (std::size_t plane = 0; plane < row.size() && picture.planes[plane] != nullptr; ++plane)
@@ -30,8 +30,8 @@ struct Picture {
 
 /// How the samples of a frame are stored.
 enum class Storage {
-  kPacked,        ///< as its layout says
-  kSignedChroma,  ///< YUY2 with signed chroma, as QuickTime's 'yuv2' has it
+  kPacked,        ///< as in its layout
+  kSignedChroma,  ///< YUY2 with signed chroma, as in QuickTime's 'yuv2'
   kPlanes10,      ///< three planes of 16-bit words with 10-bit samples, drawn on as v210
 };
 
@@ -40,29 +40,29 @@ struct RowSpan {
   int first, end;
 };
 
-/// What is drawn, as far as the canvas must suit it.
+/// What will be drawn, as far as the choice of the canvas depends on it.
 enum class CanvasUse {
   kWholePairs,  ///< strokes that begin and end on even columns
   kStrokes,     ///< strokes anywhere
-  kWatermark,   ///< a watermark, too, which is blended into three layouts only
+  kWatermark,   ///< also a watermark, which only three layouts can blend
 };
 
-/// Frames whose rows are packed top-down in a layout that shows all of the overlay are drawn on
-/// where they lie. Of all others the rows that the overlay touches go through a canvas that is
-/// allocated once, and come back: 24-bit RGB as 32-bit, since the library fills backgrounds with
-/// four bytes; YUY2 and YVYU as UYVY, unless every pair is drawn whole, since the library swaps
-/// the lumas of their pairs; with a watermark all other RGB as 32-bit RGB, blue first. No step
-/// loses a bit.
+/// If rows are packed top-down, in a layout that can show all of the overlay, frames are drawn on
+/// where they are. Otherwise the rows that the overlay touches are copied to a canvas, which is
+/// allocated once, and back. 24-bit RGB becomes 32-bit RGB, because the library fills backgrounds
+/// with four bytes a pixel. YUY2 and YVYU become UYVY unless all pairs are drawn whole, because the
+/// library swaps the lumas of their pairs. With a watermark, all other RGB becomes 32-bit RGB, blue
+/// first. No step loses a bit.
 class CanvasStage {
  public:
-  /// Throws Failure for a layout that is not drawn on, or not stored so.
+  /// Throws Failure for a layout that can't be drawn on, or is not stored in this way.
   CanvasStage(const Layout& layout, Storage storage, int width, int height,
               std::vector<RowSpan> rows, CanvasUse use);
 
-  /// What the overlay draws on.
+  /// The layout that the overlay draws on.
   [[nodiscard]] const Layout& canvasLayout() const { return *canvasLayout_; }
 
-  /// Calls `draw` with a canvas that shows the frame, and brings back to the frame what it drew.
+  /// Calls `draw` with a canvas that shows the frame, and copies what it drew back to the frame.
   template <class Draw>
   void draw(const Picture& picture, Draw draw) {
     if (isCanvas(picture)) {
@@ -96,7 +96,7 @@ class CanvasStage {
   int width_, height_;
   std::ptrdiff_t canvasPitch_;
   std::vector<RowSpan> rows_;
-  std::unique_ptr<std::uint8_t[]> buffer_;  // of the whole frame; made when it is first needed
+  std::unique_ptr<std::uint8_t[]> buffer_;  // of the whole frame; allocated on first use
 };
 
 }  // namespace nkdraw::media

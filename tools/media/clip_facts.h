@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What a clip is, as far as that can be told before its first frame.
+// The facts about a clip that are known before its first frame.
 #pragma once
 
 #include <cstdint>
@@ -11,24 +11,24 @@
 
 namespace nkdraw::media {
 
-/// The layout of the file's own frames, null when they have to be decoded.
+/// The layout of the file's own frames; null if they must be decoded.
 [[nodiscard]] const Layout* ownLayout(MediaInput& input);
 
 /// Size, rate and origin of the frames; `layout` is their own, or null.
 [[nodiscard]] FrameKind framesOf(MediaInput& input, const Layout* layout);
 
-/// What the video decodes to. Throws Failure for video that FFmpeg can't decode.
+/// The format that the video decodes to. Throws Failure for video that FFmpeg can't decode.
 [[nodiscard]] AVPixelFormat decodedFormat(MediaInput& input);
 
-/// A frame without pixels in the format `drawn`: the shape and the colours that an encoder is
-/// opened with.
+/// A frame without pixels in the format `drawn`, with the shape and the colours that an encoder
+/// needs to be opened.
 [[nodiscard]] Frame exampleOf(MediaInput& input, AVPixelFormat drawn);
 
 /// "25 frames/s"
 [[nodiscard]] std::string rateText(AVRational rate);
 
-/// Throws Failure unless the decoded frame `index` of the clip has the size that the clip began
-/// with.
+/// Throws Failure unless the decoded frame `index` has the same size as the first frame of the
+/// clip.
 void checkSize(const AVFrame& decoded, const FrameKind& frames, const std::string& path,
                std::int64_t index);
 

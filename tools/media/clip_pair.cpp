@@ -10,7 +10,7 @@
 namespace nkdraw::media {
 namespace {
 
-// Files round rates; the nearest two that are in use lie a thousandth apart.
+// Files round rates; the two nearest rates in use are a thousandth apart.
 constexpr double kSameRate = 1e-4;
 
 std::string sizeText(const FrameKind& frames) {

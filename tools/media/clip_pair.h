@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Two clips that are worked on together, frame by frame.
+// Two clips that are processed together, frame by frame.
 #pragma once
 
 #include "media/clip_facts.h"
@@ -11,22 +11,21 @@
 
 namespace nkdraw::media {
 
-/// Two clips of one frame size and one frame rate.
+/// Two clips with the same frame size and frame rate.
 struct ClipPair {
-  /// Throws Failure for clips that can't be read or that differ, and for an output that is one of
-  /// them.
+  /// Throws Failure if a clip can't be read, if the clips differ, or if the output is one of them.
   ClipPair(const std::string& a, const std::string& b, const std::string& output);
 
   MediaInput a, b;
-  FrameKind frames;  // of the first, and but for its origin of the second
+  FrameKind frames;  // of the first clip; the second differs only in its origin
 };
 
-/// What is known about a number of frames before they have been read.
+/// What is known about the number of frames before they have been read.
 struct FrameCount {
   std::int64_t frames = 0;  // 0: nothing
-  bool exact = false;       // else one more or less
+  bool exact = false;       // otherwise within one
 
-  /// Whether a clip surely has fewer.
+  /// Whether a clip certainly has fewer.
   [[nodiscard]] bool isBelow(std::int64_t needed) const {
     return frames > 0 && frames + (exact ? 0 : 1) < needed;
   }

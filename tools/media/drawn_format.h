@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The format that decoded frames are drawn on in.
+// The format in which decoded frames are drawn on.
 #pragma once
 
 #include "media/canvas_stage.h"
@@ -18,7 +18,7 @@ namespace nkdraw::media {
 /// How the samples of a drawn format are stored.
 [[nodiscard]] Storage storageOf(AVPixelFormat drawn);
 
-/// Where the rows of a frame of a drawn format lie.
+/// Where the rows of a frame in a drawn format are.
 [[nodiscard]] Picture planesOf(AVFrame& frame);
 
 }  // namespace nkdraw::media

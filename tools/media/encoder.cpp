@@ -9,7 +9,7 @@
 namespace nkdraw::media {
 namespace {
 
-/// Video encoders go by the name of their codec, too.
+/// Video encoders may also be named by their codec.
 const AVCodec* findEncoder(const std::string& name, AVMediaType type) {
   if (const AVCodec* const codec = avcodec_find_encoder_by_name(name.c_str()))
     return codec;

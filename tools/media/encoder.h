@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What encoders of video and of sound have in common: how a user asks for one, and how it is fed.
+// Shared by video and audio encoders: how a user asks for one, and how it is fed.
 #pragma once
 
 #include "media/libav.h"
@@ -12,30 +12,30 @@ namespace nkdraw::media {
 
 /// An encoder that a user may ask for.
 struct CodecRequest {
-  std::string option;                ///< what the user calls the choice, for messages
-  std::optional<std::string> asked;  ///< "NAME" or "NAME:KEY=VALUE:..."; none leaves it to us
+  std::string option;                ///< the name of the option, for messages
+  std::optional<std::string> asked;  ///< "NAME" or "NAME:KEY=VALUE:..."; none for our choice
 };
 
-/// An encoder and what it is told.
+/// An encoder and its settings.
 struct CodecChoice {
   const AVCodec* codec = nullptr;
-  AVPixelFormat pixelFormat = AV_PIX_FMT_NONE;  ///< what a video encoder is fed
+  AVPixelFormat pixelFormat = AV_PIX_FMT_NONE;  ///< the input of a video encoder
   std::string options;                          ///< "key=value:key=value"
-  std::string option;                           ///< that of the request
+  std::string option;                           ///< from the request
 };
 
-/// The encoder of this type that was asked for, which files of `format` hold. Throws Failure.
+/// The requested encoder, of this type, if files of `format` can hold its codec. Throws Failure.
 [[nodiscard]] CodecChoice namedEncoder(const CodecRequest& request, AVMediaType type,
                                        const AVOutputFormat& format);
 
-/// The choice's options for an open call. Throws Failure for a text that is none.
+/// The choice's options for an open call. Throws Failure for malformed text.
 void readOptions(const CodecChoice& choice, Options& options);
 
-/// Throws Failure for an option that an open call did not know.
+/// Throws Failure if an open call did not know an option.
 void checkAllKnown(const CodecChoice& choice, const Options& options);
 
-/// Encodes a frame, null at the end, and hands on every packet that is ready. `what` is what a
-/// Failure says.
+/// Encodes a frame, null at the end, and passes on every packet that is ready. `what` is the text
+/// of a Failure.
 void encode(AVCodecContext& encoder, const AVFrame* frame, const CodecChoice& choice,
             const char* what, const TakePacket& take);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// How a run ends: the exit codes, and the failure that carries one.
+// How a run ends: the exit codes, and the exception that carries one.
 #pragma once
 
 #include <stdexcept>
@@ -8,10 +8,10 @@
 
 namespace nkdraw::media {
 
-/// What the process returns. A run that a signal stopped returns 128 plus the signal's number.
+/// Exit codes of the process. A run stopped by a signal returns 128 plus the number of the signal.
 enum class ExitCode : int {
   kOk = 0,
-  kUsage = 1,       ///< the command line asks for something that can't be
+  kUsage = 1,       ///< the command line asks for something impossible
   kInput = 2,       ///< the input can't be read, or holds no usable video
   kOutput = 3,      ///< the output can't be written
   kProcessing = 4,  ///< decoding, converting, drawing or encoding failed

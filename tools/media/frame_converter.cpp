@@ -76,7 +76,7 @@ void FrameConverter::scale(const AVFrame& from, int field) {
     sourcePitch[plane] = from.linesize[plane] * fields_;
     targetPitch[plane] = converted_->linesize[plane] * fields_;
   }
-  // A palette is no plane of rows.
+  // A palette is not a plane of rows.
   if (preparedFor_ == AV_PIX_FMT_PAL8)
     source[1] = from.data[1];
   sws_scale(scaler_.get(), source.data(), sourcePitch.data(), 0, from.height / fields_,

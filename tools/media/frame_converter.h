@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Frames from one of FFmpeg's pixel formats to another.
+// Converts frames between FFmpeg's pixel formats.
 #pragma once
 
 #include "media/libav.h"
 
 namespace nkdraw::media {
 
-/// Keeps the matrix of YCbCr, brings it to studio range, as most files can't say otherwise, unless
-/// the target's name says full, and takes the fields of interlaced frames apart where chroma
-/// changes its height.
+/// Keeps the YCbCr matrix. Converts to studio range, because most files can't signal another,
+/// unless the target's name says full. If the chroma height changes, the fields of interlaced
+/// frames are converted separately.
 class FrameConverter {
  public:
   FrameConverter(AVPixelFormat to, bool interlaced) : to_(to), interlaced_(interlaced) {}
 
-  /// A frame of the target format, good until the next call; `from` itself if it is one already.
-  /// Throws Failure.
+  /// A frame in the target format, valid until the next call; `from` itself if it already has that
+  /// format. Throws Failure.
   [[nodiscard]] AVFrame& convert(AVFrame& from);
 
  private:
@@ -30,10 +30,10 @@ class FrameConverter {
   AVPixelFormat preparedFor_ = AV_PIX_FMT_NONE;
 };
 
-/// Whether the format uses the full range whatever a frame's tag says.
+/// Whether the format always uses the full range, whatever a frame's tag says.
 [[nodiscard]] bool isFullRange(AVPixelFormat format);
 
-/// The matrix of a frame, as it says or by its width.
+/// The matrix of a frame, from its tag or else by its width.
 [[nodiscard]] AVColorSpace matrixOf(const AVFrame& frame);
 
 }  // namespace nkdraw::media

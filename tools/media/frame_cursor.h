@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Walks along a clip by frame numbers. A number that the clip has no frame for shows the frame
-// before it.
+// Walks through a clip by frame numbers. A number without a frame shows the frame before it.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +15,7 @@ class FrameCursor {
   using Unit = typename Feed::Unit;
   static constexpr std::int64_t kEnd = std::numeric_limits<std::int64_t>::max();
 
-  /// Makes the feed of these arguments, and asks it for its first frame.
+  /// Makes the feed from these arguments, and reads its first frame.
   template <class... Arguments>
   explicit FrameCursor(Arguments&&... arguments) : feed_(std::forward<Arguments>(arguments)...) {
     fetch();
@@ -26,14 +25,14 @@ class FrameCursor {
   /// Whether there are frames not yet shown.
   [[nodiscard]] bool hasMore() const { return ahead_; }
 
-  /// Hands on the frames not yet shown whose number is below `end`, in order, with their numbers.
+  /// Passes on the frames not yet shown whose number is below `end`, in order, with their numbers.
   template <class Take>
   void passUntil(std::int64_t end, Take take) {
     for (; ahead_ && nextIndex_ < end; fetch())
       take(next_, nextIndex_);
   }
 
-  /// The frame that is seen at `index`, good until the next call; null beyond the clip's end.
+  /// The frame shown at `index`, valid until the next call; null past the end of the clip.
   [[nodiscard]] Unit* shownAt(std::int64_t index) {
     while (ahead_ && nextIndex_ <= index) {
       std::swap(shown_, next_);

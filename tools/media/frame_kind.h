@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the frames of a clip are, and which of them are meant.
+// What the frames of a clip are, and which of them to process.
 #pragma once
 
 #include "media/libav.h"
@@ -17,11 +17,11 @@ struct FrameKind {
   AVRational rate = {25, 1};
   bool interlaced = false;
   std::uint32_t fileType = 0;    // hzwFileType
-  std::uint32_t sourceCode = 0;  // codec code that the format line names
-  bool pairs = false;            // two pixels share their chroma where they are drawn on
+  std::uint32_t sourceCode = 0;  // code of the codec, for the format line
+  bool pairs = false;            // whether the drawn format shares chroma between two pixels
 };
 
-/// No clip has more frames, and the times of so many can be reckoned in 64 bits.
+/// No clip has more frames; times up to this number fit into 64 bits.
 inline constexpr std::int64_t kMostFrames = std::int64_t{1} << 36;
 
 /// Frame numbers from 0, both ends included.
@@ -31,12 +31,13 @@ struct FrameRange {
 
   [[nodiscard]] bool isWhole() const { return first == 0 && !isBounded(); }
   [[nodiscard]] bool isBounded() const { return last != std::numeric_limits<std::int64_t>::max(); }
-  /// The first number beyond; for an open range the largest that there is, which no frame has.
+  /// The number after the last; for an open range the largest integer, which no frame has.
   [[nodiscard]] std::int64_t end() const { return isBounded() ? last + 1 : last; }
   [[nodiscard]] bool contains(std::int64_t frame) const { return frame >= first && frame <= last; }
 };
 
-/// Where frames go in an output, by their numbers; two at one time go one after the other.
+/// Positions of frames in an output, by their numbers; a second frame with the same time goes to
+/// the next position.
 class FramePlaces {
  public:
   [[nodiscard]] std::int64_t placeOf(std::int64_t index) {
@@ -44,7 +45,7 @@ class FramePlaces {
     next_ = place + 1;
     return place;
   }
-  /// The least place that no frame has yet.
+  /// The lowest position that is still free.
   [[nodiscard]] std::int64_t next() const { return next_; }
 
  private:

@@ -13,7 +13,7 @@ extern "C" void noteSignal(int signal) {
   arrived = signal;
 }
 
-/// As nohup and shells that run a command in the background leave it.
+/// As set by nohup, and by shells that run a command in the background.
 bool isIgnored(int signal) {
   struct sigaction inherited = {};
   return sigaction(signal, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_IGN;
@@ -24,12 +24,12 @@ bool isIgnored(int signal) {
 void catchInterrupts() {
   struct sigaction action = {};
   action.sa_handler = noteSignal;
-  // Without SA_RESTART: a read that waits for a pipe ends, and sees that it was interrupted.
+  // Without SA_RESTART: a read that waits for a pipe returns, and finds that it was interrupted.
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     if (!isIgnored(signal))
       sigaction(signal, &action, nullptr);
   }
-  // A write that can't be done shall fail and not end the process.
+  // A write that can't be done must fail, not end the process.
   action.sa_handler = SIG_IGN;
   for (const int signal : {SIGXFSZ, SIGPIPE})
     sigaction(signal, &action, nullptr);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Stopping on SIGINT, SIGTERM and SIGHUP, at a point where everything can be cleaned up.
+// Stops on SIGINT, SIGTERM and SIGHUP, at a point where everything can be cleaned up.
 #pragma once
 
 #include <exception>
@@ -18,12 +18,11 @@ class Interrupted : public std::exception {
   int signal_;
 };
 
-/// From now on those of these signals that the process doesn't ignore are noted instead of ending
-/// it, and a write that can't be
-/// done fails instead of sending one.
+/// From now on these signals are noted instead of ending the process, except those that it ignores;
+/// and a write that can't be done fails instead of raising SIGPIPE.
 void catchInterrupts();
 
-/// The signal that arrived, 0 before one did.
+/// The signal that arrived, or 0.
 [[nodiscard]] int pendingInterrupt();
 
 /// Throws Interrupted once a signal has arrived.

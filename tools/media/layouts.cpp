@@ -19,7 +19,7 @@ constexpr std::uint32_t fourCC(const char (&letters)[5]) {
 
 constexpr std::uint32_t kPlain = 0;  // 24 bits: B, G, R; 32 bits: B, G, R, A
 constexpr std::uint32_t kMasks = 3;
-// Red is the byte of that number.
+// The number is the byte of red.
 constexpr std::uint32_t kRed0 = 0x000000FF, kRed1 = 0x0000FF00, kRed3 = 0xFF000000;
 
 constexpr AVCodecID kRaw = AV_CODEC_ID_RAWVIDEO;
@@ -49,7 +49,7 @@ constexpr Layout kLayouts[] = {
      kNUT},
 };
 
-/// Words are little-endian. Only the compositor serves them.
+/// Words are little-endian. Only the compositor uses these.
 constexpr Layout kDeepLayouts[] = {
     {"rgb48", "16-bit words R G B", kRaw, AV_PIX_FMT_RGB48LE, ptRGB48, 0, 48, 0, kNUT},
     {"bgr48", "16-bit words B G R", kRaw, AV_PIX_FMT_BGR48LE, ptRGB48, 0, 48, 0, kNUT},
@@ -72,7 +72,7 @@ const Layout* findLayout(Test test) {
   return found != std::end(kLayouts) ? found : nullptr;
 }
 
-/// Whether `name` is one of the names in `list`, which has commas between them.
+/// Whether `name` is one of the names in `list`, separated by commas.
 bool isListed(std::string_view name, std::string_view list) {
   while (!list.empty()) {
     const std::size_t comma = std::min(list.find(','), list.size());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// FFmpeg's objects with owners, and its error codes as text.
+// RAII owners for FFmpeg's objects, and its error codes as text.
 #pragma once
 
 extern "C" {
@@ -44,12 +44,12 @@ using CodecParameters = std::unique_ptr<AVCodecParameters, LibavDeleter>;
 using Resampler = std::unique_ptr<SwrContext, LibavDeleter>;
 using Scaler = std::unique_ptr<SwsContext, LibavDeleter>;
 
-/// Gets a packet or a frame of what is read, decoded or encoded; the giver frees its data
+/// Receives a packet or a frame that was read, decoded or encoded; the caller frees its data
 /// afterwards.
 using TakePacket = std::function<void(AVPacket& packet)>;
 using TakeFrame = std::function<void(AVFrame& frame)>;
 
-/// Options for an open call, which takes those it knows out of the dictionary.
+/// Options for an open call, which removes those that it knows from the dictionary.
 class Options {
  public:
   Options() = default;
@@ -70,7 +70,7 @@ class Options {
   AVDictionary* dictionary_ = nullptr;
 };
 
-/// `made`, unless memory ran out.
+/// Returns `made`; throws if memory ran out.
 template <class Owner, class Object>
 [[nodiscard]] Owner owned(Object* made) {
   if (made == nullptr)

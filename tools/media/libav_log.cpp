@@ -10,10 +10,10 @@
 namespace nkdraw::media {
 namespace {
 
-/// What the readers of Matroska and of QuickTime say.
+/// Messages of the Matroska and QuickTime demuxers.
 constexpr const char* kCutMessages[] = {"ended prematurely", "partial file"};
 
-std::mutex lastErrorLock;  // FFmpeg's threads report too
+std::mutex lastErrorLock;  // FFmpeg's threads log too
 std::string firstError, lastError;
 bool sawCut = false;
 bool shown = false;

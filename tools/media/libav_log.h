@@ -1,28 +1,28 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// FFmpeg's messages: shown on request, and kept for the one line that a failure may print.
+// FFmpeg's messages: shown on request, and stored for the one line that a failure prints.
 #pragma once
 
 #include <string>
 
 namespace nkdraw::media {
 
-/// Shows them from now on, or not.
+/// Chooses whether to show them from now on.
 void showLibavMessages(bool show);
 [[nodiscard]] bool showsLibavMessages();
 
-/// The first error that FFmpeg reported since the last call of forgetLibavErrors: encoders say what
-/// is wrong before the layers above them say that something is. Empty when there was none.
+/// The first error that FFmpeg logged since the last call of forgetLibavErrors. An encoder logs the
+/// cause before the layers above it log that something failed. Empty if there was none.
 [[nodiscard]] std::string firstLibavError();
 void forgetLibavErrors();
 
-/// The last error that FFmpeg reported, without its line end; empty when there was none.
+/// The last error that FFmpeg logged, without its line end; empty if there was none.
 [[nodiscard]] std::string lastLibavError();
 
-/// Whether FFmpeg said, as its readers do in their messages alone, that a file was cut.
+/// Whether FFmpeg logged that a file is truncated; its demuxers report this only in messages.
 [[nodiscard]] bool libavSawCut();
 
-/// The text of an error code, with a reported error behind it, by default the last.
+/// The text of an error code, followed by a logged error, by default the last one.
 [[nodiscard]] std::string explained(int error, const std::string& reported = lastLibavError());
 
 }  // namespace nkdraw::media

@@ -24,7 +24,7 @@ int stopWhenInterrupted(void* /*context*/) {
 }
 
 struct FileTypeName {
-  std::string_view format;  // how the names of FFmpeg's reader begin
+  std::string_view format;  // prefix of the names of FFmpeg's demuxer
   hzwFileType type;
 };
 
@@ -37,10 +37,10 @@ constexpr FileTypeName kFileTypes[] = {
 };
 
 struct Extension {
-  const char* suffix;  // in any case
+  const char* suffix;  // ignoring case
   hzwFileType type;
 };
-/// Formats that share a reader are told apart by the file's name.
+/// The file's name distinguishes formats that share a demuxer.
 constexpr Extension kExtensions[] = {{"mp4", hzwFileMP4}, {"webm", hzwFileWebM}};
 
 void checkIsFile(const std::string& path) {
@@ -52,7 +52,7 @@ void checkIsFile(const std::string& path) {
     throw Failure(ExitCode::kInput, "the input is a folder", path, "name a media file");
 }
 
-/// To FFmpeg a cover picture is a video stream, too.
+/// For FFmpeg a cover picture is also a video stream.
 bool isVideo(const AVStream& stream) {
   return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO &&
          (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) == 0;
@@ -67,8 +67,8 @@ int findVideo(AVFormatContext& file) {
   return found != streams.end() ? (*found)->index : -1;
 }
 
-/// A packet that a file's end cut short. In transport streams the flag also means lost packets, as
-/// recordings have them.
+/// A packet truncated by the end of the file. In transport streams the flag may also mean lost
+/// packets, which are normal in recordings.
 bool isCut(const AVPacket& packet, const AVInputFormat& format) {
   return (packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && std::string_view(format.name) != "mpegts";
 }
@@ -81,7 +81,7 @@ MediaInput::MediaInput(const std::string& path) : path_(path) {
   if (context == nullptr)
     throw std::bad_alloc();
   context->interrupt_callback.callback = stopWhenInterrupted;
-  // The prefix keeps a colon in the name from meaning a protocol.
+  // The prefix stops a colon in the name from meaning a protocol.
   if (const int error = avformat_open_input(&context, ("file:" + path).c_str(), nullptr, nullptr);
       error < 0) {
     throwIfInterrupted();

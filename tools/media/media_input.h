@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A media file that is read, packet by packet.
+// Reads a media file, packet by packet.
 #pragma once
 
 #include "media/libav.h"
@@ -22,19 +22,19 @@ class MediaInput {
     return packet.stream_index == videoIndex_;
   }
 
-  /// From here on packets of other streams need not be read.
+  /// From now on packets of other streams need not be read.
   void readOnly(const AVStream& stream);
 
-  /// Frames a second; 25 for a file that doesn't say.
+  /// Frames a second; 25 if the file doesn't tell.
   [[nodiscard]] AVRational frameRate();
   [[nodiscard]] bool interlaced();
-  /// Frames of the video, as far as the file tells; 0 when it doesn't.
+  /// The number of video frames, if the file tells; otherwise 0.
   [[nodiscard]] std::int64_t frameCount();
-  /// The file's kind for the format line, a code of hzwFileType.
+  /// The kind of file for the format line, a code of hzwFileType.
   [[nodiscard]] std::uint32_t fileType() const;
 
-  /// Reads the next packet of any stream; false at the end of the file. Throws Failure when the
-  /// file breaks off, Interrupted when a signal arrived.
+  /// Reads the next packet of any stream; false at the end of the file. Throws Failure if the file
+  /// is truncated, and Interrupted after a signal.
   [[nodiscard]] bool read(AVPacket& packet);
 
  private:

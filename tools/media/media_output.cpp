@@ -42,7 +42,7 @@ Packet encodePNG(AVFrame& frame) {
 }  // namespace
 
 const AVOutputFormat& formatFor(const std::string& path) {
-  // A suffix of its own, so that a folder's name can't take part.
+  // Only the suffix, so that a folder's name plays no part.
   const std::string suffix = std::filesystem::path(path).extension().string();
   const AVOutputFormat* const format = av_guess_format(nullptr, suffix.c_str(), nullptr);
   constexpr int kNoSingleFile = AVFMT_NOFILE | AVFMT_NEEDNUMBER;
@@ -120,7 +120,7 @@ void MediaOutput::finish() {
 }
 
 void writeStill(AVFrame& frame, const std::string& file, const std::string& name) {
-  // Alpha is left out: it shows what a screen shows.
+  // Alpha is left out, so the picture looks as on a screen.
   FrameConverter toRGB(AV_PIX_FMT_RGB24, false);
   AVFrame& rgb = toRGB.convert(frame);
   rgb.color_range = AVCOL_RANGE_UNSPECIFIED;

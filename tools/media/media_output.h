@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A media file that is written, packet by packet, or a still of one frame.
+// Writes a media file packet by packet, or a still of one frame.
 #pragma once
 
 #include "media/libav.h"
@@ -9,16 +9,16 @@
 
 namespace nkdraw::media {
 
-/// The kind of file that a name asks for. Throws Failure for a suffix that names none, or one that
-/// isn't a single file with video.
+/// The file format that a name asks for. Throws Failure if its suffix names none, or one that isn't
+/// a single file with video.
 [[nodiscard]] const AVOutputFormat& formatFor(const std::string& path);
 
-/// Whether files of this kind hold this codec.
+/// Whether this file format can hold this codec.
 [[nodiscard]] bool holds(const AVOutputFormat& format, AVCodecID codec);
 
 class MediaOutput {
  public:
-  /// Writes to `file`; `name` is what messages call it.
+  /// Writes to `file`; messages use `name`.
   MediaOutput(const std::string& file, const AVOutputFormat& format, const std::string& name);
   MediaOutput(const MediaOutput&) = delete;
   MediaOutput& operator=(const MediaOutput&) = delete;
@@ -28,9 +28,9 @@ class MediaOutput {
   [[nodiscard]] const AVOutputFormat& format() const { return *file_->oformat; }
   [[nodiscard]] AVStream& addStream();
 
-  /// Writes the head of the file; no stream can be added from here on.
+  /// Writes the header of the file; after that no stream can be added.
   void begin();
-  /// Writes a packet of the stream `stream_index`, times in `timeBase`. Takes its data.
+  /// Writes a packet of the stream `stream_index`, with times in `timeBase`. Takes over its data.
   void write(AVPacket& packet, AVRational timeBase);
   /// Writes the rest of the file and closes it.
   void finish();
@@ -43,8 +43,7 @@ class MediaOutput {
   AVFormatContext* file_ = nullptr;
 };
 
-/// Writes the frame as 8-bit RGB into the PNG file `file`; `name` is what messages call it. Throws
-/// Failure.
+/// Writes the frame as 8-bit RGB into the PNG file `file`; messages use `name`. Throws Failure.
 void writeStill(AVFrame& frame, const std::string& file, const std::string& name);
 
 }  // namespace nkdraw::media

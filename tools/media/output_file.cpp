@@ -24,10 +24,10 @@ constexpr mode_t kRights = S_IRWXU | S_IRWXG | S_IRWXO;
                 std::string(std::strerror(error)) + "; choose another place");
 }
 
-/// What a symbolic link points to, there or not, so that a commit replaces the file and not the
+/// The target of a symbolic link, existing or not, so that a commit replaces the file and not the
 /// link.
 std::string resolved(const std::string& path) {
-  constexpr int kMostLinks = 40;  // as the system follows
+  constexpr int kMostLinks = 40;  // as many as the system follows
   fs::path target = path;
   std::error_code error;
   for (int i = 0; i < kMostLinks && fs::is_symlink(target, error); ++i)
@@ -35,7 +35,7 @@ std::string resolved(const std::string& path) {
   return target.string();
 }
 
-/// A hidden name of its own length, since the output's may be as long as names can be.
+/// A hidden name of fixed length, since the output's name may already have the greatest length.
 std::string temporaryName(const std::string& path, int attempt) {
   fs::path name(path);
   fs::path hidden = ".nkdraw-" + std::to_string(getpid()) + "-" + std::to_string(attempt);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// An output that appears under its name when it is complete, and not before.
+// An output file that appears under its name only when it is complete.
 #pragma once
 
 #include <optional>
@@ -10,11 +10,11 @@
 
 namespace nkdraw::media {
 
-/// Reserves a temporary name beside `path`, with the same suffix. Unless it is committed the
-/// temporary file is removed, and nothing has changed.
+/// Reserves a temporary name beside `path`, with the same suffix. If it is not committed, the
+/// temporary file is removed and nothing else changes.
 class OutputFile {
  public:
-  /// Throws Failure when `path` exists and may not be overwritten, or can't be written.
+  /// Throws Failure if `path` exists and may not be overwritten, or can't be written.
   OutputFile(const std::string& path, bool overwrite);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -24,8 +24,8 @@ class OutputFile {
   /// The file to write into; it exists and is empty.
   [[nodiscard]] const std::string& temporary() const { return temporary_; }
 
-  /// Gives the file its name, and the rights of a file that it replaces. Throws Failure, also when
-  /// another file took the name meanwhile.
+  /// Renames the file to its final name, with the permissions of the file that it replaces. Throws
+  /// Failure, also if another file has taken the name in the meantime.
   void commit();
 
  private:
@@ -36,12 +36,12 @@ class OutputFile {
   bool committed_ = false;
 };
 
-/// Throws what the constructor would throw for a name that can't be an output, and touches nothing.
-/// `advice` says what else to do where the file exists.
+/// Throws what the constructor would throw for a name that can't be an output, without touching any
+/// file. `advice` tells what else to do if the file exists.
 void checkOutputName(const std::string& path, bool overwrite,
                      const std::string& advice = "choose another name");
 
-/// Whether both names mean the same file.
+/// Whether both names are the same file.
 [[nodiscard]] bool isSameFile(const std::string& a, const std::string& b);
 
 }  // namespace nkdraw::media

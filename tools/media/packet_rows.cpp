@@ -10,8 +10,8 @@ namespace {
 
 constexpr std::uint32_t kSignedYUV2 = MKTAG('y', 'u', 'v', '2');
 constexpr std::uint32_t kBlackmagicC210 = MKTAG('C', '2', '1', '0');
-constexpr int kInfoBytes = 64;           // that may stand before a frame of C210
-constexpr std::size_t kOldPadding = 64;  // rows of some AVI writers are multiples of this
+constexpr int kInfoBytes = 64;           // possible header before a frame of C210
+constexpr std::size_t kOldPadding = 64;  // some AVI writers pad rows to a multiple
 
 CodecContext openRawDecoder(const AVCodecParameters& video) {
   const AVCodec* const codec = avcodec_find_decoder(AV_CODEC_ID_RAWVIDEO);
@@ -53,7 +53,7 @@ bool PacketRows::findV210(const AVPacket& packet) {
   return true;
 }
 
-/// FFmpeg's decoder of raw frames hands out a frame that lies in the packet itself.
+/// FFmpeg's decoder of raw frames returns a frame that refers to the packet itself.
 bool PacketRows::findRaw(AVPacket& packet) {
   const auto pitch = static_cast<std::ptrdiff_t>(rowBytes(layout_.type, width_));
   if (packet.size < pitch * height_)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Where the rows of an uncompressed frame lie in its packet. Files differ: rows may be padded, and
-// run from the bottom up.
+// Where the rows of an uncompressed frame are in its packet. Files differ: rows may be padded, or
+// stored bottom up.
 #pragma once
 
 #include "media/canvas_stage.h"
@@ -19,13 +19,14 @@ class PacketRows {
 
   [[nodiscard]] Storage storage() const { return storage_; }
 
-  /// The rows of the frame in this packet, whose data must be the caller's to change. A picture
-  /// without planes when the packet is too short for a frame.
+  /// The rows of the frame in this packet, whose data must be writable. A picture without planes if
+  /// the packet is too short for a frame.
   [[nodiscard]] Picture rowsOf(AVPacket& packet);
-  /// The same for frame `index` of the clip `path`. Throws Failure when the packet is too short.
+  /// The same for frame `index` of the clip `path`. Throws Failure if the packet is too short.
   [[nodiscard]] Picture rowsOf(AVPacket& packet, std::int64_t index, const std::string& path);
 
-  /// Makes the packet's frame one that any kind of file holds: rows packed, the top row first.
+  /// Converts the packet's frame to the form that every file format holds: packed rows, top row
+  /// first.
   void makePlain(AVPacket& packet, const Picture& picture) const;
 
  private:
@@ -43,7 +44,7 @@ class PacketRows {
   Storage storage_;
   CodecContext decoder_;  // FFmpeg's view of raw frames
   Place place_;
-  int size_ = -1;  // of the packets that place_ holds for
+  int size_ = -1;  // of the packets that place_ is valid for
 };
 
 }  // namespace nkdraw::media

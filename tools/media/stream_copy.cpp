@@ -13,12 +13,12 @@ namespace {
 constexpr std::uint32_t kTimecodeTag = MKTAG('t', 'm', 'c', 'd');
 constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
 
-/// A format that can't tell is asked at the time of writing.
+/// If a format can't tell in advance, writing will show.
 bool mayHold(const AVOutputFormat& format, AVCodecID codec) {
   return avformat_query_codec(&format, codec, FF_COMPLIANCE_NORMAL) != 0;
 }
 
-/// MP4 and its kin; FFmpeg's writer of QuickTime takes cover pictures and drops them.
+/// MP4 and related formats; FFmpeg's QuickTime muxer accepts cover pictures and drops them.
 bool keepsCovers(const AVOutputFormat& format) {
   const std::string_view name = format.name;
   return name == "mp4" || name == "ipod";
@@ -34,7 +34,7 @@ StreamAction dataAction(const AVStream& stream, MediaInput& input, const AVOutpu
              : StreamAction::kLeaveOut;
 }
 
-/// Advice: the kinds of files that hold the codec.
+/// Advice: the file formats that hold the codec.
 std::string keepingKinds(AVCodecID codec) {
   unsigned kinds = 0;
   for (const char* const name : {"mov", "avi", "matroska", "nut"}) {
@@ -76,7 +76,7 @@ void copyTag(const AVDictionary* from, AVDictionary*& to, const char* key) {
     av_dict_set(&to, key, tag->value, 0);
 }
 
-/// Moves the packet's times by so many microseconds.
+/// Moves the packet's times by this many microseconds.
 void moveBy(std::int64_t microseconds, AVPacket& packet, AVRational timeBase) {
   const std::int64_t ticks = av_rescale_q(microseconds, kMicroseconds, timeBase);
   if (packet.pts != AV_NOPTS_VALUE)
@@ -157,7 +157,7 @@ void StreamCopier::copyChapters() {
 
 void StreamCopier::write(AVPacket& packet) {
   const auto from = static_cast<std::size_t>(packet.stream_index);
-  // Streams that turn up while the file is read have no place.
+  // Streams that appear while the file is read are left out.
   if (from >= target_.size() || target_[from] < 0)
     return;
   const AVRational timeBase = input_.file().streams[from]->time_base;

@@ -13,7 +13,7 @@ constexpr char kTimecodeKey[] = "timecode";
 constexpr std::uint32_t kV210Tag = MKTAG('v', '2', '1', '0');
 constexpr int kV210Bits = 20;  // a pixel, as FFmpeg counts them
 
-/// The codec's tag, unless the output's kind of file has another one for the codec.
+/// The codec's tag, unless the output format has its own for the codec.
 std::uint32_t tagFor(const AVCodecParameters& codec, const AVOutputFormat& format) {
   std::uint32_t other = 0;
   const bool fits = format.codec_tag == nullptr ||
@@ -73,7 +73,7 @@ void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format)
   if (avcodec_parameters_copy(to.codecpar, from.codecpar) < 0)
     throw std::bad_alloc();
   to.codecpar->codec_tag = tagFor(*from.codecpar, format);
-  // Readers set the one or the other, and the writer of QuickTime looks at the codec's.
+  // Demuxers set one or the other, and the QuickTime muxer reads the codec's.
   const AVRational shape = from.sample_aspect_ratio.num != 0 ? from.sample_aspect_ratio
                                                              : from.codecpar->sample_aspect_ratio;
   to.sample_aspect_ratio = to.codecpar->sample_aspect_ratio = shape;
@@ -101,7 +101,7 @@ void describeRaw(AVStream& stream, const Layout& layout, const FrameKind& frames
   codec.codec_tag = isV210 ? kV210Tag : avcodec_pix_fmt_to_codec_tag(layout.pixelFormat);
   codec.bits_per_coded_sample =
       isV210 ? kV210Bits : av_get_bits_per_pixel(av_pix_fmt_desc_get(layout.pixelFormat));
-  // A kind of file with a tag of its own for raw frames is left to choose it.
+  // A file format with its own tag for raw frames chooses it itself.
   codec.codec_tag = tagFor(codec, format);
   stream.time_base = av_inv_q(frames.rate);
   stream.avg_frame_rate = frames.rate;

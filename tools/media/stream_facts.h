@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What files say of their streams: kind, codec, shape, tags and timecode, taken over from another
-// stream or those of uncompressed frames.
+// What files record about their streams: kind, codec, shape, tags and timecode. They are copied
+// from another stream, or set for uncompressed frames.
 #pragma once
 
 #include "media/frame_kind.h"
@@ -13,16 +13,16 @@
 
 namespace nkdraw::media {
 
-/// Whether FFmpeg reads and writes both kinds of files as one.
+/// Whether FFmpeg treats both file formats as one.
 [[nodiscard]] bool isSameKind(const AVInputFormat& in, const AVOutputFormat& out);
 
 /// "audio, pcm_s16le"
 [[nodiscard]] std::string describeStream(const AVStream& stream);
 
-/// Makes `timecode` the video's, and the file's where that has one; an empty one takes them away.
+/// Sets `timecode` as the video's, and the file's if that has one; an empty one removes them.
 void setTimecodeTag(MediaOutput& output, AVStream& video, const std::string& timecode);
 
-/// AVI has no tags of streams: there the video's timecode becomes the file's.
+/// AVI has no stream tags: the video's timecode is moved to the file.
 void keepTimecodeTag(MediaOutput& output, const AVStream& video);
 
 /// Gives `to` the tags, disposition, shape, side data and times of `from`.
@@ -32,11 +32,11 @@ void copyFacts(const AVStream& from, AVStream& to);
 /// file has for the codec.
 void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format);
 
-/// Throws Failure unless files of this kind keep the layout; `codecOption` is what the user calls
-/// the choice of a codec.
+/// Throws Failure unless this file format keeps the layout; `codecOption` is the name of the codec
+/// option.
 void checkKeeps(const AVOutputFormat& format, const Layout& layout, const std::string& codecOption);
 
-/// Makes the stream one of plain frames in `layout`. Shape and colours that it already has stay.
+/// Makes the stream one of raw frames in `layout`. Keeps the shape and colours that it already has.
 void describeRaw(AVStream& stream, const Layout& layout, const FrameKind& frames,
                  const AVOutputFormat& format);
 

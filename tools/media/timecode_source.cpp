@@ -24,7 +24,7 @@ bool asksForDrop(const std::string& text) {
   return text.find_first_of(";.") != std::string::npos;
 }
 
-/// The type that counts at this rate, dropping or not; nothing when this rate can't drop.
+/// The type that counts at this rate, with or without drop-frame; none if this rate can't drop.
 std::optional<TimecodeType> typeFor(AVRational rate, bool drop) {
   const TimecodeType usual = usualType(rate);
   const auto* const pair =
@@ -39,7 +39,8 @@ const char* tagOf(const AVDictionary* tags) {
   return entry != nullptr ? entry->value : nullptr;
 }
 
-/// A tag that can't be read counts as none; a dropping one at a rate that can't drop counts on.
+/// An unreadable tag counts as none. A drop-frame tag at a rate that can't drop counts without
+/// dropping.
 std::optional<TimecodeStart> fromTag(const char* tag, AVRational rate, const char* origin) {
   if (tag == nullptr)
     return std::nullopt;

@@ -37,7 +37,7 @@ constexpr auto kSamples = [] {
   return samples;
 }();
 
-/// How many of the group's samples a row has that goes on for `pixels` pixels.
+/// How many of the group's samples belong to a row with `pixels` pixels left.
 constexpr bool isThere(Sample sample, int pixels) {
   return sample.plane == kY ? sample.index < pixels : 2 * sample.index < pixels;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// FFmpeg's decoder of one video stream.
+// FFmpeg's decoder for one video stream.
 #pragma once
 
 #include "media/libav.h"
@@ -11,11 +11,11 @@ namespace nkdraw::media {
 
 class VideoDecoder {
  public:
-  /// `name` is the file for messages. Throws Failure when no decoder reads the codec.
+  /// `name` is the file, for messages. Throws Failure if there is no decoder for the codec.
   VideoDecoder(const AVCodecParameters& video, AVRational timeBase, const std::string& name);
 
-  /// Decodes a packet, null at the end, and hands on every frame that is ready. Packets that
-  /// can't be decoded are passed over up to the first frame, and then throw Failure.
+  /// Decodes a packet, null at the end, and passes on every frame that is ready. Packets that can't
+  /// be decoded are skipped before the first frame, and throw Failure after it.
   void decode(const AVPacket* packet, const TakeFrame& take);
 
  private:

@@ -14,8 +14,8 @@
 namespace nkdraw::media {
 namespace {
 
-/// The lossless ways to keep a format, best first, and the kinds of files in which each is usual
-/// (0: wherever FFmpeg writes it).
+/// The lossless encodings of a format, best first, and the file formats in which each is usual (0:
+/// wherever FFmpeg supports it).
 struct LosslessCodec {
   AVPixelFormat drawn;
   AVCodecID codec;
@@ -54,7 +54,7 @@ CodecChoice losslessChoice(const std::string& option, AVPixelFormat drawn,
                 "choose one with " + option + ", or write .mov, .avi, .mkv or .nut");
 }
 
-/// FFmpeg's raw encoder takes all formats, but only NUT keeps all of them apart.
+/// FFmpeg's raw encoder takes all formats, but only NUT distinguishes all of them.
 AVPixelFormat rawFormat(AVPixelFormat wanted, const AVOutputFormat& format,
                         const std::string& option) {
   const Layout* const layout = wipeLayoutOf(AV_CODEC_ID_RAWVIDEO, wanted);
@@ -66,7 +66,7 @@ AVPixelFormat rawFormat(AVPixelFormat wanted, const AVOutputFormat& format,
   return wanted;
 }
 
-/// Some encoders write to standard error past FFmpeg's messages; each is silenced in its own way.
+/// Some encoders write to standard error, bypassing FFmpeg's log; each is silenced in its own way.
 void silence(const AVCodec& codec, Options& options) {
   constexpr char kX265[] = "x265-params";
   if (std::string_view(codec.name) == "libx265") {
@@ -77,7 +77,7 @@ void silence(const AVCodec& codec, Options& options) {
   setenv("SVT_LOG", "0", 0);
 }
 
-/// An encoder without a list takes every format.
+/// An encoder without a list accepts every format.
 bool takes(const AVCodec& codec, AVPixelFormat format) {
   if (codec.pix_fmts == nullptr)
     return true;
@@ -88,7 +88,7 @@ bool takes(const AVCodec& codec, AVPixelFormat format) {
   return false;
 }
 
-/// The pixel format among the options, which FFmpeg's encoders don't know as one of theirs.
+/// The pixel format among the options, which is not an option of FFmpeg's encoders.
 std::optional<AVPixelFormat> askedFormat(const CodecChoice& choice) {
   Options options;
   readOptions(choice, options);
@@ -106,7 +106,7 @@ bool hasAlpha(AVPixelFormat format) {
   return (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_ALPHA) != 0;
 }
 
-/// What an encoder is fed unless that was asked for.
+/// The pixel format for an encoder, unless the user named one.
 AVPixelFormat usualFormat(const AVCodec& codec, AVPixelFormat drawn) {
   return codec.pix_fmts != nullptr ? avcodec_find_best_pix_fmt_of_list(
                                          codec.pix_fmts, drawn, hasAlpha(drawn) ? 1 : 0, nullptr)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// FFmpeg's encoder of one video stream, and which one is taken.
+// FFmpeg's encoder for one video stream, and the choice of the encoder.
 #pragma once
 
 #include "media/encoder.h"
@@ -12,9 +12,9 @@
 
 namespace nkdraw::media {
 
-/// The encoder that the request asks for (pix_fmt among its options), else a lossless one: v210 and
-/// uncompressed frames where such files are common, else FFV1. `drawn` is the format that the
-/// frames are drawn on in. Throws Failure.
+/// The encoder that the request names (pix_fmt is one of its options), else a lossless one: v210
+/// and uncompressed frames in file formats where they are common, else FFV1. `drawn` is the format
+/// in which the frames are drawn on. Throws Failure.
 [[nodiscard]] CodecChoice chooseCodec(const CodecRequest& request, AVPixelFormat drawn,
                                       const AVOutputFormat& format);
 
@@ -24,11 +24,11 @@ class VideoEncoder {
   VideoEncoder(const CodecChoice& choice, const AVFrame& first, const FrameKind& frames,
                const AVOutputFormat& format);
 
-  /// What the output's stream says of the video.
+  /// The description of the video for the output's stream.
   void describeTo(AVStream& stream) const;
   [[nodiscard]] AVRational timeBase() const { return encoder_->time_base; }
 
-  /// Encodes a frame, the output's frame `index`; null ends the clip.
+  /// Encodes a frame as the output's frame `index`; null ends the clip.
   void encode(AVFrame* frame, std::int64_t index, const TakePacket& take);
 
  private:

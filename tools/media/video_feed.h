@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The video of a clip, one frame after the other in the order of the file, each with its number: as
-// packets or decoded. The file is read once and never sought in.
+// The video of a clip, frame by frame in file order, each with its number, as packets or decoded.
+// The file is read once, without seeking.
 #pragma once
 
 #include "media/clip_facts.h"
@@ -17,15 +17,16 @@
 
 namespace nkdraw::media {
 
-/// What all feeds do: the clip's packets, told apart. Frames are what a feed's `next` gives.
+/// The base of all feeds: reads the clip's packets and separates them. A feed's `next` returns
+/// frames.
 class VideoFeed {
  public:
-  /// Reads on, and hands on what is not the video's, until `done` or the end of the file.
+  /// Reads on, and passes on packets of other streams, until `done` or the end of the file.
   void readOthersUntil(const std::function<bool()>& done);
 
  protected:
-  /// `others` gets the packets of the other streams while frames are asked for; without it they are
-  /// not read from here on.
+  /// `others` gets the packets of the other streams while frames are read; without it they are not
+  /// read.
   VideoFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others);
   ~VideoFeed() = default;
 
@@ -44,7 +45,7 @@ class VideoFeed {
 class PacketFeed : public VideoFeed {
  public:
   using Unit = Packet;
-  /// The input must outlive the feed. `wanted` is taken by all feeds; packets are as they are.
+  /// The input must outlive the feed. `wanted` is a parameter of all feeds; here it has no effect.
   PacketFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others = {},
              FrameRange wanted = {});
 
@@ -56,11 +57,11 @@ class PacketFeed : public VideoFeed {
 class DecodedFeed : public VideoFeed {
  public:
   using Unit = Frame;
-  /// As above. Frames outside of `wanted` may have any size.
+  /// As above. Frames outside `wanted` may have any size.
   DecodedFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others = {},
               FrameRange wanted = {});
 
-  /// As above; also throws Failure for a frame that can't be decoded or has another size.
+  /// As above; also throws Failure if a frame can't be decoded or has another size.
   [[nodiscard]] bool next(Frame& frame, std::int64_t& index);
 
  private:

@@ -17,7 +17,7 @@ Burner::Burner(const Job& job, Storage storage)
     meters_.emplace(*job.sound, job.frames.rate);
 }
 
-/// A file's captions go by the frame's number, and those of numbers without a frame count, too.
+/// A file's captions are found by frame numbers, including numbers without a frame.
 Captions Burner::captionsAt(std::int64_t index, Captions own) {
   hadCaptions_ = hadCaptions_ || !own.empty();
   if (job_.captions == nullptr)
@@ -25,7 +25,7 @@ Captions Burner::captionsAt(std::int64_t index, Captions own) {
   for (; next_ < index; ++next_)
     session_.pass(job_.captions->at(next_));
   if (next_ > index)
-    return {};  // a second frame at one time
+    return {};  // a second frame with the same time
   ++next_;
   return job_.captions->at(index);
 }

@@ -20,11 +20,11 @@ class Burner {
  public:
   Burner(const Job& job, Storage storage);
 
-  /// Draws on the frame, `index` frames after the clip's first; `captions` are the clip's own.
+  /// Draws on the frame `index` frames after the clip's first; `captions` are the clip's own.
   void burn(const Picture& picture, std::int64_t index, Captions captions);
-  /// Takes note of a frame that is not drawn on.
+  /// Processes the captions of a frame that is not drawn on.
   void pass(std::int64_t index, Captions captions);
-  /// After the last frame: tells the user if captions were asked for and never came.
+  /// Call after the last frame: tells the user if captions were requested and there were none.
   void finish(const std::string& path) const;
 
  private:
@@ -34,11 +34,11 @@ class Burner {
   CanvasStage stage_;
   OverlaySession session_;
   std::optional<MeterFeed> meters_;
-  std::int64_t next_ = 0;  // the first frame whose captions in a file are still to come
+  std::int64_t next_ = 0;  // the first frame whose captions from a file are not yet processed
   bool hadCaptions_ = false;
 };
 
-/// The captions that a frame brings, or a packet that is one.
+/// The captions in a frame, or in a packet that is a frame.
 [[nodiscard]] Captions captionsOf(const AVFrame& frame);
 [[nodiscard]] Captions captionsOf(const AVPacket& packet);
 

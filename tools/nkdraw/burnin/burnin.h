@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Burning into a clip from a file, and into the test pattern.
+// Burns into a clip from a file, or into the test pattern.
 #pragma once
 
 #include "burnin/burnin_options.h"

@@ -35,7 +35,8 @@ constexpr char kMore[] =
     "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing; 129, 130 and 143\n"
     "interrupted. More in nkdraw(1).";
 
-/// The glyphs beyond 7-bit ASCII are out of reach, and control codes have none that mean anything.
+/// Printable ASCII: there is no way to draw the other glyphs, and control codes have no meaningful
+/// ones.
 bool canBeDrawn(char character) {
   return character >= ' ' && character <= '~';
 }
@@ -53,7 +54,7 @@ PlacedText readText(const std::string& argument) {
   return {*at, std::string(left)};
 }
 
-/// The broadcast rates that are usually written short: 29.97 is 30000/1001.
+/// The broadcast rates that are usually abbreviated: 29.97 is 30000/1001.
 AVRational exactRate(AVRational rate) {
   constexpr double kNear = 0.006;
   for (const int whole : {24, 30, 48, 60, 120}) {

@@ -30,7 +30,7 @@ struct PatternOptions {
 /// The option of BurninOptions::startTimecode.
 inline constexpr char kStartOption[] = "--start-timecode";
 
-/// What a run was asked for.
+/// The request for one run.
 struct BurninOptions : RunOptions {
   std::optional<std::string> input;  // none: the test pattern
   std::string output;
@@ -44,13 +44,13 @@ struct BurninOptions : RunOptions {
   bool listLayouts = false;
 };
 
-/// The options as they stand on the command line.
+/// The options on the command line.
 class BurninArguments {
  public:
-  /// Puts them on the command line of a sub-command, which they must outlive.
+  /// Adds them to the command line of a sub-command, which they must outlive.
   void addTo(CLI::App& command);
 
-  /// What they mean. Throws Failure for values that can't be.
+  /// The request that they make. Throws Failure for impossible values.
   [[nodiscard]] BurninOptions read() const;
 
  private:
@@ -67,7 +67,7 @@ class BurninArguments {
   void readPattern(BurninOptions& options) const;
   void readPatternShape(PatternOptions& pattern) const;
 
-  std::optional<std::string> input_, output_;  // one alone is the output
+  std::optional<std::string> input_, output_;  // a single one is the output
   std::vector<std::string> texts_;
   std::optional<std::string> position_, size_, startTimecode_, frames_, still_;
   std::optional<std::string> codec_;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Captions from a file of their own, Scenarist SCC.
+// Captions from a separate file, Scenarist SCC.
 #pragma once
 
 #include "burnin/overlay_session.h"
@@ -16,11 +16,11 @@ namespace nkdraw::tool {
 
 class CaptionTrack {
  public:
-  /// Reads the file. Times become frame numbers at `rate`; the pairs of a line follow each other
-  /// frame by frame, and wait while an earlier line is not through. Throws Failure.
+  /// Reads the file. Times become frame numbers at `rate`. The pairs of a line take one frame each,
+  /// and wait until an earlier line has ended. Throws Failure.
   CaptionTrack(const std::string& path, AVRational rate);
 
-  /// What comes with frame `index`, counted from the clip's first.
+  /// The pairs for frame `index`, counted from the clip's first.
   [[nodiscard]] Captions at(std::int64_t index) const;
 
  private:

@@ -16,7 +16,7 @@
 namespace nkdraw::tool {
 namespace {
 
-/// Frames that will be written, as far as that is known.
+/// The number of frames that will be written, if known.
 std::int64_t expectedFrames(MediaInput& input, const FrameRange& range) {
   const std::int64_t count = input.frameCount();
   if (!range.isBounded())
@@ -25,7 +25,7 @@ std::int64_t expectedFrames(MediaInput& input, const FrameRange& range) {
   return std::max<std::int64_t>(last - range.first + 1, 0);
 }
 
-/// `pastRange`: whether the video goes on behind the range.
+/// `pastRange`: whether the video continues past the range.
 void checkWritten(std::int64_t written, bool pastRange, MediaInput& input,
                   const FrameRange& range) {
   if (written > 0)
@@ -77,8 +77,8 @@ class ClipWriter {
     });
   }
 
-  /// Whether the packet's time is that of its number, as closely as the input's clock can tell, and
-  /// no packet before has it.
+  /// Whether the packet's time is the exact time of its number, within the precision of the input's
+  /// time base, and no earlier packet has this time.
   bool isOnTheGrid(const AVPacket& packet, std::int64_t index) const {
     const AVStream& video = input_.video();
     if (packet.pts == AV_NOPTS_VALUE || video.start_time == AV_NOPTS_VALUE || index < next_)
@@ -88,7 +88,7 @@ class ClipWriter {
     return std::abs(packet.pts - exact) <= 1;
   }
 
-  /// Gives the packet the exact time, which the milliseconds of Matroska don't have.
+  /// Gives the packet its exact time, which Matroska rounds to milliseconds.
   void writeByNumber(AVPacket& packet, std::int64_t index) {
     next_ = index + 1;
     packet.pts = packet.dts = index - plan_.job.range.first;
@@ -100,7 +100,7 @@ class ClipWriter {
     const Frame example = exampleOf(input_, plan_.drawn);
     VideoEncoder encoder(*plan_.codec, *example, plan_.job.frames, *plan_.format);
     encoder.describeTo(copier_.video());
-    if (!plan_.job.frames.interlaced)  // progressive, or the file doesn't say
+    if (!plan_.job.frames.interlaced)  // progressive, or the file doesn't tell
       copier_.video().codecpar->field_order = input_.video().codecpar->field_order;
     output_.begin();
     const auto take = [&](AVPacket& packet) { copier_.writeEncoded(packet, encoder.timeBase()); };
@@ -129,10 +129,10 @@ class ClipWriter {
   OtherPackets others_ = {[this](AVPacket& packet) { copier_.write(packet); },
                           [this] { return copier_.audioIsThrough(); }};
   std::int64_t written_ = 0;
-  std::int64_t next_ = 0;  // the least number that no frame has yet
+  std::int64_t next_ = 0;  // the lowest number that is still free
 };
 
-/// Hands on the frames of the range, burnt; returns whether the video has one past it.
+/// Passes on the frames of the range, burnt. Returns whether the video continues past it.
 bool burnStill(MediaInput& input, const ClipPlan& plan, const TakeFrame& take) {
   const OtherPackets none = {[](AVPacket&) {}, [] { return true; }};
   if (!plan.job.inPlace) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The frames of a clip, burnt: in place, in the file's own packets, or transcoded, in frames that
-// were decoded and converted.
+// The burnt frames of a clip. In place they are the file's own packets; transcoded they are decoded
+// and converted frames.
 #pragma once
 
 #include "burnin/burner.h"
@@ -17,16 +17,16 @@
 
 namespace nkdraw::tool {
 
-/// For uncompressed clips: the overlay is drawn on the file's own packets.
+/// For uncompressed clips: draws the overlay on the file's own packets.
 class InPlaceFrames {
  public:
   using Feed = PacketFeed;
   InPlaceFrames(MediaInput& input, const Job& job);
 
-  /// Makes the frames plain as well, for an output of another kind than the input.
+  /// Also converts frames to the plain form, for an output in another file format than the input.
   void makePlain() { plain_ = true; }
 
-  /// Burns into the packet of frame `index`. Throws Failure for a frame that is cut short.
+  /// Burns into the packet of frame `index`. Throws Failure if the frame is truncated.
   [[nodiscard]] AVPacket& burn(AVPacket& packet, std::int64_t index);
   [[nodiscard]] Burner& burner() { return burner_; }
 
@@ -37,13 +37,13 @@ class InPlaceFrames {
   bool plain_ = false;
 };
 
-/// For all others: frames are converted to the nearest format that is drawn on.
+/// For all other clips: converts frames to the nearest format that can be drawn on.
 class TranscodedFrames {
  public:
   using Feed = DecodedFeed;
   TranscodedFrames(const Job& job, AVPixelFormat drawn);
 
-  /// The decoded frame `index` as it is drawn on, burnt; good until the next call.
+  /// The decoded frame `index`, converted and burnt; valid until the next call.
   [[nodiscard]] AVFrame& burn(AVFrame& decoded, std::int64_t index);
   [[nodiscard]] Burner& burner() { return burner_; }
 
@@ -52,14 +52,14 @@ class TranscodedFrames {
   Burner burner_;
 };
 
-/// What becomes of a clip's packets beside the video's.
+/// Handles a clip's packets other than the video's.
 struct OtherPackets {
   TakePacket take;
-  std::function<bool()> isThrough;  // whether no more of them are wanted behind the range
+  std::function<bool()> isThrough;  // whether no more are needed past the range
 };
 
-/// Reads the clip up to the end of the job's range, burns and hands every frame of the range, with
-/// its number, to `take`. Returns whether the video has a frame past the range.
+/// Reads the clip up to the end of the job's range, burns the frames of the range, and passes each
+/// with its number to `take`. Returns whether the video continues past the range.
 template <class Frames, class Take>
 bool burnRange(MediaInput& input, const Job& job, Frames& frames, const OtherPackets& others,
                Take take) {

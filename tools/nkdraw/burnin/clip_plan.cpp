@@ -116,7 +116,7 @@ void describe(std::FILE* to, const Job& job) {
 
 void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
               const BurninOptions& options) {
-  const std::int64_t frames = input.video().nb_frames;  // 0 where the file doesn't say
+  const std::int64_t frames = input.video().nb_frames;  // 0 if the file doesn't tell
   std::fprintf(to, "input     %s: %s, %s%s\n", input.path().c_str(), input.file().iformat->name,
                avcodec_get_name(input.video().codecpar->codec_id),
                frames > 0 ? (", " + std::to_string(frames) + " frames").c_str() : "");

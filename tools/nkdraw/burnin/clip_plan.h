@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Everything that is settled about a clip before its first frame: whether it is burnt in place, the
-// layout, the timecode, the texts' places, the codec and the output.
+// Everything that is decided about a clip before its first frame: whether it is burnt in place, the
+// layout, the timecode, the positions of the texts, the codec and the output.
 #pragma once
 
 #include "burnin/burnin_options.h"
@@ -22,7 +22,7 @@ struct ClipPlan {
   Job job;
   AVPixelFormat drawn = AV_PIX_FMT_NONE;   // of decoded frames
   const AVOutputFormat* format = nullptr;  // null for a still
-  std::optional<CodecChoice> codec;        // when frames are encoded
+  std::optional<CodecChoice> codec;        // if frames are encoded
   std::vector<StreamAction> actions;
   TimeWindow window;
   std::optional<std::string> timecodeTag;  // the first written frame's; empty to drop the input's
@@ -34,7 +34,7 @@ struct ClipPlan {
 /// "all", "5" or "5 to 9"
 [[nodiscard]] std::string rangeText(FrameRange range);
 
-/// Tells a person, a line for each fact.
+/// Describes the plan for a user, one fact per line.
 void describe(std::FILE* to, const Job& job);
 void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan, const BurninOptions& options);
 

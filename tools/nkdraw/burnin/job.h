@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What a burn-in settles before the first frame.
+// What a burn-in decides before the first frame.
 #pragma once
 
 #include "burnin/overlay_plan.h"
@@ -19,12 +19,12 @@ struct SoundTrack;
 /// One clip's burn-in.
 struct Job {
   const Layout* layout = nullptr;  // of the frames that are drawn on
-  bool inPlace = false;            // they are the file's own packets
+  bool inPlace = false;            // the frames are the file's own packets
   FrameKind frames;
   TimecodeStart timecode;
   OverlayPlan plan;
   FrameRange range;
-  std::shared_ptr<const CaptionTrack> captions;  // from a file of their own
+  std::shared_ptr<const CaptionTrack> captions;  // from a separate file
   std::shared_ptr<const SoundTrack> sound;       // for the meters
 };
 

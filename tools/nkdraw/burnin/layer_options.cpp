@@ -26,7 +26,7 @@ unsigned readChannel(const std::string& value) {
   return static_cast<unsigned>(found - channels.begin()) + 1;
 }
 
-/// An option that changes nothing is a mistake.
+/// An option without effect is an error.
 void checkUsed(bool used, const std::string& option, const std::string& needed) {
   if (!used)
     throw Failure(ExitCode::kUsage, "an option without what it is for", option, "give " + needed);

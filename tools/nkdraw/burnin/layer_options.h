@@ -16,13 +16,13 @@ namespace nkdraw::tool {
 
 class LayerArguments {
  public:
-  /// Puts them on the command line of a sub-command, which they must outlive.
+  /// Adds them to the command line of a sub-command, which they must outlive.
   void addTo(CLI::App& command);
 
-  /// What is burnt in by the settings that were asked for, if any.
+  /// The request made by the settings, if the user named any.
   [[nodiscard]] OverlaySettings settings() const;
 
-  /// Adds what the options ask for to what the settings do. Throws Failure.
+  /// Adds the options to the request made by the settings. Throws Failure.
   void apply(const OverlaySettings& settings, OverlayRequest& overlay) const;
 
  private:

@@ -20,7 +20,7 @@ namespace {
 
 class Probe : private CNkOverlay {
  public:
-  /// Has the picture converted for 32-bit RGB, since only then it is seen whether it could be read.
+  /// Converts the picture to 32-bit RGB: only then is it known whether it could be read.
   explicit Probe(const std::string& path) {
     HZWVIDEO frames = {};
     frames.biSize = sizeof frames;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Where meters, captions and the watermark get what they show.
+// The sources of meters, captions and the watermark.
 #pragma once
 
 #include "burnin/caption_track.h"
@@ -14,14 +14,14 @@
 
 namespace nkdraw::tool {
 
-/// The captions that the job's plan has in a file; null without one. Throws Failure.
+/// The captions from the file that the plan names; null if it names none. Throws Failure.
 [[nodiscard]] std::shared_ptr<const CaptionTrack> captionsFor(const Job& job);
 
-/// The clip's first sound. Throws Failure when it has none that can be metered.
+/// The clip's first audio stream. Throws Failure if there is none that can be metered.
 [[nodiscard]] std::shared_ptr<const SoundTrack> soundOf(MediaInput& input);
 
-/// The size in pixels of a watermark, which is read once before the first frame, the way the
-/// overlay does. Throws Failure for a file that gives none.
+/// The size of a watermark in pixels. Reads it once before the first frame, as the overlay does.
+/// Throws Failure if the file has no picture.
 [[nodiscard]] Point watermarkSize(const std::string& path);
 
 }  // namespace nkdraw::tool

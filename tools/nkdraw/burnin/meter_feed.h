@@ -22,17 +22,17 @@ struct SoundTrack {
   AudioShape shape;
 };
 
-/// The level of a channel is the largest magnitude that a sample has during the frame, twice that
-/// of 16 bits: 65535 at full scale. The peak is the largest level of the last second and a half at
-/// most: one that is not reached again for so long falls to the level.
+/// The level of a channel is the largest magnitude of its samples during the frame, scaled so that
+/// full scale is 65535. The peak is the largest level of at most the last second and a half: a peak
+/// that is not reached again in that time falls to the level.
 class MeterFeed {
  public:
   MeterFeed(const SoundTrack& sound, AVRational frameRate);
 
-  /// Goes on to frame `index`, counted from the clip's first; never back.
+  /// Advances to frame `index`, counted from the clip's first; never back.
   void advanceTo(std::int64_t index);
 
-  // Of that frame: two channels a word, the even one in the low half.
+  // For that frame: two channels a word, the even one in the low half.
   [[nodiscard]] const std::uint32_t* levels() const { return levels_.data(); }
   [[nodiscard]] const std::uint32_t* peaks() const { return peaks_.data(); }
 

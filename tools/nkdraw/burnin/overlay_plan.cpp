@@ -15,10 +15,10 @@ namespace {
 
 constexpr int kCellWidth = static_cast<int>(kGlyphWidth),
               kCellHeight = static_cast<int>(kGlyphHeight);
-constexpr unsigned kTextMagnification = 3;  // the library's, for the format line and the texts
-// The default size grows by one for every so many lines: 2 at 360, 4 at 1080, 8 at 2160.
+constexpr unsigned kTextMagnification = 3;  // fixed for format line and texts
+// The default size grows by one for this many lines: 2 at 360, 4 at 1080, 8 at 2160.
 constexpr int kLinesPerSize = 270, kLinesBefore = 180;
-constexpr int kMarginShare = 20;  // the default margins are this part of the frame
+constexpr int kMarginShare = 20;  // the default margin is this part of the frame
 constexpr char kLongestClock[] = "00:00:00.000";
 
 int even(int value) {
@@ -38,7 +38,7 @@ std::vector<TextBox> timecodeRows(const OverlayRequest& request, const TimecodeS
   return rows;
 }
 
-/// The largest size, up to the one that suits the frame's height, at which the rows fit.
+/// The largest size at which the rows fit, up to the one that suits the height of the frame.
 unsigned defaultSize(const std::vector<TextBox>& rows, const FrameKind& frames) {
   std::size_t longest = 1;
   for (const TextBox& row : rows)
@@ -55,7 +55,7 @@ unsigned defaultSize(const std::vector<TextBox>& rows, const FrameKind& frames) 
   return static_cast<unsigned>(size);
 }
 
-/// A margin that leaves room for `extent` pixels, as far as there is any.
+/// A margin that leaves room for `extent` pixels, if possible.
 int margin(int frame, int extent) {
   return even(std::clamp(frame / kMarginShare, 0, std::max((frame - extent) / 2, 0)));
 }
@@ -73,7 +73,7 @@ std::string coordinates(Point point) {
   return std::to_string(point.x) + "," + std::to_string(point.y);
 }
 
-/// The far corners, the first column and row beyond, count as inside.
+/// The far corners, one column and one row past the box, may lie on the edge.
 void checkInside(const std::string& what, Point at, std::int64_t right, std::int64_t bottom,
                  const FrameKind& frames, const std::string& advice) {
   const char* const side = at.x < 0                 ? "left"
@@ -90,7 +90,7 @@ void checkInside(const std::string& what, Point at, std::int64_t right, std::int
                 advice);
 }
 
-/// Where a block of text begins: on interlaced frames in an even row.
+/// Where a block of text begins; in interlaced frames on an even row.
 int rowIn(const FrameKind& frames, int y) {
   return frames.interlaced ? even(y) : y;
 }
@@ -101,7 +101,7 @@ void addBox(OverlayPlan& plan, const TextBox& box, const FrameKind& frames) {
   plan.boxes.push_back(box);
 }
 
-/// The place of rows with this height each, at the lower left.
+/// The position of rows with these heights, at the lower left.
 Point usualPlace(const std::vector<TextBox>& rows, int rowHeight, unsigned size,
                  const FrameKind& frames) {
   std::size_t longest = 0;
@@ -153,7 +153,7 @@ void planTexts(OverlayPlan& plan, const FrameKind& frames) {
   }
 }
 
-/// The panel, with the mark of the faintest peak below it.
+/// The panel, including the mark of the faintest peak below it.
 constexpr Point kMeterPanel = {281, 213};
 
 void addLayer(OverlayPlan& plan, const FrameKind& frames, const LayerBox& box,
@@ -163,7 +163,8 @@ void addLayer(OverlayPlan& plan, const FrameKind& frames, const LayerBox& box,
   plan.layers.push_back(box);
 }
 
-/// The watermark's and the captions' rows would be sought where a single pixel's half pair is not.
+/// If the width is odd, the last pair of a row has only one pixel. The library would then look for
+/// the rows of watermark and captions in the wrong place.
 void checkPairs(const OverlayRequest& request, const FrameKind& frames) {
   if (frames.pairs && frames.width % 2 != 0 && (request.watermark || request.captions))
     throw Failure(ExitCode::kUsage, "no watermark and no captions in 4:2:2 of odd width",

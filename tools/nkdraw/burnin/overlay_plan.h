@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What is burnt in, and where: the user's wishes, the defaults that fit the frame, and the check
-// that all of it lies inside the frame.
+// What is burnt in, and where: the user's request, the defaults for the frame, and the check that
+// everything lies inside the frame.
 #pragma once
 
 #include "cli/option_values.h"
@@ -29,17 +29,17 @@ struct WatermarkRequest {
   Point size;  // of the picture
 };
 
-/// The caption channels by the overlay's CaptionSource, from 1 on.
+/// The caption channels, numbered as in CaptionSource, from 1.
 inline constexpr const char* kCaptionChannels[] = {"CC1", "CC2", "CC3", "CC4",
                                                    "T1",  "T2",  "T3",  "T4"};
 
 struct CaptionRequest {
-  std::optional<std::string> file;  // none: the clip's own
+  std::optional<std::string> file;  // none: the clip's own captions
   unsigned source = 1;              // the overlay's CaptionSource
   bool boxes = true;
 };
 
-/// What the user asks for. What is not set follows from the frame.
+/// The user's request. Anything not set is derived from the frame.
 struct OverlayRequest {
   bool ltc = true, vitc = false, clock = false, formatLine = false, fill = true;
   std::optional<Point> position, formatAt;
@@ -50,15 +50,14 @@ struct OverlayRequest {
   std::optional<Point> meters;  // the panel's upper left corner
 };
 
-/// One line of text in the frame. Cells are 8 by 10 pixels times the magnification, and one line
-/// more.
+/// One line of text in the frame. Cells are 8 by 10 pixels times the magnification, plus one line.
 struct TextBox {
   std::string what;  // "LTC row", "text 2"
-  std::string text;  // an example, for what changes from frame to frame
+  std::string text;  // an example, if it changes from frame to frame
   Point at;
   unsigned magnification;
 
-  // The first column and the first row beyond, also of a box that no frame could hold.
+  // The first column and row past the box, even for a box larger than any frame.
   [[nodiscard]] std::int64_t right() const;
   [[nodiscard]] std::int64_t bottom() const;
 };
@@ -74,7 +73,7 @@ struct OverlayPlan {
   OverlayRequest request;
   Point timecodeAt, formatAt;
   unsigned timecodeSize = 0;
-  std::vector<TextBox> boxes;  // in the order in which they are drawn
+  std::vector<TextBox> boxes;  // in drawing order
   std::vector<LayerBox> layers;
 
   /// The rows that the boxes cover, from top to bottom, without overlaps.
@@ -86,8 +85,8 @@ struct OverlayPlan {
 inline constexpr std::size_t kMostTexts = 10;
 inline constexpr std::size_t kLongestText = 511;
 
-/// Throws Failure when something would leave the frame. Interlaced frames get even rows and sizes,
-/// watermarks an even column in 4:2:2.
+/// Throws Failure if something would leave the frame. In interlaced frames rows and sizes become
+/// even; in 4:2:2 a watermark gets an even column.
 [[nodiscard]] OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
                                       const TimecodeStart& timecode);
 

@@ -13,7 +13,7 @@
 namespace nkdraw::tool {
 namespace {
 
-/// The columns of the canvas: a pair in 4:2:2 is always whole.
+/// The columns of the canvas: in 4:2:2 a whole number of pairs.
 int canvasWidth(const Layout& canvas, int width) {
   return isYCbCr(canvas.type) ? width + width % 2 : width;
 }
@@ -22,7 +22,7 @@ struct BlendedCode {
   pixelType canvas;
   std::uint32_t code;
 };
-/// What the overlay blends watermarks into, by codes of its own.
+/// The FOURCCs with which the overlay blends watermarks.
 constexpr BlendedCode kBlendedCodes[] = {
     {ptBGRA32, 0},
     {ptUYVY, MKTAG('y', 'u', 'v', '2')},
@@ -75,7 +75,7 @@ OverlaySession::OverlaySession(const OverlayPlan& plan, const FrameKind& frames,
     throw Failure(ExitCode::kProcessing, "no surface draws in this layout",
                   std::string(canvas.name), "see nkdraw burnin --list-layouts");
   surface = made;
-  // With the surface made, the code only serves the format line, which names the source.
+  // After the surface is made, the code is used only by the format line, which names the source.
   videoHeader.bmiHeader.biCompression = frames.sourceCode;
   if (plan.request.captions)
     openCaptions(header, *plan.request.captions);
@@ -85,7 +85,7 @@ OverlaySession::~OverlaySession() {
   ccBurnClose(captionHandle);
 }
 
-/// The overlay would open them with the first frame, and go on without them if that failed.
+/// The overlay would open them with the first frame, and continue without them on failure.
 void OverlaySession::openCaptions(const HZWVIDEO& header, const CaptionRequest& request) {
   const LibraryLog quiet;
   captionHandle = ccBurnOpen(&header);

@@ -18,14 +18,14 @@ namespace nkdraw::tool {
 /// A frame's cc_data triplets.
 using Captions = std::span<const std::uint8_t>;
 
-/// What a frame brings along besides its pixels. Levels and peaks are four words each, two
-/// channels a word, or null.
+/// What comes with a frame besides its pixels. Levels and peaks are four words each, two channels a
+/// word, or null.
 struct FrameExtras {
   Captions captions;
   const std::uint32_t *levels = nullptr, *peaks = nullptr;
 };
 
-/// Burns what a plan asks for into the frames of one clip.
+/// Burns a plan into the frames of one clip.
 class OverlaySession : private CNkOverlay {
  public:
   OverlaySession(const OverlayPlan& plan, const FrameKind& frames, const TimecodeStart& timecode,
@@ -34,9 +34,9 @@ class OverlaySession : private CNkOverlay {
   OverlaySession& operator=(const OverlaySession&) = delete;
   ~OverlaySession() override;
 
-  /// Draws on a packed frame of the canvas layout, the one `index` frames after the first.
+  /// Draws on a packed frame in the canvas layout, `index` frames after the first.
   void burn(std::uint8_t* canvas, std::int64_t index, const FrameExtras& extras);
-  /// Takes the captions of a frame that is not drawn on.
+  /// Processes the captions of a frame that is not drawn on.
   void pass(Captions captions);
 
  private:

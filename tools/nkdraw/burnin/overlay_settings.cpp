@@ -18,14 +18,14 @@ namespace {
 
 constexpr char kStore[] = "store";
 constexpr char kSection[] = "[nkoverlay]";
-constexpr std::size_t kTextMemory = 128;  // what the library reads a text into
+constexpr std::size_t kTextMemory = 128;  // the memory that the library reads a text into
 constexpr unsigned kCaptionSources = 8, kCharactersAlone = 2;
 
 class Loader : private CNkOverlay {
  public:
   using CNkOverlay::LoadConfigINI;
 
-  /// Texts are read into memory that is there already.
+  /// The library reads texts only into existing memory.
   void loadStore() {
     for (auto& text : CustomText)
       text = new char[kTextMemory]();
@@ -67,7 +67,7 @@ class Loader : private CNkOverlay {
   }
 };
 
-/// Hands the library only what it reads as settings.
+/// Gives the library only lines that it reads as settings.
 void checkIni(const std::string& path) {
   std::error_code ignored;
   std::ifstream file(path);

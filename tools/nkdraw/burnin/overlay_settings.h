@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The overlay's own settings as a request.
+// Converts the overlay's settings to a request.
 #pragma once
 
 #include "burnin/overlay_plan.h"
@@ -16,7 +16,7 @@ struct OverlaySettings {
   unsigned captionSource = 1;
 };
 
-/// What is burnt in without settings, at the places that the library has.
+/// What is burnt in without settings, at the library's default positions.
 [[nodiscard]] OverlaySettings plainSettings();
 
 /// "store", or the path of an INI file. Throws Failure for one that can't be loaded.

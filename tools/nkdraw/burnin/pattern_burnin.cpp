@@ -67,7 +67,7 @@ Job planPattern(const BurninOptions& options) {
   return job;
 }
 
-/// Draws the pattern's frames, burns the overlay into them and hands them on as packets.
+/// Draws the frames of the pattern, burns the overlay into them, and passes them on as packets.
 class PatternSource {
  public:
   explicit PatternSource(const Job& job)
@@ -106,7 +106,7 @@ class PatternSource {
   Burner burner_;
 };
 
-/// What the numbers of the pattern's colours mean.
+/// The colour tags of the pattern.
 template <class Owner>
 void describeColours(const Job& job, Owner& owner, AVColorSpace& matrix) {
   if (!isYCbCr(job.layout->type))
@@ -118,7 +118,7 @@ void describeColours(const Job& job, Owner& owner, AVColorSpace& matrix) {
   owner.color_trc = highDefinition ? AVCOL_TRC_BT709 : AVCOL_TRC_SMPTE170M;
 }
 
-/// The pattern as a stream, for a decoder.
+/// Describes the pattern as a stream, for a decoder.
 CodecParameters parametersOf(const Job& job) {
   CodecParameters codec = owned<CodecParameters>(avcodec_parameters_alloc());
   codec->codec_type = AVMEDIA_TYPE_VIDEO;
@@ -130,7 +130,7 @@ CodecParameters parametersOf(const Job& job) {
   return codec;
 }
 
-/// The frames of the job's range as a decoder gives them.
+/// The frames of the job's range, as a decoder returns them.
 void decodePattern(const Job& job, const TakeFrame& take) {
   const CodecParameters codec = parametersOf(job);
   VideoDecoder decoder(*codec, av_inv_q(job.frames.rate), "the test pattern");

@@ -18,13 +18,13 @@ namespace {
 constexpr int kBars = 8;
 constexpr int kSteps = 16;
 constexpr double kBarLevel = 0.75;
-constexpr int kFramesToCross = 100;  // of the moving box
+constexpr int kFramesToCross = 100;  // by the moving box
 
 int even(int value) {
   return value & ~1;
 }
 
-/// Studio codes of 10 bits, after the formulas of ITU-R BT.601 and BT.709.
+/// 10-bit studio codes by the formulas of ITU-R BT.601 and BT.709.
 struct StudioCodes {
   std::uint32_t y, cb, cr;
 };
@@ -65,7 +65,7 @@ void TestPattern::bind(std::uint8_t* canvas) {
   surface_->SetCanvas(reinterpret_cast<char*>(canvas), height_, width_, 0);
 }
 
-/// Video levels are set as codes, so that greys are exactly neutral.
+/// Video levels are set as codes, so greys are exactly neutral.
 void TestPattern::choose(Colour colour) {
   if (isYCbCr(layout_.type)) {
     const StudioCodes codes =
@@ -76,7 +76,7 @@ void TestPattern::choose(Colour colour) {
   }
 }
 
-/// Edges on even columns, so that pairs of 4:2:2 have one colour.
+/// Edges are on even columns, so that both pixels of a 4:2:2 pair have one colour.
 void TestPattern::fill(int left, int top, int right, int bottom, Colour colour) {
   choose(colour);
   // On 32-bit layouts the far end of a line is not drawn, on the others it is.
@@ -122,7 +122,7 @@ void TestPattern::drawNumber(std::int64_t index) {
   const int border = even(4 * magnification);
   const int left = even((width_ - textWidth) / 2), top = even((height_ * 6 / 10 - textHeight) / 2);
   if (left < border || top < border)
-    return;  // too small a frame for it
+    return;  // the frame is too small for it
   fill(left - border, top - border, left + textWidth + border, top + textHeight + border,
        {0.0, 0.0, 0.0});
   choose({0.9, 0.9, 0.9});

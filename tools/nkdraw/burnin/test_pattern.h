@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A moving test pattern that the library itself draws: colour bars, steps of grey, a box on its
-// way and the number of the frame.
+// A moving test pattern, drawn by the library: colour bars, steps of grey, a moving box and the
+// frame number.
 #pragma once
 
 #include "cli/using_media.h"
@@ -21,9 +21,9 @@ class TestPattern {
   /// Frames of at least 32 by 32 pixels.
   TestPattern(const Layout& layout, int width, int height);
 
-  /// Bytes of a frame, rows packed as the layout packs them.
+  /// Bytes of a frame, with rows packed as in the layout.
   [[nodiscard]] std::size_t frameBytes() const { return still_.size(); }
-  /// Draws frame `index` into as many bytes.
+  /// Draws frame `index` into a buffer of that size.
   void draw(std::uint8_t* canvas, std::int64_t index);
 
  private:
@@ -42,7 +42,7 @@ class TestPattern {
   void drawNumber(std::int64_t index);
 
   const Layout& layout_;
-  int width_, height_;  // width: of whole pairs
+  int width_, height_;  // the width counts whole pairs
   std::unique_ptr<NKDraw, ReleaseSurface> surface_;
   std::vector<std::uint8_t> still_;  // what does not move
 };

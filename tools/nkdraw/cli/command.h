@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What a sub-command is to the program, how one is made of the options that it takes and the
-// function that does its work, and which there are.
+// Sub-commands: what the program needs of one, how to make one from its options and the function
+// that does its work, and the list of them.
 #pragma once
 
 #include "cli/using_media.h"
@@ -14,7 +14,7 @@
 
 namespace nkdraw::tool {
 
-/// A sub-command that has put its options on the command line and runs with what was parsed.
+/// A sub-command, which has added its options to the command line and runs with the parsed values.
 class Command {
  public:
   Command() = default;
@@ -22,14 +22,14 @@ class Command {
   Command& operator=(const Command&) = delete;
   virtual ~Command() = default;
 
-  /// Whether the user asked for this one.
+  /// Whether the user chose this one.
   [[nodiscard]] virtual bool asked() const = 0;
   /// Throws Failure or Interrupted.
   virtual void run() = 0;
 };
 
-/// `Arguments` put themselves on the command line and read what they mean; `work` takes what they
-/// read, which says whether the run is verbose.
+/// `Arguments` adds its options to the command line and interprets them. `work` gets the result,
+/// which also tells whether the run is verbose.
 template <class Arguments, auto work>
 class SubCommand final : public Command {
  public:

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The library's error log, kept from standard error, where a failure is one line.
+// Keeps the library's error log off standard error, where a failure is one line.
 #pragma once
 
 #include <string>
 
 namespace nkdraw::tool {
 
-/// Collects what the library logs while it lives; one at a time.
+/// Collects what the library logs during its lifetime; only one may exist at a time.
 class LibraryLog {
  public:
   LibraryLog();
@@ -15,7 +15,7 @@ class LibraryLog {
   LibraryLog& operator=(const LibraryLog&) = delete;
   ~LibraryLog();
 
-  /// The newest line; empty without one.
+  /// The newest line; empty if there is none.
   [[nodiscard]] const std::string& last() const { return last_; }
 
  private:

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The program `nkdraw`: finds the sub-command, and turns what it throws into a line and an exit
-// code.
+// The program `nkdraw`: finds the sub-command, and turns exceptions into a line and an exit code.
 #include "cli/command.h"
 #include "media/failure.h"
 #include "media/interrupt.h"
@@ -43,7 +42,7 @@ int usage(const CLI::App& app, const CLI::ParseError& error) {
                                       "; see nkdraw --help or nkdraw COMMAND --help");
 }
 
-/// Runs the command, and says what it throws.
+/// Runs the command, and reports exceptions.
 int execute(Command& command) {
   try {
     command.run();
@@ -79,7 +78,7 @@ int run(int argc, char** argv) {
   return execute(**std::ranges::find_if(commands, &Command::asked));
 }
 
-/// What was printed must have arrived, too.
+/// Checks that all standard output was written.
 int finish(int code) {
   std::cout.flush();
   const bool arrived = std::fflush(stdout) == 0 && std::ferror(stdout) == 0 && std::cout.good();

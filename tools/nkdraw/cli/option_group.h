@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Options of one heading in a sub-command's help.
+// Options under one heading in a sub-command's help.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -11,7 +11,7 @@ namespace nkdraw::tool {
 
 class OptionGroup {
  public:
-  /// Without a heading they stand under the help's own.
+  /// Without a heading they are listed under the help's default one.
   explicit OptionGroup(CLI::App& command, const char* heading = nullptr)
       : command_(command), heading_(heading) {}
 

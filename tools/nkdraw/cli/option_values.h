@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The values of options, as users write them: numbers, pairs, names and times.
+// The values of options in the form users write them: numbers, pairs, names and times.
 #pragma once
 
 #include "cli/using_media.h"
@@ -17,16 +17,16 @@
 
 namespace nkdraw::tool {
 
-/// A place in the frame, or a size.
+/// A position in the frame, or a size.
 struct Point {
   int x = 0, y = 0;
 };
 
-/// Throws the Failure for a value that an option can't have.
+/// Throws the Failure for an invalid value of an option.
 [[noreturn]] void badValue(const std::string& option, const std::string& value,
                            const std::string& advice);
 
-/// Takes a number off the front of `text`.
+/// Removes a number from the front of `text`.
 template <class Number>
 std::optional<Number> takeNumber(std::string_view& text) {
   Number number{};
@@ -37,30 +37,29 @@ std::optional<Number> takeNumber(std::string_view& text) {
   return number;
 }
 
-/// The number that all of `text` is.
+/// The number, if all of `text` is one.
 template <class Number>
 std::optional<Number> wholeNumber(std::string_view text) {
   const auto number = takeNumber<Number>(text);
   return text.empty() ? number : std::nullopt;
 }
 
-/// The decimal number that is all of `text`, which is an option's value. Throws the Failure of
-/// badValue for one that is not from `least` to `most`.
+/// The decimal number in `text`, the value of an option. Throws badValue's Failure unless all of
+/// `text` is a number from `least` to `most`.
 [[nodiscard]] std::int64_t readNumber(const std::string& option, const std::string& text,
                                       std::int64_t least, std::int64_t most,
                                       const std::string& advice);
 
-/// Takes one character off the front of `text`, if it is that one.
+/// Removes one character from the front of `text`, if it is this one.
 bool take(std::string_view& text, char character);
 
-/// Takes "A,B", with any character for the comma.
+/// Removes "A,B", with any separator in place of the comma.
 std::optional<Point> takePair(std::string_view& text, char between);
 
-/// The "X,Y" that all of `text` is, which is an option's value. Throws the Failure of badValue for
-/// one that is none.
+/// The "X,Y" in `text`, the value of an option. Throws badValue's Failure if it is malformed.
 [[nodiscard]] Point readPoint(const std::string& option, const std::string& text);
 
-/// Whether both are the same but for small and capital letters.
+/// Whether both are equal, ignoring case.
 [[nodiscard]] bool isSameName(std::string_view a, std::string_view b);
 
 /// `text`, unless nothing was given.
@@ -68,10 +67,10 @@ std::optional<Point> takePair(std::string_view& text, char between);
   return text.empty() ? std::nullopt : std::optional(text);
 }
 
-/// How many letters must change, come or go; small and capital ones are the same.
+/// The number of letters to change, insert or delete, ignoring case.
 [[nodiscard]] std::size_t nameDistance(std::string_view from, std::string_view to);
 
-/// Where in `table`, which isn't empty, the entry stands whose name is nearest to `name`.
+/// The index in `table`, which must not be empty, of the entry whose name is nearest to `name`.
 template <class Table, class NameOf>
 [[nodiscard]] auto nearestName(const Table& table, std::string_view name, NameOf nameOf) {
   return std::ranges::min_element(
@@ -79,8 +78,8 @@ template <class Table, class NameOf>
 }
 
 /// The number of frames at `rate` in a time given for `option`: "1.5" seconds, "25f" frames,
-/// "HH:MM:SS" or "HH:MM:SS.mmm" by the clock, "HH:MM:SS:FF" counted in frames (";" before the
-/// frames counts drop-frame). Seconds go to the nearest frame. Throws Failure.
+/// "HH:MM:SS" or "HH:MM:SS.mmm" in real time, "HH:MM:SS:FF" counted in frames (";" before the
+/// frames means drop-frame). Seconds are rounded to the nearest frame. Throws Failure.
 [[nodiscard]] std::int64_t framesIn(const std::string& text, AVRational rate,
                                     const std::string& option);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The line on a terminal that says how far the run is.
+// The progress line on a terminal.
 #pragma once
 
 #include <chrono>
@@ -8,14 +8,14 @@
 
 namespace nkdraw::tool {
 
-/// Shows frames, frames a second and the time left on standard error, when that is a terminal.
+/// Shows frames, frames a second and the time left on standard error, if that is a terminal.
 class Progress {
  public:
-  /// `total` frames, 0 when that is not known.
+  /// `total` frames, or 0 if unknown.
   explicit Progress(std::int64_t total);
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
-  /// Takes the line away.
+  /// Removes the line.
   ~Progress();
 
   /// One more frame is done.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What every sub-command that writes a file is told about it.
+// Options shared by every sub-command that writes a file.
 #pragma once
 
 #include <cstdio>
@@ -12,13 +12,14 @@ struct RunOptions {
   bool overwrite = false, dryRun = false, verbose = false;
 };
 
-/// Throws the Failure for an output that can't be written, and touches nothing.
+/// Throws the Failure for an output that can't be written, without touching any file.
 void checkOutput(const std::string& path, const RunOptions& options);
 
-/// Throws the Failure `what` where `output` is `other`.
+/// Throws the Failure `what` if `output` is the same file as `other`.
 void checkIsAnother(const std::string& output, const std::string& other, const std::string& what);
 
-/// Has `describe` tell a person what the run does, if that is asked for. Whether the run goes on.
+/// Calls `describe` to tell the user what the run does, if that was requested. Returns whether the
+/// run continues.
 template <class Describe>
 [[nodiscard]] bool announce(const RunOptions& options, Describe describe) {
   if (options.dryRun || options.verbose)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The command calls what nkdraw_media has by its plain names: every file that uses it includes
-// this.
+// Makes nkdraw_media's names available without qualification; every file of the command that uses
+// them includes this.
 #pragma once
 
 namespace nkdraw::media {}

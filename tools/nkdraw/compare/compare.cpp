@@ -22,12 +22,12 @@
 namespace nkdraw::tool {
 namespace {
 
-/// What a screen shows: RGB without alpha.
+/// The pixels as on a screen: RGB without alpha.
 constexpr AVPixelFormat kShown = AV_PIX_FMT_BGR0;
 
 struct ComparePlan {
   MuxCall call;
-  const AVOutputFormat* format = nullptr;  // null without an output
+  const AVOutputFormat* format = nullptr;  // null if there is no output
   std::optional<CodecChoice> codec;
 };
 
@@ -41,7 +41,7 @@ ComparePlan planCompare(ClipPair& clips, const CompareOptions& options) {
   return plan;
 }
 
-/// The clip that shows both.
+/// The output clip, which shows both inputs.
 class DisplayClip {
  public:
   DisplayClip(ClipPair& clips, const ComparePlan& plan, const std::string& path, bool overwrite)
@@ -96,13 +96,13 @@ class DisplayClip {
   };
 };
 
-/// How many frames there were, and the clip that has more of them, null when none has.
+/// How many frames there were, and which clip has more; null if neither.
 struct Compared {
   std::int64_t frames;
   const MediaInput* longer;
 };
 
-/// Hands on both clips' frames up to the end of the shorter one.
+/// Passes on both clips' frames up to the end of the shorter one.
 template <class Take>
 Compared forEachPair(ClipPair& clips, Take take) {
   FrameCursor<DecodedFeed> a(clips.a, clips.frames), b(clips.b, clips.frames);
@@ -141,7 +141,7 @@ void describe(std::FILE* to, ClipPair& clips, const ComparePlan& plan,
   std::fprintf(to, "output    %s: %s\n", options.output->c_str(), plan.format->name);
 }
 
-/// Neither the inputs nor each other.
+/// The outputs must not be the inputs, or each other.
 void checkNames(const CompareOptions& options) {
   if (options.report) {
     for (const std::string& input : {options.a, options.b})
@@ -156,7 +156,7 @@ void checkNames(const CompareOptions& options) {
                   "choose another name");
 }
 
-/// Writes what was asked for.
+/// Writes the requested outputs.
 Compared writeComparison(ClipPair& clips, const ComparePlan& plan, const CompareOptions& options) {
   std::optional<DisplayClip> display;
   std::optional<DifferenceReport> report;

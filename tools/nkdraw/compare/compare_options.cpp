@@ -56,7 +56,7 @@ double readAmount(const std::string& text) {
   std::string_view left = text;
   const auto number = left.starts_with('-') ? std::nullopt : takeNumber<double>(left);
   const double scale = take(left, '%') ? 100.0 : 1.0;
-  // Written so that what is no number is refused, too.
+  // Written so that not-a-number is refused too.
   if (!number || !left.empty() || !(*number <= scale))
     badValue("--amount", text, "give 0 to 1, or 0% to 100%");
   return *number / scale;
@@ -78,7 +78,7 @@ std::optional<Number> readGiven(const std::string& option, const std::optional<s
       option, *text, least, most, "give " + std::to_string(least) + " to " + std::to_string(most)));
 }
 
-/// A column or row; whether it lies in the frame shows when that is known.
+/// A column or row; whether it lies in the frame is checked when the frame size is known.
 std::optional<int> readPlace(const std::string& option, const std::optional<std::string>& text) {
   const auto place = text ? wholeNumber<int>(*text) : std::nullopt;
   if (text && !place)

@@ -17,22 +17,22 @@ class App;
 
 namespace nkdraw::tool {
 
-/// What a run was asked for.
+/// The request for one run.
 struct CompareOptions : RunOptions {
   std::string a, b;
-  std::optional<std::string> output, report;  // one at least
+  std::optional<std::string> output, report;  // at least one
   MuxRequest display;
   CodecRequest codec = {"--codec", {}};
   bool list = false;
 };
 
-/// The options as they stand on the command line.
+/// The options on the command line.
 class CompareArguments {
  public:
-  /// Puts them on the command line of a sub-command, which they must outlive.
+  /// Adds them to the command line of a sub-command, which they must outlive.
   void addTo(CLI::App& command);
 
-  /// What they mean. Throws Failure for values that can't be.
+  /// The request that they make. Throws Failure for impossible values.
   [[nodiscard]] CompareOptions read() const;
 
  private:
@@ -41,7 +41,7 @@ class CompareArguments {
   void addWritingTo(CLI::App& command);
   void readDisplay(MuxRequest& display) const;
 
-  CompareOptions plain_;  // what the command line says without being read
+  CompareOptions plain_;  // values that need no interpretation
   std::string output_, report_, codec_;
   std::string mode_ = "difference", amount_, channel_, wipe_, flipFirst_, flipSecond_, gridPixels_;
   std::optional<std::string> splitX_, splitY_, grid_, threshold_, gain_, block_;

@@ -15,19 +15,19 @@
 
 namespace nkdraw::tool {
 
-/// The format in which the frames of two clips are compared: their own, or BGRA where they have
-/// different ones or none that holds numbers.
+/// The format in which the frames of two clips are compared: their own, or BGRA if the formats
+/// differ or can't be compared as numbers.
 [[nodiscard]] AVPixelFormat comparedFormat(AVPixelFormat a, AVPixelFormat b);
 
-/// A line for each frame: its number, timecode and time, the pixels that differ, the largest
-/// difference, and that of every channel.
+/// Writes a line for each frame: its number, timecode and time, the pixels that differ, the largest
+/// difference overall and in each channel.
 class DifferenceReport {
  public:
-  /// Throws Failure when `path` can't be written.
+  /// Throws Failure if `path` can't be written.
   DifferenceReport(const std::string& path, bool overwrite, ClipPair& clips);
 
   void add(AVFrame& a, AVFrame& b, std::int64_t index);
-  /// Gives the file its name, and says on standard output what came of it.
+  /// Renames the file to its final name, and prints a summary on standard output.
   void finish();
 
  private:

@@ -15,17 +15,17 @@
 namespace nkdraw::tool {
 
 struct Difference {
-  std::int64_t pixels = 0;                 // that differ in a channel
-  std::array<std::uint32_t, 4> largest{};  // by channel, as pixels of the format list them
+  std::int64_t pixels = 0;                 // that differ in any channel
+  std::array<std::uint32_t, 4> largest{};  // by channel, in the order of the pixel format
 
   [[nodiscard]] std::uint32_t largestOfAll() const;
 };
 
-/// Compares frames of one size and one pixel format in that format: a pixel differs when a sample
-/// of its own differs or one that it shares with its neighbours.
+/// Compares frames of one size and one pixel format, in that format. A pixel differs if one of its
+/// samples differs, including samples shared with its neighbours.
 class FrameComparer {
  public:
-  /// Whether frames of the format have samples that can be compared as numbers.
+  /// Whether the format has samples that can be compared as numbers.
   [[nodiscard]] static bool takes(AVPixelFormat format);
 
   explicit FrameComparer(AVPixelFormat format);

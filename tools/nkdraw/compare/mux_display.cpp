@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kPixelBytes = 4;
 
-/// Some modes reach a row past an odd height and a pixel past an odd width.
+/// Some modes write one row past an odd height and one pixel past an odd width.
 std::size_t roomFor(std::size_t pitch, int height) {
   return pitch * (static_cast<std::size_t>(height) + 1) + kPixelBytes;
 }

@@ -17,8 +17,8 @@ class MuxDisplay {
  public:
   MuxDisplay(const MuxCall& call, int width, int height);
 
-  /// The frame that shows both pictures, which are in BGRA: rows without padding, good until the
-  /// next call. What byte 3 of its pixels holds depends on the mode.
+  /// The frame that shows both pictures, which are BGRA; its rows have no padding. Valid until the
+  /// next call. The mode decides what byte 3 of its pixels holds.
   [[nodiscard]] const std::uint8_t* show(const AVFrame& first, const AVFrame& second);
 
  private:

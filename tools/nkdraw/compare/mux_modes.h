@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The modes of the display that shows two frames in one: names, values, and what each takes.
+// The modes of the display that shows two frames in one: names, values, and options.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace nkdraw::tool {
 
-/// What a mode may be told beside its name, as bits.
+/// The options that a mode may take, as bits.
 enum MuxTakes : unsigned {
   kTakesSplit = 1,
   kTakesMark = 2,
@@ -22,7 +22,7 @@ enum MuxTakes : unsigned {
   kTakesWipe = 128,
 };
 
-/// Which way a mode runs unless it is told to run the other way.
+/// The default direction of a mode.
 enum class MuxRuns { kOneWay, kHorizontally, kVertically };
 
 struct MuxMode {
@@ -33,10 +33,10 @@ struct MuxMode {
   std::string_view description;
 };
 
-/// In the order of their values. Channels are named as they stand in BGRA.
+/// In the order of their values. Channels are named as in BGRA.
 [[nodiscard]] std::span<const MuxMode> muxModes();
 
-/// Throws Failure for a name that is none.
+/// Throws Failure for an unknown name.
 [[nodiscard]] const MuxMode& muxModeNamed(const std::string& name);
 
 /// Prints names, values, descriptions and options.

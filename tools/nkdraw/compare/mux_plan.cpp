@@ -88,7 +88,7 @@ std::uint32_t splitFor(const std::optional<int>& given, const char* option, int 
   return static_cast<std::uint32_t>(*given);
 }
 
-/// Splits may lie at the far edge, but not be marked there; crops must leave half a frame.
+/// A split may lie at the far edge, but not be marked there; a crop must leave half a frame.
 void planSplit(MuxCall& call, const MuxRequest& request, int width, int height) {
   const bool isCrop = (request.mode->takes & kTakesMark) == 0;
   const auto last = [&](int size) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What two frames are shown as: the user's wishes, and the arguments of the library's call that
-// they become for frames of one size.
+// How two frames are shown: the user's request, and the arguments of the library's call for frames
+// of one size.
 #pragma once
 
 #include "cli/option_values.h"
@@ -18,7 +18,7 @@ struct Flip {
   bool leftToRight = false, topToBottom = false;
 };
 
-/// What is not set has the mode's default.
+/// Anything not set has the mode's default.
 struct MuxRequest {
   const MuxMode* mode = nullptr;
   bool vertical = false, horizontal = false, markSplit = false, swap = false;
@@ -40,7 +40,7 @@ struct MuxCall {
                 gridX = 0, gridY = 0;
 };
 
-/// Throws Failure for what the mode does not take and for what lies outside the frame.
+/// Throws Failure for an option that the mode does not take, and for positions outside the frame.
 [[nodiscard]] MuxCall planMux(const MuxRequest& request, int width, int height);
 
 }  // namespace nkdraw::tool

@@ -24,7 +24,7 @@ constexpr char kMore[] =
 
 constexpr char kUsage[] = "write list, get KEY, set KEY VALUE, unset KEY or path";
 
-/// Each argument is there when, and only when, the action takes it.
+/// Checks that each argument is given exactly if the action takes it.
 void checkTaken(const char* what, bool takes, const std::optional<std::string>& argument,
                 const std::string& action) {
   if (takes == argument.has_value())

@@ -16,25 +16,25 @@ namespace nkdraw::tool {
 
 struct ConfigOptions {
   const struct ConfigAction* action = nullptr;
-  const Setting* setting = nullptr;  // for the actions that take one
+  const Setting* setting = nullptr;  // for actions that take one
   std::string value;
   bool verbose = false;
 };
 
-/// What `nkdraw config` can do, by its name.
+/// What `nkdraw config` can do, by name.
 struct ConfigAction {
   const char* name;
   bool takesKey, takesValue;
   void (*run)(const ConfigOptions& options);
 };
 
-/// The options as they stand on the command line.
+/// The options on the command line.
 class ConfigArguments {
  public:
-  /// Puts them on the command line of a sub-command, which they must outlive.
+  /// Adds them to the command line of a sub-command, which they must outlive.
   void addTo(CLI::App& command);
 
-  /// What they mean. Throws Failure for values that can't be.
+  /// The request that they make. Throws Failure for impossible values.
   [[nodiscard]] ConfigOptions read() const;
 
  private:
@@ -42,7 +42,7 @@ class ConfigArguments {
   bool verbose_ = false;
 };
 
-/// The action with this name; null when there is none.
+/// The action with this name; null if there is none.
 [[nodiscard]] const ConfigAction* configActionNamed(const std::string& name);
 
 }  // namespace nkdraw::tool

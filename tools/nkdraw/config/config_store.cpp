@@ -26,8 +26,8 @@ namespace fs = std::filesystem;
 
 constexpr char kRoot[] = "HZW\\Advanced\\Overlay";
 
-/// Lets one process at a time look for a store and begin one, so that no second one's defaults
-/// take back a value. The lock is on the folder, and leaves no file.
+/// Lets one process at a time look for a store and create one; otherwise a second process's
+/// defaults could overwrite a new value. The lock is on the folder, and leaves no file.
 class FolderLock {
  public:
   explicit FolderLock(const fs::path& folder) {
@@ -46,7 +46,7 @@ class FolderLock {
   int descriptor_ = -1;
 };
 
-/// As the library reads a number.
+/// Reads a number as the library does.
 std::string numberIn(const std::string& text) {
   std::int32_t number = 0;
   std::from_chars(text.data(), text.data() + text.size(), number);

@@ -10,18 +10,17 @@
 
 namespace nkdraw::tool {
 
-/// Keeps the library's log to itself while it lives. All calls throw Failure when the store can't
-/// be used.
+/// Hides the library's log during its lifetime. All calls throw Failure if the store can't be used.
 class ConfigStore {
  public:
-  /// The file of the store, which need not be there.
+  /// The file of the store, which need not exist.
   [[nodiscard]] static std::string path();
 
-  /// What the library would load: the default while there is no store, and 0 for a number that one
-  /// does not have.
+  /// What the library would load: the default if there is no store, and 0 for a number missing from
+  /// the store.
   [[nodiscard]] std::string read(const Setting& setting);
 
-  /// Writes one value durably; a new store gets all others' defaults with it.
+  /// Writes one value durably; in a new store all other settings get their defaults.
   void write(const Setting& setting, const std::string& value);
 
  private:

@@ -51,7 +51,7 @@ constexpr Row kRows[] = {
     {"SourceFormatX", "its left edge", 0, kFarthest},
     {"SourceFormatY", "its upper edge", 0, kFarthest},
 };
-/// Each stands for ten, with the slot's number behind the key.
+/// Each stands for ten settings; the slot's number follows the key.
 constexpr Row kSlotRows[] = {
     {"CustomTextEnabled", "text ", 0, 1},
     {"CustomTextX", "left edge of text ", 0, kFarthest},
@@ -59,7 +59,7 @@ constexpr Row kSlotRows[] = {
     {"CustomText", "the words of text ", 0, 0},
 };
 
-/// Gets from the library what it would save.
+/// Asks the library what it would save.
 class Defaults : private CNkOverlay {
  public:
   Defaults() { SaveConfig(); }

@@ -23,10 +23,10 @@ struct Setting {
 /// All of them, in the order in which the library saves them.
 [[nodiscard]] const std::vector<Setting>& settingTable();
 
-/// The setting with this very key. Throws Failure, which names the nearest key.
+/// The setting with exactly this key. Throws Failure, which names the nearest key.
 [[nodiscard]] const Setting& settingNamed(const std::string& key);
 
-/// `value` as the store keeps it. Throws Failure, which names the range.
+/// `value` in the form of the store. Throws Failure, which names the range.
 [[nodiscard]] std::string checkedValue(const Setting& setting, const std::string& value);
 
 }  // namespace nkdraw::tool

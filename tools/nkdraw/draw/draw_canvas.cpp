@@ -8,11 +8,11 @@ namespace nkdraw::tool {
 namespace {
 
 constexpr double kWordScale = 65536.0 / 255.0;
-constexpr std::size_t kGroupBytes = 64;  // more than any layout's group of pixels
+constexpr std::size_t kGroupBytes = 64;  // more than a group of pixels in any layout
 
-/// On 24-bit layouts a background pixel is plotted at four times x, in the last row thus as far
-/// behind the frame as a third of a row; erasing plots one pixel more than a row has, and chroma
-/// planes are read one pixel on.
+/// Room after the frame. On 24-bit layouts a background pixel is plotted at four times x, so in the
+/// last row it may lie a third of a row past the frame. Erasing plots one pixel past each row, and
+/// reading a chroma plane goes one pixel too far.
 std::size_t roomBehind(std::size_t pitch) {
   return pitch + kGroupBytes;
 }
@@ -39,7 +39,7 @@ std::span<const std::uint8_t> DrawCanvas::frame() const {
   return std::span(bytes_).first(frameBytes_);
 }
 
-/// The frame seen as six bytes a pixel.
+/// The frame, seen as six bytes a pixel.
 GuardedSurface DrawCanvas::asSixBytes() {
   GuardedSurface other = sixByteLayout().make(ptNone);
   other.surface->SetCanvas(reinterpret_cast<char*>(bytes_.data()), height_, width_,

@@ -18,22 +18,23 @@ namespace nkdraw::tool {
 /// Widths and heights of frames.
 inline constexpr int kLargestCanvas = 8192;
 
-/// A frame of zero bytes with a surface on it, whose colours are white on black. Rows are packed as
-/// the layout packs them.
+/// A frame of zero bytes with a surface, whose colours are white on black. Rows are packed as in
+/// the layout.
 class DrawCanvas {
  public:
-  /// The size must be whole in the layout's units.
+  /// The size must be a multiple of the layout's units.
   DrawCanvas(const DrawLayout& layout, int width, int height);
 
   [[nodiscard]] NKDraw& surface() { return *guarded_.surface; }
-  /// The first pixel outside the canvas that was drawn since the last call; none is ever plotted.
+  /// The first pixel drawn outside the canvas since the last call; such pixels are never plotted.
   [[nodiscard]] std::optional<tagPOINT> takeStray() { return guarded_.edge->takeStray(); }
 
   [[nodiscard]] int width() const { return width_; }
   [[nodiscard]] int height() const { return height_; }
   /// The frame's bytes.
   [[nodiscard]] std::span<const std::uint8_t> frame() const;
-  /// The frame as 8-bit RGB, as its layout is shown. Channels are cut to 0.0 to 1.0 and rounded.
+  /// The frame as 8-bit RGB, in the way that its layout is shown. Channels are limited to 0.0 to
+  /// 1.0 and rounded.
   [[nodiscard]] Frame picture();
 
  private:
@@ -43,7 +44,7 @@ class DrawCanvas {
   int width_, height_;
   GuardedSurface guarded_;
   std::size_t frameBytes_;
-  std::vector<std::uint8_t> bytes_;  // of the frame, and room behind it
+  std::vector<std::uint8_t> bytes_;  // the frame, and room after it
 };
 
 }  // namespace nkdraw::tool

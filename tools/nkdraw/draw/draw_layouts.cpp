@@ -20,7 +20,7 @@ constexpr auto kCell = Unit::kCell;
 constexpr auto kRead = Shown::kRead;
 constexpr auto kWords = Shown::kWords;
 
-/// Names that burnin has, too, mean the same. The constructors of the 16-bit YCbCr surfaces read no
+/// Names shared with burnin mean the same. The constructors of the 16-bit YCbCr surfaces ignore the
 /// type.
 constexpr DrawLayout kDrawLayouts[] = {
     {"rgba", "bytes R G B A", ptRGBA32, kPixel, kRead, makeGuarded<CDrawRGBA32>},

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Every layout that the library draws in, by name: its surface, and how its frames are shown.
+// Every layout that the library draws in, by name, with its surface and how its frames are shown.
 #pragma once
 
 #include "draw/guarded_surface.h"
@@ -13,16 +13,16 @@
 
 namespace nkdraw::tool {
 
-/// What a frame of a layout must be whole in.
+/// What a frame's size must be a multiple of.
 enum class Unit : std::uint8_t {
   kPixel,
   kPair,  ///< even width
   kCell,  ///< even width and height
 };
 
-/// How a picture is made of a frame.
+/// How a frame becomes a picture.
 enum class Shown : std::uint8_t {
-  kRead,      ///< by the surface's own GetPixelRGBA
+  kRead,      ///< through the surface's own GetPixelRGBA
   kWords,     ///< so, too, with words of 255, the brightest that the surface draws, as white
   kSixBytes,  ///< as the layout of six bytes a pixel: pixels are plotted six bytes apart, read
               ///< eight
@@ -31,7 +31,7 @@ enum class Shown : std::uint8_t {
 struct DrawLayout {
   std::string_view name;
   std::string_view description;
-  pixelType type;  // what the surface's constructor gets
+  pixelType type;  // for the surface's constructor
   Unit unit;
   Shown shown;
   GuardedSurface (*make)(pixelType type);
@@ -39,10 +39,10 @@ struct DrawLayout {
 
 [[nodiscard]] std::span<const DrawLayout> drawLayouts();
 
-/// The layout with this name, in small or capital letters. Throws Failure, which names the nearest.
+/// The layout with this name, ignoring case. Throws Failure, which names the nearest.
 [[nodiscard]] const DrawLayout& drawLayoutNamed(std::string_view name);
 
-/// The layout whose pixels of six bytes are read for Shown::kSixBytes.
+/// The layout of six bytes a pixel that reads frames for Shown::kSixBytes.
 [[nodiscard]] const DrawLayout& sixByteLayout();
 
 }  // namespace nkdraw::tool

@@ -16,27 +16,27 @@ class App;
 namespace nkdraw::tool {
 
 struct DrawOptions : RunOptions {
-  bool listLayouts = false, listVerbs = false;  // nothing else is asked
+  bool listLayouts = false, listVerbs = false;  // then nothing else is done
   std::string script, output;
-  bool raw = false;  // and not a picture
+  bool raw = false;  // bytes, not a picture
   const DrawLayout* layout = nullptr;
   int width = 0, height = 0;
   bool clip = false;
 };
 
-/// The options as they stand on the command line.
+/// The options on the command line.
 class DrawArguments {
  public:
-  /// Puts them on the command line of a sub-command, which they must outlive.
+  /// Adds them to the command line of a sub-command, which they must outlive.
   void addTo(CLI::App& command);
 
-  /// What they mean. Throws Failure for values that can't be.
+  /// The request that they make. Throws Failure for impossible values.
   [[nodiscard]] DrawOptions read() const;
 
  private:
   void readSize(DrawOptions& options) const;
 
-  DrawOptions plain_;  // what the command line says without being read
+  DrawOptions plain_;  // values that need no interpretation
   std::optional<std::string> layout_, size_;
 };
 

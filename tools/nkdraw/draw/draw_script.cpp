@@ -16,7 +16,8 @@ namespace nkdraw::tool {
 namespace {
 
 constexpr std::size_t kLongestScript = std::size_t{4} << 20, kLongestLine = std::size_t{64} << 10;
-/// As many characters as the widest canvas shows of a text that begins at the smallest x.
+/// The number of characters that the widest canvas can show of a text that begins at the smallest
+/// x.
 constexpr std::size_t kLongestText = 3072;
 constexpr std::size_t kLongestQuote = 40;
 constexpr char kBlanks[] = " \t";
@@ -28,7 +29,7 @@ bool isPrintable(unsigned char letter) {
   return letter >= ' ' && letter <= '~';
 }
 
-/// A piece of a script as a message may show it.
+/// A piece of a script, as shown in a message.
 std::string quoted(std::string_view piece) {
   std::string shown(piece.substr(0, kLongestQuote));
   std::ranges::replace_if(
@@ -36,14 +37,14 @@ std::string quoted(std::string_view piece) {
   return "'" + shown + (piece.size() > kLongestQuote ? "...'" : "'");
 }
 
-/// Takes what lies before the first of `ends` off the front.
+/// Removes everything before the first of `ends` from the front.
 std::string_view takeUntil(std::string_view& text, const char* ends) {
   const std::string_view taken = text.substr(0, text.find_first_of(ends));
   text.remove_prefix(taken.size());
   return taken;
 }
 
-/// One line, taken apart from the left.
+/// One line, read from the left.
 class Line {
  public:
   Line(const std::string& script, std::string_view line, int number)
@@ -51,7 +52,7 @@ class Line {
     skipBlanks();
   }
 
-  /// Whether a word comes, and no comment.
+  /// Whether a word follows, not a comment.
   [[nodiscard]] bool hasWord() const { return !left_.empty() && left_.front() != '#'; }
   [[nodiscard]] Place place() const {
     return {number_, static_cast<int>(line_.size() - left_.size()) + 1};
@@ -63,7 +64,7 @@ class Line {
     return word;
   }
 
-  /// All that is left, without blanks at its end.
+  /// Everything that is left, without trailing blanks.
   std::string_view takeRest() {
     const std::string_view rest = std::exchange(left_, {});
     return rest.substr(0, rest.find_last_not_of(kBlanks) + 1);
@@ -161,7 +162,7 @@ class ArgumentReader {
     std::optional<double> number = wholeNumber<double>(word);
     if (parameter.kind == Parameter::Kind::kWhole)
       number = wholeNumber<int>(word);
-    // Not a number compares as false.
+    // Not-a-number compares as false.
     const bool fits = number && *number >= parameter.least && *number <= parameter.most;
     return fits ? number : std::nullopt;
   }
@@ -191,14 +192,14 @@ Failure cannotRead(const std::string& name, const std::string& why) {
   return {ExitCode::kInput, "cannot read the script", name, why};
 }
 
-/// Throws what ended a call of the system's that failed: an interrupt, or a Failure.
+/// Throws for a system call that failed: Interrupted, or Failure.
 [[noreturn]] void failToRead(const std::string& name, const char* advice) {
   const int error = errno;
   throwIfInterrupted();
   throw cannotRead(name, std::string(std::strerror(error)) + "; " + advice);
 }
 
-/// By C's streams, which end a read that is interrupted, and tell an error from an end.
+/// Uses C streams, whose reads end when interrupted, and which distinguish an error from the end.
 std::string readAll(std::FILE* in, const std::string& name) {
   std::string text(kLongestScript + 1, '\0');
   text.resize(std::fread(text.data(), 1, text.size(), in));

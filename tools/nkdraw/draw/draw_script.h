@@ -12,7 +12,7 @@
 
 namespace nkdraw::tool {
 
-/// Where something stands in a script; both count from 1, columns in bytes.
+/// A position in a script; both count from 1, columns in bytes.
 struct Place {
   int line, column;
 };
@@ -28,12 +28,12 @@ enum class Outside { kRefused, kLeftOut };
 
 class DrawScript {
  public:
-  /// The script that is `text`, with or without a byte order mark of UTF-8; messages call it
-  /// `name`. Throws Failure for the first line that can't be understood.
+  /// The script in `text`, with or without a UTF-8 byte order mark; messages use `name`. Throws
+  /// Failure for the first malformed line.
   DrawScript(std::string name, std::string_view text);
 
-  /// Throws Failure for the first statement that the library refuses or that leaves the canvas
-  /// though it may not, and Interrupted.
+  /// Throws Failure for the first statement that the library refuses, or that plots outside the
+  /// canvas without permission; throws Interrupted after a signal.
   void draw(DrawCanvas& canvas, Outside outside) const;
 
   [[nodiscard]] const std::vector<Statement>& statements() const { return statements_; }
@@ -46,11 +46,11 @@ class DrawScript {
   std::vector<Statement> statements_;
 };
 
-/// What messages call the script at `path`.
+/// The name of the script at `path` in messages.
 [[nodiscard]] std::string scriptName(const std::string& path);
 
-/// The text of a script in a file, or in the standard input for "-". Throws Failure, and
-/// Interrupted for a signal that comes while it waits.
+/// The text of a script from a file, or from standard input for "-". Throws Failure, or Interrupted
+/// if a signal arrives while it waits.
 [[nodiscard]] std::string readScript(const std::string& path);
 
 }  // namespace nkdraw::tool

@@ -9,7 +9,7 @@
 namespace nkdraw::tool {
 namespace {
 
-/// Lines are stepped in 16.16 numbers, which hold differences below 32,768.
+/// Lines are stepped in 16.16 fixed point, which holds differences below 32,768.
 constexpr int kFarthest = 16383;
 constexpr int kMostDegrees = 3600;
 constexpr int kLargestScale = 100;
@@ -37,7 +37,7 @@ constexpr Parameter kParameters[] = {
     {"TEXT", kText, 0, 0, {}},
 };
 
-/// Calls a member of NKDraw with as many whole numbers as it takes.
+/// Calls a member function of NKDraw with as many integers as it takes.
 template <class... Numbers, std::size_t... kIndex>
 std::uint32_t call(NKDraw& surface, std::uint32_t (NKDraw::*member)(Numbers...),
                    const Values& values, std::index_sequence<kIndex...> /*indices*/) {
@@ -76,7 +76,8 @@ std::uint32_t chain(NKDraw& surface, const Values& values) {
   return (surface.*member)(points.data(), static_cast<std::uint32_t>(points.size()));
 }
 
-/// The library takes the new pen from behind the points, where the last one stands again.
+/// The library takes the new pen position from one past the points; the last point is repeated
+/// there.
 template <auto member>
 std::uint32_t chainTo(NKDraw& surface, const Values& values) {
   constexpr std::size_t kFarthestBehind = 3;
@@ -114,8 +115,8 @@ std::uint32_t fill(NKDraw& surface, const Values& values) {
   return surface.FillRect(&rect);
 }
 
-/// ArcTo and Pie hide that their arc, whose start is transposed, was refused: the one moves the pen
-/// all the same, the other draws towards the ends of an arc long past.
+/// ArcTo and Pie hide that their arc, whose start is transposed, was refused: ArcTo still moves the
+/// pen, and Pie draws to the ends of an earlier arc.
 template <auto member>
 std::uint32_t arcHidden(NKDraw& surface, const Values& values) {
   const auto at = [&](std::size_t index) { return values.whole(index); };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The verbs of drawing scripts: what each takes, and which call of the library it is.
+// The verbs of drawing scripts: their parameters, and the library calls that they make.
 #pragma once
 
 #include <nkdraw/draw/draw.h>
@@ -14,7 +14,7 @@
 
 namespace nkdraw::tool {
 
-/// What a parameter takes. Numbers lie in a range; words have numbers, too.
+/// What a parameter accepts. Numbers have a range; words are also stored as numbers.
 struct Word {
   std::string_view name;
   int value;
@@ -22,7 +22,7 @@ struct Word {
 struct Parameter {
   enum class Kind : std::uint8_t { kWhole, kDecimal, kWord, kText };
 
-  std::string_view names;  // with blanks between them
+  std::string_view names;  // separated by blanks
   Kind kind;
   double least, most;
   std::span<const Word> words;
@@ -33,7 +33,7 @@ struct Parameter {
 
 /// The arguments of one statement.
 struct Values {
-  std::vector<double> numbers;  // of words, too
+  std::vector<double> numbers;  // also for words
   std::string text;
 
   [[nodiscard]] int whole(std::size_t index) const { return static_cast<int>(numbers[index]); }
@@ -42,22 +42,22 @@ struct Values {
 
 struct Verb {
   std::string_view name;
-  /// Names of parameters. One in brackets may be left out; a pair in brackets with dots behind it
-  /// may come again and again. TEXT is the rest of the line.
+  /// Names of parameters. One in brackets is optional; a pair in brackets followed by dots may
+  /// repeat. TEXT is the rest of the line.
   std::string_view usage;
   std::string_view meaning;
   std::uint32_t (*draw)(NKDraw& surface, const Values& values);
-  /// What must hold, for verbs that the library refuses otherwise.
+  /// A condition that must hold, for verbs that the library would otherwise refuse.
   std::string_view condition = {};
 };
 
 [[nodiscard]] std::span<const Verb> verbs();
 
-/// The verb with this name, in small or capital letters; null when there is none.
+/// The verb with this name, ignoring case; null if there is none.
 [[nodiscard]] const Verb* verbNamed(std::string_view name);
 [[nodiscard]] const Verb& nearestVerb(std::string_view name);
 
-/// The parameter of a name in a verb's usage, without brackets.
+/// The parameter with a name in a verb's usage, without brackets.
 [[nodiscard]] const Parameter& parameterNamed(std::string_view name);
 
 }  // namespace nkdraw::tool

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Surfaces that keep what is drawn inside their canvas, and note what is not.
+// Surfaces that keep drawing inside their canvas, and record what is outside.
 #pragma once
 
 #include <nkdraw/draw/draw.h>
@@ -30,9 +30,9 @@ class Edge {
   std::optional<tagPOINT> stray_;
 };
 
-/// A surface of the library that plots pixels of its canvas only, and those just past the rows'
-/// ends that EraseCanvas plots. All else is as in `Surface`, to the bit; a whole-canvas rectangle
-/// that lies elsewhere is drawn where it lies.
+/// A surface of the library that plots only pixels of its canvas, and those one past each row's end
+/// that EraseCanvas plots. Everything else is the same as in `Surface`, to the bit, except that a
+/// rectangle of the canvas's size is drawn where it lies.
 template <class Surface>
 class Guarded final : public Surface, public Edge {
  public:
@@ -74,7 +74,7 @@ class Guarded final : public Surface, public Edge {
     return 0;
   }
 
-  /// Each row's one pixel past its end belongs to the operation.
+  /// The pixel one past each row's end is part of the operation.
   std::uint32_t EraseCanvas(bool flag) override {
     pastEnd_ = 1;
     const std::uint32_t status = Surface::EraseCanvas(flag);
@@ -91,7 +91,7 @@ class Guarded final : public Surface, public Edge {
   [[nodiscard]] bool isWholeCanvas(const tagRECT& rect) const {
     return rect.left == 0 && rect.top == 0 && rect.right == right() && rect.bottom == bottom();
   }
-  /// The far ends belong to the rectangle.
+  /// The far edges are part of the rectangle.
   void noteOutside(int x1, int y1, int x2, int y2) {
     if (x1 < 0 || y1 < 0)
       note(x1, y1);
@@ -99,10 +99,10 @@ class Guarded final : public Surface, public Edge {
       note(x2, y2);
   }
 
-  int pastEnd_ = 0;  // further columns
+  int pastEnd_ = 0;  // columns past the end
 };
 
-/// A surface, and what tells where it was drawn outside of it.
+/// A surface, and the record of what was drawn outside it.
 struct GuardedSurface {
   std::unique_ptr<NKDraw> surface;
   Edge* edge = nullptr;

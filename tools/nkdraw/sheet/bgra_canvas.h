@@ -31,11 +31,11 @@ class BgraCanvas {
   /// A copy for FFmpeg.
   [[nodiscard]] Frame frame() const;
 
-  /// Right and bottom lie outside.
+  /// Right and bottom are outside.
   void fill(int left, int top, int right, int bottom, Colour colour);
   /// Characters are 8 by 10 pixels times the magnification.
   void write(const std::string& text, int left, int top, int magnification, Colour colour);
-  /// Shows all of `tile` with its upper left corner there; it must fit.
+  /// Draws all of `tile` with its upper left corner at this position; it must fit.
   void place(BgraCanvas& tile, int left, int top);
 
  private:

@@ -65,7 +65,7 @@ std::string modeNote(const ModeTile& tile) {
   return std::to_string(tile.mode->value) + (tile.otherWay ? way : "");
 }
 
-/// A row of tiles for each wipe, its name before it, and a head over the columns.
+/// A row of tiles for each wipe, with its name in front, and a heading above the columns.
 Raster wipeRaster(SheetPictures& pictures) {
   constexpr int kHeadHeight = kGlyphHeight * kLargeText + kSheetGap;
   std::size_t longest = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Contact sheets of what the compositor does with two pictures.
+// Contact sheets of what the compositor makes of two pictures.
 #pragma once
 
 #include "sheet/bgra_canvas.h"
@@ -10,21 +10,21 @@
 
 namespace nkdraw::tool {
 
-/// The two pictures that tiles are made of, of one size.
+/// The two pictures for the tiles, of one size.
 struct SheetPictures {
   BgraCanvas first, second;
 };
 
-/// The first frames of two clips, brought to `tileWidth`, and to an even height that gives the
-/// first its shape; for a clip that is not named a picture of the program's own. Throws Failure.
+/// The first frames of two clips, scaled to `tileWidth` and an even height that keeps the first
+/// one's shape. A clip that is not named is replaced by a built-in picture. Throws Failure.
 [[nodiscard]] SheetPictures sheetPictures(const std::optional<std::string>& first,
                                           const std::optional<std::string>& second, int tileWidth);
 
 inline constexpr int kWipeTileWidth = 160, kModeTileWidth = 240;
 
-/// All named wipes at five positions of their range, from its beginning to its end.
+/// All named wipes at five positions, from the beginning of the range to its end.
 [[nodiscard]] BgraCanvas wipeSheet(SheetPictures& pictures);
-/// All modes of the display, in both directions where they have two.
+/// All modes of the display, in both directions if they have two.
 [[nodiscard]] BgraCanvas modeSheet(SheetPictures& pictures);
 
 }  // namespace nkdraw::tool

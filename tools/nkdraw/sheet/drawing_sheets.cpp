@@ -17,8 +17,8 @@ constexpr int kNibbles = 16;
 constexpr int kCellGap = 4;
 constexpr int kMagnifications[] = {1, 2, 3};
 
-/// Stamps any cell of the font. A label's text reaches those from 1 to 127 alone, so each is shown
-/// as the first of a font that begins there.
+/// Stamps any cell of the font. A label's text reaches only cells 1 to 127, so each is shown as the
+/// first cell of a font that begins there.
 class CellStamp final : public CDrawRGBA32 {
  public:
   explicit CellStamp(BgraCanvas& sheet) : NKDraw(ptBGRA32), CDrawRGBA32(ptBGRA32) {
@@ -37,9 +37,9 @@ class CellStamp final : public CDrawRGBA32 {
   }
 };
 
-/// All cells in one magnification on one ground.
+/// All cells at one magnification on one background.
 struct GlyphBlock {
-  int left, top;  // of the ground
+  int left, top;  // of the background
   int magnification;
   Colour ground, ink;
 
@@ -75,7 +75,7 @@ void drawBlock(BgraCanvas& sheet, const GlyphBlock& block) {
 
 constexpr Colour kBlack = {0.0, 0.0, 0.0}, kWhite = {1.0, 1.0, 1.0};
 
-/// Shows a picture in 8-bit RGB with its upper left corner there.
+/// Draws a picture in 8-bit RGB with its upper left corner at this position.
 void place(BgraCanvas& sheet, const AVFrame& picture, int left, int top) {
   constexpr std::uint8_t kOpaque = 255;
   for (int y = 0; y < picture.height; ++y) {
@@ -151,15 +151,15 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t longest) {
   return lines;
 }
 
-/// Lines reach every pixel of every layout; rectangles on some fill other memory.
+/// Lines reach every pixel in every layout; in some layouts rectangles fill other memory.
 void paint(NKDraw& surface, int left, int top, int right, int bottom, Colour colour) {
   surface.SetColorRGBA(colour.r, colour.g, colour.b, 1.0, true);
   for (int y = top; y < bottom; ++y)
     surface.Line(left, y, right - 1, y);
 }
 
-/// Bars of colour, and a circle and a text on dark ground below. A layout in which the surface
-/// draws one brightness alone gets every other bar, and the ground that it has.
+/// Bars of colour above, and a circle and a text on a dark background below. If a layout draws only
+/// one brightness, every other bar is drawn, and the background stays as it is.
 void drawCard(DrawCanvas& canvas, bool hasColours) {
   constexpr int kBars = 8;
   const int width = canvas.width(), height = canvas.height(), barsEnd = height / 2;

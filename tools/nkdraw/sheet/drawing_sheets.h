@@ -10,11 +10,12 @@
 
 namespace nkdraw::tool {
 
-/// All cells of the label font with their codes, in three magnifications on dark and light ground.
+/// All cells of the label font with their codes, in three magnifications on dark and light
+/// backgrounds.
 [[nodiscard]] BgraCanvas glyphSheet();
 /// Every shape with its name.
 [[nodiscard]] BgraCanvas shapeSheet();
-/// One drawing in every layout, each with its name, as the layout is shown.
+/// One drawing in every layout, with its name, in the way that the layout is shown.
 [[nodiscard]] BgraCanvas layoutSheet();
 
 /// A tile of the sheet of shapes.

@@ -11,7 +11,7 @@
 namespace nkdraw::tool {
 namespace {
 
-/// A sheet of what is made of two pictures.
+/// A sheet made from two pictures.
 template <int tileWidth, BgraCanvas (*draw)(SheetPictures& pictures)>
 BgraCanvas ofPictures(const SheetOptions& options) {
   SheetPictures pictures = sheetPictures(options.a, options.b, tileWidth);

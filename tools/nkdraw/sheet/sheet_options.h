@@ -22,17 +22,17 @@ struct SheetOptions : RunOptions {
   std::optional<std::string> a, b;  // clips whose first frames are shown
 };
 
-/// The options as they stand on the command line.
+/// The options on the command line.
 class SheetArguments {
  public:
-  /// Puts them on the command line of a sub-command, which they must outlive.
+  /// Adds them to the command line of a sub-command, which they must outlive.
   void addTo(CLI::App& command);
 
-  /// What they mean. Throws Failure for values that can't be.
+  /// The request that they make. Throws Failure for impossible values.
   [[nodiscard]] SheetOptions read() const;
 
  private:
-  SheetOptions plain_;  // what the command line says without being read
+  SheetOptions plain_;  // values that need no interpretation
   std::string kind_, a_, b_;
 };
 

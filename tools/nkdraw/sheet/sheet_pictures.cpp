@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kGreySteps = 8;
 
-/// What tells the two pictures of the program's own apart.
+/// The differences between the two built-in pictures.
 struct Look {
   const char* letter;
   Colour ground, pattern;
@@ -23,8 +23,8 @@ struct Look {
 constexpr Look kFirstLook = {"A", {0.85, 0.42, 0.10}, {0.72, 0.30, 0.06}, false};
 constexpr Look kSecondLook = {"B", {0.12, 0.36, 0.70}, {0.08, 0.25, 0.55}, true};
 
-/// A ground that shows where it has moved, a letter that shows which way up it is, and steps of
-/// grey that both pictures have in common.
+/// A background that shows movement, a letter that shows orientation, and steps of grey that both
+/// pictures share.
 BgraCanvas drawOwn(const Look& look, int width, int height) {
   BgraCanvas picture(width, height);
   const int cell = std::max(height / 9, 1), band = height * 5 / 6;
@@ -76,13 +76,13 @@ SheetPictures sheetPictures(const std::optional<std::string>& first,
                             const std::optional<std::string>& second, int tileWidth) {
   const Frame a = first ? firstFrame(*first) : nullptr;
   const Frame b = second ? firstFrame(*second) : nullptr;
-  // The first clip that is named gives the shape.
+  // The first clip that is named sets the shape.
   const AVFrame* const shape = a != nullptr ? a.get() : b.get();
   constexpr int kUsualWidth = 16, kUsualHeight = 9;
   const std::int64_t height = shape != nullptr
                                   ? av_rescale(tileWidth, shape->height, shape->width)
                                   : std::int64_t{tileWidth} * kUsualHeight / kUsualWidth;
-  // Even, since some modes halve it.
+  // Even, because some modes halve it.
   const int tileHeight = static_cast<int>(std::max<std::int64_t>(height + height % 2, 2));
   return {
       a != nullptr ? scaled(*a, tileWidth, tileHeight) : drawOwn(kFirstLook, tileWidth, tileHeight),

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// How contact sheets look: colours, margins, and tiles in columns and rows.
+// The style of contact sheets: colours, margins, and tiles in columns and rows.
 #pragma once
 
 #include "sheet/bgra_canvas.h"
@@ -15,14 +15,14 @@ inline constexpr int kSheetMargin = 24, kSheetGap = 12;
 inline constexpr int kGlyphWidth = 8, kGlyphHeight = 10;
 inline constexpr int kLargeText = 2, kSmallText = 1;  // magnifications
 inline constexpr int kLineGap = 6;
-/// A name and a note below a tile, with the room around them.
+/// A name and a note below a tile, with space around them.
 inline constexpr int kCaptionHeight = kGlyphHeight * (kLargeText + kSmallText) + 2 * kLineGap;
 
 [[nodiscard]] constexpr int textWidth(std::size_t characters, int magnification) {
   return static_cast<int>(characters) * kGlyphWidth * magnification;
 }
 
-/// Places for tiles of one size in columns and rows.
+/// Positions for tiles of one size in columns and rows.
 struct Raster {
   int left, top;  // of the first tile
   int tileWidth, tileHeight;
@@ -48,13 +48,13 @@ struct Raster {
   return sheet;
 }
 
-/// A sheet for so many captioned tiles.
+/// A sheet for a number of captioned tiles.
 [[nodiscard]] inline BgraCanvas emptySheet(const Raster& raster, int columns, std::size_t tiles) {
   const int rows = (static_cast<int>(tiles) + columns - 1) / columns;
   return emptySheet(raster.x(columns - 1) + raster.tileWidth + kSheetMargin, raster.y(rows));
 }
 
-/// Writes the caption of the tile whose upper left corner is there.
+/// Writes the caption of the tile whose upper left corner is at this position.
 inline void writeCaption(BgraCanvas& sheet, const Raster& raster, int x, int y,
                          const std::string& name, const std::string& note) {
   const int top = y + raster.tileHeight + kLineGap;

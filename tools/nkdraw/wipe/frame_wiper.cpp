@@ -17,7 +17,7 @@ namespace {
 using Rows = std::array<std::uint8_t*, 3>;
 using MoveRow = void (*)(const Rows& frame, std::uint8_t* canvas, pixelType type, int width);
 
-// Rows are read in whole groups of up to eight bytes more than they have.
+// Rows are read in whole groups, up to eight bytes past their end.
 constexpr std::size_t kSlack = 64;
 constexpr std::uint8_t kSignBit = 0x80;
 
@@ -65,7 +65,8 @@ void storePlanes10(const Rows& frame, std::uint8_t* canvas, pixelType /*type*/, 
 
 }  // namespace
 
-/// How frames of a layout come to the library and back. ptNone stands for all other layouts.
+/// How frames of a layout are converted for the library and back. ptNone stands for all other
+/// layouts.
 struct FrameWiper::Route {
   pixelType type;
   Storage storage;
@@ -123,7 +124,7 @@ void FrameWiper::wipe(const Picture& a, const Picture& b, const Picture& out,
   out_.resize(isCanvas(out) ? 0 : static_cast<std::size_t>(pitch_ * height_) + kSlack);
   std::uint8_t* const target = isCanvas(out) ? out.planes[0] : out_.data();
   const auto pitch = static_cast<std::uint32_t>(pitch_);
-  // Two pixels of 8-bit 4:2:2 share a pair, so an odd width has one more.
+  // Two pixels of 8-bit 4:2:2 share a pair, so an odd width needs one more.
   const int pairs = isYCbCr(type_) && type_ != ptV210 ? width_ % 2 : 0;
   const NKWipe call = {.srcA = first,
                        .pitchA = pitch,

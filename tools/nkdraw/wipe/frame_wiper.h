@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// One frame of a transition, whatever way the rows of the frames are stored.
+// One frame of a transition, however the frames' rows are stored.
 #pragma once
 
 #include "cli/using_media.h"
@@ -13,21 +13,22 @@
 
 namespace nkdraw::tool {
 
-/// How far a transition has come: position of range.
+/// The progress of a transition: position of range.
 struct Progression {
   std::uint32_t position, range;
 };
 
-/// Frames whose rows are packed as the library packs them are wiped where they lie. Others go
-/// through canvases: UYVY with the bytes of each pair in YUYV order, so that at an edge a pixel
-/// keeps its own luma; signed chroma unsigned; three planes of 10 bits as v210.
+/// Frames with rows packed as in the library are wiped where they are. Others go through canvases.
+/// UYVY gets the bytes of each pair in YUYV order, so that a pixel at an edge keeps its own luma;
+/// signed chroma becomes unsigned; three planes of 10 bits become v210.
 class FrameWiper {
  public:
-  /// `layout` is one of those that wipeLayoutOf gives. `word` is a wipe number, with bit 31 to
-  /// swap.
+  /// `layout` is one that wipeLayoutOf returns. `word` is a wipe number; bit 31 exchanges the
+  /// clips.
   FrameWiper(const Layout& layout, Storage storage, int width, int height, std::uint32_t word);
 
-  /// Fills the rows of `out`, which is neither of the inputs. Throws Failure when memory runs out.
+  /// Fills the rows of `out`, which must not be one of the inputs. Throws Failure if memory runs
+  /// out.
   void wipe(const Picture& a, const Picture& b, const Picture& out, Progression progress);
 
  private:
@@ -44,7 +45,7 @@ class FrameWiper {
   int width_, height_;
   std::ptrdiff_t pitch_;
   std::uint32_t word_;
-  std::vector<std::uint8_t> a_, b_, out_;  // made when they are first needed
+  std::vector<std::uint8_t> a_, b_, out_;  // allocated on first use
 };
 
 }  // namespace nkdraw::tool

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The file that two clips are joined in.
+// Writes the file in which two clips are joined.
 #pragma once
 
 #include "cli/progress.h"
@@ -14,20 +14,21 @@
 
 namespace nkdraw::tool {
 
-/// Takes the frames of the output to its file, with the sound that belongs to them. The file
-/// appears under its name when it is finished, and not before.
+/// Writes the output frames to the file, together with their sound. The file appears under its name
+/// only when it is complete.
 class JoinWriter {
  public:
-  /// Throws Failure when the output can't be written.
+  /// Throws Failure if the output can't be written.
   JoinWriter(ClipPair& clips, const WipePlan& plan, const WipeOptions& options);
 
-  /// The stream of the video, whose codec the caller sets before it begins.
+  /// The video stream; the caller sets its codec before the file begins.
   [[nodiscard]] AVStream& video() { return video_; }
   void begin() { output_.begin(); }
 
-  /// The place in the output for frame `index`; two frames at one time go one after the other.
+  /// The position in the output for frame `index`; a second frame with the same time goes to the
+  /// next position.
   [[nodiscard]] std::int64_t placeOf(std::int64_t index);
-  /// Writes a packet of the video; times are in `timeBase`, which is the time of a frame.
+  /// Writes a packet of the video; times are in `timeBase`, one unit per frame.
   void write(AVPacket& packet, AVRational timeBase);
 
   void finish();

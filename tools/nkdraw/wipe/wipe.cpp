@@ -25,8 +25,9 @@ struct ClipFrame {
   std::int64_t index;
 };
 
-/// Reads both clips once, from the first output frame to the last: `pass` gets frames of one clip
-/// alone with their number in the output, `mix` both frames of frame i of the transition.
+/// Reads both clips once, from the first output frame to the last. `pass` gets frames outside the
+/// transition, with their number in the output; `mix` gets both clips' frames for frame i of the
+/// transition.
 template <class Feed, class Pass, class Mix>
 void join(ClipPair& clips, const WipePlan& plan, Pass pass, Mix mix) {
   using Data = std::remove_reference_t<decltype(*std::declval<typename Feed::Unit&>())>;
@@ -49,7 +50,7 @@ void join(ClipPair& clips, const WipePlan& plan, Pass pass, Mix mix) {
   });
 }
 
-/// Packets are copied, and those of the transition made of two.
+/// Copies packets; a packet of the transition is made from two.
 class InPlaceJoin {
  public:
   InPlaceJoin(ClipPair& clips, const WipePlan& plan, JoinWriter& writer)
@@ -115,7 +116,7 @@ class InPlaceJoin {
   AVRational timeBase_;
 };
 
-/// All frames are decoded, converted and encoded.
+/// Decodes, converts and encodes all frames.
 class TranscodeJoin {
  public:
   TranscodeJoin(ClipPair& clips, const WipePlan& plan, JoinWriter& writer)

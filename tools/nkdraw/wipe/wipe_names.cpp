@@ -35,7 +35,7 @@ constexpr WipeName kNames[] = {
     {"slide-right", NKWipeSlideRight, "the old picture moves off to the right"},
 };
 
-/// What numbers beside those of the names draw.
+/// What the numbers without a name draw.
 struct OtherNumbers {
   std::string_view name, numbers;
 };

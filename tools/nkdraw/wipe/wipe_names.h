@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The wipes by name: the one place that says what the numbers are called.
+// The wipes by name: the only place that names the numbers.
 #pragma once
 
 #include <nkdraw/constants.h>
@@ -18,17 +18,17 @@ struct WipeName {
   std::string_view description;
 };
 
-/// One for each pattern, in the order in which they are listed.
+/// One for each pattern, in listing order.
 [[nodiscard]] std::span<const WipeName> wipeNames();
 
-/// The wipe number that a user gave, by name or by number, for `option`. Throws Failure for one
-/// that is unknown or that draws nothing.
+/// The wipe number given for `option`, as a name or as a number. Throws Failure if it is unknown or
+/// draws nothing.
 [[nodiscard]] std::uint32_t readWipe(const std::string& text, const std::string& option);
 
-/// Whether the wipe moves a whole frame, which it can't do with the inputs swapped.
+/// Whether the wipe moves a whole frame. Such wipes do not work with exchanged inputs.
 [[nodiscard]] bool isSlide(std::uint32_t number);
 
-/// "edge-horz", or "wipe 42" for a number without a name of its own.
+/// "edge-horz", or "wipe 42" for a number without a name.
 [[nodiscard]] std::string wipeText(std::uint32_t number);
 
 /// Prints names, numbers, and what the numbers without a name draw.

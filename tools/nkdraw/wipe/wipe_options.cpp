@@ -115,7 +115,8 @@ std::uint32_t WipeArguments::readWord() const {
   const std::uint32_t number = readWipe(wipe_, "--wipe");
   if (isSlide(number) && (swap_ || plain_.backwards))
     badValue("--wipe", wipe_, "slides run one way only: leave --swap and --reverse out");
-  // Backwards the pattern's outgoing picture is the one that comes.
+  // A pattern that runs backwards shows B as the pattern's outgoing picture, so the clips are
+  // exchanged.
   return number | (swap_ != plain_.backwards ? NKWipeSwap : 0);
 }
 

@@ -17,24 +17,24 @@ class App;
 
 namespace nkdraw::tool {
 
-/// What a run was asked for.
+/// The request for one run.
 struct WipeOptions : RunOptions {
   std::string a, b, output;
-  std::uint32_t word = 0;    // the wipe, with bit 31 when the inputs change places
+  std::uint32_t word = 0;    // the wipe; bit 31 exchanges the inputs
   bool backwards = false;    // the pattern runs from its end to its beginning
-  std::string at, duration;  // times, which only a frame rate makes frames of
+  std::string at, duration;  // times, which become frames once the frame rate is known
   AudioRequest audio = {AudioMode::kCrossfade, {"--audio-codec", {}}, "--audio none"};
   CodecRequest codec = {"--codec", {}};
   bool list = false;
 };
 
-/// The options as they stand on the command line.
+/// The options on the command line.
 class WipeArguments {
  public:
-  /// Puts them on the command line of a sub-command, which they must outlive.
+  /// Adds them to the command line of a sub-command, which they must outlive.
   void addTo(CLI::App& command);
 
-  /// What they mean. Throws Failure for values that can't be.
+  /// The request that they make. Throws Failure for impossible values.
   [[nodiscard]] WipeOptions read() const;
 
  private:
@@ -42,7 +42,7 @@ class WipeArguments {
   void addWritingTo(CLI::App& command);
   [[nodiscard]] std::uint32_t readWord() const;
 
-  WipeOptions plain_;  // what the command line says without being read
+  WipeOptions plain_;  // values that need no interpretation
   std::string wipe_ = "dissolve", audio_ = "crossfade", codec_, audioCodec_;
   bool swap_ = false;
 };

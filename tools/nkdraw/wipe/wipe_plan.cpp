@@ -26,7 +26,8 @@ const Layout* ownWipeLayout(MediaInput& input) {
   return wipeLayoutOf(codec.codec_id, static_cast<AVPixelFormat>(codec.format));
 }
 
-/// What decoded frames of a format become: as burn-in has them, but for RGB of more than 8 bits.
+/// The format that decoded frames are converted to: as in burn-in, except for RGB of more than 8
+/// bits.
 AVPixelFormat wipedFormat(AVPixelFormat source) {
   const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(source);
   if ((facts.flags & AV_PIX_FMT_FLAG_RGB) == 0 || facts.comp[0].depth <= kShallow)
@@ -34,10 +35,10 @@ AVPixelFormat wipedFormat(AVPixelFormat source) {
   return (facts.flags & AV_PIX_FMT_FLAG_ALPHA) != 0 ? AV_PIX_FMT_RGBA64LE : AV_PIX_FMT_RGB48LE;
 }
 
-/// The first clip's format, or the second's where that keeps more of the same kind of colours.
+/// The first clip's format, or the second's if that holds more of the same kind of colours.
 AVPixelFormat commonFormat(AVPixelFormat a, AVPixelFormat b) {
   struct Family {
-    std::array<AVPixelFormat, 4> formats;  // each holds those before it, none at the end
+    std::array<AVPixelFormat, 4> formats;  // each can hold those before it; none ends the list
   };
   constexpr Family kFamilies[] = {
       {{AV_PIX_FMT_UYVY422, AV_PIX_FMT_YUV422P10, AV_PIX_FMT_NONE, AV_PIX_FMT_NONE}},
@@ -52,7 +53,7 @@ AVPixelFormat commonFormat(AVPixelFormat a, AVPixelFormat b) {
   return a;
 }
 
-/// Whether packets of both clips may stand in one stream as they are.
+/// Whether packets of both clips can be in one stream unchanged.
 bool isSameStorage(const AVCodecParameters& a, const AVCodecParameters& b) {
   return a.codec_tag == b.codec_tag && a.bits_per_coded_sample == b.bits_per_coded_sample &&
          a.extradata_size == b.extradata_size &&
@@ -122,7 +123,7 @@ std::string describeTrack(const AudioTrackPlan& track, AudioMode mode) {
          ": " + track.codec.codec->name;
 }
 
-/// Streams of a clip that have no place in the output.
+/// The streams of a clip that the output leaves out.
 void describeLeftOut(std::FILE* to, MediaInput& clip, bool audio) {
   for (unsigned i = 0; i < clip.file().nb_streams; ++i) {
     const AVStream& stream = *clip.file().streams[i];

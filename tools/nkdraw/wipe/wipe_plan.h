@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Everything that is settled about a wipe of two clips before its first frame.
+// Everything that is decided about a wipe of two clips before its first frame.
 #pragma once
 
 #include "cli/using_media.h"
@@ -23,17 +23,17 @@ struct WipePlan {
   const Layout* layout = nullptr;  // of the frames that are wiped
   AVPixelFormat drawn =
       AV_PIX_FMT_NONE;    // of decoded frames; none when in place: packets are wiped as they are
-  bool sameRows = false;  // such packets lie in the output's file as in both inputs'
+  bool sameRows = false;  // packets have the same rows in both inputs and the output
   std::int64_t at = 0, duration = 0;  // frames
   std::uint32_t word = 0;
   bool backwards = false;
   const AVOutputFormat* format = nullptr;
-  std::optional<CodecChoice> codec;  // when frames are encoded
+  std::optional<CodecChoice> codec;  // if frames are encoded
   std::vector<AudioTrackPlan> audio;
   std::optional<std::string> timecodeTag;  // empty to drop the first clip's
 
   [[nodiscard]] bool isInPlace() const { return drawn == AV_PIX_FMT_NONE; }
-  /// Of frame `index` of the transition.
+  /// The progress at frame `index` of the transition.
   [[nodiscard]] Progression progressOf(std::int64_t index) const {
     const std::int64_t step = backwards ? duration - index : index + 1;
     return {static_cast<std::uint32_t>(step), static_cast<std::uint32_t>(duration + 1)};
@@ -43,10 +43,10 @@ struct WipePlan {
 /// Throws Failure for what can't be done.
 [[nodiscard]] WipePlan planWipe(ClipPair& clips, const WipeOptions& options);
 
-/// Throws the Failure for a clip that has no frame `index`, which the transition needs.
+/// Throws the Failure for a clip without the frame `index` that the transition needs.
 [[noreturn]] void failTooShort(const MediaInput& clip, std::int64_t needed);
 
-/// Tells a person, a line for each fact.
+/// Describes the plan for a user, one fact per line.
 void describe(std::FILE* to, ClipPair& clips, const WipePlan& plan, const WipeOptions& options);
 
 }  // namespace nkdraw::tool

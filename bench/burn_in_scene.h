@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The burn-in pass that is measured.
+// The burn-in pass to measure.
 #pragma once
 
 #include "frame.h"

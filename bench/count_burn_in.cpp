@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Burns the measured pass into so many frames and nothing else, for a tool that counts
-// instructions: `count_burn_in v210 100`. What two numbers of frames differ by is the pass alone.
+// Burns the measured pass into the given number of frames and does nothing else, for a tool that
+// counts instructions: `count_burn_in v210 100`. The difference of two counts is the passes alone.
 #include "burn_in_scene.h"
 
 #include <cstdio>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Single primitives on a 1920x1080 frame, through the layout's inlined plotting and, for
-// comparison, through the virtual PutPixel for every pixel, as a class of a caller's own gets it.
+// Single primitives on a 1920x1080 frame: through the layout's inlined plotting, and for comparison
+// through the virtual PutPixel for every pixel, as on a caller's own class.
 #include "frame.h"
 
 namespace {

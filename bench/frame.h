@@ -25,7 +25,7 @@ constexpr std::uint32_t fourcc(const char (&code)[5]) {
   return value;
 }
 
-/// A layout to measure: its name, its number, its header's code and its bytes a frame.
+/// A layout to measure: its name, its number, its header's code and the bytes of a frame.
 struct Layout {
   const char* name;
   pixelType type;
@@ -72,8 +72,8 @@ class FrameCopy {
   std::vector<double> seconds_;
 };
 
-/// Runs `draw` and reports the median of its times also as a ratio to that of copies of a frame,
-/// half of them taken before and half after. Short work is timed in batches.
+/// Runs `draw` and reports the median of its times, also as a ratio to the median of copying a
+/// frame; half of the copies run before and half after. Short work is timed in batches.
 template <class Draw>
 void measure(benchmark::State& state, std::uint32_t frameBytes, Draw draw) {
   constexpr double kLeastBatch = 20e-6;

@@ -52,7 +52,7 @@ void burnCaptions(benchmark::State& state, const bench::Layout& layout) {
   bench::measure(state, layout.frameBytes, [&] { overlay.BurnIn(&frame, nullptr, nullptr, 0); });
 }
 
-/// One layer, with nothing else on.
+/// One layer, with all others off.
 class Layers : public CNkOverlay {
  public:
   void watermark() {
@@ -83,7 +83,7 @@ class Layers : public CNkOverlay {
 void burnLayer(benchmark::State& state, const bench::Layout& layout, void (Layers::*layer)()) {
   std::vector<char> pixels(layout.frameBytes, '\x40');
   HZWVIDEO video = bench::videoOf(layout);
-  // The codes by which a watermark knows its frames.
+  // The codes of frames that take a watermark.
   if (layout.type == ptUYVY)
     video.biCompression = bench::fourcc("yuv2");
   if (layout.type == ptV210)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What other software takes for the same work: FFmpeg's filters on one thread, and OpenCV.
+// The same work by other software: FFmpeg's filters on one thread, and OpenCV.
 #include "frame.h"
 
 extern "C" {
@@ -52,7 +52,7 @@ Frame noise(AVPixelFormat format, std::uint32_t seed) {
   return frame;
 }
 
-/// One or two streams of one frame each, again and again, through a filter of so many inputs.
+/// Sends one or two frames repeatedly through a filter with that number of inputs.
 class Graph {
  public:
   Graph(AVPixelFormat format, const std::string& filter, int inputs)
@@ -80,7 +80,7 @@ class Graph {
     }
   }
 
-  /// One frame into each, one out.
+  /// One frame into each input, one frame out.
   void run() {
     do {
       a_->pts = b_->pts = time_++;
@@ -154,8 +154,8 @@ const bool added = [] {
   }
   for (const char* const transition : {"wipeleft", "fade"})
     addFilter(AV_PIX_FMT_UYVY422, transition, xfade(transition));
-  // A running timecode of eleven characters. The filter draws on a copy of the frame, which its
-  // caller keeps.
+  // A running timecode of eleven characters. The filter draws on a copy of the frame, because its
+  // caller keeps the original.
   const std::string drawtext =
       "drawtext=fontsize=30:fontcolor=white:x=24:y=600:timecode='01\\:23\\:45\\:12':rate=25";
   for (const AVPixelFormat format : {AV_PIX_FMT_BGRA, AV_PIX_FMT_UYVY422, AV_PIX_FMT_YUV422P10})

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What is drawn to be measured: always the same points, for us and for others.
+// What is drawn for measurement: always the same points, for this library and for others.
 #pragma once
 
 #include "frame.h"

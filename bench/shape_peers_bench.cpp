@@ -32,7 +32,7 @@ class CvFrame {
       cv::rectangle(mat_, cv::Rect(corner.x, corner.y, bench::kRectWidth, bench::kRectHeight), kInk,
                     cv::FILLED);
   }
-  /// Letters some ten lines high.
+  /// Letters about ten lines high.
   void text() {
     cv::putText(mat_, bench::nextText(), {100, 110}, cv::FONT_HERSHEY_PLAIN, 0.8, kInk);
   }

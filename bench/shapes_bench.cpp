@@ -14,7 +14,7 @@ struct Kind {
   std::uint32_t bytesPerRow;
 };
 
-/// The three that frames mostly come in, then all others.
+/// The three most common layouts, then all others.
 constexpr Kind kKinds[] = {
     {"BGRA", ptBGRA32, 7680},  {"UYVY", ptUYVY, 3840},       {"v210", ptV210, 5120},
     {"BGR24", ptBGR24, 5760},  {"RGB48", ptRGB48, 11520},    {"ARGB64", ptARGB64, 15360},
@@ -95,7 +95,7 @@ void work(benchmark::State& state, const Kind& kind, const Work& shape) {
   bench::measure(state, bytes, [&] { shape.draw(*surface); });
 }
 
-/// What the fills are compared with.
+/// The reference for fills.
 void plainFill(benchmark::State& state, const Kind& kind, int width, int height, int times) {
   const std::uint32_t bytes = kind.bytesPerRow * bench::kHeight;
   const auto row = static_cast<std::size_t>(width) * kind.bytesPerRow / bench::kWidth;

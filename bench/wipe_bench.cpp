@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The wipes: on one thread (the kernel on the whole frame), and as called, on four.
+// The wipes: on one thread (the kernel on the whole frame), and as called, on four threads.
 #include "frame.h"
 
 #include <nkdraw/compositor/wipe_kernels.h>
@@ -28,7 +28,8 @@ constexpr Work kPatterns[] = {
     {"iris", 41, 30000, 65536},        {"slide_up", 500, 30000, 65536},
     {"slide_left", 501, 30000, 65536},
 };
-/// Positions of which doubles give whole results now and then one less, and never.
+/// Positions at which doubles sometimes make whole results one less, and positions at which they
+/// never do.
 constexpr Work kDissolves[] = {
     {"dissolve_30000_of_65536", 0, 30000, 65536},
     {"dissolve_7777_of_10007", 0, 7777, 10007},
@@ -36,7 +37,7 @@ constexpr Work kDissolves[] = {
     {"dissolve_1_of_3", 0, 1, 3},
 };
 
-/// Memory as frames have it, aligned to a cache line.
+/// Memory aligned to a cache line, like that of frames.
 class Buffer {
  public:
   explicit Buffer(std::size_t size) : bytes_(size + kLine) {}

@@ -43,7 +43,7 @@ set(NKDRAW_PUBLIC_HEADERS
   nkdraw/text/label_glyphs.h
   nkdraw/version.h)
 
-# Those that a C99 program may include.
+# The headers that a C99 program may include.
 set(NKDRAW_C_HEADERS
   nkdraw/compositor/complete.h
   nkdraw/constants.h

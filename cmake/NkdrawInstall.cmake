@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: BSD-2-Clause
 #
-# What gets installed: the two libraries, their modules, the public headers, and how CMake and pkg-config find them.
+# Installs the two libraries, their modules, the public headers, and the files with which CMake and
+# pkg-config find them.
 
 include(CMakePackageConfigHelpers)
 
@@ -30,7 +31,7 @@ install(FILES
   cmake/NkdrawModules.cmake
   DESTINATION ${package_dir})
 
-# Relative to the file itself, so that the installed tree may be moved.
+# Relative to the file itself, so that the installed tree can be moved.
 file(RELATIVE_PATH prefix_from_pc
   /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/nkdraw.pc.in ${CMAKE_CURRENT_BINARY_DIR}/nkdraw.pc @ONLY)

@@ -1,11 +1,11 @@
 # SPDX-License-Identifier: BSD-2-Clause
 #
-# The modules that nkdraw loads when they are first asked for: nkdraw::captions, and
-# nkdraw::media_reader, which reads watermarks. It finds them beside its shared library, where they
-# are built and installed, or beside the program that it is linked into.
+# The modules that nkdraw loads when they are first needed: nkdraw::captions, and
+# nkdraw::media_reader, which reads watermarks. It looks for them beside its shared library, where
+# they are built and installed, or beside the program that it is linked into.
 
-# Has both modules built before `target`, a program or shared library that links nkdraw::nkdraw, and
-# copies them beside it when nkdraw is static. Call it in the folder that makes `target`.
+# Builds both modules before `target`, a program or shared library that links nkdraw::nkdraw. If
+# nkdraw is static, also copies them beside `target`. Call it in the folder that creates `target`.
 function(nkdraw_copy_modules target)
   set(files "")
   foreach(module IN ITEMS nkdraw::captions nkdraw::media_reader)

@@ -4,14 +4,14 @@
 
 find_package(Threads REQUIRED)
 
-# Bits matter: the compiler may not fuse a multiplication with an addition anywhere.
+# Results are exact to the bit: the compiler must never fuse a multiplication with an addition.
 set(nkdraw_compile_options
     -ffp-contract=off
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast>
     $<$<COMPILE_LANG_AND_ID:C,GNU>:-Wshadow=local>
     $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wshadow=local -Wuseless-cast>)
-# The sanitizers' own code draws false warnings from the compiler.
+# The sanitizers' own code triggers false compiler warnings.
 if(NKDRAW_WARNINGS_AS_ERRORS AND NOT NKDRAW_SANITIZE)
   list(APPEND nkdraw_compile_options -Werror)
 endif()
@@ -31,8 +31,8 @@ function(nkdraw_target target)
   endif()
 endfunction()
 
-# Adds one of the two libraries, with its version, its include path, its exported name and what its
-# exports.map lets out.
+# Adds one of the two libraries, with its version, its include path, its exported name and the
+# symbols that its exports.map exports.
 function(nkdraw_library target exported)
   add_library(${target} ${ARGN})
   add_library(nkdraw::${exported} ALIAS ${target})
@@ -51,7 +51,7 @@ function(nkdraw_library target exported)
     LINKER:--version-script=${CMAKE_CURRENT_SOURCE_DIR}/exports.map)
 endfunction()
 
-# Objects of their own, on Highway, so that tests can reach what the library hides.
+# Separate objects, using Highway, so that tests can reach what the library hides.
 function(nkdraw_objects name)
   add_library(${name} OBJECT ${ARGN})
   nkdraw_target(${name})

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: BSD-2-Clause
-# Sourced by the scripts: goes to the project's folder and builds presets.
+# Sourced by the scripts: changes to the project's folder and builds presets.
 set -euo pipefail
-# Lets ccache keep what is compiled with a precompiled header.
+# Lets ccache cache sources that use a precompiled header.
 export CCACHE_SLOPPINESS=pch_defines,time_macros
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

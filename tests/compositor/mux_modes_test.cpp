@@ -95,7 +95,7 @@ TEST_P(EveryMode, DrawsNothingWithoutRowsButItsBlock) {
 INSTANTIATE_TEST_SUITE_P(, EveryMode, testing::ValuesIn(kMuxValues),
                          [](const auto& mode) { return "mode" + std::to_string(mode.param); });
 
-/// A wipe of so many pixels may outlast its wait.
+/// A wipe of this many pixels may outlast its wait.
 TEST(Mux, FollowsTheRuleOfEveryModeButTheWipeOnADisplayLargerThanTheCaches) {
   constexpr std::uint32_t kWipe = 65536;
   for (const std::uint32_t value : kMuxValues) {

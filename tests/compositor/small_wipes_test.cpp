@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The smallest frames, some quarters of which have the same corner. The workers run together, so
-// that the thread sanitizer tells when two write one row.
+// The smallest frames, where several quarters have the same corner. The workers run together, so
+// the thread sanitizer reports two that write one row.
 #include "own_services.h"
 #include "wipe_calls.h"
 #include "wipe_frames_of_noise.h"

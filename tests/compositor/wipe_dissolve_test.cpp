@@ -17,7 +17,7 @@ void runDissolve(const WipeTask& task) {
   EXPECT_EQ(nkdraw::WipeDissolve(task), 0U);
 }
 
-/// Numbers in the place of noise, of which some are not numbers.
+/// Floats instead of noise; some are not-a-number.
 void fillWithFloats(Random& random, Frame& frame) {
   const float kinds[] = {0.0F, -0.0F, 0.5F,   0.9999F, 1.0F,  1.5F,
                          2.0F, -1.0F, -2.75F, 1e20F,   255.0F};

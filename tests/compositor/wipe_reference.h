@@ -130,7 +130,7 @@ inline const Pattern kPatterns[] = {
      }},
 };
 
-/// One row of the frames: those of the output lie as far apart as those of the second input.
+/// One row of the frames; the output's rows are as far apart as those of the second input.
 struct Row {
   const std::uint8_t* outgoing;
   const std::uint8_t* incoming;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Drawing allocates nothing: no primitive, on no layout, neither on the library's own class nor on
-// one derived from it, not even the first time.
+// Drawing never allocates: with any primitive, on any layout, on the library's own class or a
+// derived one, even the first time.
 #include <tests/support/allocations.h>
 #include <tests/support/fields.h>
 #include <tests/support/frame.h>

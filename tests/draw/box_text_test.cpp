@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Text with its background on every layout, at each place of a group of pixels, in every
-// magnification, inside the canvas, at its edges and over them, as the plain telling has it.
+// Text with its background on every layout, at each position within a group of pixels, at every
+// magnification, inside the canvas, at its edges and across them. The result must equal the plain
+// reference.
 #include <tests/support/model.h>
 #include <tests/support/reference_draw.h>
 #include <tests/support/surfaces.h>

@@ -130,7 +130,7 @@ class Overrides : public testing::TestWithParam<pixelType> {
 INSTANTIATE_TEST_SUITE_P(AllLayouts, Overrides, testing::ValuesIn(kLayouts),
                          [](const auto& each) { return layoutName(each.param); });
 
-/// A primitive, and those of the five operations that it asks for through the table.
+/// A primitive, and which of the five operations it calls virtually.
 struct Primitive {
   const char* name;
   void (*draw)(NKDraw& surface);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the surfaces of chroma planes and those of 16-bit YCbCr have in common.
+// What the surfaces of chroma planes and of 16-bit YCbCr have in common.
 #include <tests/support/fields.h>
 #include <tests/support/frame.h>
 #include <tests/support/surfaces.h>

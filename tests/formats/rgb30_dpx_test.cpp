@@ -28,7 +28,7 @@ std::uint8_t* packed(NKDraw& surface, bool ink) {
   return ink ? PixelFields::foreground(surface) : PixelFields::background(surface);
 }
 
-/// To a whole number as the machine truncates it, of which a field keeps the low bits.
+/// Truncates to an integer as the machine does; a field keeps the low bits.
 std::uint32_t whole(double value) {
   return static_cast<std::uint32_t>(static_cast<std::int64_t>(value));
 }
@@ -187,7 +187,7 @@ TEST(Rgb30Dpx, APitchThatIsNoMultipleOfFourSlipsRows) {
   EXPECT_EQ(surface->GetPixel(0, 2), frame.canvas() + 20);
 }
 
-/// As the table of the modes has it.
+/// As in the table of modes.
 double weighted(int mode, double r, double g, double b) {
   switch (mode) {
     case 2:

@@ -90,7 +90,7 @@ TYPED_TEST(YCbCr16, PlotsAreMeantToLieSixBytesApartInBothClasses) {
       *sample = random.word();
     if constexpr (TestFixture::kAlpha)
       SampleAlphaFields::alpha(surface, ink) = random.word();
-    // Neither switch is consulted, nor a coordinate tested.
+    // No switch is read, and no coordinate is tested.
     surface.SetTransparency(0.5, ink);
     surface.SetTransparency(random.flag());
     surface.SetAlphaAdditive(random.flag());

@@ -35,7 +35,7 @@ class Child {
   int answer_, messages_;
 };
 
-/// Does it and wants neither messages nor an early end.
+/// Runs it, and expects neither messages nor an early end.
 std::string inChild(const std::function<std::string()>& work);
 
 /// A folder of the test's own, which NKDRAW_CONFIG lies in.

@@ -134,7 +134,7 @@ class Player {
   }
   [[nodiscard]] bool isInk(int x, int y) { return brightness(frame_.frame, x, y) > 40; }
 
-  /// The glyph in a cell; kNothing for one whose pixels are those of the clean frame.
+  /// The glyph in a cell; kNothing if its pixels are those of the clean frame.
   [[nodiscard]] char cellAt(const Place& place, int column, int row) {
     if (!wasDrawn(place, column, row))
       return kNothing;
@@ -299,7 +299,7 @@ TEST_P(Captions, GarbageNeitherCrashesNorLeavesTheFrame) {
         for (std::size_t at = 0; at < bytes.size(); ++at) {
           const std::uint32_t word = random.word();
           bytes[at] = at % 3 == 0 ? static_cast<std::uint8_t>(0xFC | (word & 1)) : withParity(word);
-          // Control codes more often than chance has them, and now and then anything at all.
+          // Control codes more often than random data has them, and sometimes arbitrary bytes.
           if (at % 3 == 1 && (word & 0x300) != 0)
             bytes[at] = withParity(word & 0x1F);
           if ((word & 0x1F000) == 0)

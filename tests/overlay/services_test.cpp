@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the overlay asks of its host, in which order and with which arguments. This program brings
-// host services of its own, which take the place of the default ones.
+// The calls that the overlay makes to its host, with their order and arguments. This program has
+// its own host services instead of the default ones.
 #include "exposed_overlay.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the overlay asks of the configuration store, in which order and with which arguments.
+// The calls that the overlay makes to the configuration store, with their order and arguments.
 #include "noted_store.h"
 #include "setting_rows.h"
 

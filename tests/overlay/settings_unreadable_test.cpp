@@ -36,7 +36,7 @@ std::string contents(const fs::path& path) {
   return text.str();
 }
 
-/// Holds the store's lock for as long as it lives.
+/// Holds the store's lock during its lifetime.
 class StoreLock {
  public:
   explicit StoreLock(const fs::path& file) {

@@ -61,7 +61,7 @@ class CallLog final : public CDrawRGBA32 {
     const auto channel = [x, y](unsigned salt) {
       return (static_cast<unsigned>(x) * 7 + static_cast<unsigned>(y) * 13 + salt) & 0xFF;
     };
-    // Not from 0 to 1: what is divided by 255 shall be seen in the bytes of a pen.
+    // Not from 0 to 1, so that a division by 255 shows in the bytes of a pen.
     r = channel(1), g = channel(50), b = channel(99), a = channel(180);
   }
 

@@ -13,7 +13,7 @@
 
 namespace nkdraw::test {
 
-/// A surface as its description has it, drawing on a canvas of its own.
+/// A model of a surface as documented, which draws on its own canvas.
 struct Model {
   int type = 0;
   std::uint8_t* canvas = nullptr;

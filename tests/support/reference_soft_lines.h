@@ -56,7 +56,7 @@ inline void referenceLineWu(NKDraw& surface, int fromX, int fromY, int toX, int 
   }
 }
 
-/// Line of a surface that is antialiased, for ends that lie neither on an axis nor on a diagonal.
+/// Line of an antialiased surface, for ends that lie neither on one axis nor on one diagonal.
 inline void referenceWeightedLine(NKDraw& surface, int x1, int y1, int x2, int y2) {
   using Colour = std::array<double, 4>;
   const auto get = [&surface] {

@@ -94,9 +94,9 @@ bool isInk(int code, int x, int y) {
   return (nkdraw::labelGlyphs[10 * code + 9 - y] & (0x80 >> x)) != 0;
 }
 
-/// That the glyphs of `text`, so many times magnified, and they alone, are inked in their cells.
-/// DrawText sets them a row of the glyph lower than its rectangle, and cuts that row off below but
-/// for one line.
+/// Expects that in the cells of `text`, magnified by a number, exactly the glyphs are inked.
+/// DrawText draws them one glyph row below the rectangle, and cuts that row off below except for
+/// one line.
 void expectGlyphs(Sheet& sheet, const std::string& text, int left, int top, int m) {
   for (int y = 0; y <= 9 * m; ++y) {
     for (int x = 0; x < static_cast<int>(text.size()) * 8 * m; ++x) {

@@ -543,7 +543,7 @@ TEST(Clipping, IsTheCropOfALargerCanvas) {
   }
 }
 
-/// Curves about centres outside: a surface whose memory goes on beyond its sides.
+/// For curves about centres outside the canvas: a surface whose memory continues past its sides.
 TEST(Clipping, LeavesTheRestOfCurvesAsItIs) {
   const char* const text =
       "circle 0 30 25\nellipse 95 30 20 28\narc -30 5 60 60 60 20 -30 50\npie 60 5 130 60 30 130 "

@@ -21,7 +21,7 @@ constexpr int kWidth = 102, kHeight = 36;  // no whole groups of v210, pairs of 
 constexpr std::size_t kAt = 5, kDuration = 4, kFramesA = 12, kFramesB = 10;
 constexpr std::size_t kFrames = kAt + kFramesB;
 
-/// Frames without a pixel in common with those of another seed.
+/// Frames that have no pixel in common with those of another seed.
 void makeClip(const std::string& path, const std::string& codec, const std::string& format,
               std::size_t frames, int seed) {
   const std::string source = "nullsrc=size=102x36:rate=25,format=gbrp,geq=r='mod(X*7+Y*3+N*11+" +

@@ -129,7 +129,8 @@ TEST(WipeDissolve, TruncatesEqualPartsOneLowerAndWrapsBeyondTheRange) {
     frames.b.fill(incoming);
     frames.task.pixelType = ptRGBA32;
     frames.setProgress({0, 10, position});
-    frames.expectTheSame([&](const WipeTask& t) { std::memset(t.dst, result, 4); }, runDissolve);
+    frames.expectTheSame([part = result](const WipeTask& t) { std::memset(t.dst, part, 4); },
+                         runDissolve);
   }
 }
 

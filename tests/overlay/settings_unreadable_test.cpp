@@ -164,8 +164,8 @@ TEST_F(UnreadableSettings, ThatAreLockedOnTheWayStayAsTheyAreFromThereOn) {
                                                         {"CustomText3", "77 400 mine 6"},
                                                         {"CustomTextX9", "77 400 saved 6"}};
   for (const auto& [key, loaded] : kCases) {
-    const ChildOutcome outcome = Child([&] {
-                                   LockedOnTheWay overlay(key, folder_.file());
+    const ChildOutcome outcome = Child([&, setting = key] {
+                                   LockedOnTheWay overlay(setting, folder_.file());
                                    overlay.TimeCodeX = 5;
                                    overlay.WatermarkX = 8;
                                    overlay.setText(3, "mine");

@@ -20,7 +20,8 @@ constexpr int kWidth = 200, kHeight = 40, kRounds = 50;
 std::vector<char> drawn(pixelType type, const std::string& text) {
   std::vector<char> canvas(std::size_t{kWidth} * kHeight * 8);
   NKDraw* surface = nullptr;
-  EXPECT_EQ(GetDraw(type, kWidth, kHeight, 0, canvas.data(), surface), 0U);
+  EXPECT_EQ(GetDraw(static_cast<std::uint32_t>(type), kWidth, kHeight, 0, canvas.data(), surface),
+            0U);
   for (int round = 0; round < kRounds; ++round) {
     surface->SetTextTransparent(round % 2 == 0);
     tagRECT rect = {0, 0, kWidth, 10 + round % 30};

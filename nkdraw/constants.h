@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 /// @file
 /// Names for the numbers of the interface. The header is C99 and C++. An enumerator is an int in
-/// C99: numbers that an int can't hold, and one that is computed with, are typed constants.
+/// C99: numbers that an int can't hold, and one that is computed with, are typed constants, which C
+/// does not take as a case label.
 #ifndef NKDRAW_CONSTANTS_H
 #define NKDRAW_CONSTANTS_H
 
@@ -102,7 +103,8 @@ enum NKMuxMode {
   NKMuxCropPair = 2097152,     ///< half of each, uncut in the other direction
   NKMuxGrey = 8388608,         ///< the byte of the first that `threshold` masks, or the mean
 
-  NKMuxValueMask = 0x00FFFFFF,  ///< the bits of the value
+  NKMuxValueMask = 0x00FFFFFF,  ///< the bits of the value; unsigned where it is complemented:
+                                ///< ~(uint32_t)NKMuxValueMask
 
   NKMuxGrid = 0x01000000,            ///< a NKGridPercent grid when `gridType` is NKGridNone
   NKMuxFlipSecondHorz = 0x02000000,  ///< mirror the second frame left to right first
@@ -128,7 +130,8 @@ enum NKGridType {
 
 /// How the frames of an HZWVIDEO are scanned.
 enum NKScan {
-  NKScanMask = 0x300,  ///< the bits that count; values other than the two below are progressive
+  NKScanMask =
+      0x300,  ///< the bits that count; other values than the two below are called progressive
   NKScanInterlaced = 0x100,  ///< two fields a frame
   NKScanSegmented = 0x200,   ///< a progressive frame in two segments
 };

@@ -111,7 +111,8 @@ NKDRAW_API uint32_t qtSetFont(NKDraw* surface, char* name);
 /// Always returns 0, after some 100 milliseconds at most. A worker that is still busy then goes on
 /// drawing into `dst`, which must outlive it. If the host could not start a worker
 /// (nkOSCreateThread returned null or threw), its quarter of `dst` stays as it was, and the call
-/// takes the whole time. NKDraw_CompleteWipe waits for all of the frame instead.
+/// takes the whole time; number 2 with `pitchA` above `pitchB` has one worker for both left
+/// quarters, since their rows overlap. NKDraw_CompleteWipe waits for all of the frame instead.
 NKDRAW_API uint32_t NKDraw_DisplayWipe(const uint8_t* srcA, uint32_t pitchA, const uint8_t* srcB,
                                        uint32_t pitchB, uint8_t* dst, uint32_t pitchDst,
                                        uint32_t wipe, int32_t pixelType, uint32_t width,

@@ -6,7 +6,10 @@
 /// whether their workers have finished or not, and leave out the part of a worker that could not be
 /// started. The two calls here wait as long as it takes, and the calling thread draws the part of a
 /// worker that could not be started. Results and the contracts of the arguments are otherwise the
-/// same, to the bit. Fields that a wipe or mode does not use may be 0.
+/// same, to the bit: how far rows are read in packed 4:2:2, which wipes and modes read no pitch
+/// because they take frames as packed (the slides; NKMuxSideBySide, NKMuxQuarterPair and
+/// NKMuxCropPair), and that wipes of packed 4:2:2 raise the calling thread's priority meanwhile.
+/// Fields that a wipe or mode does not use may be 0.
 #ifndef NKDRAW_COMPOSITOR_COMPLETE_H
 #define NKDRAW_COMPOSITOR_COMPLETE_H
 
@@ -23,7 +26,7 @@ extern "C" {
 /// One frame of a wipe, at `position` out of `range`.
 typedef struct NKWipe {
   const uint8_t* srcA;  ///< shown at position 0; read only
-  uint32_t pitchA;      ///< bytes from row to row
+  uint32_t pitchA;      ///< bytes from row to row, also of `pitchB`; v210 raises those too small
   const uint8_t* srcB;  ///< shown at the end of the range; read only
   uint32_t pitchB;      ///< bytes from row to row
   uint8_t* dst;         ///< the result
@@ -38,14 +41,14 @@ typedef struct NKWipe {
 
 /// Draws one frame of a wipe: ptV210 like NKDraw_DisplayWipeV210; ptYUYV, ptUYVY, ptYVYU and ptVYUY
 /// like NKDraw_DisplayWipeYCbCr; all other layouts like NKDraw_DisplayWipe. `wipe` must not be
-/// null. Returns NKStatusOk, or NKStatusRefused, with `dst` untouched, when there was no memory for
-/// a packed 4:2:2 frame.
+/// null. Returns NKStatusOk, or NKStatusRefused, with `dst` untouched: for a layout that no wipe
+/// draws in, or without memory for a packed 4:2:2 frame.
 NKDRAW_API uint32_t NKDraw_CompleteWipe(const NKWipe* wipe);
 
 /// Two frames of 32-bit pixels on one display.
 typedef struct NKMux {
   uint8_t* srcA;       ///< the first frame; mirrored in place when `mode` has such a flag
-  uint32_t sizeA;      ///< bytes that NKMuxPlain copies
+  uint32_t sizeA;      ///< bytes that NKMuxPlain copies; NKMuxSwap leaves the sizes in place
   uint8_t* srcB;       ///< the second frame, likewise
   uint32_t sizeB;      ///< bytes that NKMuxSecond copies
   uint8_t* dst;        ///< the result

@@ -24,8 +24,8 @@ enum nkCFGMode : std::uint32_t {
 
 /// Whether this thread's last nkCFGKeyExists or reading nkCFGValueString could read the store; true
 /// for a store that does not exist yet, and before the first such call. When false, values may be
-/// there all the same, and must not be overwritten with defaults. A host that can always read its
-/// store need not provide this.
+/// there all the same, and must not be overwritten with defaults. A program that replaces the calls
+/// of the default host one by one need not provide this; a library that replaces the host must.
 [[nodiscard]] NKDRAW_API bool nkCFGWasRead(nkStore store);
 
 /// Reads or writes the text under `key`; `mode` is an nkCFGMode. `length` is the size of the buffer

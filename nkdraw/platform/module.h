@@ -16,7 +16,8 @@ NKDRAW_API std::uint32_t nkOSGetAppDir(char* path, std::uint32_t size);
 [[nodiscard]] NKDRAW_API bool nkOSFileExists(const char* path);
 
 /// Loads the module "NAME.dll", which is the file libNAME.so: from the folder of this library (or
-/// of the program that it is linked into) if it is there, otherwise from where the loader looks.
+/// of the program that it is linked into) if it is there, otherwise from the folder nkdraw in that
+/// one, otherwise from where the loader looks.
 /// `flags` is not read. Null when it can't be loaded, and for a name with a '/' in it: modules are
 /// named, not located. Given back with nkOSFreeLibrary.
 [[nodiscard]] NKDRAW_API nkHandle nkOSLoadLibrary(const char* name, std::uint32_t flags);

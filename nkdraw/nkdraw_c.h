@@ -85,9 +85,11 @@ NKDRAW_API uint32_t qtGetDrawSize(uint32_t type, int width, int height, int pitc
 NKDRAW_API uint32_t qtSetFont(NKDraw* surface, char* name);
 ///@}
 
-// The compositor. Frames are `height` rows of `width` pixels; pitches are bytes from row to row. No
-// argument is checked: every buffer must hold what its pitch and height say. Any thread may call,
-// several at once. The patterns and modes are the system's own; docs/compositor.md shows them.
+/// @name The compositor
+/// Frames are `height` rows of `width` pixels; pitches are bytes from row to row. No argument is
+/// checked: every buffer must hold what its pitch and height say. Any thread may call, several at
+/// once. The patterns and modes are the system's own; docs/compositor.md shows them.
+///@{
 
 /// Combines two frames of one layout by a numbered wipe, on four threads that live for the call.
 ///
@@ -188,6 +190,8 @@ NKDRAW_API uint32_t NKDraw_DisplayMuxRGBA(uint8_t* srcA, uint32_t sizeA, uint8_t
                                           uint32_t threshold, uint32_t splitX, uint32_t splitY,
                                           uint32_t gridType, uint32_t gridX, uint32_t gridY,
                                           uint32_t width, uint32_t height, uint32_t pitch);
+
+///@}
 
 #ifdef __cplusplus
 }

@@ -92,9 +92,11 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   /// Draws a dashed line from (x1, y1): `on` pixels plotted, `off` pixels skipped, in turn.
   virtual std::uint32_t Dash(int x1, int y1, int x2, int y2, int on, int off);
 
-  // Curves are chains of lines. Angles are whole degrees (fractions are cut off), counter-clockwise
-  // on the screen, with 0 to the right; an end below the start goes on past 360. A degree is taken
-  // as 3.14 / 180 radians, so arcs end a little short of the axes.
+  /// @name Curves
+  /// Curves are chains of lines. Angles are whole degrees (fractions are cut off),
+  /// counter-clockwise on the screen, with 0 to the right; an end below the start goes on past 360.
+  /// A degree is taken as 3.14 / 180 radians, so arcs end a little short of the axes.
+  ///@{
 
   /// Draws a circle: AngleArc from 0 to 360 degrees. The pen stays.
   virtual std::uint32_t Circle(int x, int y, int radius);
@@ -124,6 +126,8 @@ class NKDRAW_API NKDraw : public virtual NKPixel {
   /// Draws a PolyBezier and leaves the pen at points[count + 2]: the array must hold three points
   /// more than `count`.
   virtual std::uint32_t PolyBezierTo(const tagPOINT* points, std::uint32_t count);
+  ///@}
+
   /// Draws lines from point to point. Refuses fewer than two points.
   virtual std::uint32_t Polyline(const tagPOINT* points, std::uint32_t count);
   /// Draws a Polyline and leaves the pen at points[count]: the array must hold one point more than

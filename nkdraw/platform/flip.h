@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: BSD-2-Clause
 /// @file
 /// Mirroring frames of four-byte pixels.
+///
+/// A frame is `height` rows of `width` pixels, `pitch` bytes from row to row. `destination` is
+/// `source` itself or a frame apart from it. Bytes past a row's pixels are neither read nor
+/// written.
 #pragma once
 
 #include <nkdraw/export.h>
 
 #include <cstdint>
-
-// A frame is `height` rows of `width` pixels, `pitch` bytes from row to row. `destination` is
-// `source` itself or a frame apart from it. Bytes behind a row's pixels are neither read nor
-// written.
 
 /// Mirrors a frame top to bottom.
 NKDRAW_API void pxcv_flip_vert(const std::uint8_t* source, std::uint8_t* destination,

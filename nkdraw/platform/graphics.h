@@ -3,15 +3,15 @@
 /// Outlines of text, the mask inside them, and regions: what NKDraw::DrawText and NKDraw::LineA
 /// use. The names are those of a widely known graphics interface; only the calls that make and end
 /// the regions for LineA have names of their own.
+///
+/// A context and what is selected into it belong to one thread at a time; different contexts do not
+/// disturb each other. Calls with a null context or object, and calls for which there is no memory,
+/// do nothing and return 0 or null (GetPath: -1).
 #pragma once
 
 #include <nkdraw/platform/records.h>
 
 #include <cstdint>
-
-// A context and what is selected into it belong to one thread at a time; different contexts do not
-// disturb each other. Calls on a null context or with a null object do nothing and return 0 or
-// null (GetPath: -1), and so does a call for which there is no memory.
 
 /// Where text is measured, recorded as a path, and filled.
 struct nkDeviceContext;

@@ -124,8 +124,10 @@ class NKDRAW_API NKPixel {
   /// what PutPixel returns.
   virtual std::uint32_t SetPixel(int x, int y, double c1, double c2, double c3, double c4,
                                  bool foreground);
-  // Reads of one pixel, which must lie on the canvas; a canvas must be bound, unless the class says
-  // that it checks. They return 0, but for GetPixelHSV of YCbCr surfaces.
+  /// @name Reads of one pixel
+  /// The pixel must lie on the canvas. A canvas must be bound, unless the class says that it
+  /// checks. All return 0, but for GetPixelHSV of YCbCr surfaces.
+  ///@{
 
   /// Reads the stored channels as 0.0 to 1.0, each byte over 255. `a` is 1.0 on the 24-bit layouts.
   virtual std::uint32_t GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a);
@@ -149,6 +151,7 @@ class NKDRAW_API NKPixel {
   /// The luma of a pixel, weighted by the system's own weights for the mode: 0.0 to 255/256 on
   /// 8-bit RGB, where ptBGR24 is read as ptRGB24. Other classes have scales of their own.
   virtual double GetLuma(int x, int y);
+  ///@}
 
   /// Does nothing, in any class. Returns 0.
   virtual std::uint32_t GetColorYCbCr(double& y, double& cb, double& cr, double& a,

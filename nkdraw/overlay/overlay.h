@@ -27,21 +27,21 @@ NKDRAW_API void freeSamples(std::uint8_t* samples);
 ///
 /// Call Create once the frames are known, BurnIn for every frame, Destroy at the end. The settings
 /// are the protected fields, each with its default. They are set from the configuration store, an
-/// INI file, commands of the host, or a derived class. Places are in pixels from the frame's top
-/// left corner. One object is not for several threads at once. All calls return 0 unless they say
-/// otherwise. Nothing throws.
+/// INI file, commands of the host, or a derived class. A switch is on when it is not 0. Positions
+/// are in pixels from the frame's top left corner. One object is not for several threads at once.
+/// All calls return 0 unless they say otherwise. Nothing throws.
 ///
 /// A copy shares the surface, the texts and the watermark with its source: they end with the last
 /// of the copies. It shares the caption decoder, too, which never ends.
 class NKDRAW_API CNkOverlay {
  public:
-  /// Makes an overlay with the default settings: everything is off.
+  /// Makes an overlay with the default settings, which show nothing.
   CNkOverlay();
   /// Copies every field; see above for what the copy shares.
   CNkOverlay(const CNkOverlay& other) = default;
   /// Copies every field; see above for what the copy shares.
   CNkOverlay& operator=(const CNkOverlay& other) = default;
-  /// Releases what no copy has.
+  /// Releases what no copy shares.
   virtual ~CNkOverlay();
 
   /// Copies both records, sets how timecode counts from the frame rate, clears the meters, and
@@ -55,8 +55,8 @@ class NKDRAW_API CNkOverlay {
   /// 0 to 9, meters, captions. Texts must lie inside the frame. `levels` and `peaks` are null or
   /// four words each, with the audio's 16-bit magnitudes of two channels a word, the even channel
   /// in the low half. `timecodeOffset`, in frames, is subtracted from both timecodes. On interlaced
-  /// video the vertical settings and the timecode's size are made even, and stay so. Does nothing,
-  /// and returns 0, when no surface draws in the frame's layout.
+  /// video the vertical settings and the timecode's size are made even, and stay so. Does nothing
+  /// before Create, or when no surface draws in the frame's layout.
   virtual std::uint32_t BurnIn(QFRAME* frame, const std::uint32_t* levels,
                                const std::uint32_t* peaks, std::uint32_t timecodeOffset);
 
@@ -103,10 +103,11 @@ class NKDRAW_API CNkOverlay {
   /// The number of custom texts.
   static constexpr int kCustomTexts = 10;
 
-  // For the library's own sources.
+  /// @cond For the library's own sources.
   struct NKDRAW_HIDDEN Access;
   struct NKDRAW_HIDDEN Commands;
   struct NKDRAW_HIDDEN Settings;
+  /// @endcond
 
   /// Reads the picture at `watermarkPath` and converts it for frames of `frameLayout`: 0 (32-bit
   /// RGB), "yuv2" (8-bit 4:2:2, Cb first) or "012v" (v210), codes in memory order. For other
@@ -147,7 +148,7 @@ class NKDRAW_API CNkOverlay {
   std::int32_t WatermarkX = 400;              ///< left edge of the watermark
   std::int32_t WatermarkY = 400;              ///< upper edge of the watermark
   std::uint32_t WatermarkOpacity = 50;        ///< kept, not read
-  const char* watermarkPath = nullptr;        ///< not owned
+  const char* watermarkPath = nullptr;        ///< of SetWatermarkPath; not owned
   std::uint32_t SourceFormatEnable = 0;       ///< line with the source format
   std::int32_t SourceFormatX = 20;            ///< left edge of the format line
   std::int32_t SourceFormatY = 600;           ///< upper edge of the format line

@@ -48,7 +48,7 @@ class NKDRAW_API NKPixel {
     mode709Full = 4,       ///< BT.709, full range
     mode2020Studio = 5,    ///< ITU-R BT.2020, luma 16 to 235
     mode2020Full = 6,      ///< BT.2020, full range
-    mode2020Constant = 8,  ///< BT.2020, constant luminance
+    mode2020Constant = 8,  ///< BT.2020, constant luminance; to RGB by the system's own matrix
   };
 
   /// Makes a 32-bit RGBA surface without a canvas. It has one reference.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A caller that asks for it gets complete frames from workers that take longer than the bounded
+// Callers of the complete wipes get complete frames, even if workers take longer than the bounded
 // wait.
 #include <nkdraw/compositor/wipe_bands.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::uint32_t kWidth = 5, kHeight = 4;
 
-/// Ones, well after the bounded wait is over.
+/// Writes ones, well after the bounded wait is over.
 std::uint32_t drawLate(const nkdraw::WipeTask& task) {
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
   for (std::uint32_t y = task.top; y < task.bottom; ++y) {

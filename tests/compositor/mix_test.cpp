@@ -125,7 +125,7 @@ TEST_P(Mix, OfEqualWordsEqualsTruncatedDoublesForEveryWord) {
   }
 }
 
-/// Rows of every short length that begin anywhere: onto a third buffer, and onto either input.
+/// Rows of every short length, at any alignment: into a third buffer, and into either input.
 template <class Row>
 void expectTheSameOnEveryRow(PartKind kind, std::size_t partBytes, const MixWeights& weights,
                              Row row) {

@@ -9,7 +9,7 @@
 
 namespace nkdraw::test {
 
-/// The bytes that the largest reach of any mode needs: a row past the frame, and a pixel more.
+/// Room for the farthest that any mode writes: one row past the frame, and one pixel more.
 inline std::size_t reachOf(const MuxCall& call) {
   return std::size_t{call.pitch} * (call.height + 1) + 4;
 }
@@ -46,7 +46,7 @@ struct MuxBuffers {
   std::size_t offset;
 };
 
-/// Everything that a call may write, guards included, is what the reference writes.
+/// Everything that a call may write, guards included, equals what the reference writes.
 inline ::testing::AssertionResult actsAsReference(const MuxCall& call, std::size_t offset = 0,
                                                   std::uint32_t seed = 1) {
   MuxBuffers shown(call, offset, seed), expected(call, offset, seed);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The multiplexed display pixel by pixel, to compare with.
+// The multiplexed display computed pixel by pixel, for comparison.
 #pragma once
 
 #include <nkdraw/nkdraw_c.h>
@@ -353,7 +353,7 @@ class Mux {
     }
   }
 
-  /// Settings that make it divide by zero, or not end, are not for it.
+  /// Must not get settings that would make it divide by zero or never end.
   void grid() const {
     std::uint32_t stepX = c.gridX, stepY = c.gridY;
     if (c.gridType == 1 || (c.gridType == 0 && c.bit(24))) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The rows of the multiplexed display: every form of them against the rule.
+// The rows of the multiplexed display: every implementation against the rule.
 #include "mux_reference.h"
 
 #include <nkdraw/compositor/mux_rows.h>
@@ -21,7 +21,7 @@ namespace reference = nkdraw::test::reference;
 
 enum class Kind { kPlain, kKept, kStreamed };
 
-/// A form of the rows, and the instructions that it needs; none for those that run everywhere.
+/// An implementation of the rows, and the instructions that it needs; none if it runs everywhere.
 struct Form {
   const char* name;
   std::int64_t target;
@@ -79,8 +79,8 @@ class Row {
 
 constexpr std::size_t kPairs = 65536;
 
-/// Rows in which every one of the 65,536 pairs of a first's and a second's byte appears at each of
-/// the four places of a pixel: all places the same, or each in an order of its own.
+/// Rows in which all 65,536 pairs of bytes of the first and the second appear at each of the four
+/// places of a pixel: in the same order at all places, or in a different order at each.
 struct AllPairs {
   explicit AllPairs(bool sameEverywhere) : first(kPairs * 4), second(kPairs * 4) {
     constexpr std::uint32_t kOrders[] = {1, 12345, 40503, 60013};  // odd: each reaches every pair
@@ -190,7 +190,7 @@ TEST_P(MuxRowForm, ShowsTheMeanOfAnyThreeBytesInGrey) {
   }
 }
 
-/// A row of two frames, its rule written out for pixel x.
+/// A row of two frames, and the rule for pixel x.
 struct RowCase {
   const char* name;
   std::function<void(const MuxRows& rows, const std::uint8_t* f, const std::uint8_t* s,

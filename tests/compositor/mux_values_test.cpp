@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the multiplexed display shows in particular, in numbers written out.
+// Results of the multiplexed display, as literal values.
 #include "mux_frames.h"
 
 #include <gtest/gtest.h>
@@ -82,7 +82,7 @@ using Picture = std::vector<std::string>;
 
 constexpr std::uint32_t kMark = 1U << 27, kOtherWay = 1U << 28, kSwap = 1U << 31;
 
-/// Memory between pages that fault, close to the one behind or the one before.
+/// Memory directly before or directly after a page that faults.
 class FencedBlock {
  public:
   FencedBlock(std::size_t bytes, bool atEnd)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The services. One block of memory is there at a time, and four threads a call.
+// The services. They allow one block of memory at a time, and four threads a call.
 #include "own_services.h"
 
 #include <nkdraw/platform/log.h>
@@ -65,8 +65,8 @@ namespace {
 
 using nkdraw::test::host;
 
-/// Four threads that start together. Nothing but the start orders what one does before what another
-/// does, so that the thread sanitizer sees every write that two of them share.
+/// Four threads that start together. Only the start is synchronised, so the thread sanitizer
+/// reports every byte that two of them write.
 class Team {
  public:
   ~Team() {
@@ -106,7 +106,7 @@ Team& team() {
 
 constexpr std::align_val_t kBlockAlignment{512};
 
-/// The one block that there is.
+/// The only block.
 struct {
   std::uint8_t* storage;
   std::uint8_t* address;

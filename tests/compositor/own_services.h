@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Host services of a test program's own, which take the place of the default ones: they note how
-// they are called, fail when told to, and run threads when the test wants them to run.
+// The test program's own host services, which replace the default ones. They record their calls,
+// fail on demand, and run threads when the test wants.
 #pragma once
 
 #include <nkdraw/platform/thread.h>
@@ -26,11 +26,11 @@ struct OwnHost {
   int throwingThread = -1;  ///< its creation throws
   bool holdsThreads = false;
   bool runsTogether = false;  ///< all four at once, each on a thread of its own
-  /// The fourth thread runs beside the caller, and stops after it has counted itself out, before
-  /// the caller begins to wait.
+  /// The fourth thread runs concurrently with the caller, and stops after it has counted itself
+  /// out, before the caller begins to wait.
   bool stopsLastThread = false;
 
-  // What they were asked for.
+  // The recorded calls.
   std::vector<std::string> calls;
   int threads = 0;
   std::uint32_t result = 0;              ///< of the last thread that ran at once
@@ -43,7 +43,7 @@ struct OwnHost {
 
   void note(const std::string& call);
   [[nodiscard]] int count(const std::string& call);
-  /// Runs the threads that were held, and ends with the last.
+  /// Runs the held threads, and returns after the last.
   void runHeld();
   void letLastThreadEnd();
 

@@ -34,7 +34,7 @@ constexpr Conversion kConversions[] = {
 
 class Samples422 : public testing::TestWithParam<std::int64_t> {};
 
-/// A source that ends where the run ends, so that a sanitizer sees what is read behind it.
+/// A source that ends with the run, so that a sanitizer reports reads past it.
 std::vector<std::uint8_t> noise(std::size_t bytes, std::uint32_t seed) {
   Frame frame(bytes, seed, 0);
   return frame.all();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Wipes that their host gives no thread for, by a null handle or by an exception, and no memory.
+// Wipes whose host refuses threads, by a null handle or by an exception, or memory.
 #include "own_services.h"
 #include "wipe_calls.h"
 #include "wipe_frames_of_noise.h"
@@ -74,7 +74,7 @@ class UnservedWipes : public testing::TestWithParam<Ways> {
   }
   ~UnservedWipes() override { nkOSSetThreadPriority(nkOSGetCurrentThread(), 0); }
 
-  /// What a call leaves in a buffer of noise.
+  /// The contents of a buffer of noise after a call.
   std::vector<std::uint8_t> drawn(std::uint32_t (*way)(const WipeTask&)) {
     Frame dst(frames.dst.bytes().size(), 77);
     frames.task.dst = dst.data();

@@ -119,7 +119,7 @@ void wipeV210(const WipeTask& given, Expanded& expanded) {
   }
 }
 
-/// A packed layout: its entry, its steps, and the bytes that a row of it takes.
+/// A packed layout: its entry point, its steps, and the bytes of a row.
 struct PackedLayout {
   const char* name;
   decltype(&NKDraw_DisplayWipe) entry;
@@ -144,7 +144,7 @@ constexpr PackedLayout kYCbCr = {
 constexpr PackedLayout kV210 = {"V210",   NKDraw_DisplayWipeV210, wipeV210, v210Bytes, v210Bytes,
                                 v210Pitch};
 
-/// Sources end with the last group that is read, so that a sanitizer sees what is read behind it.
+/// Sources end with the last group that is read, so that a sanitizer reports reads past it.
 class PackedFrames {
  public:
   PackedFrames(const PackedLayout& layout, std::uint32_t width, std::uint32_t height,

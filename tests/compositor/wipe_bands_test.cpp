@@ -40,7 +40,7 @@ std::uint32_t noteTask(const WipeTask& task) {
   return 7;
 }
 
-/// A thing that ends with its last owner, which `wait` waits for.
+/// An object that is destroyed with its last owner; `wait` waits for that.
 class Lifetime {
  public:
   [[nodiscard]] std::shared_ptr<const void> share() {
@@ -58,7 +58,7 @@ class Lifetime {
   std::atomic<bool> ended_ = false;
 };
 
-/// Runs the kernel in all four quarters, to the end of the last however long that takes.
+/// Runs the kernel in all four quarters and waits until the last ends, however long that takes.
 void runToTheEnd(const WipeTask& task, nkdraw::WipeKernel kernel) {
   Lifetime lifetime;
   EXPECT_EQ(RunWipeBands(task, kernel, WipeWait::kBounded, lifetime.share()), 0U);

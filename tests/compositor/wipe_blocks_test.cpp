@@ -84,7 +84,7 @@ TEST(WipeEdgeVert, DrawsNothingInOtherLayoutsAndEmptyRanges) {
   frames.expectTheSame(nothing, runEdgeVert);
 }
 
-/// Layouts that the wipes know, and others, which pass for four bytes a pixel.
+/// Layouts that the wipes know, and others, which are taken as four bytes a pixel.
 std::vector<Layout> layoutsOfSlides() {
   std::vector<Layout> layouts(std::begin(kLayouts), std::end(kLayouts));
   for (const std::int32_t type : {-1, 0, 7, 10, 14, 20, 28, 37, 38, 10001, INT32_MAX, INT32_MIN})

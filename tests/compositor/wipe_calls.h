@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A task as the arguments of the wipes' entries.
+// Passes a task to the wipes' entry points.
 #pragma once
 
 #include <nkdraw/compositor/wipe_band.h>

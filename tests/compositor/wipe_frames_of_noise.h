@@ -72,14 +72,14 @@ class NoiseFrames {
     task.bottom = bottom;
   }
 
-  /// Draws once by `reference` and once by `draw`, and compares every byte there is.
+  /// Draws once with `reference` and once with `draw`, and compares all bytes.
   template <class Reference, class Draw>
   void expectTheSame(Reference reference, Draw draw) {
     expectTheSameOnto(dst, reference, draw);
     ASSERT_TRUE(a.untouched()) << task;
     ASSERT_TRUE(b.untouched()) << task;
   }
-  /// `target` may be one of the inputs, which are as they were afterwards.
+  /// `target` may be one of the inputs; these are restored afterwards.
   template <class Reference, class Draw>
   void expectTheSameOnto(Frame& target, Reference reference, Draw draw) {
     const Frame before = target;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// What the wipes ask of their host, and what they do when it fails.
+// The calls of the wipes to their host, and their behaviour when it fails.
 #include "own_services.h"
 #include "wipe_calls.h"
 #include "wipe_frames_of_noise.h"

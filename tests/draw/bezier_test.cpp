@@ -141,7 +141,7 @@ TEST(Bezier, SmallOnesFarOutEndAlthoughTheirProductsWrap) {
   }
 }
 
-/// Notes the curves that its own halves, or a chain, ask for.
+/// Records the curves that its own halves, or a chain, draw.
 class BezierLog final : public CDrawRGB24 {
  public:
   explicit BezierLog(bool goesOn) : NKDraw(ptRGB24), CDrawRGB24(ptRGB24), goesOn_(goesOn) {}

@@ -59,7 +59,7 @@ TEST(Arc, IsRefusedForAnEmptyBoxAndForARayWithoutADirection) {
   EXPECT_TRUE(log.lines.empty());
   EXPECT_EQ(arcEnds(), before);
   EXPECT_EQ(penOf(log), std::pair(7, 8));
-  // A centre between pixels is met by no point.
+  // If the centre lies between pixels, no point meets it.
   EXPECT_EQ(log.Arc(0, 0, 101, 101, 50, 50, 51, 51), 0U);
 }
 
@@ -94,7 +94,8 @@ struct Eight {
   std::array<int, 8> v{};
 };
 
-/// A box and two points, all `reach` from zero at most, the box in order three times of four.
+/// A box and two points with coordinates up to `reach` from zero; in three cases of four the box is
+/// in order.
 Eight randomArc(Random& random, int reach) {
   Eight made;
   for (int& value : made.v)
@@ -168,7 +169,7 @@ TEST(Arc, OfExtremeCoordinatesIsDefinedAndTakesAtMostTwoTurns) {
   }
 }
 
-/// Notes which curve calls which through the table.
+/// Records which curve calls which virtually.
 class ArcLog final : public CDrawRGB24 {
  public:
   ArcLog() : NKDraw(ptRGB24), CDrawRGB24(ptRGB24) {}

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Straight lines: which pixels, in which order, and what goes around PutPixel.
+// Straight lines: which pixels, in which order, and what bypasses PutPixel.
 #include <tests/support/fields.h>
 #include <tests/support/frame.h>
 #include <tests/support/reference_draw.h>
@@ -19,7 +19,7 @@ using namespace nkdraw::test;
 
 using Points = std::vector<std::pair<int, int>>;
 
-/// A 24-bit surface without a canvas: it refuses every pixel, and notes it.
+/// A 24-bit surface without a canvas: it refuses every pixel, and records it.
 class LineLog {
  public:
   LineLog() : surface_(ptRGB24) {}
@@ -356,7 +356,7 @@ TEST(Pen, StaysWhereItIsUnderTheOtherLines) {
   EXPECT_EQ(DrawFields::penYOf(*log), 4);
 }
 
-/// Notes which of its operations are reached through the table.
+/// Records which of its operations are called virtually.
 class TableLog final : public CDrawRGB24 {
  public:
   TableLog() : NKDraw(ptRGB24), CDrawRGB24(ptRGB24) {}

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The head of a metafile, with and without the placeable header.
+// The header of a metafile, with and without the placeable header.
 #include <tests/support/fields.h>
 #include <tests/support/surfaces.h>
 #include <tests/support/temporary_file.h>
@@ -20,7 +20,7 @@ using namespace nkdraw::test;
 
 using File = TemporaryFile;
 
-/// Ten words and, behind them, what they XOR to.
+/// Ten words, followed by their XOR.
 std::vector<std::uint8_t> placeable(std::array<std::uint16_t, 10> words, std::uint16_t spoil = 0) {
   std::vector<std::uint8_t> bytes;
   std::uint16_t sum = spoil;

@@ -158,7 +158,7 @@ TEST(GroupRuns, LeftOfOrAboveTheCanvasAreRefusedEvenWithoutOne) {
   EXPECT_EQ(surface->DrawText("text", 4, &rect, 0), 0);
 }
 
-/// Memory that is there as soon as it is touched.
+/// Memory that is allocated when it is first touched.
 class Reserved {
  public:
   Reserved()
@@ -323,7 +323,7 @@ TEST_P(Copies, OfAnAntialiasedSurfaceInTheLibrarysClassDrawItsShapesAntialiased)
   withClassOf(GetParam(), check);
 }
 
-/// Of a class derived from a derived one, which both override the plot.
+/// A class derived from a derived class; both override the plot.
 template <class Base>
 class Shifted : public Base {
  public:

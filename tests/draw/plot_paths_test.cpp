@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The ways that a pixel can go. The library plots runs at once on the classes that it knows, and
-// pixel by pixel through the table on any other. Random pictures are drawn on a surface of the
-// library's own class, on a derived class that overrides nothing, on one that overrides PutPixel,
-// and on the plain model by the plain telling of the operations: all four are the same to the bit,
-// and the override sees every pixel in its order.
+// The ways that a pixel can be plotted. The library plots whole runs on the classes that it knows,
+// and pixel by pixel through virtual functions on any other. Random pictures are drawn on four
+// surfaces: the library's own class, a derived class that overrides nothing, one that overrides
+// PutPixel, and a model with a plain implementation of the operations. All four must be the same to
+// the bit, and the override must see every pixel in order.
 #include "shape_log.h"
 
 #include <tests/support/model.h>
@@ -49,8 +49,8 @@ class Bench {
     work(*onModel_);
   }
 
-  /// Draws on the surfaces with `work` and on the model with `reference`, and compares. Nothing of
-  /// it when the frames have no room for what is plotted.
+  /// Draws on the surfaces with `work` and on the model with `reference`, and compares. Does
+  /// nothing if the frames have no room for what is plotted.
   template <class Work, class Reference>
   void draw(Work work, Reference reference) {
     ReferenceDraw steps(type_);
@@ -272,7 +272,7 @@ class PlotPaths : public testing::TestWithParam<pixelType> {
         [&](ReferenceDraw& r) { r.drawText(letters.c_str(), count, want, format, clearText); });
   }
 
-  /// A shape, drawn and told.
+  /// A shape, and its plain implementation.
   struct Shape {
     std::function<void(NKDraw&)> draw;
     std::function<void(ReferenceShapes&)> tell;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The line through a region, against a plain telling of it: what is asked of a surface, and what
-// comes out on the library's own.
+// The line through a region against a plain implementation: the calls to a surface, and the result
+// on the library's own.
 #include <tests/support/call_log.h>
 #include <tests/support/fields.h>
 #include <tests/support/frame.h>
@@ -116,7 +116,7 @@ void lineAPlainly(NKDraw& d, const nkRegion* region, const tagRECT& rect, int x1
 
 class RegionLine : public testing::TestWithParam<bool> {
  protected:
-  /// Compares what two surfaces are asked for.
+  /// Compares the calls to two surfaces.
   static void expectCalls(const nkRegion* region, const tagRECT& rect, int x1, int y1, int x2,
                           int y2) {
     CallLog drawn, told;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A surface that notes the lines and rows of a shape, and draws nothing.
+// A surface that records the lines and rows of a shape, and draws nothing.
 #pragma once
 
 #include <tests/support/fields.h>
@@ -37,8 +37,8 @@ class ShapeLog final : public CDrawRGB24 {
   int plots = 0;
 };
 
-/// What the next Pie would draw from: the process's arc state, as the radii of one whose arc fails
-/// show it.
+/// What the next Pie would draw from: the arc state of the process, seen in the radii of a pie
+/// whose arc fails.
 inline ArcEnds arcEnds() {
   ShapeLog log;
   log.Pie(0, 0, 0, 0, 1, 1, 1, 1);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Antialiased lines: the weights they hand to the surface, in their order, and the pen colour that
-// they leave behind.
+// Antialiased lines: the weights that they pass to the surface, in order, and the pen colour that
+// they leave.
 #include <tests/support/fields.h>
 #include <tests/support/frame.h>
 #include <tests/support/reference_soft_lines.h>
@@ -226,7 +226,7 @@ TEST(LineWu, IsMeantToDrawInWhiteWhereTheSurfaceKeepsItsColourElsewhere) {
   }
 }
 
-/// Notes what LineWuTo asks for.
+/// Records the calls of LineWuTo.
 class WuLog final : public CDrawRGB24 {
  public:
   WuLog() : NKDraw(ptRGB24), CDrawRGB24(ptRGB24) {}

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Operations that are there, draw nothing, and return success.
+// Operations that exist, draw nothing, and return success.
 #include <tests/support/fields.h>
 #include <tests/support/frame.h>
 #include <tests/support/surfaces.h>
@@ -18,7 +18,7 @@ using namespace nkdraw::test;
 
 using Operation = std::pair<const char*, std::function<std::uint32_t(NKDraw&)>>;
 
-/// Runs each on each layout, and wants its status and an untouched frame.
+/// Runs each on each layout, and expects its status and an untouched frame.
 void expectNothingDrawn(const std::vector<Operation>& operations, std::uint32_t status) {
   for (const pixelType type : kLayouts) {
     Frame frame(8192);

@@ -192,7 +192,7 @@ TEST_P(Bayer, ACellGivesItsFourPositionsOneColour) {
   }
 }
 
-/// Offsets of the bytes that the luma is the mean of, in the order of R, G, B.
+/// Offsets of the bytes whose mean is the luma, in the order R, G, B.
 std::array<int, 3> lumaBytes(int type, int pitch) {
   const std::string cell = cellOf(type);
   if (cell == "RGGB")

@@ -17,7 +17,7 @@ using namespace nkdraw::test;
 
 using Words = std::vector<std::uint32_t>;
 
-/// To a whole number as the machine truncates it; the low 32 bits.
+/// Truncates to an integer as the machine does; the low 32 bits.
 std::uint32_t whole(double value) {
   return static_cast<std::uint32_t>(static_cast<std::int64_t>(value));
 }

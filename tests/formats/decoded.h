@@ -10,8 +10,8 @@
 
 namespace nkdraw::test {
 
-/// Runs `ffmpeg ARGUMENTS` on a file of `bytes`, whose name stands for {} in the arguments, and
-/// gives what it writes to its standard output. A run that fails fails the test.
+/// Runs `ffmpeg ARGUMENTS` on a file of `bytes`, whose name replaces {} in the arguments, and
+/// returns its standard output. If the run fails, the test fails.
 [[nodiscard]] std::vector<std::uint8_t> throughFfmpeg(std::span<const std::uint8_t> bytes,
                                                       const std::string& suffix,
                                                       const std::vector<std::string>& arguments);

@@ -87,7 +87,7 @@ TEST_P(Plotting, PitchTimesYWrapsAt32Bits) {
 }
 
 TEST_P(Plotting, TheRowOffsetIsAddedWithoutASign) {
-  // Rows 0x80000000 and more bytes into the canvas lie behind it, not in front.
+  // Rows 0x80000000 bytes or more into the canvas lie after it, not before it.
   const pixelType type = GetParam();
   const Surface surface = makeSurface(type, 48, 0x10000, 0x10000, nullptr);
   char* const canvas = reinterpret_cast<char*>(std::uintptr_t{1} << 40);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// v210: pitches, codes, where each pixel's samples lie, and what the reads make of them.
+// v210: pitches, codes, where each pixel's samples are, and what reading returns.
 #include <tests/support/fields.h>
 #include <tests/support/frame.h>
 #include <tests/support/surfaces.h>
@@ -20,7 +20,7 @@ constexpr int kYBit[] = {10, 32, 52, 74, 96, 116};
 constexpr int kCbBit[] = {0, 42, 84};
 constexpr int kCrBit[] = {20, 64, 106};
 
-/// Of the ten bits from `bit` on. No sample crosses a word.
+/// The ten bits from `bit` on. No sample crosses a word.
 std::uint32_t sampleAt(const std::uint8_t* group, int bit) {
   return (wordAt(group + bit / 32 * 4) >> (bit % 32)) & 0x3FF;
 }

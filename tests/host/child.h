@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Processes of the test's own, each with a store of its own over the one file of the test.
+// Child processes of the test, each with its own store on the test's one file.
 #pragma once
 
 #include <nkdraw/platform/config.h>
@@ -38,7 +38,7 @@ class Child {
 /// Runs it, and expects neither messages nor an early end.
 std::string inChild(const std::function<std::string()>& work);
 
-/// A folder of the test's own, which NKDRAW_CONFIG lies in.
+/// The test's own folder, to which NKDRAW_CONFIG points.
 class StoreFolder {
  public:
   StoreFolder();
@@ -58,9 +58,9 @@ inline constexpr char kRoot[] = "HZW\\Test";
 
 void put(const std::string& key, const std::string& text, const char* root = kRoot);
 [[nodiscard]] std::string get(const std::string& key, const char* root = kRoot);
-/// Saves; the status.
+/// Saves and returns the status.
 std::uint32_t save();
-/// One value written and saved by a process of its own.
+/// Writes and saves one value in a separate process.
 void putInChild(const std::string& key, const std::string& text);
 [[nodiscard]] std::string getInChild(const std::string& key);
 

@@ -27,13 +27,13 @@ class FailingConfig : public testing::Test {
   StoreFolder folder_;
 };
 
-/// Permissions bind everyone but root.
+/// Permissions do not restrict root.
 void becomeNobody() {
   if (geteuid() == 0 && setuid(65534) != 0)
     _exit(2);
 }
 
-/// Saves and fails, with one line in the log, and keeps its values for itself.
+/// Saving fails, with one line in the log, and the values stay in this process.
 void expectOneMessage(const std::function<void()>& first, const std::string& words) {
   const ChildOutcome outcome = Child([&] {
                                  first();

@@ -85,8 +85,8 @@ TEST_F(SharedConfig, AProcessThatHasSavedSeesAndKeepsWhatAnotherSavesLater) {
   EXPECT_EQ(getInChild("key"), "second");
 }
 
-/// Runs `work` in a process while this one has the store alone: whether it waits for the lock. Its
-/// outcome once the lock is free goes to `after`.
+/// Runs `work` in a process while this one holds the store exclusively. Returns whether it waits
+/// for the lock; `after` gets its outcome once the lock is free.
 bool waitsForTheLock(const fs::path& file, const std::function<std::string()>& work,
                      ChildOutcome& after) {
   const int lock = open((file.string() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);

@@ -5,8 +5,8 @@
 
 namespace nkdraw::test {
 
-/// While one lives, every operator new for a single object fails on this thread, but for the first
-/// `allowed` calls.
+/// During its lifetime, every operator new for a single object fails on this thread, except for the
+/// first `allowed` calls.
 class FailingNew {
  public:
   explicit FailingNew(int allowed);

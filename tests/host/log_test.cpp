@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Collects what arrives while it lives.
+/// Collects what arrives during its lifetime.
 class CollectingSink {
  public:
   CollectingSink() { nkdraw::setLogSink(collect, this); }

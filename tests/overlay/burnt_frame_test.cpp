@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Burnt frames, compared to the byte with text that the test draws on a surface of its own.
+// Burnt frames, compared by bytes with text that the test draws on its own surface.
 #include "exposed_overlay.h"
 
 #include <gtest/gtest.h>
@@ -23,13 +23,13 @@ const HZWSYSTEM kSystem = [] {
   return system;
 }();
 
-/// One text of the picture that is wanted.
+/// One text of the expected picture.
 struct Line {
   std::string text;
   int left, top, right, height;
 };
 
-/// An overlay with all that it shows, and how it is wanted.
+/// An overlay with everything that it shows, and the expected picture.
 class Burn : public testing::TestWithParam<Stream> {
  protected:
   Burn() : video_(videoOf(GetParam())) {
@@ -326,8 +326,8 @@ std::string clockText(std::time_t second, long long millisecond) {
   return text;
 }
 
-/// Burns the clock at a moment when the milliseconds are in the given range, and wants the frame of
-/// one of the moments between before and after.
+/// Burns the clock when the milliseconds are in the given range, and expects the frame of one of
+/// the moments between before and after.
 TEST_P(Burn, TheWallClockShowsLocalTimeAndUnpaddedMilliseconds) {
   overlay_.TimeCodeLTCEnable = overlay_.TimeCodeVsyncEnable = 1;
   create();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The audio meters, against a plain reference of their own.
+// The audio meters, against a plain reference.
 #include "exposed_overlay.h"
 
 #include <gtest/gtest.h>

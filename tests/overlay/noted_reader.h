@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A media reader, frame memory and an error log of the test's own, in place of the host's, which
-// note every call.
+// The test's own media reader, frame memory and error log, which replace the host's and record
+// every call.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A configuration store of the test's own, in place of the host's, which notes every call.
+// The test's own configuration store, which replaces the host's and records every call.
 #pragma once
 
 #include <map>

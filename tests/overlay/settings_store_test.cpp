@@ -20,7 +20,7 @@ class StoredSettings : public testing::Test {
   Overlay overlay_;
 };
 
-/// What SaveConfig is to ask for.
+/// The calls expected of SaveConfig.
 Calls savedCalls(Overlay& o) {
   Calls calls;
   const auto orEmpty = [](const char* text) { return std::string(text == nullptr ? "" : text); };
@@ -173,7 +173,7 @@ TEST_F(StoredSettings, TheFirstLoadSavesWhatThereIsAndReadsItBack) {
   EXPECT_STREQ(overlay_.CustomText[3], "three");
 }
 
-/// Takes every operation over that the table has, and notes it.
+/// Overrides every virtual operation, and records it.
 class Derived : public Overlay {
  public:
   Calls calls;

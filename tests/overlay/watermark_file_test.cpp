@@ -21,7 +21,7 @@ using namespace nkdraw::test;
 constexpr std::uint32_t kRgb = 0, k8 = 0x32767579, k10 = 0x76323130;
 constexpr int kWidth = 46, kHeight = 31;
 
-/// What arrives in the error log while it lives.
+/// The error log during its lifetime.
 class Messages {
  public:
   Messages() { nkdraw::setLogSink(collect, this); }
@@ -57,7 +57,7 @@ std::string pictureFile(const std::string& name, const Arguments& codec) {
   return at(name);
 }
 
-/// Loads it for frames of a layout and wants no message.
+/// Loads it for frames of a layout, and expects no message.
 void load(Overlay& overlay, const std::string& path, std::uint32_t layout) {
   const Messages messages;
   overlay.SetWatermarkPath(path.c_str());

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Counts what is allocated; for programs that are made with allocations.cpp.
+// Counts allocations, in programs built with allocations.cpp.
 #pragma once
 
 namespace nkdraw::test {
 
-/// From here on the calling thread's allocations are counted.
+/// Starts counting the calling thread's allocations.
 void countAllocations();
-/// Ends that; how many there were.
+/// Stops, and returns how many there were.
 int countedAllocations();
 
 /// How often `work` allocates.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// A surface that notes what is asked of it through the table, and the font data as a test wants
-// them.
+// A surface that records its virtual calls, and the font data as a test needs them.
 #pragma once
 
 #include <nkdraw/nkdraw.h>
@@ -50,7 +49,7 @@ class CallLog final : public CDrawRGBA32 {
     add("curve", {x1, y1, x2, y2, x3, y3, x4, y4});
     return 0;
   }
-  /// A picture without a canvas: each place has a colour of its own.
+  /// A picture without a canvas: each position has its own colour.
   std::uint32_t GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) override {
     add("read", {x, y});
     channelsAt(x, y, r, g, b, a);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The protected fields of the library's own objects, as a derived class may name them.
+// The protected fields of the library's own objects, as a derived class can name them.
 #pragma once
 
 #include <nkdraw/nkdraw.h>
@@ -82,7 +82,7 @@ struct WordFields : Surface {
   }
 };
 
-/// Sets what PutPixel writes from on the surfaces whose words no colour call reaches; does nothing
+/// Sets the words that PutPixel writes on surfaces whose words no colour call reaches; does nothing
 /// on others.
 inline void setDeepWord(NKDraw& surface, bool ink, int i, std::uint32_t word) {
   if (auto* const rgb = dynamic_cast<CDrawRGB48*>(&surface); rgb != nullptr && i < 3)

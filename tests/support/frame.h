@@ -12,9 +12,8 @@
 
 namespace nkdraw::test {
 
-/// Bytes to draw into, with `slack` more in front and behind. All of them start as seeded noise, so
-/// that a byte that was written shows, whatever was written; frames of the same sizes and seed are
-/// equal.
+/// Bytes to draw into, with `slack` more before and after. All start as seeded noise, so any byte
+/// that is written shows, whatever its value. Frames of the same sizes and seed are equal.
 class Frame {
  public:
   explicit Frame(std::size_t bytes, std::uint32_t seed = 1, std::size_t slack = 64)
@@ -37,7 +36,7 @@ class Frame {
     std::memset(data(), value, bytes_);
     before_ = storage_;
   }
-  /// What `changed` compares with from now on.
+  /// The state that `changed` compares with from now on.
   void remember() { before_ = storage_; }
 
   [[nodiscard]] bool guardsIntact() const {
@@ -47,8 +46,7 @@ class Frame {
   }
   [[nodiscard]] bool untouched() const { return storage_ == before_; }
 
-  /// Offsets from the first byte of the frame, in rising order, of the bytes that differ from what
-  /// they were.
+  /// Offsets from the first byte of the frame, in ascending order, of the bytes that have changed.
   [[nodiscard]] std::vector<std::ptrdiff_t> changed() const {
     std::vector<std::ptrdiff_t> offsets;
     for (std::size_t i = 0; i < storage_.size(); ++i) {

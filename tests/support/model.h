@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// How a pixel of each layout is written, told a second time and as plainly as possible. Tests
-// compare the library with it.
+// A second, plain implementation of how a pixel of each layout is written. Tests compare the
+// library with it.
 #pragma once
 
 #include <tests/support/fields.h>
@@ -22,10 +22,10 @@ struct Model {
   double inkAlpha = 0.0, paperAlpha = 0.0;
   bool transparency = false, additive = false;
   std::uint64_t inkCode = 0, paperCode = 0;
-  // What a pixel of a deep, raw or chroma layout is written from, in the order of its memory.
+  // What a pixel of a deep, raw or chroma layout is made of, in memory order.
   std::array<std::uint32_t, 4> inkSamples{}, paperSamples{};
 
-  /// The state of `surface`, but a canvas of its own.
+  /// The state of `surface`, but with a separate canvas.
   void take(NKDraw& surface, std::uint8_t* ownCanvas) {
     type = surface.PixelType();
     if (dynamic_cast<CDrawYCbCrYCbCr16*>(&surface) != nullptr)
@@ -85,7 +85,7 @@ struct Model {
     return putRgb(x, y, foreground);
   }
 
-  /// The row of the 32-bit layouts that is filled without a look at the switches; x2 is left out.
+  /// The row of the 32-bit layouts that is filled whatever the switches say; x2 is left out.
   void fillRow(int x1, int y, int x2) {
     for (int x = x1; x < x2; ++x)
       std::memcpy(wordAddress(x, y), ink, 4);

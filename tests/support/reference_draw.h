@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The drawing operations told a second time, pixel by pixel. They give the plots in the order in
-// which they are made; rows that the 32-bit layouts fill at once stand in their place.
+// A second, plain implementation of the drawing operations, pixel by pixel. It returns the plots in
+// order; rows that the 32-bit layouts fill at once are entries of their own.
 #pragma once
 
 #include <tests/support/reference_shapes.h>
@@ -17,8 +17,8 @@
 
 namespace nkdraw::test {
 
-/// What a drawing operation does to a surface: one PutPixel, or a row or the whole canvas filled
-/// without it.
+/// What a drawing operation does to a surface: one PutPixel, or a fill of a row or of the whole
+/// canvas without it.
 struct Step {
   enum class Kind { kPut, kFill, kFillAll };
   Kind kind;

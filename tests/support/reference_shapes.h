@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Curves and rectangles told a second time, as the chains of lines and rows that they draw.
+// A second, plain implementation of curves and rectangles, as chains of lines and rows.
 #pragma once
 
 #include <nkdraw/nkdraw.h>

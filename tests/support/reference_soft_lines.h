@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Softened lines told a second time, as plain calls of the surface's operations.
+// A second, plain implementation of soft lines, as calls of the surface's operations.
 #pragma once
 
 #include <nkdraw/nkdraw.h>

@@ -12,8 +12,8 @@
 
 namespace nkdraw::test {
 
-/// The layouts that the library draws in. The two of 16-bit YCbCr have no row in the factory, and
-/// surfaces that present themselves as ptRGBA32.
+/// The layouts that the library draws in. The two of 16-bit YCbCr are not in the factory, and their
+/// surfaces report ptRGBA32.
 inline constexpr pixelType kLayouts[] = {
     ptRGBA32, ptARGB32, ptBGRA32,    ptABGR32,   ptRGB24,     ptBGR24,     ptYUYV,      ptUYVY,
     ptYVYU,   ptVYUY,   ptV210,      ptRGB30DPX, ptBayerBGGR, ptBayerRGGB, ptBayerGBRG, ptBayerGRBG,
@@ -64,17 +64,17 @@ inline constexpr pixelType kLayouts[] = {
   return type >= ptBayerBGGR && type <= ptBayerGRBG12;
 }
 
-/// What PixelType answers.
+/// What PixelType returns.
 [[nodiscard]] constexpr pixelType presentedType(pixelType type) {
   return isDeepYCbCr(type) ? ptRGBA32 : type;
 }
 
-/// Whether rows are filled without a look at PutPixel.
+/// Whether rows are filled without calling PutPixel.
 [[nodiscard]] constexpr bool fillsRows(pixelType type) {
   return isFourByteRgb(presentedType(type));
 }
 
-/// Whether PutPixel can be given rows above the canvas: it refuses them, or wraps them around.
+/// Whether PutPixel accepts rows above the canvas: it refuses them, or wraps them around.
 [[nodiscard]] constexpr bool takesRowsAbove(pixelType type) {
   return type >= ptRGBA32 && type <= ptRGB30DPX;
 }
@@ -154,7 +154,7 @@ struct PlotLog {
   std::vector<Plot> plots;
 };
 
-/// Notes every plot before it is done.
+/// Records every plot before it is done.
 template <class Base>
 class Recording final : public Base, public PlotLog {
  public:

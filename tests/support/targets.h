@@ -12,7 +12,7 @@
 
 namespace nkdraw::test {
 
-/// Every target that this machine runs by itself, and none, which is the form that is always there.
+/// Every target that this machine supports, and 0 for the form that is always there.
 inline std::vector<std::int64_t> everyTarget() {
   std::vector<std::int64_t> targets = {0};
   for (std::int64_t rest = runnableTargets(); rest != 0; rest &= rest - 1)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Files that go with their test.
+// Files that are removed with their test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ class TemporaryFile {
 
   [[nodiscard]] const char* path() const { return path_.c_str(); }
 
-  /// Replaces what it holds.
+  /// Replaces the contents.
   void write(const std::vector<std::uint8_t>& bytes) const {
     std::ofstream(path_, std::ios::binary)
         .write(reinterpret_cast<const char*>(bytes.data()),

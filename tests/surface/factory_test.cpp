@@ -16,8 +16,8 @@ namespace {
 
 using namespace nkdraw::test;
 
-/// One row for each value: what GetDraw makes of it, whether its channels are R, G and B, and its
-/// packed pitch.
+/// One row for each value: what GetDraw makes, whether its channels are R, G and B, and its packed
+/// pitch.
 enum class Made {
   kNothing,
   kRgba32,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The vector forms of the loops under runs, against the plain ones and against what these mean.
+// The vector forms of the loops for runs, against the plain ones and against their definitions.
 #include <nkdraw/surface/rgb_plotter.h>
 #include <nkdraw/surface/run_kernels.h>
 
@@ -113,7 +113,7 @@ TEST(PlainRuns, LeaveTheBitsThatAreKept) {
 
 TEST_P(RunKernelsTest, MergeIsThePlainOneForEveryLength) {
   for (std::size_t bytes = 0; bytes <= kLongest; ++bytes) {
-    // Sources that end where the run ends, so that a sanitizer sees what is read behind them.
+    // Sources end with the run, so that a sanitizer reports reads past it.
     Frame kept(bytes, 11, 0), row(bytes, 12, 0);
     for (std::size_t i = 0; i < bytes; ++i)
       row.data()[i] = static_cast<std::uint8_t>(row.data()[i] & ~kept.data()[i]);
@@ -158,7 +158,7 @@ TEST_P(RunKernelsTest, BlendsOfExtremeWordsAreThoseOfDoubles) {
 }
 
 TEST_P(RunKernelsTest, BlendsRoundEachOfTheirProducts) {
-  // Words that come out one different where a product is fused with the sum.
+  // Words whose result differs by one if the product is fused with the sum.
   struct Blend {
     std::uint32_t under, colour;
     double alpha;

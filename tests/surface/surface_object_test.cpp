@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The surface object: what it is born with, and how a canvas is bound.
+// The surface object: its initial state, and how a canvas is bound.
 #include <tests/support/fields.h>
 #include <tests/support/frame.h>
 #include <tests/support/surfaces.h>
@@ -77,7 +77,7 @@ TEST(SurfaceObject, TheMatrixStartsAsBt709WhereComponentsAreKeptWholeAndIn8Bit42
   }
 }
 
-/// Bytes a pixel below which SetCanvas of NKPixel does not let the pitch fall.
+/// The bytes a pixel that SetCanvas of NKPixel requires of the pitch at least.
 std::uint32_t minimumBytes(int type) {
   switch (type) {
     case 1:

@@ -23,7 +23,7 @@ bool operator==(const tagRECT& a, const tagRECT& b) {
   return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
 }
 
-/// A surface that refuses every pixel, and notes it.
+/// A surface that refuses every pixel, and records it.
 using Log = Recording<CDrawRGB24>;
 
 std::vector<Plot> plotsOf(const ReferenceDraw& reference) {
@@ -33,7 +33,7 @@ std::vector<Plot> plotsOf(const ReferenceDraw& reference) {
   return plots;
 }
 
-/// Draws, and compares plots and rectangle with the plain telling.
+/// Draws, and compares plots and rectangle with the plain reference.
 void expectText(const std::string& text, int count, tagRECT rect, std::uint32_t format,
                 bool transparent) {
   SCOPED_TRACE(testing::Message() << "'" << text << "' " << count << " in " << rect.left << ","

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The sheet that text in sheet glyphs reads. Its path is fixed; this program's own `open` notes the
-// paths and has another file in its place. Its own `read` and `close` fail when they are told to.
+// The sheet that text in sheet glyphs reads. Its path is fixed: this program's own `open` records
+// paths and opens another file instead. Its own `read` and `close` fail on demand.
 #include <tests/support/call_log.h>
 #include <tests/support/surfaces.h>
 #include <tests/support/temporary_file.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Outline text, step by step: this program brings a platform of its own that notes what it is asked
-// and gives out a path with every kind of point.
+// Outline text, step by step: this program has its own platform, which records its calls and
+// returns a path with every kind of point.
 #include <tests/support/call_log.h>
 #include <tests/support/fields.h>
 

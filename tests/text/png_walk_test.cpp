@@ -44,7 +44,7 @@ PngFile picture() {
   return file;
 }
 
-/// Whether the file is one, told plainly.
+/// A plain reference: whether the file is a PNG.
 int walkPlainly(const Bytes& file) {
   const Bytes start = PngFile().chunk("IHDR", 13).bytes;
   if (file.size() < 16 || !std::equal(file.begin(), file.begin() + 16, start.begin()))

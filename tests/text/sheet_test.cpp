@@ -54,7 +54,8 @@ Bytes block() {
   return {CleanFontData::bytes(), CleanFontData::bytes() + kBlockBytes};
 }
 
-/// What reading `file` makes of the block `before`, told plainly. The result of the call.
+/// A plain reference: how reading `file` changes the block `before`. Returns the result of the
+/// call.
 int readPlainly(const Bytes& file, Bytes& before) {
   Bytes head(54);
   std::copy_n(file.begin(), std::min<std::size_t>(file.size(), 50), head.begin());
@@ -81,7 +82,7 @@ class SheetFile : public testing::Test {
     return surface_->ExtractBMPData(on.path());
   }
 
-  /// Reads, and compares result and font data with the plain telling.
+  /// Reads, and compares result and font data with the plain reference.
   void expectRead(const Bytes& file) {
     Bytes want = block();
     const int result = readPlainly(file, want);
@@ -312,8 +313,8 @@ void loadRandomSheet(Random& random, const std::vector<int>& runs, std::uint32_t
 
 using Key = std::optional<std::array<std::uint8_t, 3>>;
 
-/// The calls that stamp a text, told plainly, for texts that stay within the block. `key` is the
-/// one before, and becomes the one after.
+/// A plain reference: the calls that stamp a text, for texts that stay within the block. `key` is
+/// the previous key, and becomes the new one.
 std::vector<Call> stampPlainly(const std::string& text, const tagRECT& rect, Key& key) {
   const Bytes memory = block();
   const std::uint32_t w = wordAt(&memory[kPixelRoom]), h = wordAt(&memory[kPixelRoom + 4]);

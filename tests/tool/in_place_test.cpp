@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Uncompressed clips: what is burnt is what the library draws, and all else stays bit for bit.
+// Uncompressed clips: the burnt overlay is what the library draws, and everything else stays bit
+// for bit.
 #include "clip.h"
 #include "program.h"
 #include "reference_overlay.h"
@@ -102,8 +103,8 @@ Bytes v210ToPlanes(const Bytes& canvas, int width, int height) {
   return frame;
 }
 
-/// What the overlay is drawn on so that all of it shows. With every stroke on even columns the
-/// layouts that swap the lumas of a pair show it, too.
+/// The layout in which all of the overlay shows. If every stroke is on even columns, the layouts
+/// that swap the lumas of a pair also show it.
 Canvas canvasFor(const Layout& layout, bool pairsWhole) {
   switch (layout.type) {
     case ptV210:

@@ -19,7 +19,7 @@ constexpr int kWidth = 640, kHeight = 360;
 std::string makeClip(const std::string& layout, const std::string& colour, int frames,
                      const std::string& sound = "");
 
-/// Runs `nkdraw burnin`, which must do it without a word.
+/// Runs `nkdraw burnin`, and expects success without messages.
 void expectBurnt(const Arguments& arguments);
 
 /// A picture of 60 by 30 pixels that becomes opaque from left to right.

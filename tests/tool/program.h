@@ -22,8 +22,8 @@ Outcome runProgram(const std::string& program, const Arguments& arguments);
 /// `nkdraw ARGUMENTS`
 Outcome nkdrawTool(const Arguments& arguments);
 
-/// Runs the same and expects it to fail with one line that holds `words`, and to leave the work
-/// folder as it was.
+/// Runs the same and expects it to fail with one line that contains `words`, leaving the work
+/// folder unchanged.
 void expectRefusal(const Arguments& arguments, int exitCode, const std::string& words);
 
 /// `nkdraw burnin ARGUMENTS`

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Reading a clip's frames: packets and decoded ones alike come in order with their numbers, and
-// what is not the video's goes aside.
+// Reads a clip's frames: packets and decoded frames come in order, with their numbers, and packets
+// of other streams are set aside.
 #include "program.h"
 
 #include <media/failure.h>

@@ -15,8 +15,8 @@ class OptionGroup {
   explicit OptionGroup(CLI::App& command, const char* heading = nullptr)
       : command_(command), heading_(heading) {}
 
-  /// An option whose value, written `type` in the help, goes to `value`. What `value` is, and what
-  /// the call gives back, is as CLI11 has it; both must outlive the command line.
+  /// Adds an option whose value, shown as `type` in the help, is stored in `value`. `value` and the
+  /// result are as in CLI11; both must outlive the command line.
   template <class Value>
   CLI::Option& add(const char* name, Value& value, const char* type, const char* meaning) {
     return placed(*command_.add_option(name, value, meaning)->type_name(type));

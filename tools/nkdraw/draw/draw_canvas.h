@@ -15,7 +15,7 @@
 
 namespace nkdraw::tool {
 
-/// Widths and heights of frames.
+/// Limits for widths and heights of frames.
 inline constexpr int kLargestCanvas = 8192;
 
 /// A frame of zero bytes with a surface, whose colours are white on black. Rows are packed as in

@@ -10,9 +10,10 @@
 
 /// A pixel layout. Channels are named in memory order, lowest address first; words are
 /// little-endian unless the comment says otherwise. nkdraw::kLayoutFacts has the facts of each.
-enum NKDRAW_API pixelType
 #ifdef __cplusplus
-    : int32_t
+enum NKDRAW_API pixelType : int32_t
+#else
+enum pixelType
 #endif
 {
   ptNone = -1,         ///< no surface draws in it

@@ -86,11 +86,12 @@ void fill(std::uint8_t* first, std::uint32_t pattern, std::size_t bytes) {
   using Wide = hn::CappedTag<std::uint32_t, 8>;
   constexpr std::size_t kWideRun = 256;  // wider vectors do not pay on shorter runs
   if (bytes < hn::MaxLanes(Middle()) * sizeof pattern)
-    fillPlain(first, pattern, bytes);
-  else if (bytes < kWideRun)
-    fillVectors(Middle(), first, pattern, bytes);
-  else
-    fillVectors(Wide(), first, pattern, bytes);
+    return fillPlain(first, pattern, bytes);
+  if constexpr (hn::MaxLanes(Wide()) > hn::MaxLanes(Middle())) {
+    if (bytes >= kWideRun)
+      return fillVectors(Wide(), first, pattern, bytes);
+  }
+  fillVectors(Middle(), first, pattern, bytes);
 }
 
 constexpr FillKernels kKernels = {fill};

@@ -29,6 +29,8 @@ static_assert(isComplete<ptUV8>(kValues), "a pixelType has no row in kLayoutFact
 
 /// Whether the samples have room, and each pixel has a sample of its own.
 constexpr bool isSound(const LayoutFacts& facts) {
+  if (facts.rows == 0 || facts.groupPixels == 0 || facts.rowPixels == 0)
+    return false;
   const std::size_t samples = sampleCount(facts) / facts.rows;
   for (std::size_t i = 0; i < samples; ++i) {
     if (sampleBit(facts, i) + facts.depth > 8U * facts.groupBytes)

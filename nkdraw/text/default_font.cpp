@@ -26,7 +26,7 @@ constexpr SheetName kSheetNames[] = {
 };
 
 /// Where to look for a sheet that isn't beside the program.
-constexpr std::string_view kFolders[] = {"E:\\morvane\\bin64\\", "C:\\Program Files\\Morvane\\"};
+constexpr std::string_view kFolders[] = {R"(E:\morvane\bin64\)", R"(C:\Program Files\Morvane\)"};
 
 constexpr std::uint32_t kPathBytes = 4096;
 constexpr std::size_t kLongestName = 32;

@@ -23,7 +23,7 @@ CodecContext openDecoder(const AVStream& stream, const std::string& path,
                          const std::string& advice) {
   const AVCodecParameters& track = *stream.codecpar;
   const AVCodec* const codec = avcodec_find_decoder(track.codec_id);
-  CodecContext decoder = owned<CodecContext>(avcodec_alloc_context3(codec));
+  auto decoder = owned<CodecContext>(avcodec_alloc_context3(codec));
   if (avcodec_parameters_to_context(decoder.get(), &track) < 0)
     throw std::bad_alloc();
   decoder->pkt_timebase = stream.time_base;

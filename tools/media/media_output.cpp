@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 namespace nkdraw::media {
 namespace {
@@ -20,7 +21,7 @@ Packet encodePNG(AVFrame& frame) {
   const AVCodec* const codec = avcodec_find_encoder(AV_CODEC_ID_PNG);
   if (codec == nullptr)
     throw Failure(ExitCode::kProcessing, "no PNG encoder", "FFmpeg", "install a full FFmpeg");
-  const CodecContext encoder = owned<CodecContext>(avcodec_alloc_context3(codec));
+  const auto encoder = owned<CodecContext>(avcodec_alloc_context3(codec));
   encoder->width = frame.width;
   encoder->height = frame.height;
   encoder->pix_fmt = static_cast<AVPixelFormat>(frame.format);
@@ -57,9 +58,8 @@ bool holds(const AVOutputFormat& format, AVCodecID codec) {
   return avformat_query_codec(&format, codec, FF_COMPLIANCE_NORMAL) == 1;
 }
 
-MediaOutput::MediaOutput(const std::string& file, const AVOutputFormat& format,
-                         const std::string& name)
-    : name_(name) {
+MediaOutput::MediaOutput(const std::string& file, const AVOutputFormat& format, std::string name)
+    : name_(std::move(name)) {
   if (avformat_alloc_output_context2(&file_, &format, nullptr, nullptr) < 0)
     throw std::bad_alloc();
   const AVIOInterruptCB interrupt = {stopWhenInterrupted, nullptr};

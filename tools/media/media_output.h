@@ -19,7 +19,7 @@ namespace nkdraw::media {
 class MediaOutput {
  public:
   /// Writes to `file`; messages use `name`.
-  MediaOutput(const std::string& file, const AVOutputFormat& format, const std::string& name);
+  MediaOutput(const std::string& file, const AVOutputFormat& format, std::string name);
   MediaOutput(const MediaOutput&) = delete;
   MediaOutput& operator=(const MediaOutput&) = delete;
   ~MediaOutput();

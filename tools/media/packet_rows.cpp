@@ -15,7 +15,7 @@ constexpr std::size_t kOldPadding = 64;  // some AVI writers pad rows to a multi
 
 CodecContext openRawDecoder(const AVCodecParameters& video) {
   const AVCodec* const codec = avcodec_find_decoder(AV_CODEC_ID_RAWVIDEO);
-  CodecContext decoder = owned<CodecContext>(avcodec_alloc_context3(codec));
+  auto decoder = owned<CodecContext>(avcodec_alloc_context3(codec));
   if (codec == nullptr || avcodec_parameters_to_context(decoder.get(), &video) < 0 ||
       avcodec_open2(decoder.get(), codec, nullptr) < 0)
     return nullptr;
@@ -36,8 +36,8 @@ PacketRows::PacketRows(const AVCodecParameters& video, const Layout& layout)
 }
 
 bool PacketRows::findV210(const AVPacket& packet) {
-  const std::size_t rows = static_cast<std::size_t>(height_);
-  const std::size_t bytes = static_cast<std::size_t>(packet.size);
+  const auto rows = static_cast<std::size_t>(height_);
+  const auto bytes = static_cast<std::size_t>(packet.size);
   const std::size_t pitch = packedPitch(ptV210, width_);
   const std::size_t oldPitch =
       (rowBytes(ptV210, width_) + kOldPadding - 1) / kOldPadding * kOldPadding;

@@ -5,9 +5,9 @@
 
 namespace nkdraw::media {
 
-VideoFeed::VideoFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others)
+VideoFeed::VideoFeed(MediaInput& input, const FrameKind& frames, TakePacket others)
     : input_(input),
-      others_(others),
+      others_(std::move(others)),
       clock_(input.video().time_base, frames.rate, input.video().start_time) {
   if (!others_)
     input.readOnly(input.video());

@@ -27,7 +27,7 @@ class VideoFeed {
  protected:
   /// `others` gets the packets of the other streams while frames are read; without it they are not
   /// read.
-  VideoFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others);
+  VideoFeed(MediaInput& input, const FrameKind& frames, TakePacket others);
   ~VideoFeed() = default;
 
   /// The video's next packet; false at the end. Throws Failure or Interrupted.

@@ -82,6 +82,18 @@ TEST_P(Wipe, IsShownByTheEntryThatWaitsForAWhile) {
   EXPECT_EQ(outputs.back(), expected);
 }
 
+TEST(CompleteWipe, RefusesLayoutsThatNoWipeDrawsInAndTouchesNothing) {
+  const Bytes a(64, 1), b(64, 2);
+  for (const std::int32_t type : {-1, 0, 7, 15, 20, 21, 37, 38, 39, 10000}) {
+    Bytes dst(64, 0xEE);
+    for (const std::uint32_t number : {NKWipeDissolve, NKWipeEdgeHorz, NKWipeSlideUp}) {
+      const NKWipe wipe = {a.data(), 16, b.data(), 16, dst.data(), 16, number, type, 4, 4, 1, 2};
+      EXPECT_EQ(NKDraw_CompleteWipe(&wipe), NKStatusRefused) << type;
+    }
+    EXPECT_EQ(dst, Bytes(64, 0xEE)) << type;
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Entries, Wipe, testing::ValuesIn(kShown),
                          [](const auto& shown) { return std::string(shown.param.name); });
 

@@ -120,7 +120,7 @@ void describeColours(const Job& job, Owner& owner, AVColorSpace& matrix) {
 
 /// Describes the pattern as a stream, for a decoder.
 CodecParameters parametersOf(const Job& job) {
-  CodecParameters codec = owned<CodecParameters>(avcodec_parameters_alloc());
+  auto codec = owned<CodecParameters>(avcodec_parameters_alloc());
   codec->codec_type = AVMEDIA_TYPE_VIDEO;
   codec->codec_id = job.layout->codec;
   codec->format = job.layout->pixelFormat;

@@ -20,7 +20,7 @@ static_assert(isNamed<ptRGBA32>() && !isNamed<static_cast<pixelType>(0)>());
 template <std::int32_t first, std::int32_t... offsets>
 consteval bool isComplete(std::integer_sequence<std::int32_t, offsets...> /*all*/) {
   return ((isNamed<static_cast<pixelType>(first + offsets)>() ==
-           (findFacts(first + offsets) != nullptr)) &&
+           (factsRow(first + offsets) < kLayoutFacts.size())) &&
           ...);
 }
 constexpr auto kValues = std::make_integer_sequence<std::int32_t, 256>();

@@ -133,18 +133,23 @@ inline constexpr auto kLayoutFacts = [] {
   });
 }();
 
+/// The row of a pixelType in kLayoutFacts; its size when there is none.
+[[nodiscard]] constexpr std::size_t factsRow(std::int32_t type) {
+  std::size_t row = 0;
+  while (row < kLayoutFacts.size() && kLayoutFacts[row].type < type)
+    ++row;
+  return row < kLayoutFacts.size() && kLayoutFacts[row].type == type ? row : kLayoutFacts.size();
+}
+
 /// The facts of the layout with this pixelType; null when there is none.
 [[nodiscard]] constexpr const LayoutFacts* findFacts(std::int32_t type) {
-  const auto* const found =
-      std::lower_bound(kLayoutFacts.begin(), kLayoutFacts.end(), type,
-                       [](const LayoutFacts& row, std::int32_t value) { return row.type < value; });
-  return found != kLayoutFacts.end() && found->type == type ? found : nullptr;
+  const std::size_t row = factsRow(type);
+  return row < kLayoutFacts.size() ? &kLayoutFacts[row] : nullptr;
 }
 
 /// The facts of a layout known at compile time; does not compile for a value that names none.
 template <pixelType type>
-requires(findFacts(type) !=
-         nullptr) inline constexpr const LayoutFacts& kFactsOf = *findFacts(type);
+inline constexpr const LayoutFacts& kFactsOf = kLayoutFacts[factsRow(type)];
 
 /// The number of samples of a group, in all of its rows.
 [[nodiscard]] constexpr std::size_t sampleCount(const LayoutFacts& facts) {

@@ -174,7 +174,7 @@ class ArgumentReader {
     if (text.size() > kLongestText)
       line_.fail("too long a text", place, "",
                  "at most " + std::to_string(kLongestText) + " characters");
-    const auto bad = std::ranges::find_if_not(text, isPrintable);
+    const auto* const bad = std::ranges::find_if_not(text, isPrintable);
     if (bad != text.end()) {
       const auto before = static_cast<int>(bad - text.begin());
       line_.fail("a character without a glyph", {place.line, place.column + before},

@@ -288,6 +288,11 @@ void CNkOverlay::convertWatermark(NKDraw* picture, const char* pixels) {
   const std::uint64_t count = std::uint64_t{watermarkWidth} * watermarkHeight;
   if (picture == nullptr && watermarkLayout != kRgb32)
     return;
+  const auto forget = [this] {
+    watermarkRGBA = nullptr;
+    watermark8 = nullptr;
+    watermark10 = nullptr;
+  };
   // Only a picture that there is memory for takes the place of the one before.
   const auto take = [&]<class Part>(nkdraw::SharedPointer<Part, nkdraw::freeSamples>& buffer,
                                     std::size_t parts, auto fill) {
@@ -295,9 +300,7 @@ void CNkOverlay::convertWatermark(NKDraw* picture, const char* pixels) {
     if (made == nullptr)
       return;
     fill(made);
-    watermarkRGBA = nullptr;
-    watermark8 = nullptr;
-    watermark10 = nullptr;
+    forget();
     watermarkRoom = count;
     buffer = made;
   };
@@ -311,6 +314,8 @@ void CNkOverlay::convertWatermark(NKDraw* picture, const char* pixels) {
   else if (watermarkLayout == kYCbCr10)
     take(watermark10, kGroup,
          [&](std::uint32_t* made) { convertTo10(*picture, width, height, made); });
+  else
+    forget();
 }
 
 std::uint32_t CNkOverlay::ApplyWatermark(QFRAME* frame) {

@@ -44,7 +44,10 @@ inline std::uint32_t display(const MuxCall& call, std::uint8_t* a, std::uint8_t*
 namespace reference {
 
 inline std::uint32_t load(const std::uint8_t* at) {
-  return at[0] | at[1] << 8 | at[2] << 16 | static_cast<std::uint32_t>(at[3]) << 24;
+  std::uint32_t word = 0;
+  for (int i = 0; i < 4; ++i)
+    word |= static_cast<std::uint32_t>(at[i]) << (8 * i);
+  return word;
 }
 inline void store(std::uint8_t* at, std::uint32_t word) {
   for (int i = 0; i < 4; ++i)

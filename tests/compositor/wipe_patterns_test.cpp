@@ -16,11 +16,11 @@ using nkdraw::WipeTask;
 
 class WipePattern : public testing::TestWithParam<Pattern> {
  protected:
-  [[nodiscard]] auto reference() const {
-    return [this](const WipeTask& task) { drawPattern(GetParam(), task); };
+  static auto reference() {
+    return [](const WipeTask& task) { drawPattern(GetParam(), task); };
   }
-  [[nodiscard]] auto kernel() const {
-    return [this](const WipeTask& task) { EXPECT_EQ(GetParam().kernel(task), 0U); };
+  static auto kernel() {
+    return [](const WipeTask& task) { EXPECT_EQ(GetParam().kernel(task), 0U); };
   }
 };
 

@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr int kWidth = 320, kHeight = 180;
-
 struct Case {
   const char* name;
   Arguments encoder;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/video_encoder.h"
 
+#include "media/codec_tag.h"
 #include "media/failure.h"
 #include "media/layouts.h"
 #include "media/libav_log.h"
@@ -141,10 +142,11 @@ CodecChoice chooseCodec(const CodecRequest& request, AVPixelFormat drawn,
 VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, const FrameKind& frames,
                            const AVOutputFormat& format)
     : choice_(choice),
+      format_(format),
       encoder_(owned<CodecContext>(avcodec_alloc_context3(choice.codec))),
       converter_(choice.pixelFormat, frames.interlaced) {
   describe(first, frames);
-  open(format);
+  open();
 }
 
 void VideoEncoder::describe(const AVFrame& first, const FrameKind& frames) {
@@ -170,8 +172,8 @@ void VideoEncoder::describe(const AVFrame& first, const FrameKind& frames) {
   }
 }
 
-void VideoEncoder::open(const AVOutputFormat& format) {
-  if ((format.flags & AVFMT_GLOBALHEADER) != 0)
+void VideoEncoder::open() {
+  if ((format_.flags & AVFMT_GLOBALHEADER) != 0)
     encoder_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
   encoder_->thread_count = 0;
   Options options;
@@ -194,6 +196,7 @@ void VideoEncoder::open(const AVOutputFormat& format) {
 void VideoEncoder::describeTo(AVStream& stream) const {
   if (avcodec_parameters_from_context(stream.codecpar, encoder_.get()) < 0)
     throw std::bad_alloc();
+  tagCodec(*stream.codecpar, format_);
   stream.time_base = encoder_->time_base;
   stream.avg_frame_rate = encoder_->framerate;
   stream.r_frame_rate = encoder_->framerate;

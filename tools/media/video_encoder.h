@@ -33,9 +33,10 @@ class VideoEncoder {
 
  private:
   void describe(const AVFrame& first, const FrameKind& frames);
-  void open(const AVOutputFormat& format);
+  void open();
 
   CodecChoice choice_;
+  const AVOutputFormat& format_;
   CodecContext encoder_;
   FrameConverter converter_;
 };

@@ -8,6 +8,7 @@
 #include "media/clip_facts.h"
 #include "media/failure.h"
 #include "media/output_file.h"
+#include "media/read_back.h"
 #include "media/stream_facts.h"
 
 #include <algorithm>
@@ -54,6 +55,7 @@ class ClipWriter {
     const bool pastRange = plan_.job.inPlace ? writeInPlace() : writeTranscoded();
     checkWritten(written_, pastRange, input_, plan_.job.range);
     output_.finish();
+    checkReadable(file_.temporary(), *plan_.format, file_.path());
     file_.commit();
   }
 

@@ -11,6 +11,7 @@
 #include "media/interrupt.h"
 #include "media/media_output.h"
 #include "media/output_file.h"
+#include "media/read_back.h"
 #include "media/stream_facts.h"
 #include "media/video_decoder.h"
 #include "media/video_encoder.h"
@@ -187,6 +188,7 @@ void writePatternClip(const Job& job, const BurninOptions& options, const AVOutp
   else
     writeRaw(job, output, stream);
   output.finish();
+  checkReadable(file.temporary(), format, options.output);
   file.commit();
 }
 

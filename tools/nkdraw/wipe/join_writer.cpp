@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "wipe/join_writer.h"
 
+#include "media/read_back.h"
 #include "media/stream_facts.h"
 
 namespace nkdraw::tool {
 
 JoinWriter::JoinWriter(ClipPair& clips, const WipePlan& plan, const WipeOptions& options)
     : file_(options.output, options.overwrite),
+      format_(plan.format),
       output_(file_.temporary(), *plan.format, options.output),
       video_(output_.addStream()),
       sound_(clips, plan.audio, options.audio, {plan.at, plan.at + plan.duration}, output_),
@@ -34,6 +36,7 @@ void JoinWriter::finish() {
   sound_.advanceTo(places_.next());
   sound_.finish();
   output_.finish();
+  checkReadable(file_.temporary(), *format_, file_.path());
   file_.commit();
 }
 

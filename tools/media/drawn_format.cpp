@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/drawn_format.h"
 
+#include "media/component.h"
+
 namespace nkdraw::media {
 namespace {
 
@@ -17,8 +19,8 @@ AVPixelFormat drawnFormat(AVPixelFormat source) {
   return facts.comp[0].depth > kShallow ? AV_PIX_FMT_YUV422P10 : AV_PIX_FMT_UYVY422;
 }
 
-const Layout& canvasFor(AVPixelFormat drawn) {
-  return *layoutOf(drawn == AV_PIX_FMT_YUV422P10 ? AV_CODEC_ID_V210 : AV_CODEC_ID_RAWVIDEO, drawn);
+AVPixelFormat keptFormat(AVPixelFormat source) {
+  return hasComponents(source) ? source : drawnFormat(source);
 }
 
 Storage storageOf(AVPixelFormat drawn) {

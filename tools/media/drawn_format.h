@@ -9,11 +9,11 @@
 
 namespace nkdraw::media {
 
-/// The format in which frames of `source` are drawn on: 10-bit 4:2:2 for YCbCr with more than 8
+/// The nearest format that surfaces draw in: 10-bit 4:2:2 for YCbCr with more than 8
 /// bits, UYVY for other YCbCr and grey, 32-bit RGB for RGB.
 [[nodiscard]] AVPixelFormat drawnFormat(AVPixelFormat source);
-/// The layout of the canvas for a drawn format.
-[[nodiscard]] const Layout& canvasFor(AVPixelFormat drawn);
+/// `source` itself if frames can be drawn on in it, as FrameCanvas does, else the nearest format.
+[[nodiscard]] AVPixelFormat keptFormat(AVPixelFormat source);
 
 /// How the samples of a drawn format are stored.
 [[nodiscard]] Storage storageOf(AVPixelFormat drawn);

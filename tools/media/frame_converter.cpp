@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/frame_converter.h"
 
+#include "media/component.h"
 #include "media/failure.h"
+#include "media/format_match.h"
 #include "media/layouts.h"
 
 #include <array>
@@ -14,12 +16,22 @@ bool isRGB(AVPixelFormat format) {
   return (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_RGB) != 0;
 }
 
-bool usesFullRange(const AVFrame& frame) {
-  return frame.color_range == AVCOL_RANGE_JPEG ||
-         isFullRange(static_cast<AVPixelFormat>(frame.format));
+bool isDeep(AVPixelFormat format) {
+  return av_pix_fmt_desc_get(format)->comp[0].depth > 8;
+}
+
+bool isGrey(AVPixelFormat format) {
+  return !isRGB(format) && av_pix_fmt_desc_get(format)->nb_components < 3;
 }
 
 }  // namespace
+
+bool usesFullRange(const AVFrame& frame) {
+  const auto format = static_cast<AVPixelFormat>(frame.format);
+  if (isGrey(format) && frame.color_range != AVCOL_RANGE_UNSPECIFIED)
+    return frame.color_range == AVCOL_RANGE_JPEG;
+  return frame.color_range == AVCOL_RANGE_JPEG || isFullRange(format);
+}
 
 bool isFullRange(AVPixelFormat format) {
   switch (format) {
@@ -57,9 +69,8 @@ void FrameConverter::prepare(const AVFrame& from) {
   const int* const matrix = sws_getCoefficients(matrixOf(from));
   constexpr int kUnity = 1 << 16;
   sws_setColorspaceDetails(scaler_.get(), matrix, usesFullRange(from) ? 1 : 0, matrix,
-                           isFullRange(to_) ? 1 : 0, 0, kUnity, kUnity);
+                           makesFullRange(from) ? 1 : 0, 0, kUnity, kUnity);
 
-  converted_ = makeFrame(to_, from.width, from.height);
   preparedFor_ = format;
 }
 
@@ -83,18 +94,62 @@ void FrameConverter::scale(const AVFrame& from, int field) {
             target.data(), targetPitch.data());
 }
 
+bool FrameConverter::makesFullRange(const AVFrame& from) const {
+  const bool isKept =
+      range_ == Range::kKept && !isRGB(to_) && !isRGB(static_cast<AVPixelFormat>(from.format));
+  return isKept ? usesFullRange(from) : isFullRange(to_);
+}
+
+void FrameConverter::makeConverted(const AVFrame& from) {
+  if (converted_ == nullptr || converted_->width != from.width || converted_->height != from.height)
+    converted_ = makeFrame(to_, from.width, from.height);
+  if (av_frame_make_writable(converted_.get()) < 0)
+    throw std::bad_alloc();
+}
+
+/// Every sample in its place in the target. FFmpeg does this exactly for samples of bytes only.
+AVFrame& FrameConverter::reorder(const AVFrame& from) {
+  makeConverted(from);
+  const auto format = static_cast<AVPixelFormat>(from.format);
+  for (int i = 0; i < av_pix_fmt_desc_get(to_)->nb_components; ++i) {
+    const Component source(format, i), target(to_, i);
+    for (int y = 0; y < target.rows(from.height); ++y) {
+      for (int x = 0; x < target.columns(from.width); ++x)
+        target.put(*converted_, x, y, source.get(from, x, y));
+    }
+  }
+  av_frame_copy_props(converted_.get(), &from);
+  return *converted_;
+}
+
+/// The same frame under the target's name.
+AVFrame& FrameConverter::relabel(const AVFrame& from) {
+  av_frame_unref(relabelled_.get());
+  if (av_frame_ref(relabelled_.get(), &from) < 0)
+    throw std::bad_alloc();
+  relabelled_->format = to_;
+  relabelled_->color_range = usesFullRange(from) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
+  return *relabelled_;
+}
+
 AVFrame& FrameConverter::convert(AVFrame& from) {
-  if (from.format == to_ && usesFullRange(from) == isFullRange(to_))
-    return from;
+  const auto format = static_cast<AVPixelFormat>(from.format);
+  if (usesFullRange(from) == makesFullRange(from)) {
+    if (format == to_)
+      return from;
+    if (storeAlike(format, to_))
+      return relabel(from);
+    if (isDeep(to_) && holdTheSame(format, to_))
+      return reorder(from);
+  }
   if (from.format != preparedFor_ || converted_->width != from.width ||
       converted_->height != from.height)
     prepare(from);
-  if (av_frame_make_writable(converted_.get()) < 0)
-    throw std::bad_alloc();
+  makeConverted(from);
   for (int field = 0; field < fields_; ++field)
     scale(from, field);
   av_frame_copy_props(converted_.get(), &from);
-  converted_->color_range = isFullRange(to_) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
+  converted_->color_range = makesFullRange(from) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
   return *converted_;
 }
 

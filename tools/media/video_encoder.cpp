@@ -2,69 +2,55 @@
 #include "media/video_encoder.h"
 
 #include "media/codec_tag.h"
+#include "media/drawn_format.h"
 #include "media/failure.h"
+#include "media/format_match.h"
 #include "media/layouts.h"
 #include "media/libav_log.h"
-#include "media/media_output.h"
+#include "media/lossless_codec.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <iterator>
 #include <string_view>
 
 namespace nkdraw::media {
 namespace {
 
-/// The lossless encodings of a format, best first, and the file formats in which each is usual (0:
-/// wherever FFmpeg supports it).
-struct LosslessCodec {
-  AVPixelFormat drawn;
-  AVCodecID codec;
-  AVPixelFormat pixelFormat;
-  unsigned containers;
-};
 constexpr char kPixelFormatKey[] = "pix_fmt";
-constexpr unsigned kAnyKind = 0;
-constexpr LosslessCodec kLossless[] = {
-    {AV_PIX_FMT_YUV422P10, AV_CODEC_ID_V210, AV_PIX_FMT_YUV422P10, kMOV | kAVI | kMKV | kNUT},
-    {AV_PIX_FMT_YUV422P10, AV_CODEC_ID_FFV1, AV_PIX_FMT_YUV422P10, kAnyKind},
-    {AV_PIX_FMT_UYVY422, AV_CODEC_ID_RAWVIDEO, AV_PIX_FMT_UYVY422, kMOV | kAVI | kNUT},
-    {AV_PIX_FMT_UYVY422, AV_CODEC_ID_FFV1, AV_PIX_FMT_YUV422P, kAnyKind},
-    {AV_PIX_FMT_BGRA, AV_CODEC_ID_RAWVIDEO, AV_PIX_FMT_BGRA, kMOV | kAVI | kNUT},
-    {AV_PIX_FMT_BGRA, AV_CODEC_ID_FFV1, AV_PIX_FMT_BGRA, kAnyKind},
-    {AV_PIX_FMT_BGR0, AV_CODEC_ID_RAWVIDEO, AV_PIX_FMT_BGR24, kMOV | kAVI | kNUT},
-    {AV_PIX_FMT_BGR0, AV_CODEC_ID_FFV1, AV_PIX_FMT_BGR0, kAnyKind},
-    {AV_PIX_FMT_RGB48LE, AV_CODEC_ID_RAWVIDEO, AV_PIX_FMT_RGB48LE, kNUT},
-    {AV_PIX_FMT_RGB48LE, AV_CODEC_ID_FFV1, AV_PIX_FMT_RGB48LE, kAnyKind},
-    {AV_PIX_FMT_RGBA64LE, AV_CODEC_ID_RAWVIDEO, AV_PIX_FMT_RGBA64LE, kNUT},
-    {AV_PIX_FMT_RGBA64LE, AV_CODEC_ID_FFV1, AV_PIX_FMT_RGBA64LE, kAnyKind},
-};
 
 CodecChoice losslessChoice(const std::string& option, AVPixelFormat drawn,
                            const AVOutputFormat& format) {
-  const unsigned container = containerOf(format.name);
-  for (const LosslessCodec& each : kLossless) {
-    const bool usual = each.containers == kAnyKind ? holds(format, each.codec)
-                                                   : (each.containers & container) != 0;
-    if (each.drawn == drawn && usual) {
-      if (const AVCodec* const codec = avcodec_find_encoder(each.codec))
-        return {codec, each.pixelFormat, {}, option};
-    }
-  }
+  if (const auto found = losslessEncoding(drawn, format))
+    return {found->codec, found->pixelFormat, {}, option};
+  // Of the formats that every surface draws in.
+  if (const auto nearest = losslessEncoding(drawnFormat(drawn), format))
+    return {nearest->codec, nearest->pixelFormat, {}, option};
   throw Failure(ExitCode::kUsage, "no lossless codec for this kind of file", format.name,
                 "choose one with " + option + ", or write .mov, .avi, .mkv or .nut");
 }
 
-/// FFmpeg's raw encoder takes all formats, but only NUT distinguishes all of them.
+/// FFmpeg's raw encoder takes all formats, but only NUT distinguishes all that have a tag.
 AVPixelFormat rawFormat(AVPixelFormat wanted, const AVOutputFormat& format,
                         const std::string& option) {
   const Layout* const layout = wipeLayoutOf(AV_CODEC_ID_RAWVIDEO, wanted);
   const unsigned containers = layout != nullptr ? layout->containers : unsigned{kNUT};
+  if (avcodec_pix_fmt_to_codec_tag(wanted) == 0)
+    throw Failure(ExitCode::kUsage, "no kind of file keeps such raw frames",
+                  av_get_pix_fmt_name(wanted), "choose another " + option);
   if ((containers & containerOf(format.name)) == 0)
     throw Failure(ExitCode::kUsage, "this kind of file does not keep such raw frames",
                   std::string(format.name) + ", " + av_get_pix_fmt_name(wanted),
                   "choose another " + option + ", or write " + containerNames(containers));
   return wanted;
+}
+
+/// The raw frames of `drawn` in this kind of file, unless the user named others: outside NUT those
+/// of the nearest layout.
+AVPixelFormat usualRawFormat(AVPixelFormat drawn, const AVOutputFormat& format) {
+  const bool keepsAll = containerOf(format.name) == kNUT;
+  const bool isLayout = layoutOf(AV_CODEC_ID_RAWVIDEO, drawn) != nullptr;
+  const AVPixelFormat usual = keepsAll || isLayout ? drawn : drawnFormat(drawn);
+  return usual == AV_PIX_FMT_BGR0 ? AV_PIX_FMT_BGR24 : usual;
 }
 
 /// Some encoders write to standard error, bypassing FFmpeg's log; each is silenced in its own way.
@@ -107,8 +93,10 @@ bool hasAlpha(AVPixelFormat format) {
   return (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_ALPHA) != 0;
 }
 
-/// The pixel format for an encoder, unless the user named one.
+/// The pixel format for an encoder, unless the user named one: the frames' own if it takes that.
 AVPixelFormat usualFormat(const AVCodec& codec, AVPixelFormat drawn) {
+  if (const AVPixelFormat same = sameIn(codec.pix_fmts, drawn); same != AV_PIX_FMT_NONE)
+    return same;
   return codec.pix_fmts != nullptr ? avcodec_find_best_pix_fmt_of_list(
                                          codec.pix_fmts, drawn, hasAlpha(drawn) ? 1 : 0, nullptr)
                                    : drawn;
@@ -118,9 +106,9 @@ CodecChoice namedChoice(const CodecRequest& request, AVPixelFormat drawn,
                         const AVOutputFormat& format) {
   CodecChoice choice = namedEncoder(request, AVMEDIA_TYPE_VIDEO, format);
   const auto asked = askedFormat(choice);
-  const AVPixelFormat usualRaw = drawn == AV_PIX_FMT_BGR0 ? AV_PIX_FMT_BGR24 : drawn;
   if (choice.codec->id == AV_CODEC_ID_RAWVIDEO)
-    choice.pixelFormat = rawFormat(asked.value_or(usualRaw), format, request.option);
+    choice.pixelFormat =
+        rawFormat(asked.value_or(usualRawFormat(drawn, format)), format, request.option);
   else
     choice.pixelFormat = asked ? *asked : usualFormat(*choice.codec, drawn);
   return choice;
@@ -144,7 +132,7 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
     : choice_(choice),
       format_(format),
       encoder_(owned<CodecContext>(avcodec_alloc_context3(choice.codec))),
-      converter_(choice.pixelFormat, frames.interlaced) {
+      converter_(choice.pixelFormat, frames.interlaced, FrameConverter::Range::kKept) {
   describe(first, frames);
   open();
 }
@@ -162,7 +150,7 @@ void VideoEncoder::describe(const AVFrame& first, const FrameKind& frames) {
   encoder_->colorspace = first.colorspace;
   encoder_->chroma_sample_location = first.chroma_location;
   if (isYUV(choice_.pixelFormat)) {
-    encoder_->color_range = isFullRange(choice_.pixelFormat) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
+    encoder_->color_range = converter_.makesFullRange(first) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
     if (!isYUV(static_cast<AVPixelFormat>(first.format)))
       encoder_->colorspace = matrixOf(first);
   }

@@ -8,11 +8,8 @@
 
 namespace nkdraw::tool {
 
-Burner::Burner(const Job& job, Storage storage)
-    : job_(job),
-      stage_(*job.layout, storage, job.frames.width, job.frames.height, job.plan.rows(),
-             job.plan.canvasUse()),
-      session_(job.plan, job.frames, job.timecode, stage_.canvasLayout()) {
+Burner::Burner(const Job& job, const Layout& canvas)
+    : job_(job), session_(job.plan, job.shown, job.timecode, canvas) {
   if (job.sound != nullptr)
     meters_.emplace(*job.sound, job.frames.rate);
 }
@@ -30,7 +27,7 @@ Captions Burner::captionsAt(std::int64_t index, Captions own) {
   return job_.captions->at(index);
 }
 
-void Burner::burn(const Picture& picture, std::int64_t index, Captions captions) {
+void Burner::burn(std::uint8_t* canvas, std::int64_t index, Captions captions) {
   FrameExtras extras;
   if (job_.plan.request.captions)
     extras.captions = captionsAt(index, captions);
@@ -39,7 +36,7 @@ void Burner::burn(const Picture& picture, std::int64_t index, Captions captions)
     extras.levels = meters_->levels();
     extras.peaks = meters_->peaks();
   }
-  stage_.draw(picture, [&](std::uint8_t* canvas) { session_.burn(canvas, index, extras); });
+  session_.burn(canvas, index, extras);
 }
 
 void Burner::pass(std::int64_t index, Captions captions) {

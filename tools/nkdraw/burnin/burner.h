@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Burns a job's overlay into frames, however their rows are stored.
+// Burns a job's overlay into canvases, frame after frame.
 #pragma once
 
 #include "burnin/job.h"
 #include "burnin/meter_feed.h"
 #include "burnin/overlay_session.h"
 #include "cli/using_media.h"
-#include "media/canvas_stage.h"
+#include "media/layouts.h"
 #include "media/libav.h"
 
 #include <cstdint>
@@ -18,10 +18,12 @@ namespace nkdraw::tool {
 
 class Burner {
  public:
-  Burner(const Job& job, Storage storage);
+  /// For canvases in this layout.
+  Burner(const Job& job, const Layout& canvas);
 
-  /// Draws on the frame `index` frames after the clip's first; `captions` are the clip's own.
-  void burn(const Picture& picture, std::int64_t index, Captions captions);
+  /// Draws on the canvas of the frame `index` frames after the clip's first; `captions` are the
+  /// clip's own.
+  void burn(std::uint8_t* canvas, std::int64_t index, Captions captions);
   /// Processes the captions of a frame that is not drawn on.
   void pass(std::int64_t index, Captions captions);
   /// Call after the last frame: tells the user if captions were requested and there were none.
@@ -31,7 +33,6 @@ class Burner {
   [[nodiscard]] Captions captionsAt(std::int64_t index, Captions own);
 
   const Job& job_;
-  CanvasStage stage_;
   OverlaySession session_;
   std::optional<MeterFeed> meters_;
   std::int64_t next_ = 0;  // the first frame whose captions from a file are not yet processed

@@ -99,14 +99,14 @@ class ClipWriter {
   }
 
   bool writeTranscoded() {
-    const Frame example = exampleOf(input_, plan_.drawn);
+    const Frame example = exampleOf(input_, plan_.picture.drawn);
     VideoEncoder encoder(*plan_.codec, *example, plan_.job.frames, *plan_.format);
     encoder.describeTo(copier_.video());
     if (!plan_.job.frames.interlaced)  // progressive, or the file doesn't tell
       copier_.video().codecpar->field_order = input_.video().codecpar->field_order;
     output_.begin();
     const auto take = [&](AVPacket& packet) { copier_.writeEncoded(packet, encoder.timeBase()); };
-    TranscodedFrames frames(plan_.job, plan_.drawn);
+    TranscodedFrames frames(plan_.job, plan_.picture.drawn);
     FramePlaces places;
     const bool pastRange =
         burnRange(input_, plan_.job, frames, others_, [&](AVFrame& frame, std::int64_t index) {
@@ -138,7 +138,7 @@ class ClipWriter {
 bool burnStill(MediaInput& input, const ClipPlan& plan, const TakeFrame& take) {
   const OtherPackets none = {[](AVPacket&) {}, [] { return true; }};
   if (!plan.job.inPlace) {
-    TranscodedFrames frames(plan.job, plan.drawn);
+    TranscodedFrames frames(plan.job, plan.picture.drawn);
     return burnRange(input, plan.job, frames, none,
                      [&](AVFrame& frame, std::int64_t) { take(frame); });
   }
@@ -172,6 +172,8 @@ void burnClip(const BurninOptions& options) {
   checkOutput(options.output, options);
   if (!announce(options, [&](std::FILE* to) { describe(to, input, plan, options); }))
     return;
+  for (const std::string& note : plan.notes)
+    std::fprintf(stderr, "nkdraw: note: %s\n", note.c_str());
   if (options.still)
     writeClipStill(input, plan, options);
   else

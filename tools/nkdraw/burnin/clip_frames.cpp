@@ -1,9 +1,18 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "burnin/clip_frames.h"
 
-#include "media/drawn_format.h"
-
 namespace nkdraw::tool {
+namespace {
+
+FrameShape shapeOf(const Job& job, AVPixelFormat format) {
+  return {.format = format,
+          .width = job.frames.width,
+          .height = job.frames.height,
+          .interlaced = job.frames.interlaced,
+          .orientation = job.orientation};
+}
+
+}  // namespace
 
 InPlaceFrames::InPlaceFrames(MediaInput& input, const Job& job)
     : input_(input), rows_(*input.video().codecpar, *job.layout), burner_(job, rows_.storage()) {}
@@ -19,13 +28,16 @@ AVPacket& InPlaceFrames::burn(AVPacket& packet, std::int64_t index) {
 }
 
 TranscodedFrames::TranscodedFrames(const Job& job, AVPixelFormat drawn)
-    : converter_(drawn, job.frames.interlaced), burner_(job, storageOf(drawn)) {}
+    : converter_(drawn, job.frames.interlaced, FrameConverter::Range::kKept),
+      canvas_(shapeOf(job, drawn), job.plan.rows(), job.plan.blended()),
+      burner_(job, canvas_.layout()) {}
 
 AVFrame& TranscodedFrames::burn(AVFrame& decoded, std::int64_t index) {
   AVFrame& frame = converter_.convert(decoded);
   if (av_frame_make_writable(&frame) < 0)
     throw std::bad_alloc();
-  burner_.burn(planesOf(frame), index, captionsOf(decoded));
+  canvas_.draw(frame,
+               [&](std::uint8_t* canvas) { burner_.burn(canvas, index, captionsOf(decoded)); });
   return frame;
 }
 

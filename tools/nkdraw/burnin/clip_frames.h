@@ -5,7 +5,9 @@
 #pragma once
 
 #include "burnin/burner.h"
+#include "burnin/picture_burner.h"
 #include "cli/using_media.h"
+#include "media/frame_canvas.h"
 #include "media/frame_converter.h"
 #include "media/frame_cursor.h"
 #include "media/media_input.h"
@@ -28,27 +30,29 @@ class InPlaceFrames {
 
   /// Burns into the packet of frame `index`. Throws Failure if the frame is truncated.
   [[nodiscard]] AVPacket& burn(AVPacket& packet, std::int64_t index);
-  [[nodiscard]] Burner& burner() { return burner_; }
+  [[nodiscard]] Burner& burner() { return burner_.burner(); }
 
  private:
   MediaInput& input_;
   PacketRows rows_;
-  Burner burner_;
+  PictureBurner burner_;
   bool plain_ = false;
 };
 
-/// For all other clips: converts frames to the nearest format that can be drawn on.
+/// For all other clips: draws on decoded frames, in their own format if that can be drawn on, else
+/// in the nearest.
 class TranscodedFrames {
  public:
   using Feed = DecodedFeed;
   TranscodedFrames(const Job& job, AVPixelFormat drawn);
 
-  /// The decoded frame `index`, converted and burnt; valid until the next call.
+  /// The decoded frame `index`, burnt; valid until the next call.
   [[nodiscard]] AVFrame& burn(AVFrame& decoded, std::int64_t index);
   [[nodiscard]] Burner& burner() { return burner_; }
 
  private:
   FrameConverter converter_;
+  FrameCanvas canvas_;
   Burner burner_;
 };
 

@@ -2,12 +2,13 @@
 #include "burnin/clip_plan.h"
 
 #include "burnin/layer_sources.h"
+#include "media/canvas_lines.h"
 #include "media/clip_facts.h"
-#include "media/drawn_format.h"
 #include "media/failure.h"
 #include "media/stream_facts.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace nkdraw::tool {
 namespace {
@@ -38,7 +39,7 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
     plan.timecodeTag = timecodeText(job.timecode, job.range.first);
   plan.format = &formatFor(options.output);
   if (!job.inPlace)
-    plan.codec = chooseCodec(options.codec, plan.drawn, *plan.format);
+    plan.codec = chooseCodec(options.codec, plan.picture.drawn, *plan.format);
   else if (!isSameKind(*input.file().iformat, *plan.format))
     checkKeeps(*plan.format, *job.layout, options.codec.option);
   plan.actions = streamActions(input, *plan.format);
@@ -58,28 +59,38 @@ const char* actionText(StreamAction action) {
   }
 }
 
+FrameKind shownFrames(const Job& job) {
+  FrameKind shown = job.frames;
+  if (job.orientation.turned)
+    std::swap(shown.width, shown.height);
+  return shown;
+}
+
 }  // namespace
 
 ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   ClipPlan plan;
   Job& job = plan.job;
   const Layout* const own = ownLayout(input);
-  job.inPlace = own != nullptr && !options.codec.asked;
+  job.orientation = orientationOf(input.video());
+  job.inPlace = own != nullptr && !options.codec.asked && job.orientation.isUpright();
   if (!job.inPlace)
-    plan.drawn = drawnFormat(decodedFormat(input));
-  job.layout = job.inPlace ? own : &canvasFor(plan.drawn);
+    plan.picture = formatsFor(decodedFormat(input));
+  job.layout = job.inPlace ? own : &layoutOf(canvasKindFor(plan.picture.drawn).type);
   job.frames = framesOf(input, own);
   job.frames.pairs = isYCbCr(job.layout->type);
+  job.shown = shownFrames(job);
   job.timecode = options.startTimecode
                      ? timecodeFromText(*options.startTimecode, job.frames.rate, kStartOption)
                      : timecodeOf(input.file(), input.video(), job.frames.rate);
   job.range = options.range;
-  job.plan = planOverlay(options.overlay, job.frames, job.timecode);
+  job.plan = planOverlay(options.overlay, job.shown, job.timecode);
   job.captions = captionsFor(job);
   job.sound = job.plan.request.meters ? soundOf(input) : nullptr;
   plan.window = windowOf(input, job);
   if (!options.still)
     planOutput(plan, input, options);
+  plan.notes = formatNotes(plan.picture, plan.codec);
   return plan;
 }
 
@@ -95,8 +106,9 @@ void describe(std::FILE* to, const Job& job) {
   std::fprintf(to, "frames    %dx%d, %s, %s\n", job.frames.width, job.frames.height,
                rateText(job.frames.rate).c_str(),
                job.frames.interlaced ? "interlaced" : "progressive");
-  std::fprintf(to, "layout    %s: %s\n", std::string(job.layout->name).c_str(),
-               std::string(job.layout->description).c_str());
+  if (job.inPlace)
+    std::fprintf(to, "layout    %s: %s\n", std::string(job.layout->name).c_str(),
+                 std::string(job.layout->description).c_str());
   std::fprintf(to, "timecode  %s, %s%s\n", timecodeText(job.timecode, 0).c_str(),
                job.timecode.origin.c_str(),
                countsAllFrames(job.timecode, job.frames.rate)
@@ -123,6 +135,8 @@ void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
   std::fprintf(to, "method    %s\n",
                plan.job.inPlace ? "in place: the file's own frames are drawn on"
                                 : "transcode: frames are decoded, drawn on and encoded");
+  if (!plan.job.inPlace)
+    std::fprintf(to, "picture   %s\n", pictureText(plan.picture).c_str());
   describe(to, plan.job);
   for (std::size_t i = 0; i < plan.actions.size(); ++i) {
     if (plan.actions[i] == StreamAction::kBurn)
@@ -136,6 +150,8 @@ void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
   std::fprintf(to, "codec     %s\n", codec.c_str());
   std::fprintf(to, "output    %s%s%s\n", options.output.c_str(), plan.format != nullptr ? ": " : "",
                plan.format != nullptr ? plan.format->name : "");
+  for (const std::string& note : plan.notes)
+    std::fprintf(to, "note      %s\n", note.c_str());
 }
 
 }  // namespace nkdraw::tool

@@ -6,6 +6,7 @@
 
 #include "burnin/burnin_options.h"
 #include "burnin/job.h"
+#include "burnin/picture_formats.h"
 #include "cli/using_media.h"
 #include "media/media_input.h"
 #include "media/stream_copy.h"
@@ -20,12 +21,13 @@ namespace nkdraw::tool {
 
 struct ClipPlan {
   Job job;
-  AVPixelFormat drawn = AV_PIX_FMT_NONE;   // of decoded frames
+  PictureFormats picture;
   const AVOutputFormat* format = nullptr;  // null for a still
   std::optional<CodecChoice> codec;        // if frames are encoded
   std::vector<StreamAction> actions;
   TimeWindow window;
   std::optional<std::string> timecodeTag;  // the first written frame's; empty to drop the input's
+  std::vector<std::string> notes;          // what a user should know that is not as asked or usual
 };
 
 /// Throws Failure for what can't be done.

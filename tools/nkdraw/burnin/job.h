@@ -7,6 +7,7 @@
 #include "cli/using_media.h"
 #include "media/frame_kind.h"
 #include "media/layouts.h"
+#include "media/orientation.h"
 #include "media/timecode_source.h"
 
 #include <memory>
@@ -20,7 +21,9 @@ struct SoundTrack;
 struct Job {
   const Layout* layout = nullptr;  // of the frames that are drawn on
   bool inPlace = false;            // the frames are the file's own packets
-  FrameKind frames;
+  FrameKind frames;                // as stored
+  FrameKind shown;                 // as a viewer sees them: turned, for example
+  Orientation orientation;         // of the frames
   TimecodeStart timecode;
   OverlayPlan plan;
   FrameRange range;

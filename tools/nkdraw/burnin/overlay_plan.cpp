@@ -233,6 +233,13 @@ CanvasUse OverlayPlan::canvasUse() const {
                                                                : CanvasUse::kStrokes;
 }
 
+std::optional<Area> OverlayPlan::blended() const {
+  if (!request.watermark)
+    return std::nullopt;
+  const auto [path, at, size] = *request.watermark;
+  return Area{at.x, at.y, size.x, size.y};
+}
+
 OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
                         const TimecodeStart& timecode) {
   OverlayPlan plan;

@@ -7,6 +7,7 @@
 #include "cli/option_values.h"
 #include "cli/using_media.h"
 #include "media/canvas_stage.h"
+#include "media/frame_canvas.h"
 #include "media/frame_kind.h"
 #include "media/libav.h"
 #include "media/timecode_source.h"
@@ -79,6 +80,8 @@ struct OverlayPlan {
   /// The rows that the boxes cover, from top to bottom, without overlaps.
   [[nodiscard]] std::vector<RowSpan> rows() const;
   [[nodiscard]] CanvasUse canvasUse() const;
+  /// The part of the frame that a watermark is blended with.
+  [[nodiscard]] std::optional<Area> blended() const;
 };
 
 /// At most this many texts, of at most this many characters.

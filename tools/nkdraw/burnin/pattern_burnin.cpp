@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "burnin/burnin.h"
 
-#include "burnin/burner.h"
 #include "burnin/clip_plan.h"
 #include "burnin/layer_sources.h"
+#include "burnin/picture_burner.h"
 #include "burnin/test_pattern.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
@@ -57,7 +57,7 @@ Job planPattern(const BurninOptions& options) {
   Job job;
   job.layout = options.layout;
   job.inPlace = true;
-  job.frames = patternFrames(options);
+  job.frames = job.shown = patternFrames(options);
   job.timecode = options.startTimecode
                      ? timecodeFromText(*options.startTimecode, job.frames.rate, kStartOption)
                      : midnight(job.frames.rate);
@@ -104,7 +104,7 @@ class PatternSource {
 
   const Job& job_;
   TestPattern pattern_;
-  Burner burner_;
+  PictureBurner burner_;
 };
 
 /// The colour tags of the pattern.

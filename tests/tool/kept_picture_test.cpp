@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Decoded frames are drawn on in their own pixel format: every sample outside the overlay stays,
+// and inside it are the format's white and black.
+#include "clip.h"
+#include "program.h"
+#include "reference_overlay.h"
+
+#include <media/layouts.h>
+#include <media/v210_rows.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+
+using namespace nkdraw::media;
+
+constexpr int kWidth = 208, kHeight = 96;
+
+/// Where the text lies.
+struct Text {
+  int left = 17, top = 13, magnification = 1;
+  [[nodiscard]] bool covers(int x, int y) const {
+    return x >= left && x < left + 11 * 8 * magnification && y >= top &&
+           y <= top + 10 * magnification;
+  }
+};
+// The overlay makes rows and sizes even on interlaced frames.
+constexpr Text kPlain, kEven = {17, 12, 2};
+
+struct Case {
+  const char* name;
+  AVPixelFormat format;  // that the input decodes to
+  Arguments input;       // how FFmpeg writes it
+  const char* in;
+  const char* out;
+  Arguments codec = {};
+  AVPixelFormat written = AV_PIX_FMT_NONE;  // none for the same
+  bool full = false, interlaced = false;
+};
+
+Case lossless(const char* name, AVPixelFormat format) {
+  return {name,     format,    {"-c:v", "ffv1", "-pix_fmt", av_get_pix_fmt_name(format)},
+          "in.mkv", "out.mkv", {"--codec", "ffv1"}};
+}
+Case raw(const char* name, AVPixelFormat format) {
+  return {name,     format,    {"-c:v", "rawvideo", "-pix_fmt", av_get_pix_fmt_name(format)},
+          "in.nut", "out.nut", {"--codec", "rawvideo"}};
+}
+
+const Case kCases[] = {
+    lossless("YUV420P", AV_PIX_FMT_YUV420P),
+    lossless("YUV422P", AV_PIX_FMT_YUV422P),
+    lossless("YUV444P", AV_PIX_FMT_YUV444P),
+    lossless("YUV411P", AV_PIX_FMT_YUV411P),
+    lossless("YUV440P", AV_PIX_FMT_YUV440P),
+    lossless("YUV420P9", AV_PIX_FMT_YUV420P9),
+    lossless("YUV420P10", AV_PIX_FMT_YUV420P10),
+    lossless("YUV420P12", AV_PIX_FMT_YUV420P12),
+    lossless("YUV422P10", AV_PIX_FMT_YUV422P10),
+    lossless("YUV422P12", AV_PIX_FMT_YUV422P12),
+    lossless("YUV444P10", AV_PIX_FMT_YUV444P10),
+    lossless("YUV444P12", AV_PIX_FMT_YUV444P12),
+    lossless("YUV444P16", AV_PIX_FMT_YUV444P16),
+    lossless("YUVA420P", AV_PIX_FMT_YUVA420P),
+    lossless("YUVA444P10", AV_PIX_FMT_YUVA444P10),
+    lossless("Grey", AV_PIX_FMT_GRAY8),
+    lossless("Grey10", AV_PIX_FMT_GRAY10),
+    lossless("Grey12", AV_PIX_FMT_GRAY12),
+    lossless("GBRP10", AV_PIX_FMT_GBRP10),
+    lossless("GBRP12", AV_PIX_FMT_GBRP12),
+    lossless("GBRAP12", AV_PIX_FMT_GBRAP12),
+    raw("RGB48", AV_PIX_FMT_RGB48LE),
+    raw("RGBA64", AV_PIX_FMT_RGBA64LE),
+    raw("NV12", AV_PIX_FMT_NV12),
+    raw("NV21", AV_PIX_FMT_NV21),
+    raw("GBRP", AV_PIX_FMT_GBRP),
+    raw("BigEndian", AV_PIX_FMT_YUV420P10BE),
+    raw("BigEndianRGB", AV_PIX_FMT_RGBA64BE),
+    raw("RGB565", AV_PIX_FMT_RGB565LE),
+    raw("RGB565BigEndian", AV_PIX_FMT_RGB565BE),
+    lossless("YA8", AV_PIX_FMT_YA8),
+    {"NV12IntoFFV1",
+     AV_PIX_FMT_NV12,
+     {"-c:v", "rawvideo", "-pix_fmt", "nv12"},
+     "in.nut",
+     "out.mkv",
+     {},
+     AV_PIX_FMT_YUV420P},
+    {"GBRPIntoFFV1",
+     AV_PIX_FMT_GBRP,
+     {"-c:v", "rawvideo", "-pix_fmt", "gbrp"},
+     "in.nut",
+     "out.mkv",
+     {},
+     AV_PIX_FMT_BGR0},
+    {"FullRange",
+     AV_PIX_FMT_YUVJ420P,
+     {"-c:v", "mjpeg", "-pix_fmt", "yuvj420p"},
+     "in.avi",
+     "out.mkv",
+     {},
+     AV_PIX_FMT_YUV420P,
+     true},
+    {"FullRange10",
+     AV_PIX_FMT_YUV422P10,
+     {"-c:v", "ffv1", "-pix_fmt", "yuv422p10", "-color_range", "pc"},
+     "in.mkv",
+     "out.mkv",
+     {"--codec", "ffv1"},
+     AV_PIX_FMT_NONE,
+     true},
+    {"Interlaced",
+     AV_PIX_FMT_YUV420P,
+     {"-vf", "setfield=tff", "-c:v", "libx264", "-qp", "0", "-flags", "+ildct+ilme", "-pix_fmt",
+      "yuv420p"},
+     "in.mkv",
+     "out.mkv",
+     {"--codec", "ffv1"},
+     AV_PIX_FMT_NONE,
+     false,
+     true},
+};
+
+const Text& textOf(const Case& each) {
+  return each.interlaced ? kEven : kPlain;
+}
+
+/// The samples of a component, row after row, as FFmpeg reads them.
+struct Samples {
+  int columns = 0, rows = 0;
+  std::vector<std::uint16_t> values;
+  [[nodiscard]] unsigned at(int x, int y) const {
+    return values[static_cast<std::size_t>(y * columns + x)];
+  }
+};
+
+bool isRGB(const AVPixFmtDescriptor& facts) {
+  return (facts.flags & AV_PIX_FMT_FLAG_RGB) != 0;
+}
+bool hasAlpha(const AVPixFmtDescriptor& facts) {
+  return (facts.flags & AV_PIX_FMT_FLAG_ALPHA) != 0;
+}
+bool isChroma(const AVPixFmtDescriptor& facts, int component) {
+  return !isRGB(facts) && facts.nb_components >= 3 && (component == 1 || component == 2);
+}
+
+Samples samplesOf(const Clip& clip, std::size_t frame, int component) {
+  const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(clip.format);
+  std::uint8_t* planes[4];
+  int pitches[4];
+  av_image_fill_arrays(planes, pitches, clip.frames[frame].data(), clip.format, clip.width,
+                       clip.height, 1);
+  const bool chroma = isChroma(facts, component);
+  Samples samples;
+  samples.columns = AV_CEIL_RSHIFT(clip.width, chroma ? facts.log2_chroma_w : 0);
+  samples.rows = AV_CEIL_RSHIFT(clip.height, chroma ? facts.log2_chroma_h : 0);
+  std::vector<std::uint16_t> line(static_cast<std::size_t>(samples.columns));
+  for (int y = 0; y < samples.rows; ++y) {
+    av_read_image_line2(line.data(), const_cast<const std::uint8_t**>(planes), pitches, &facts, 0,
+                        y, component, samples.columns, 0, sizeof line[0]);
+    samples.values.insert(samples.values.end(), line.begin(), line.end());
+  }
+  return samples;
+}
+
+/// The grey of the overlay's pixels, as the library draws it: of 10 bits, of 8 bits or of RGB.
+struct Drawn {
+  Drawn(const AVPixFmtDescriptor& facts, const Text& text)
+      : rgb(isRGB(facts)), depth(rgb || facts.comp[0].depth == 8 ? 8 : 10) {
+    const pixelType type = rgb ? ptBGRA32 : depth == 8 ? ptUYVY : ptV210;
+    ReferenceOverlay overlay(type, kWidth, kHeight, 25);
+    pitch = packedPitch(type, kWidth);
+    canvas.resize(pitch * kHeight);
+    overlay.place(text.left, text.top, static_cast<std::uint32_t>(text.magnification))
+        .burn(canvas.data(), 1);
+  }
+
+  [[nodiscard]] long grey(int x, int y) const {
+    const std::uint8_t* const row = canvas.data() + pitch * static_cast<std::size_t>(y);
+    return depth == 8 ? row[rgb ? 4 * x : 2 * x + 1] : deep(row, 0, x);
+  }
+  /// Cb or Cr, which is not quite grey's.
+  [[nodiscard]] long chroma(int component, int x, int y) const {
+    const std::uint8_t* const row = canvas.data() + pitch * static_cast<std::size_t>(y);
+    return depth == 8 ? row[x / 2 * 4 + (component - 1) * 2] : deep(row, component, x / 2);
+  }
+  [[nodiscard]] static long deep(const std::uint8_t* row, int component, int place) {
+    std::array<std::array<std::uint16_t, kWidth>, 3> samples{};
+    unpackV210Row(row, samples[0].data(), samples[1].data(), samples[2].data(), kWidth);
+    return samples[static_cast<std::size_t>(component)][static_cast<std::size_t>(place)];
+  }
+
+  bool rgb;
+  int depth;
+  std::size_t pitch = 0;
+  Bytes canvas;
+};
+
+/// The same grey in a frame's samples.
+long widened(long grey, const Drawn& drawn, int depth, bool full) {
+  const double most = static_cast<double>((1 << depth) - 1);
+  if (drawn.rgb)
+    return std::lround(static_cast<double>(grey) * most / 255);
+  const double black = 16 << (drawn.depth - 8), span = 219 << (drawn.depth - 8);
+  const double part = (static_cast<double>(grey) - black) / span;
+  return full ? std::lround(part * most)
+              : std::lround((16 + part * 219) * static_cast<double>(1 << (depth - 8)));
+}
+
+long widenedChroma(long chroma, const Drawn& drawn, int depth, bool full) {
+  const double most = static_cast<double>((1 << depth) - 1);
+  const double part = static_cast<double>(chroma - (1 << (drawn.depth - 1))) /
+                      static_cast<double>(224 << (drawn.depth - 8));
+  const double span = full ? most : 224.0 * static_cast<double>(1 << (depth - 8));
+  return (1L << (depth - 1)) + std::lround(part * span);
+}
+
+/// Chroma of the frame: the text's under it, and where samples reach beyond it their mean.
+long expectedChroma(const Case& each, const Drawn& drawn, const Samples& own, int component,
+                    int column, int row) {
+  const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(each.format);
+  const bool interlaced = each.interlaced;
+  const Text& text = textOf(each);
+  const int shiftX = facts.log2_chroma_w, shiftY = facts.log2_chroma_h;
+  const bool pairs = shiftX + shiftY > 0;  // the canvas shares chroma between two pixels
+  long sum = 0, count = 0;
+  for (int y = 0; y < kHeight; ++y) {
+    const int field = interlaced && shiftY > 0 ? y % 2 : 0;
+    const int step = interlaced && shiftY > 0 ? 2 : 1;
+    if ((y / step >> shiftY) * step + field != row)
+      continue;
+    for (int x = column << shiftX; x < std::min((column + 1) << shiftX, kWidth); ++x) {
+      const bool isDrawn = text.covers(x, y) || (pairs && text.covers(x ^ 1, y));
+      sum += isDrawn ? widenedChroma(drawn.chroma(component, x, y), drawn, facts.comp[1].depth,
+                                     each.full)
+                     : own.at(column, row);
+      ++count;
+    }
+  }
+  return (2 * sum + count) / (2 * count);
+}
+
+long expectedSample(const Case& each, const Drawn& drawn, const Samples& own, int component, int x,
+                    int y) {
+  const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(each.format);
+  const int depth = facts.comp[component].depth;
+  if (isChroma(facts, component))
+    return expectedChroma(each, drawn, own, component, x, y);
+  if (!textOf(each).covers(x, y))
+    return own.at(x, y);
+  if (hasAlpha(facts) && component == facts.nb_components - 1)
+    return (1L << depth) - 1;
+  const bool grey = !isRGB(facts) && facts.nb_components < 3;
+  return widened(drawn.grey(x, y), drawn, depth, each.full || grey);
+}
+
+/// For messages.
+void PrintTo(const Case& each, std::ostream* out) {
+  *out << each.name;
+}
+
+class KeptPicture : public testing::TestWithParam<Case> {};
+
+}  // namespace
+
+TEST_P(KeptPicture, DiffersUnderTheTextOnly) {
+  const Case& each = GetParam();
+  Arguments make = {"-f", "lavfi", "-i", "testsrc2=size=208x96:rate=25", "-frames:v", "2"};
+  make.insert(make.end(), each.input.begin(), each.input.end());
+  make.push_back(at(each.in));
+  ffmpeg(make);
+  Arguments run = {at(each.in), at(each.out), "--position", "17,13", "--size", "1"};
+  run.insert(run.end(), each.codec.begin(), each.codec.end());
+  const Outcome outcome = burnin(run);
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(outcome.out + outcome.err, "");
+
+  const Clip before = decode(at(each.in)), after = decode(at(each.out));
+  ASSERT_EQ(before.format, each.format);
+  ASSERT_EQ(after.format, each.written != AV_PIX_FMT_NONE ? each.written : each.format);
+  ASSERT_EQ(after.frames.size(), 2U);
+  const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(each.format);
+  const Drawn drawn(facts, textOf(each));
+  for (int component = 0; component < facts.nb_components; ++component) {
+    const Samples own = samplesOf(before, 1, component), got = samplesOf(after, 1, component);
+    for (int y = 0; y < own.rows; ++y) {
+      for (int x = 0; x < own.columns; ++x)
+        ASSERT_EQ(got.at(x, y), expectedSample(each, drawn, own, component, x, y))
+            << "component " << component << " at " << x << "," << y;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, KeptPicture, testing::ValuesIn(kCases),
+                         [](const testing::TestParamInfo<Case>& each) {
+                           return std::string(each.param.name);
+                         });

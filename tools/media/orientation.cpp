@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "media/orientation.h"
+
+#include <array>
+#include <cstring>
+
+namespace nkdraw::media {
+
+Orientation orientationOf(const AVStream& video) {
+  std::size_t size = 0;
+  const std::uint8_t* const data =
+      av_stream_get_side_data(&video, AV_PKT_DATA_DISPLAYMATRIX, &size);
+  std::array<std::int32_t, 9> matrix{};
+  if (data == nullptr || size < sizeof matrix)
+    return {};
+  std::memcpy(matrix.data(), data, sizeof matrix);
+  // Shown x = xByX * x + xByY * y, and y alike.
+  const std::int32_t xByX = matrix[0], yByX = matrix[1], xByY = matrix[3], yByY = matrix[4];
+  if (yByX == 0 && xByY == 0)
+    return {.turned = false, .mirrorX = xByX < 0, .mirrorY = yByY < 0};
+  if (xByX == 0 && yByY == 0)
+    return {.turned = true, .mirrorX = yByX < 0, .mirrorY = xByY < 0};
+  return {};
+}
+
+}  // namespace nkdraw::media

@@ -195,7 +195,7 @@ TEST(DryRun, NamesTheCodecOfTheConvertingRoad) {
   const Outcome outcome = burnin({at("in.mp4"), at("out.mkv"), "--dry-run"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_NE(outcome.out.find("transcode"), std::string::npos);
-  EXPECT_NE(outcome.out.find("ffv1, yuv422p"), std::string::npos) << outcome.out;
+  EXPECT_NE(outcome.out.find("ffv1, yuv420p"), std::string::npos) << outcome.out;
 }
 
 TEST(DryRun, TellsMP4BySuffixesInCapitalLetters) {

@@ -172,12 +172,12 @@ void burnClip(const BurninOptions& options) {
   checkOutput(options.output, options);
   if (!announce(options, [&](std::FILE* to) { describe(to, input, plan, options); }))
     return;
-  for (const std::string& note : plan.notes)
-    std::fprintf(stderr, "nkdraw: note: %s\n", note.c_str());
   if (options.still)
     writeClipStill(input, plan, options);
   else
     ClipWriter(input, plan, options).write();
+  for (const std::string& note : plan.notes)
+    std::fprintf(stderr, "nkdraw: note: %s\n", note.c_str());
 }
 
 }  // namespace nkdraw::tool

@@ -179,9 +179,10 @@ class InPlace : public testing::TestWithParam<Case> {
     const Layout& layout = *GetParam().layout;
     const std::string in = at("in." + GetParam().suffix), out = at("out." + outputSuffix);
     makeClip(in, layout, width, height);
-    const Outcome outcome = burnin({in, out, "--overwrite", "--start-timecode", "00:00:10:00",
-                                    "--position", std::to_string(x) + "," + std::to_string(y),
-                                    "--size", std::to_string(size), fill ? "--fill" : "--no-fill"});
+    const Outcome outcome =
+        burnin({in, out, "--overwrite", "--start-timecode", "00:00:10:00", "--position",
+                std::to_string(x) + "," + std::to_string(y), "--size", std::to_string(size),
+                fill ? "--fill" : "--no-fill", "--keep-alpha"});
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     EXPECT_EQ(outcome.out + outcome.err, "");
 
@@ -292,6 +293,28 @@ TEST(InPlaceOddities, DrawsOnSignedChromaAsOnAnyOther) {
     Bytes expected = swapped(source.frames[i], 320, 144);
     overlay.burn(expected.data(), static_cast<std::uint32_t>(250 + i));
     EXPECT_TRUE(swapped(expected, 320, 144) == burnt.frames[i]) << "frame " << i;
+  }
+}
+
+TEST(InPlaceOddities, MakesAllThatIsDrawnOpaque) {
+  for (const char* const name : {"rgba", "bgra", "argb", "abgr"}) {
+    const std::string in = at(std::string(name) + ".nut");
+    ffmpeg({"-f", "lavfi", "-i", std::string(kPicture) + ",format=rgba,colorchannelmixer=aa=0.3",
+            "-frames:v", "1", "-c:v", "rawvideo", "-pix_fmt", name, in});
+    const Arguments run = {in, at("out.nut"), "--overwrite", "--position", "17,13", "--size", "1"};
+    ASSERT_EQ(burnin(run).exitCode, 0);
+    const Clip opaque = decodeAs(at("out.nut"), AV_PIX_FMT_RGBA);
+    Arguments kept = run;
+    kept.emplace_back("--keep-alpha");
+    ASSERT_EQ(burnin(kept).exitCode, 0);
+    const Clip library = decodeAs(at("out.nut"), AV_PIX_FMT_RGBA);
+    for (std::size_t i = 0; i < opaque.frames[0].size(); ++i) {
+      const int x = static_cast<int>(i) / 4 % opaque.width;
+      const int y = static_cast<int>(i) / 4 / opaque.width;
+      const bool drawn = x >= 17 && x < 105 && y >= 13 && y < 24;
+      const int expected = drawn && i % 4 == 3 ? 255 : library.frames[0][i];
+      ASSERT_EQ(opaque.frames[0][i], expected) << name << " at " << x << "," << y;
+    }
   }
 }
 

@@ -300,3 +300,158 @@ INSTANTIATE_TEST_SUITE_P(Formats, KeptPicture, testing::ValuesIn(kCases),
                          [](const testing::TestParamInfo<Case>& each) {
                            return std::string(each.param.name);
                          });
+
+namespace {
+
+/// Facts of a clip's first decoded frame and of its stream.
+struct Look {
+  AVFieldOrder order = AV_FIELD_UNKNOWN;
+  AVColorRange range = AVCOL_RANGE_UNSPECIFIED;
+  AVColorPrimaries primaries = AVCOL_PRI_UNSPECIFIED;
+  AVColorTransferCharacteristic transfer = AVCOL_TRC_UNSPECIFIED;
+  AVColorSpace matrix = AVCOL_SPC_UNSPECIFIED;
+  bool mastering = false, light = false;
+};
+
+Look lookAt(const std::string& path) {
+  AVFormatContext* context = nullptr;
+  EXPECT_GE(avformat_open_input(&context, path.c_str(), nullptr, nullptr), 0) << path;
+  const InputContext file(context);
+  avformat_find_stream_info(file.get(), nullptr);
+  const AVStream& video = *file->streams[0];
+  const AVCodecParameters& codec = *video.codecpar;
+  const auto has = [&](AVPacketSideDataType type) {
+    return av_stream_get_side_data(&video, type, nullptr) != nullptr;
+  };
+  return {codec.field_order,
+          codec.color_range,
+          codec.color_primaries,
+          codec.color_trc,
+          codec.color_space,
+          has(AV_PKT_DATA_MASTERING_DISPLAY_METADATA),
+          has(AV_PKT_DATA_CONTENT_LIGHT_LEVEL)};
+}
+
+}  // namespace
+
+TEST(KeptFacts, ColoursThatOnlyTheBitstreamTells) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=160x96:rate=25", "-frames:v", "2", "-c:v", "libx264",
+          "-pix_fmt", "yuv420p10", "-x264-params",
+          "colorprim=bt2020:transfer=smpte2084:colormatrix=bt2020nc", at("in.ts")});
+  ASSERT_EQ(burnin({at("in.ts"), at("out.mkv"), "--size", "1"}).exitCode, 0);
+  const Look look = lookAt(at("out.mkv"));
+  EXPECT_EQ(look.primaries, AVCOL_PRI_BT2020);
+  EXPECT_EQ(look.transfer, AVCOL_TRC_SMPTE2084);
+  EXPECT_EQ(look.matrix, AVCOL_SPC_BT2020_NCL);
+  EXPECT_EQ(look.range, AVCOL_RANGE_MPEG);
+}
+
+TEST(KeptFacts, MasteringDisplayAndLightLevelOfFrames) {
+  setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=160x96:rate=25", "-frames:v", "2", "-c:v", "libx265",
+          "-pix_fmt", "yuv420p10", "-x265-params",
+          "log-level=none:hdr10=1:max-cll=1000,400:master-display="
+          "G(13250,34500)B(7500,3000)R(34000,16000)WP(15635,16450)L(10000000,1)",
+          at("in.ts")});
+  for (const Arguments& codec :
+       {Arguments{}, Arguments{"--codec", "ffv1"}, Arguments{"--codec", "libx265"}}) {
+    Arguments run = {at("in.ts"), at("out.mkv"), "--size", "1", "--overwrite"};
+    run.insert(run.end(), codec.begin(), codec.end());
+    ASSERT_EQ(burnin(run).exitCode, 0);
+    const Look look = lookAt(at("out.mkv"));
+    EXPECT_TRUE(look.mastering);
+    EXPECT_TRUE(look.light);
+  }
+  unsetenv("ASAN_OPTIONS");
+}
+
+TEST(KeptFacts, FieldsThatOnlyTheFramesTell) {
+  const auto make = [](const char* path, const Arguments& encoder) {
+    Arguments arguments = {"-f", "lavfi", "-i", "testsrc2=size=720x576:rate=25", "-frames:v", "2"};
+    arguments.insert(arguments.end(), encoder.begin(), encoder.end());
+    arguments.push_back(at(path));
+    ffmpeg(arguments);
+  };
+  make("dv.avi", {"-c:v", "dvvideo", "-pix_fmt", "yuv420p", "-s", "720x576"});
+  make("dv.dv", {"-c:v", "dvvideo", "-pix_fmt", "yuv420p", "-s", "720x576"});
+  for (const char* in : {"dv.avi", "dv.dv"}) {
+    ASSERT_EQ(lookAt(at(in)).order, AV_FIELD_UNKNOWN) << in;
+    const Outcome dry = burnin({at(in), at("out.mkv"), "--dry-run", "--overwrite"});
+    EXPECT_NE(dry.out.find("interlaced"), std::string::npos) << dry.out;
+    ASSERT_EQ(burnin({at(in), at("out.mkv"), "--overwrite", "--codec", "ffv1"}).exitCode, 0);
+    EXPECT_EQ(lookAt(at("out.mkv")).order, AV_FIELD_BT) << in;
+  }
+}
+
+TEST(KeptFacts, TurnedClipsAreDrawnOnUpright) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=96x208:rate=25", "-frames:v", "2", "-vf",
+          "transpose=cclock", "-c:v", "libx264", "-qp", "0", "-pix_fmt", "yuv420p",
+          at("plain.mov")});
+  ffmpeg({"-i", at("plain.mov"), "-c", "copy", "-metadata:s:v", "rotate=270", at("in.mov")});
+  const Outcome outcome = burnin({at("in.mov"), at("out.mov"), "--position", "3,60", "--size", "1",
+                                  "--codec", "libx264:qp=0"});
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  // FFmpeg turns both upright.
+  for (const char* name : {"in", "out"})
+    ffmpeg({"-i", at(std::string(name) + ".mov"), "-c:v", "ffv1", "-pix_fmt", "yuv420p",
+            at(std::string(name) + "-upright.mkv")});
+  const Clip before = decode(at("in-upright.mkv")), after = decode(at("out-upright.mkv"));
+  ASSERT_EQ(after.width, 96);
+  EXPECT_EQ(readText(decodeAs(at("out-upright.mkv"), AV_PIX_FMT_GRAY8), 1, 3, 60, 1, 11),
+            "00:00:00:01");
+  for (int y = 0; y < after.height; ++y) {
+    for (int x = 0; x < after.width; ++x) {
+      const auto place = static_cast<std::size_t>(y * after.width + x);
+      if (x < 3 || x >= 91 || y < 60 || y > 70) {
+        ASSERT_EQ(after.frames[1][place], before.frames[1][place]) << x << "," << y;
+      }
+    }
+  }
+}
+
+TEST(KeptFacts, TurnedV210IsDrawnOnUprightToo) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=208x96:rate=25", "-frames:v", "2", "-c:v", "v210",
+          at("plain.mov")});
+  ffmpeg({"-i", at("plain.mov"), "-c", "copy", "-metadata:s:v", "rotate=90", at("in.mov")});
+  ASSERT_EQ(burnin({at("in.mov"), at("out.mov"), "--position", "3,60", "--size", "1"}).exitCode, 0);
+  EXPECT_EQ(codecOf(at("out.mov")), "v210");
+  ffmpeg({"-i", at("out.mov"), "-c:v", "ffv1", at("upright.mkv")});
+  EXPECT_EQ(readText(decodeAs(at("upright.mkv"), AV_PIX_FMT_GRAY8), 1, 3, 60, 1, 11),
+            "00:00:00:01");
+}
+
+TEST(KeptPictureWatermark, ChangesOnlyItsOwnPixels) {
+  ffmpeg({"-f", "lavfi", "-i", "color=red@0.5:size=40x20,format=rgba", "-frames:v", "1",
+          at("logo.png")});
+  for (const char* const format : {"yuv420p", "yuv444p", "yuv420p10", "gbrp12", "yuva420p"}) {
+    ffmpeg({"-y", "-f", "lavfi", "-i", "testsrc2=size=208x96:rate=25", "-frames:v", "1", "-c:v",
+            "ffv1", "-pix_fmt", format, at("in.mkv")});
+    ASSERT_EQ(burnin({at("in.mkv"), at("out.mkv"), "--overwrite", "--no-ltc", "--watermark",
+                      at("logo.png"), "--watermark-at", "50,30", "--codec", "ffv1"})
+                  .exitCode,
+              0);
+    const Clip before = decode(at("in.mkv")), after = decode(at("out.mkv"));
+    ASSERT_EQ(before.format, after.format);
+    const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(before.format);
+    for (int component = 0; component < facts.nb_components; ++component) {
+      const Samples own = samplesOf(before, 0, component), got = samplesOf(after, 0, component);
+      const int scaleX = kWidth / own.columns, scaleY = kHeight / own.rows;
+      std::size_t changed = 0;
+      for (int y = 0; y < own.rows; ++y) {
+        for (int x = 0; x < own.columns; ++x) {
+          const bool inside =
+              x * scaleX >= 50 && x * scaleX < 90 && y * scaleY >= 30 && y * scaleY < 50;
+          changed += inside && got.at(x, y) != own.at(x, y) ? 1U : 0U;
+          if (!inside) {
+            ASSERT_EQ(got.at(x, y), own.at(x, y))
+                << format << " " << component << " " << x << "," << y;
+          }
+        }
+      }
+      const bool alpha = hasAlpha(facts) && component == facts.nb_components - 1;
+      if (!alpha) {
+        EXPECT_GT(changed, static_cast<std::size_t>(300 / scaleX / scaleY)) << format << component;
+      }
+    }
+  }
+}

@@ -21,7 +21,7 @@ constexpr int kLogoX = 201, kLogoY = 99, kLogoWidth = 60, kLogoHeight = 30;
 std::string burnLogo(const std::string& layout, const std::string& in) {
   std::string out = at("out-" + layout + ".nut");
   expectBurnt({in, out, "--no-ltc", "--watermark", makeLogo(), "--watermark-at",
-               std::to_string(kLogoX) + "," + std::to_string(kLogoY)});
+               std::to_string(kLogoX) + "," + std::to_string(kLogoY), "--keep-alpha"});
   return out;
 }
 

@@ -108,6 +108,9 @@ void BurninArguments::addLookTo(CLI::App& command) {
             "characters, 1 to 20 (by the frame's height: 4 at 1080)");
   group.addFlag("--fill", fill_, "A black box behind the texts (on by default)");
   group.addFlag("--no-fill", noFill_, "Leave it out");
+  group.addFlag("--keep-alpha", keepAlpha_,
+                "In place, keep the alpha that is drawn: 0 in boxes, 255\n"
+                "in characters (all that is drawn becomes opaque)");
 }
 
 void BurninArguments::addWritingTo(CLI::App& command) {
@@ -134,6 +137,7 @@ BurninOptions BurninArguments::read() const {
   BurninOptions options;
   static_cast<RunOptions&>(options) = run_;
   options.listLayouts = listLayouts_;
+  options.libraryAlpha = keepAlpha_;
   if (listLayouts_)
     return options;
   readFiles(options);

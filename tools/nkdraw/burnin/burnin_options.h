@@ -37,6 +37,7 @@ struct BurninOptions : RunOptions {
   OverlayRequest overlay;
   std::optional<std::string> startTimecode;
   FrameRange range;
+  bool libraryAlpha = false;
   bool still = false;  // the range is one frame, the output a picture
   CodecRequest codec = {"--codec", {}};
   const Layout* layout = nullptr;  // of the test pattern
@@ -75,6 +76,7 @@ class BurninArguments {
   LayerArguments layers_;
   bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, formatLine_ = false;
   bool fill_ = false, noFill_ = false;
+  bool keepAlpha_ = false;
   RunOptions run_;
   bool listLayouts_ = false;
 };

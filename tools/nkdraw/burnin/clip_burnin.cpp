@@ -7,6 +7,7 @@
 #include "cli/run_options.h"
 #include "media/clip_facts.h"
 #include "media/failure.h"
+#include "media/first_look.h"
 #include "media/output_file.h"
 #include "media/read_back.h"
 #include "media/stream_facts.h"
@@ -100,10 +101,14 @@ class ClipWriter {
 
   bool writeTranscoded() {
     const Frame example = exampleOf(input_, plan_.picture.drawn);
+    if (plan_.first != nullptr)
+      completeFrom(*plan_.first, input_.video(), *example);
     VideoEncoder encoder(*plan_.codec, *example, plan_.job.frames, *plan_.format);
     encoder.describeTo(copier_.video());
-    if (!plan_.job.frames.interlaced)  // progressive, or the file doesn't tell
-      copier_.video().codecpar->field_order = input_.video().codecpar->field_order;
+    copier_.video().codecpar->field_order =
+        fieldOrderFor(input_.video(), plan_.first.get(), plan_.codec->codec->id);
+    if (plan_.first != nullptr)
+      copyLightLevels(*plan_.first, copier_.video());
     output_.begin();
     const auto take = [&](AVPacket& packet) { copier_.writeEncoded(packet, encoder.timeBase()); };
     TranscodedFrames frames(plan_.job, plan_.picture.drawn);

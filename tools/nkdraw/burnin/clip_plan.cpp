@@ -5,6 +5,7 @@
 #include "media/canvas_lines.h"
 #include "media/clip_facts.h"
 #include "media/failure.h"
+#include "media/first_look.h"
 #include "media/stream_facts.h"
 
 #include <algorithm>
@@ -78,12 +79,17 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
     plan.picture = formatsFor(decodedFormat(input));
   job.layout = job.inPlace ? own : &layoutOf(canvasKindFor(plan.picture.drawn).type);
   job.frames = framesOf(input, own);
+  if (!job.inPlace) {
+    plan.first = firstLook(input);
+    job.frames.interlaced = isInterlaced(input.video(), plan.first.get());
+  }
   job.frames.pairs = isYCbCr(job.layout->type);
   job.shown = shownFrames(job);
   job.timecode = options.startTimecode
                      ? timecodeFromText(*options.startTimecode, job.frames.rate, kStartOption)
                      : timecodeOf(input.file(), input.video(), job.frames.rate);
   job.range = options.range;
+  job.libraryAlpha = options.libraryAlpha;
   job.plan = planOverlay(options.overlay, job.shown, job.timecode);
   job.captions = captionsFor(job);
   job.sound = job.plan.request.meters ? soundOf(input) : nullptr;
@@ -103,7 +109,8 @@ std::string rangeText(FrameRange range) {
 }
 
 void describe(std::FILE* to, const Job& job) {
-  std::fprintf(to, "frames    %dx%d, %s, %s\n", job.frames.width, job.frames.height,
+  std::fprintf(to, "frames    %dx%d%s, %s, %s\n", job.shown.width, job.shown.height,
+               job.orientation.isUpright() ? "" : " when shown upright",
                rateText(job.frames.rate).c_str(),
                job.frames.interlaced ? "interlaced" : "progressive");
   if (job.inPlace)

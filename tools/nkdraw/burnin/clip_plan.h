@@ -22,6 +22,7 @@ namespace nkdraw::tool {
 struct ClipPlan {
   Job job;
   PictureFormats picture;
+  Frame first;                             // the first decoded one, if it was looked at
   const AVOutputFormat* format = nullptr;  // null for a still
   std::optional<CodecChoice> codec;        // if frames are encoded
   std::vector<StreamAction> actions;

@@ -20,6 +20,7 @@ struct SoundTrack;
 /// One clip's burn-in.
 struct Job {
   const Layout* layout = nullptr;  // of the frames that are drawn on
+  bool libraryAlpha = false;       // in place, the alpha that the library draws
   bool inPlace = false;            // the frames are the file's own packets
   FrameKind frames;                // as stored
   FrameKind shown;                 // as a viewer sees them: turned, for example

@@ -62,6 +62,7 @@ Job planPattern(const BurninOptions& options) {
                      ? timecodeFromText(*options.startTimecode, job.frames.rate, kStartOption)
                      : midnight(job.frames.rate);
   job.range = patternRange(options);
+  job.libraryAlpha = options.libraryAlpha;
   checkPatternHas(options.overlay);
   job.plan = planOverlay(options.overlay, job.frames, job.timecode);
   job.captions = captionsFor(job);

@@ -6,6 +6,7 @@
 #include "program.h"
 #include "reference_overlay.h"
 
+#include <media/first_look.h>
 #include <media/layouts.h>
 #include <media/v210_rows.h>
 
@@ -332,6 +333,21 @@ Look lookAt(const std::string& path) {
           has(AV_PKT_DATA_CONTENT_LIGHT_LEVEL)};
 }
 
+/// The bytes of the first frame's mastering display and content light level.
+std::string lightLevelsOf(const std::string& path) {
+  MediaInput input(path);
+  const Frame first = firstLook(input);
+  std::string levels;
+  for (const AVFrameSideDataType type :
+       {AV_FRAME_DATA_MASTERING_DISPLAY_METADATA, AV_FRAME_DATA_CONTENT_LIGHT_LEVEL}) {
+    const AVFrameSideData* const data = av_frame_get_side_data(first.get(), type);
+    if (data != nullptr)
+      levels.append(reinterpret_cast<const char*>(data->data), data->size);
+  }
+  EXPECT_NE(levels, "") << path;
+  return levels;
+}
+
 }  // namespace
 
 TEST(KeptFacts, ColoursThatOnlyTheBitstreamTells) {
@@ -362,6 +378,12 @@ TEST(KeptFacts, MasteringDisplayAndLightLevelOfFrames) {
     EXPECT_TRUE(look.mastering);
     EXPECT_TRUE(look.light);
   }
+  // FFmpeg's transport streams have no place for them but in the bitstream.
+  ASSERT_EQ(burnin({at("in.ts"), at("out.ts"), "--size", "1", "--codec", "libx265"}).exitCode, 0);
+  EXPECT_EQ(lightLevelsOf(at("out.ts")), lightLevelsOf(at("in.ts")));
+  ASSERT_EQ(burnin({at("in.ts"), at("av1.ivf"), "--size", "1", "--codec", "libsvtav1"}).exitCode,
+            0);
+  EXPECT_EQ(lightLevelsOf(at("av1.ivf")).size(), lightLevelsOf(at("in.ts")).size());
   unsetenv("ASAN_OPTIONS");
 }
 
@@ -391,6 +413,11 @@ TEST(KeptFacts, TurnedClipsAreDrawnOnUpright) {
   const Outcome outcome = burnin({at("in.mov"), at("out.mov"), "--position", "3,60", "--size", "1",
                                   "--codec", "libx264:qp=0"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  ASSERT_EQ(
+      burnin({at("in.mov"), at("still.png"), "--position", "3,60", "--size", "1", "--still", "1"})
+          .exitCode,
+      0);
+  EXPECT_EQ(readText(decodeAs(at("still.png"), AV_PIX_FMT_GRAY8), 0, 3, 60, 1, 11), "00:00:00:01");
   // FFmpeg turns both upright.
   for (const char* name : {"in", "out"})
     ffmpeg({"-i", at(std::string(name) + ".mov"), "-c:v", "ffv1", "-pix_fmt", "yuv420p",

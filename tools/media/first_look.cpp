@@ -2,9 +2,9 @@
 #include "media/first_look.h"
 
 #include "media/failure.h"
+#include "media/light_levels.h"
 #include "media/video_decoder.h"
 
-#include <algorithm>
 #include <filesystem>
 
 namespace nkdraw::media {
@@ -22,15 +22,6 @@ void complete(Fact& fact, Fact found, Fact unknown) {
   if (fact == unknown)
     fact = found;
 }
-
-struct LightLevel {
-  AVFrameSideDataType inFrame;
-  AVPacketSideDataType inStream;
-};
-constexpr LightLevel kLightLevels[] = {
-    {AV_FRAME_DATA_MASTERING_DISPLAY_METADATA, AV_PKT_DATA_MASTERING_DISPLAY_METADATA},
-    {AV_FRAME_DATA_CONTENT_LIGHT_LEVEL, AV_PKT_DATA_CONTENT_LIGHT_LEVEL},
-};
 
 }  // namespace
 
@@ -77,6 +68,7 @@ void completeFrom(const AVFrame& first, const AVStream& video, AVFrame& example)
   complete(example.chroma_location, first.chroma_location, AVCHROMA_LOC_UNSPECIFIED);
   if (isSilent(video))
     example.top_field_first = first.top_field_first;
+  copyLightLevels(first, example);
 }
 
 AVFieldOrder fieldOrderFor(const AVStream& video, const AVFrame* first, AVCodecID codec) {
@@ -88,18 +80,6 @@ AVFieldOrder fieldOrderFor(const AVStream& video, const AVFrame* first, AVCodecI
   if (codec == AV_CODEC_ID_MJPEG)
     return top ? AV_FIELD_TT : AV_FIELD_BB;
   return top ? AV_FIELD_TB : AV_FIELD_BT;
-}
-
-void copyLightLevels(const AVFrame& first, AVStream& to) {
-  for (const auto& [inFrame, inStream] : kLightLevels) {
-    const AVFrameSideData* const data = av_frame_get_side_data(&first, inFrame);
-    if (data == nullptr || av_stream_get_side_data(&to, inStream, nullptr) != nullptr)
-      continue;
-    std::uint8_t* const copy = av_stream_new_side_data(&to, inStream, data->size);
-    if (copy == nullptr)
-      throw std::bad_alloc();
-    std::copy_n(data->data, data->size, copy);
-  }
 }
 
 }  // namespace nkdraw::media

@@ -25,8 +25,4 @@ void completeFrom(const AVFrame& first, const AVStream& video, AVFrame& example)
 [[nodiscard]] AVFieldOrder fieldOrderFor(const AVStream& video, const AVFrame* first,
                                          AVCodecID codec);
 
-/// Gives the stream the mastering display and the content light level of the frame, unless it has
-/// them.
-void copyLightLevels(const AVFrame& first, AVStream& to);
-
 }  // namespace nkdraw::media

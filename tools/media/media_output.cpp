@@ -119,13 +119,15 @@ void MediaOutput::finish() {
   close();
 }
 
-void writeStill(AVFrame& frame, const std::string& file, const std::string& name) {
+void writeStill(AVFrame& frame, const std::string& file, const std::string& name,
+                const Orientation& orientation) {
   // Alpha is left out, so the picture looks as on a screen.
   FrameConverter toRGB(AV_PIX_FMT_RGB24, false);
   AVFrame& rgb = toRGB.convert(frame);
   rgb.color_range = AVCOL_RANGE_UNSPECIFIED;
   rgb.colorspace = AVCOL_SPC_UNSPECIFIED;
-  const Packet png = encodePNG(rgb);
+  const Frame turned = orientation.isUpright() ? nullptr : upright(rgb, orientation);
+  const Packet png = encodePNG(turned != nullptr ? *turned : rgb);
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
   out.write(reinterpret_cast<const char*>(png->data), png->size);
   out.close();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "media/libav.h"
+#include "media/orientation.h"
 
 #include <string>
 
@@ -43,7 +44,9 @@ class MediaOutput {
   AVFormatContext* file_ = nullptr;
 };
 
-/// Writes the frame as 8-bit RGB into the PNG file `file`; messages use `name`. Throws Failure.
-void writeStill(AVFrame& frame, const std::string& file, const std::string& name);
+/// Writes the frame, turned upright, as 8-bit RGB into the PNG file `file`; messages use `name`.
+/// Throws Failure.
+void writeStill(AVFrame& frame, const std::string& file, const std::string& name,
+                const Orientation& orientation = {});
 
 }  // namespace nkdraw::media

@@ -1,10 +1,29 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/orientation.h"
 
+#include "media/component.h"
+
 #include <array>
 #include <cstring>
 
 namespace nkdraw::media {
+
+Frame upright(const AVFrame& frame, const Orientation& orientation) {
+  const bool turned = orientation.turned;
+  const auto format = static_cast<AVPixelFormat>(frame.format);
+  Frame shown =
+      makeFrame(format, turned ? frame.height : frame.width, turned ? frame.width : frame.height);
+  for (int i = 0; i < av_pix_fmt_desc_get(format)->nb_components; ++i) {
+    const Component component(format, i);
+    for (int y = 0; y < shown->height; ++y) {
+      for (int x = 0; x < shown->width; ++x) {
+        const Pixel from = orientation.inFrame({x, y}, frame.width, frame.height);
+        component.put(*shown, x, y, component.get(frame, from.x, from.y));
+      }
+    }
+  }
+  return shown;
+}
 
 Orientation orientationOf(const AVStream& video) {
   std::size_t size = 0;

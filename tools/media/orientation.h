@@ -25,6 +25,9 @@ struct Orientation {
   }
 };
 
+/// The frame as it is shown. Its format must have Components without shared chroma.
+[[nodiscard]] Frame upright(const AVFrame& frame, const Orientation& orientation);
+
 /// By the stream's display matrix; upright without one, and if it does more than turn by quarters
 /// and mirror.
 [[nodiscard]] Orientation orientationOf(const AVStream& video);

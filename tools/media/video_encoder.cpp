@@ -7,6 +7,7 @@
 #include "media/format_match.h"
 #include "media/layouts.h"
 #include "media/libav_log.h"
+#include "media/light_levels.h"
 #include "media/lossless_codec.h"
 
 #include <algorithm>
@@ -134,7 +135,7 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
       encoder_(owned<CodecContext>(avcodec_alloc_context3(choice.codec))),
       converter_(choice.pixelFormat, frames.interlaced, FrameConverter::Range::kKept) {
   describe(first, frames);
-  open();
+  open(first);
 }
 
 void VideoEncoder::describe(const AVFrame& first, const FrameKind& frames) {
@@ -160,13 +161,14 @@ void VideoEncoder::describe(const AVFrame& first, const FrameKind& frames) {
   }
 }
 
-void VideoEncoder::open() {
+void VideoEncoder::open(const AVFrame& first) {
   if ((format_.flags & AVFMT_GLOBALHEADER) != 0)
     encoder_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
   encoder_->thread_count = 0;
   Options options;
   readOptions(choice_, options);
   options.set(kPixelFormatKey, nullptr);
+  addLightLevels(first, *choice_.codec, options);
   if (!showsLibavMessages())
     silence(*choice_.codec, options);
   forgetLibavErrors();

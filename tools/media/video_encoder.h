@@ -33,7 +33,7 @@ class VideoEncoder {
 
  private:
   void describe(const AVFrame& first, const FrameKind& frames);
-  void open();
+  void open(const AVFrame& first);
 
   CodecChoice choice_;
   const AVOutputFormat& format_;

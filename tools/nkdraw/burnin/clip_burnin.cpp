@@ -8,6 +8,7 @@
 #include "media/clip_facts.h"
 #include "media/failure.h"
 #include "media/first_look.h"
+#include "media/light_levels.h"
 #include "media/output_file.h"
 #include "media/read_back.h"
 #include "media/stream_facts.h"
@@ -162,7 +163,7 @@ void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions
   std::int64_t written = 0;
   const bool pastRange = burnStill(input, plan, [&](AVFrame& frame) {
     if (written++ == 0)
-      writeStill(frame, file.temporary(), options.output);
+      writeStill(frame, file.temporary(), options.output, plan.job.orientation);
   });
   checkWritten(written, pastRange, input, plan.job.range);
   file.commit();

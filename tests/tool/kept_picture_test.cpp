@@ -482,3 +482,27 @@ TEST(KeptPictureWatermark, ChangesOnlyItsOwnPixels) {
     }
   }
 }
+
+TEST(KeptFacts, FullRangeIsToldOrTheRunSaysWhatBecomesOfIt) {
+  ffmpeg({"-f", "lavfi", "-i", "color=white:size=160x96:rate=25", "-frames:v", "2", "-c:v", "mjpeg",
+          "-pix_fmt", "yuvj420p", at("in.avi")});
+  struct {
+    const char *out, *codec, *note;
+    AVColorRange range;
+    unsigned white;
+  } const kOutputs[] = {
+      {"out.mkv", "ffv1", "", AVCOL_RANGE_JPEG, 255},
+      {"out.mov", "libx264:qp=0", "", AVCOL_RANGE_JPEG, 255},
+      {"out.nut", "ffv1", "is kept, but", AVCOL_RANGE_UNSPECIFIED, 255},
+      {"out.avi", "mpeg4", "becomes studio range", AVCOL_RANGE_UNSPECIFIED, 235},
+  };
+  for (const auto& each : kOutputs) {
+    const Outcome outcome =
+        burnin({at("in.avi"), at(each.out), "--size", "1", "--codec", each.codec});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_EQ(outcome.err.empty(), each.note[0] == '\0') << outcome.err;
+    EXPECT_NE(outcome.err.find(each.note), std::string::npos) << outcome.err;
+    EXPECT_EQ(lookAt(at(each.out)).range, each.range) << each.out;
+    EXPECT_EQ(samplesOf(decode(at(each.out)), 0, 0).at(0, 0), each.white) << each.out;
+  }
+}

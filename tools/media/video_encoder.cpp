@@ -9,6 +9,7 @@
 #include "media/libav_log.h"
 #include "media/light_levels.h"
 #include "media/lossless_codec.h"
+#include "media/range_signal.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -115,6 +116,11 @@ CodecChoice namedChoice(const CodecRequest& request, AVPixelFormat drawn,
   return choice;
 }
 
+FrameConverter::Range rangeFor(const CodecChoice& choice, const AVOutputFormat& format) {
+  return fullRangeIn(*choice.codec, format) == FullRange::kGivenUp ? FrameConverter::Range::kStudio
+                                                                   : FrameConverter::Range::kKept;
+}
+
 bool isYUV(AVPixelFormat format) {
   const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(format);
   return (facts.flags & AV_PIX_FMT_FLAG_RGB) == 0 && facts.nb_components >= 3;
@@ -133,7 +139,7 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
     : choice_(choice),
       format_(format),
       encoder_(owned<CodecContext>(avcodec_alloc_context3(choice.codec))),
-      converter_(choice.pixelFormat, frames.interlaced, FrameConverter::Range::kKept) {
+      converter_(choice.pixelFormat, frames.interlaced, rangeFor(choice, format)) {
   describe(first, frames);
   open(first);
 }

@@ -6,6 +6,8 @@
 #include "media/clip_facts.h"
 #include "media/failure.h"
 #include "media/first_look.h"
+#include "media/frame_converter.h"
+#include "media/range_signal.h"
 #include "media/stream_facts.h"
 
 #include <algorithm>
@@ -60,6 +62,22 @@ const char* actionText(StreamAction action) {
   }
 }
 
+/// What becomes of a range that the output can't tell.
+void noteRange(ClipPlan& plan, MediaInput& input) {
+  const Frame example = exampleOf(input, plan.picture.drawn);
+  if (plan.first != nullptr)
+    completeFrom(*plan.first, input.video(), *example);
+  const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(plan.picture.drawn);
+  const bool isYUV = (facts.flags & AV_PIX_FMT_FLAG_RGB) == 0 && facts.nb_components >= 3;
+  if (!isYUV || !usesFullRange(*example))
+    return;
+  const FullRange fate = fullRangeIn(*plan.codec->codec, *plan.format);
+  if (fate == FullRange::kUntold)
+    plan.notes.emplace_back("the full range is kept, but this kind of file does not tell players");
+  if (fate == FullRange::kGivenUp)
+    plan.notes.emplace_back("the full range becomes studio range: the output could not tell it");
+}
+
 FrameKind shownFrames(const Job& job) {
   FrameKind shown = job.frames;
   if (job.orientation.turned)
@@ -97,6 +115,8 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   if (!options.still)
     planOutput(plan, input, options);
   plan.notes = formatNotes(plan.picture, plan.codec);
+  if (plan.codec)
+    noteRange(plan, input);
   return plan;
 }
 

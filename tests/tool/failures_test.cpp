@@ -266,16 +266,21 @@ TEST(BadFiles, FileThatDoesNotKeepTheLayout) {
 TEST(BadFiles, FileThatDoesNotHoldTheSound) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",
           "-frames:v", "5", "-shortest", "-c:v", "v210", "-c:a", "libopus", at("opus.mkv")});
-  expectFailure({at("opus.mkv"), at("out.avi")}, kUsage, "opus); write ");
+  expectFailure(
+      {at("opus.mkv"), at("out.avi"), "--audio-codec", "copy"}, kUsage,
+      "opus); write .mkv or .nut or .ts, or choose another --audio-codec, or leave it out "
+      "with --no-audio");
 }
 TEST(BadFiles, FileThatDoesNotHoldUncompressedSound) {
-  expectFailure({clip(), at("out.mp4"), "--codec", "libx264"}, kUsage,
-                "pcm_s16le); write .mov, .avi, .mkv or .nut\n");
+  expectFailure(
+      {clip(), at("out.mp4"), "--codec", "libx264", "--audio-codec", "copy"}, kUsage,
+      "pcm_s16le); write .mov or .mkv or .nut or .avi, or choose another --audio-codec, or "
+      "leave it out with --no-audio");
 }
 TEST(BadFiles, HeadThatTheWriterRefuses) {
-  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",
-          "-frames:v", "5", "-shortest", "-c:v", "v210", "-c:a", "flac", at("flac.mkv")});
-  expectFailure({at("flac.mkv"), at("out.mov")}, kOutput, "head");
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "2", "-c:v", "mpeg4",
+          at("in.mkv")});
+  expectFailure({at("in.mkv"), at("out.mxf"), "--codec", "mpeg4"}, kOutput, "head");
 }
 
 TEST(CutFiles, QuickTimeWithoutItsIndex) {

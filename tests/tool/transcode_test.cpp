@@ -185,9 +185,18 @@ TEST(TranscodeStreams, KeepsACoverPictureWhereADryRunSaysSo) {
           "-map", "1", "-frames:v", "5", "-c:v:0", "mpeg4", "-c:v:1", "copy", "-disposition:v:1",
           "attached_pic", at("in.mp4")});
   ASSERT_EQ(coversIn(at("in.mp4")), 1);
-  const std::pair<const char*, int> kKept[] = {{"out.mp4", 1}, {"out.mov", 0}, {"out.mkv", 0}};
-  for (const auto& [out, covers] : kKept) {
-    const Arguments arguments = {at("in.mp4"), at(out), "--codec", "mpeg4", "--frames", "1-3"};
+  struct Row {
+    const char* out;
+    Arguments more;
+    int covers;
+  };
+  for (const auto& [out, more, covers] : {Row{"out.mp4", {}, 1}, Row{"out.mov", {"--no-data"}, 0},
+                                          Row{"out.mkv", {"--no-data"}, 0}}) {
+    Arguments arguments = {at("in.mp4"), at(out), "--codec", "mpeg4", "--frames", "1-3"};
+    if (!more.empty()) {
+      EXPECT_NE(burnin(arguments).err.find("--no-data"), std::string::npos);
+    }
+    arguments.insert(arguments.end(), more.begin(), more.end());
     Arguments dry = arguments;
     dry.emplace_back("--dry-run");
     EXPECT_EQ(burnin(dry).out.find("png: copied") != std::string::npos, covers == 1) << out;

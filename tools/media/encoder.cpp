@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/encoder.h"
 
+#include "media/container_streams.h"
 #include "media/failure.h"
 #include "media/libav_log.h"
 
@@ -30,7 +31,7 @@ CodecChoice namedEncoder(const CodecRequest& request, AVMediaType type,
     throw Failure(ExitCode::kUsage,
                   std::string("no such ") + av_get_media_type_string(type) + " encoder", name,
                   "see ffmpeg -encoders");
-  if (avformat_query_codec(&format, codec->id, FF_COMPLIANCE_NORMAL) == 0)
+  if (!keepsCodec(format, codec->id))
     throw Failure(ExitCode::kUsage, "the output's kind of file does not hold this codec",
                   std::string(format.name) + ", " + name,
                   "choose another suffix or " + request.option);

@@ -98,9 +98,8 @@ AVStream& MediaOutput::addStream() {
 }
 
 void MediaOutput::begin() {
-  Options options;
-  options.set("allow_raw_vfw", "1");  // Matroska: keep uncompressed RGB as Windows programs do
-  if (const int error = avformat_write_header(file_, options.get()); error < 0)
+  setOption("allow_raw_vfw", "1");  // Matroska: keep uncompressed RGB as Windows programs do
+  if (const int error = avformat_write_header(file_, options_.get()); error < 0)
     fail("the output's head can't be written", error);
 }
 

@@ -29,6 +29,9 @@ class MediaOutput {
   [[nodiscard]] const AVOutputFormat& format() const { return *file_->oformat; }
   [[nodiscard]] AVStream& addStream();
 
+  /// Sets an option of FFmpeg's muxer, before begin().
+  void setOption(const char* key, const char* value) { options_.set(key, value); }
+
   /// Writes the header of the file; after that no stream can be added.
   void begin();
   /// Writes a packet of the stream `stream_index`, with times in `timeBase`. Takes over its data.
@@ -42,6 +45,7 @@ class MediaOutput {
 
   std::string name_;
   AVFormatContext* file_ = nullptr;
+  Options options_;
 };
 
 /// Writes the frame, turned upright, as 8-bit RGB into the PNG file `file`; messages use `name`.

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/stream_copy.h"
 
-#include "media/failure.h"
-#include "media/layouts.h"
+#include "media/own_tags.h"
 
 #include <algorithm>
 #include <string_view>
@@ -10,116 +9,42 @@
 namespace nkdraw::media {
 namespace {
 
-constexpr std::uint32_t kTimecodeTag = MKTAG('t', 'm', 'c', 'd');
-constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
-
-/// If a format can't tell in advance, writing will show.
-bool mayHold(const AVOutputFormat& format, AVCodecID codec) {
-  return avformat_query_codec(&format, codec, FF_COMPLIANCE_NORMAL) != 0;
-}
-
-/// MP4 and related formats; FFmpeg's QuickTime muxer accepts cover pictures and drops them.
-bool keepsCovers(const AVOutputFormat& format) {
-  const std::string_view name = format.name;
-  return name == "mp4" || name == "ipod";
-}
-
-StreamAction dataAction(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
-  const AVCodecParameters& codec = *stream.codecpar;
-  if (codec.codec_tag == kTimecodeTag)
-    return StreamAction::kTimecode;
-  return isSameKind(*input.file().iformat, format) && codec.codec_id != AV_CODEC_ID_NONE &&
-                 mayHold(format, codec.codec_id)
-             ? StreamAction::kCopy
-             : StreamAction::kLeaveOut;
-}
-
-/// Advice: the file formats that hold the codec.
-std::string keepingKinds(AVCodecID codec) {
-  unsigned kinds = 0;
-  for (const char* const name : {"mov", "avi", "matroska", "nut"}) {
-    const AVOutputFormat* const format = av_guess_format(name, nullptr, nullptr);
-    if (format != nullptr && mayHold(*format, codec))
-      kinds |= containerOf(name);
-  }
-  return kinds != 0 ? "write " + containerNames(kinds) : "take the stream out of the input first";
-}
-
-StreamAction actionFor(const AVStream& stream, MediaInput& input, const AVOutputFormat& format) {
-  const AVCodecParameters& codec = *stream.codecpar;
-  switch (codec.codec_type) {
-    case AVMEDIA_TYPE_AUDIO:
-      if (codec.sample_rate <= 0)
-        throw Failure(ExitCode::kInput, "no sound was found in a stream", input.path(),
-                      "stream " + std::to_string(stream.index) + " (" + describeStream(stream) +
-                          "); the input may be incomplete");
-      [[fallthrough]];
-    case AVMEDIA_TYPE_SUBTITLE:
-    case AVMEDIA_TYPE_VIDEO:
-      if ((stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0)
-        return keepsCovers(format) ? StreamAction::kCopy : StreamAction::kLeaveOut;
-      if (mayHold(format, codec.codec_id))
-        return StreamAction::kCopy;
-      throw Failure(ExitCode::kUsage, "the output's kind of file does not hold a stream",
-                    "stream " + std::to_string(stream.index) + " (" + describeStream(stream) + ")",
-                    keepingKinds(codec.codec_id));
-    case AVMEDIA_TYPE_ATTACHMENT:
-      return isSameKind(*input.file().iformat, format) ? StreamAction::kCopy
-                                                       : StreamAction::kLeaveOut;
-    default:
-      return dataAction(stream, input, format);
-  }
-}
-
 void copyTag(const AVDictionary* from, AVDictionary*& to, const char* key) {
   if (const AVDictionaryEntry* const tag = av_dict_get(from, key, nullptr, 0))
     av_dict_set(&to, key, tag->value, 0);
 }
 
-/// Moves the packet's times by this many microseconds.
-void moveBy(std::int64_t microseconds, AVPacket& packet, AVRational timeBase) {
-  const std::int64_t ticks = av_rescale_q(microseconds, kMicroseconds, timeBase);
-  if (packet.pts != AV_NOPTS_VALUE)
-    packet.pts += ticks;
-  if (packet.dts != AV_NOPTS_VALUE)
-    packet.dts += ticks;
+/// The window for this format: without a time for the first frame, all times count from it.
+TimeWindow windowFor(const AVOutputFormat& format, TimeWindow window) {
+  if (window.isWhole() && std::string_view(format.name) == "mxf")
+    window.shift = window.video;
+  return window;
 }
 
 }  // namespace
 
-std::vector<StreamAction> streamActions(MediaInput& input, const AVOutputFormat& format) {
-  std::vector<StreamAction> actions;
-  for (unsigned i = 0; i < input.file().nb_streams; ++i) {
-    const AVStream& stream = *input.file().streams[i];
-    actions.push_back(&stream == &input.video() ? StreamAction::kBurn
-                                                : actionFor(stream, input, format));
-  }
-  return actions;
+StreamCopier::StreamCopier(MediaInput& input, MediaOutput& output,
+                           const std::vector<StreamPlan>& plans, const TimeWindow& window,
+                           const std::optional<std::string>& timecode)
+    : input_(input), output_(output), window_(windowFor(output.format(), window)) {
+  for (unsigned i = 0; i < input.file().nb_streams; ++i)
+    addStream(*input.file().streams[i], plans[i]);
+  copyTags(timecode);
+  copyChapters();
 }
 
-StreamCopier::StreamCopier(MediaInput& input, MediaOutput& output,
-                           const std::vector<StreamAction>& actions, const TimeWindow& window,
-                           const std::optional<std::string>& timecode)
-    : input_(input), output_(output), window_(window) {
-  for (unsigned i = 0; i < input.file().nb_streams; ++i) {
-    const AVStream& from = *input.file().streams[i];
-    through_.push_back(actions[i] != StreamAction::kCopy ||
-                       from.codecpar->codec_type != AVMEDIA_TYPE_AUDIO);
-    if (actions[i] == StreamAction::kLeaveOut || actions[i] == StreamAction::kTimecode) {
-      target_.push_back(-1);
-      continue;
-    }
-    AVStream& to = output.addStream();
-    target_.push_back(to.index);
-    copyFacts(from, to);
-    if (actions[i] == StreamAction::kCopy)
-      copyCodec(from, to, output.format());
-    else
-      videoIndex_ = to.index;
-  }
-  copyTags(timecode);
-  if (window.isWhole())
-    copyChapters();
+void StreamCopier::addStream(const AVStream& from, const StreamPlan& plan) {
+  routes_.emplace_back();
+  const bool written = plan.action == StreamAction::kBurn || plan.action == StreamAction::kCopy ||
+                       plan.action == StreamAction::kConvert;
+  if (!written)
+    return;
+  AVStream& to = output_.addStream();
+  copyFacts(from, to);
+  if (plan.action == StreamAction::kBurn)
+    videoIndex_ = to.index;
+  else
+    routes_.back() = routeFor({input_, from, output_, to, window_}, plan);
 }
 
 void StreamCopier::copyTags(const std::optional<std::string>& timecode) {
@@ -130,6 +55,7 @@ void StreamCopier::copyTags(const std::optional<std::string>& timecode) {
   if (timecode)
     setTimecodeTag(output_, video(), *timecode);
   keepTimecodeTag(output_, video());
+  keepOwnTags(output_);
 }
 
 void StreamCopier::copyChapters() {
@@ -140,39 +66,45 @@ void StreamCopier::copyChapters() {
   to.chapters = static_cast<AVChapter**>(av_calloc(from.nb_chapters, sizeof(AVChapter*)));
   if (to.chapters == nullptr)
     throw std::bad_alloc();
-  for (; to.nb_chapters < from.nb_chapters; ++to.nb_chapters) {
-    const AVChapter& source = *from.chapters[to.nb_chapters];
-    auto* const chapter = static_cast<AVChapter*>(av_mallocz(sizeof(AVChapter)));
-    if (chapter == nullptr)
-      throw std::bad_alloc();
-    const std::int64_t shift = av_rescale_q(window_.shift, kMicroseconds, source.time_base);
-    chapter->id = source.id;
-    chapter->time_base = source.time_base;
-    chapter->start = std::max<std::int64_t>(source.start - shift, 0);
-    chapter->end = source.end - shift;
-    av_dict_copy(&chapter->metadata, source.metadata, 0);
-    to.chapters[to.nb_chapters] = chapter;
-  }
+  for (unsigned i = 0; i < from.nb_chapters; ++i)
+    copyChapter(*from.chapters[i]);
+}
+
+/// Adds what the window holds of a chapter.
+void StreamCopier::copyChapter(const AVChapter& source) {
+  const auto ticks = [&](std::int64_t time) {
+    return av_rescale_q(time, kMicroseconds, source.time_base);
+  };
+  const std::int64_t shift = ticks(window_.shift);
+  const std::int64_t end =
+      window_.isWhole() ? source.end : std::min(source.end, ticks(window_.end));
+  const std::int64_t start = std::max(source.start, shift);
+  if (!window_.isWhole() && end <= start)
+    return;
+  auto* const chapter = static_cast<AVChapter*>(av_mallocz(sizeof(AVChapter)));
+  if (chapter == nullptr)
+    throw std::bad_alloc();
+  chapter->id = source.id;
+  chapter->time_base = source.time_base;
+  chapter->start = start - shift;
+  chapter->end = end - shift;
+  av_dict_copy(&chapter->metadata, source.metadata, 0);
+  AVFormatContext& to = output_.file();
+  to.chapters[to.nb_chapters++] = chapter;
 }
 
 void StreamCopier::write(AVPacket& packet) {
   const auto from = static_cast<std::size_t>(packet.stream_index);
   // Streams that appear while the file is read are left out.
-  if (from >= target_.size() || target_[from] < 0)
-    return;
-  const AVRational timeBase = input_.file().streams[from]->time_base;
-  const std::int64_t time = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
-  if (!window_.isWhole() && time != AV_NOPTS_VALUE) {
-    if (av_compare_ts(time, timeBase, window_.first, kMicroseconds) < 0)
-      return;
-    if (av_compare_ts(time, timeBase, window_.end, kMicroseconds) >= 0) {
-      through_[from] = true;
-      return;
-    }
+  if (from < routes_.size() && routes_[from] != nullptr)
+    routes_[from]->take(packet);
+}
+
+void StreamCopier::finish() {
+  for (const auto& route : routes_) {
+    if (route != nullptr)
+      route->finish();
   }
-  moveBy(-window_.shift, packet, timeBase);
-  packet.stream_index = target_[from];
-  output_.write(packet, timeBase);
 }
 
 void StreamCopier::writeVideo(AVPacket& packet) {
@@ -192,7 +124,8 @@ void StreamCopier::writeEncoded(AVPacket& packet, AVRational timeBase) {
 }
 
 bool StreamCopier::audioIsThrough() const {
-  return std::ranges::find(through_, false) == through_.end();
+  return std::ranges::all_of(
+      routes_, [](const auto& route) { return route == nullptr || route->isThrough(); });
 }
 
 }  // namespace nkdraw::media

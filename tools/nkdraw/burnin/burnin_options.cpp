@@ -19,7 +19,8 @@ constexpr unsigned kLargestSize = 20;  // of the timecode rows
 constexpr char kMore[] =
     "Uncompressed video (v210, UYVY, YUY2, YVYU, 24- and 32-bit RGB) is drawn on in place: pixels\n"
     "outside the texts stay as they are, bit for bit. Other video is decoded, drawn on and\n"
-    "encoded, losslessly unless --codec says otherwise. Sound and all else is copied.\n"
+    "encoded, losslessly unless --codec says otherwise. Sound and all else is copied, or\n"
+    "converted where the file can't hold it.\n"
     "\n"
     "Examples:\n"
     "  nkdraw burnin reel.mov burnt.mov\n"
@@ -77,6 +78,7 @@ void BurninArguments::addTo(CLI::App& command) {
   addLookTo(command);
   layers_.addTo(command);
   addWritingTo(command);
+  streams_.addTo(command);
   addPatternTo(command);
   plain.addFlag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
   plain.addFlag("-v,--verbose", run_.verbose, "Say more, with FFmpeg's messages");
@@ -150,6 +152,7 @@ BurninOptions BurninArguments::read() const {
   if (codec_ && codec_->empty())
     badValue("--codec", "", "see ffmpeg -encoders");
   options.codec.asked = codec_;
+  options.streams = streams_.read(options.input && !options.still);
   if (options.still && codec_)
     badValue("--codec", *codec_, "leave it out: a still is always PNG");
   return options;

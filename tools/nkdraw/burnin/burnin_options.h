@@ -6,6 +6,7 @@
 #include "burnin/job.h"
 #include "burnin/layer_options.h"
 #include "burnin/overlay_plan.h"
+#include "burnin/stream_options.h"
 #include "cli/run_options.h"
 #include "cli/using_media.h"
 #include "media/encoder.h"
@@ -40,6 +41,7 @@ struct BurninOptions : RunOptions {
   bool libraryAlpha = false;
   bool still = false;  // the range is one frame, the output a picture
   CodecRequest codec = {"--codec", {}};
+  StreamRequest streams;
   const Layout* layout = nullptr;  // of the test pattern
   PatternOptions pattern;
   bool listLayouts = false;
@@ -74,6 +76,7 @@ class BurninArguments {
   std::optional<std::string> codec_;
   std::optional<std::string> layout_, patternSize_, patternRate_, patternFrames_;
   LayerArguments layers_;
+  StreamArguments streams_;
   bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, formatLine_ = false;
   bool fill_ = false, noFill_ = false;
   bool keepAlpha_ = false;

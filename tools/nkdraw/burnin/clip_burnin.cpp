@@ -3,6 +3,7 @@
 
 #include "burnin/clip_frames.h"
 #include "burnin/clip_plan.h"
+#include "burnin/range_check.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
 #include "media/clip_facts.h"
@@ -28,21 +29,6 @@ std::int64_t expectedFrames(MediaInput& input, const FrameRange& range) {
   return std::max<std::int64_t>(last - range.first + 1, 0);
 }
 
-/// `pastRange`: whether the video continues past the range.
-void checkWritten(std::int64_t written, bool pastRange, MediaInput& input,
-                  const FrameRange& range) {
-  if (written > 0)
-    return;
-  if (range.isWhole())
-    throw Failure(ExitCode::kInput, "no frames in the video", input.path(),
-                  "check it with ffprobe");
-  if (pastRange)
-    throw Failure(ExitCode::kInput, "no frame has the number " + rangeText(range), input.path(),
-                  "frames are numbered by their time, and the video has a gap there");
-  throw Failure(ExitCode::kInput, "the video ends before the frames asked for", input.path(),
-                "frames count from 0; see nkdraw burnin --dry-run");
-}
-
 class ClipWriter {
  public:
   ClipWriter(MediaInput& input, const ClipPlan& plan, const BurninOptions& options)
@@ -50,12 +36,13 @@ class ClipWriter {
         plan_(plan),
         file_(options.output, options.overwrite),
         output_(file_.temporary(), *plan.format, options.output),
-        copier_(input, output_, plan.actions, plan.window, plan.timecodeTag),
+        copier_(input, output_, plan.streams, plan.window, plan.timecodeTag),
         progress_(expectedFrames(input, plan.job.range)) {}
 
   void write() {
-    const bool pastRange = plan_.job.inPlace ? writeInPlace() : writeTranscoded();
-    checkWritten(written_, pastRange, input_, plan_.job.range);
+    read_.continues = plan_.job.inPlace ? writeInPlace() : writeTranscoded();
+    checkRead(read_, input_, plan_.job.range);
+    copier_.finish();
     output_.finish();
     checkReadable(file_.temporary(), *plan_.format, file_.path());
     file_.commit();
@@ -77,7 +64,7 @@ class ClipWriter {
         writeByNumber(packet, index);
       else
         copier_.writeVideo(packet);
-      noteFrame();
+      noteFrame(index);
     });
   }
 
@@ -117,14 +104,14 @@ class ClipWriter {
     const bool pastRange =
         burnRange(input_, plan_.job, frames, others_, [&](AVFrame& frame, std::int64_t index) {
           encoder.encode(&frame, places.placeOf(index - plan_.job.range.first), take);
-          noteFrame();
+          noteFrame(index);
         });
     encoder.encode(nullptr, 0, take);
     return pastRange;
   }
 
-  void noteFrame() {
-    ++written_;
+  void noteFrame(std::int64_t index) {
+    read_.note(index);
     progress_.advance();
   }
 
@@ -136,7 +123,7 @@ class ClipWriter {
   Progress progress_;
   OtherPackets others_ = {[this](AVPacket& packet) { copier_.write(packet); },
                           [this] { return copier_.audioIsThrough(); }};
-  std::int64_t written_ = 0;
+  RangeRead read_;
   std::int64_t next_ = 0;  // the lowest number that is still free
 };
 
@@ -160,12 +147,13 @@ bool burnStill(MediaInput& input, const ClipPlan& plan, const TakeFrame& take) {
 
 void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
   OutputFile file(options.output, options.overwrite);
-  std::int64_t written = 0;
-  const bool pastRange = burnStill(input, plan, [&](AVFrame& frame) {
-    if (written++ == 0)
+  RangeRead read;
+  read.continues = burnStill(input, plan, [&](AVFrame& frame) {
+    if (read.written == 0)
       writeStill(frame, file.temporary(), options.output, plan.job.orientation);
+    read.note(plan.job.range.first);
   });
-  checkWritten(written, pastRange, input, plan.job.range);
+  checkRead(read, input, plan.job.range);
   file.commit();
 }
 
@@ -184,6 +172,8 @@ void burnClip(const BurninOptions& options) {
     ClipWriter(input, plan, options).write();
   for (const std::string& note : plan.notes)
     std::fprintf(stderr, "nkdraw: note: %s\n", note.c_str());
+  if (!options.verbose)
+    reportStreams(input, plan);
 }
 
 }  // namespace nkdraw::tool

@@ -2,6 +2,7 @@
 #include "burnin/clip_plan.h"
 
 #include "burnin/layer_sources.h"
+#include "burnin/range_check.h"
 #include "media/canvas_lines.h"
 #include "media/clip_facts.h"
 #include "media/failure.h"
@@ -10,7 +11,6 @@
 #include "media/range_signal.h"
 #include "media/stream_facts.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace nkdraw::tool {
@@ -45,20 +45,10 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
     plan.codec = chooseCodec(options.codec, plan.picture.drawn, *plan.format);
   else if (!isSameKind(*input.file().iformat, *plan.format))
     checkKeeps(*plan.format, *job.layout, options.codec.option);
-  plan.actions = streamActions(input, *plan.format);
-  if (!counts)
-    std::ranges::replace(plan.actions, StreamAction::kTimecode, StreamAction::kLeaveOut);
-}
-
-/// What the run says of a stream.
-const char* actionText(StreamAction action) {
-  switch (action) {
-    case StreamAction::kCopy:
-      return "copied";
-    case StreamAction::kTimecode:
-      return "kept as the video's timecode";
-    default:
-      return "left out";
+  plan.streams = planStreams(input, *plan.format, options.streams);
+  for (StreamPlan& stream : plan.streams) {
+    if (!counts && stream.action == StreamAction::kTimecode)
+      stream = {StreamAction::kLeaveOut, "files count timecode otherwise at this frame rate", {}};
   }
 }
 
@@ -108,6 +98,7 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
                      : timecodeOf(input.file(), input.video(), job.frames.rate);
   job.range = options.range;
   job.libraryAlpha = options.libraryAlpha;
+  checkRange(input, job.range);
   job.plan = planOverlay(options.overlay, job.shown, job.timecode);
   job.captions = captionsFor(job);
   job.sound = job.plan.request.meters ? soundOf(input) : nullptr;
@@ -126,6 +117,16 @@ std::string rangeText(FrameRange range) {
   return std::to_string(range.first) + (range.isBounded() && range.last != range.first
                                             ? " to " + std::to_string(range.last)
                                             : "");
+}
+
+void reportStreams(MediaInput& input, const ClipPlan& plan) {
+  for (std::size_t i = 0; i < plan.streams.size(); ++i) {
+    const StreamAction action = plan.streams[i].action;
+    if (action == StreamAction::kConvert || action == StreamAction::kLeaveOut)
+      std::fprintf(stderr, "nkdraw: note: stream %zu (%s) is %s\n", i,
+                   describeStream(*input.file().streams[i]).c_str(),
+                   planText(plan.streams[i]).c_str());
+  }
 }
 
 void describe(std::FILE* to, const Job& job) {
@@ -165,11 +166,10 @@ void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
   if (!plan.job.inPlace)
     std::fprintf(to, "picture   %s\n", pictureText(plan.picture).c_str());
   describe(to, plan.job);
-  for (std::size_t i = 0; i < plan.actions.size(); ++i) {
-    if (plan.actions[i] == StreamAction::kBurn)
-      continue;
-    std::fprintf(to, "stream %zu  %s: %s\n", i, describeStream(*input.file().streams[i]).c_str(),
-                 actionText(plan.actions[i]));
+  for (std::size_t i = 0; i < plan.streams.size(); ++i) {
+    if (plan.streams[i].action != StreamAction::kBurn)
+      std::fprintf(to, "stream %zu  %s: %s\n", i, describeStream(*input.file().streams[i]).c_str(),
+                   planText(plan.streams[i]).c_str());
   }
   const std::string codec = options.still ? "png, one picture"
                             : plan.codec  ? codecText(*plan.codec)

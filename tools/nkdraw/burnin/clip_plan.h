@@ -25,7 +25,7 @@ struct ClipPlan {
   Frame first;                             // the first decoded one, if it was looked at
   const AVOutputFormat* format = nullptr;  // null for a still
   std::optional<CodecChoice> codec;        // if frames are encoded
-  std::vector<StreamAction> actions;
+  std::vector<StreamPlan> streams;         // empty for a still
   TimeWindow window;
   std::optional<std::string> timecodeTag;  // the first written frame's; empty to drop the input's
   std::vector<std::string> notes;          // what a user should know that is not as asked or usual
@@ -36,6 +36,9 @@ struct ClipPlan {
 
 /// "all", "5" or "5 to 9"
 [[nodiscard]] std::string rangeText(FrameRange range);
+
+/// Says on standard error which streams are converted or left out.
+void reportStreams(MediaInput& input, const ClipPlan& plan);
 
 /// Describes the plan for a user, one fact per line.
 void describe(std::FILE* to, const Job& job);

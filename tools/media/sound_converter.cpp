@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "media/sound_converter.h"
+
+#include "media/container_streams.h"
+#include "media/time_window.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace nkdraw::media {
+namespace {
+
+/// The sample rate of the track, or the nearest one that the encoder and the format have.
+int rateFor(const AVCodec& codec, const AVOutputFormat& format, int rate) {
+  const int only = soundRateOf(format);
+  const int wanted = only != 0 ? only : rate;
+  int best = 0;
+  for (const int* each = codec.supported_samplerates; each != nullptr && *each != 0; ++each) {
+    if (best == 0 || std::abs(*each - wanted) < std::abs(best - wanted))
+      best = *each;
+  }
+  return best != 0 ? best : wanted;
+}
+
+AudioShape shapeFor(const AVCodecParameters& track, const AVCodec& codec,
+                    const AVOutputFormat& format) {
+  AudioShape shape(track);
+  shape.rate = rateFor(codec, format, track.sample_rate);
+  return shape;
+}
+
+/// Without an end or an origin, all of it.
+std::size_t momentsUntil(std::int64_t end, std::int64_t origin, int rate) {
+  if (end == std::numeric_limits<std::int64_t>::max() || origin == AV_NOPTS_VALUE)
+    return std::numeric_limits<std::size_t>::max();
+  const AVRational moment = {1, rate};
+  return static_cast<std::size_t>(std::max<std::int64_t>(
+      av_rescale_q(end, kMicroseconds, moment) - av_rescale_q(origin, kMicroseconds, moment), 0));
+}
+
+}  // namespace
+
+SoundConverter::SoundConverter(const AVStream& from, const CodecChoice& choice,
+                               const AVOutputFormat& format, const SoundSource& source,
+                               std::int64_t end)
+    : shape_(shapeFor(*from.codecpar, *choice.codec, format)),
+      decoder_(from, shape_, source),
+      encoder_(choice, shape_, format),
+      left_(momentsUntil(end, source.origin, shape_.rate)) {}
+
+void SoundConverter::convert(const AVPacket* packet, const TakePacket& take) {
+  decoder_.decode(packet);
+  const std::size_t count = std::min(decoder_.ready().size() / shape_.channels(), left_);
+  if (count > 0)
+    encoder_.encode(decoder_.ready().data(), count, take);
+  left_ -= count;
+  decoder_.take(decoder_.ready().size());
+  if (packet == nullptr)
+    encoder_.finish(take);
+}
+
+}  // namespace nkdraw::media

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Decodes one audio stream into samples without gaps.
+#pragma once
+
+#include "media/libav.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace nkdraw::media {
+
+/// Sample rate and channels. Samples are doubles, which hold every PCM format without loss; the
+/// channels of one moment lie side by side.
+struct AudioShape {
+  /// The shape of a track; unnamed channels get the usual layout.
+  explicit AudioShape(const AVCodecParameters& track);
+  AudioShape(const AudioShape& other);
+  AudioShape& operator=(const AudioShape&) = delete;
+  ~AudioShape();
+
+  [[nodiscard]] std::size_t channels() const {
+    return static_cast<std::size_t>(layout.nb_channels);
+  }
+
+  int rate = 0;
+  AVChannelLayout layout = {};
+};
+
+/// How a stream is decoded: where from, and what a message says.
+struct SoundSource {
+  std::string path;
+  std::string advice;                    // how to run without this sound
+  std::int64_t origin = AV_NOPTS_VALUE;  // in microseconds: where the samples begin; without one,
+                                         // with the stream's first
+};
+
+class SoundDecoder {
+ public:
+  /// Converts the stream, which must outlive it, to `shape`. Throws Failure.
+  SoundDecoder(const AVStream& stream, const AudioShape& shape, SoundSource source);
+
+  /// Decodes a packet of the stream; null ends it.
+  void decode(const AVPacket* packet);
+
+  /// What has been decoded and not yet taken; the channels of one moment lie side by side.
+  [[nodiscard]] std::span<const double> ready() const { return std::span(ready_).subspan(used_); }
+  /// Takes the first `samples` of ready().
+  void take(std::size_t samples);
+
+  /// The time of the first sample, in microseconds; none before that was decoded.
+  [[nodiscard]] std::int64_t origin() const { return source_.origin; }
+
+ private:
+  void append(const AVFrame& frame);
+  void skipOrFill(std::int64_t moments);
+  void convert(const AVFrame* frame);
+  void openResampler(const AVFrame& frame);
+  void skip(std::size_t begin);
+  [[noreturn]] void failToConvert(int error) const;
+
+  const AVStream& stream_;
+  AudioShape shape_;
+  SoundSource source_;
+  CodecContext decoder_;
+  Resampler resampler_;
+  Frame frame_ = makeFrame();
+  std::vector<double> ready_;
+  std::size_t used_ = 0;                    // of ready_
+  std::size_t toSkip_ = 0;                  // moments before the origin
+  std::int64_t expected_ = AV_NOPTS_VALUE;  // time of the next frame, in microseconds
+};
+
+}  // namespace nkdraw::media

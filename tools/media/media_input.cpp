@@ -107,6 +107,17 @@ void MediaInput::readOnly(const AVStream& stream) {
     file_->streams[i]->discard = file_->streams[i] == &stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
 }
 
+void MediaInput::startAt(const StartPoint& start) {
+  toSkip_ = start.skipped;
+  if (!start.time)
+    return;
+  const int error = av_seek_frame(file_.get(), videoIndex_, *start.time, AVSEEK_FLAG_BACKWARD);
+  throwIfInterrupted();
+  if (error < 0)
+    throw Failure(ExitCode::kInput, "the file can't be read from there", path_,
+                  explained(error) + "; check it with ffprobe");
+}
+
 AVRational MediaInput::frameRate() {
   const AVRational rate = av_guess_frame_rate(file_.get(), &video(), nullptr);
   return rate.num > 0 && rate.den > 0 ? rate : AVRational{25, 1};
@@ -140,6 +151,16 @@ std::uint32_t MediaInput::fileType() const {
 }
 
 bool MediaInput::read(AVPacket& packet) {
+  while (readNext(packet)) {
+    if (toSkip_ == 0 || !isVideo(packet))
+      return true;
+    --toSkip_;
+    av_packet_unref(&packet);
+  }
+  return false;
+}
+
+bool MediaInput::readNext(AVPacket& packet) {
   throwIfInterrupted();
   const int error = av_read_frame(file_.get(), &packet);
   throwIfInterrupted();

@@ -6,9 +6,17 @@
 #include "media/libav.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace nkdraw::media {
+
+/// Where reading begins.
+struct StartPoint {
+  std::optional<std::int64_t>
+      time;                  ///< what to seek, in the video's time base; none: the beginning
+  std::int64_t skipped = 0;  ///< packets of the video that are left out from there on
+};
 
 class MediaInput {
  public:
@@ -25,6 +33,9 @@ class MediaInput {
   /// From now on packets of other streams need not be read.
   void readOnly(const AVStream& stream);
 
+  /// Begins there; before the first packet is read. Throws Failure if the file can't be sought.
+  void startAt(const StartPoint& start);
+
   /// Frames a second; 25 if the file doesn't tell.
   [[nodiscard]] AVRational frameRate();
   [[nodiscard]] bool interlaced();
@@ -38,9 +49,12 @@ class MediaInput {
   [[nodiscard]] bool read(AVPacket& packet);
 
  private:
+  bool readNext(AVPacket& packet);
+
   std::string path_;
   InputContext file_;
   int videoIndex_ = -1;
+  std::int64_t toSkip_ = 0;  // packets of the video
 };
 
 }  // namespace nkdraw::media

@@ -129,7 +129,7 @@ class ClipWriter {
 
 /// Passes on the frames of the range, burnt. Returns whether the video continues past it.
 bool burnStill(MediaInput& input, const ClipPlan& plan, const TakeFrame& take) {
-  const OtherPackets none = {[](AVPacket&) {}, [] { return true; }};
+  const OtherPackets none = {{}, [] { return true; }};
   if (!plan.job.inPlace) {
     TranscodedFrames frames(plan.job, plan.picture.drawn);
     return burnRange(input, plan.job, frames, none,

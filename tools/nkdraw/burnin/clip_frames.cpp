@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "burnin/clip_frames.h"
 
+#include "media/start_point.h"
+
 namespace nkdraw::tool {
 namespace {
 
@@ -39,6 +41,12 @@ AVFrame& TranscodedFrames::burn(AVFrame& decoded, std::int64_t index) {
   canvas_.draw(frame,
                [&](std::uint8_t* canvas) { burner_.burn(canvas, index, captionsOf(decoded)); });
   return frame;
+}
+
+void startAtRange(MediaInput& input, const Job& job, const OtherPackets& others) {
+  const bool ownCaptions = job.plan.request.captions && job.captions == nullptr;
+  if (!ownCaptions)
+    input.startAt(startFor(input, {job.range.first, job.frames.rate, others.take != nullptr}));
 }
 
 }  // namespace nkdraw::tool

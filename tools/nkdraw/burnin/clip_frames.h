@@ -58,15 +58,20 @@ class TranscodedFrames {
 
 /// Handles a clip's packets other than the video's.
 struct OtherPackets {
-  TakePacket take;
+  TakePacket take;                  // none if they are not wanted
   std::function<bool()> isThrough;  // whether no more are needed past the range
 };
+
+/// Begins to read the clip where the job's range lies. The state of the clip's own captions depends
+/// on all frames before, so with these it is read from the beginning.
+void startAtRange(MediaInput& input, const Job& job, const OtherPackets& others);
 
 /// Reads the clip up to the end of the job's range, burns the frames of the range, and passes each
 /// with its number to `take`. Returns whether the video continues past the range.
 template <class Frames, class Take>
 bool burnRange(MediaInput& input, const Job& job, Frames& frames, const OtherPackets& others,
                Take take) {
+  startAtRange(input, job, others);
   FrameCursor<typename Frames::Feed> cursor(input, job.frames, others.take, job.range);
   cursor.passUntil(job.range.end(), [&](auto& frame, std::int64_t index) {
     if (job.range.contains(index))

@@ -5,6 +5,7 @@
 #include "program.h"
 
 #include <media/clip_facts.h>
+#include <media/libav_log.h>
 #include <media/start_point.h>
 #include <media/video_feed.h>
 
@@ -75,7 +76,7 @@ const ClipKind kKinds[] = {
      "null",
      {"-c:v", "mpeg2video", "-g", "12", "-bf", "2", "-b:v", "2M"},
      true},
-    {"ProResMXF", "clip.mxf", "null", {"-c:v", "prores_ks"}, true},
+    {"ProResInMOV", "clip.mov", "null", {"-c:v", "prores_ks"}, true},
     {"VaryingRate", "clip.mkv", "select='not(between(mod(n\\,10)\\,3\\,5))+eq(n\\,99)'",
      with(kH264, {"-vsync", "passthrough"}), true},
     {"TransportStreamWhoseTimesWrap", "clip.ts", "null",
@@ -147,6 +148,7 @@ void expectSameFrames(const std::string& path) {
 }  // namespace
 
 TEST_P(StartPoints, GiveTheFramesOfTheWholeClip) {
+  showLibavMessages(false);
   makeClip(GetParam());
   MediaInput input(at(GetParam().file));
   if (ownLayout(input) != nullptr)

@@ -3,6 +3,7 @@
 
 #include "media/failure.h"
 #include "media/output_file.h"
+#include "media/pipe_name.h"
 
 #include <cmath>
 #include <initializer_list>
@@ -23,10 +24,20 @@ std::string both(const MediaInput& a, const std::string& one, const MediaInput& 
   return a.path() + " has " + one + ", " + b.path() + " " + other;
 }
 
+const std::string& checkedSecond(const std::string& first, const std::string& second) {
+  if (isPipedInput(first) && (first == second || isSameFile(first, second)))
+    throw Failure(ExitCode::kUsage, "both clips are the same pipe", first, "give a file for one");
+  return second;
+}
+
 }  // namespace
 
-ClipPair::ClipPair(const std::string& first, const std::string& second, const std::string& output)
-    : a(first), b(second), frames(framesOf(a, ownLayout(a))) {
+ClipPair::ClipPair(const std::string& first, const std::string& second, const std::string& output,
+                   const InputShape& shape)
+    : a(first, isPipedInput(first) || !isPipedInput(second) ? shape : InputShape{}),
+      b(checkedSecond(first, second),
+        isPipedInput(second) || !isPipedInput(first) ? shape : InputShape{}),
+      frames(framesOf(a, ownLayout(a))) {
   for (const std::string& input : {first, second}) {
     if (!output.empty() && isSameFile(input, output))
       throw Failure(ExitCode::kUsage, "the output is an input", output, "choose another name");

@@ -14,7 +14,9 @@ namespace nkdraw::media {
 /// Two clips with the same frame size and frame rate.
 struct ClipPair {
   /// Throws Failure if a clip can't be read, if the clips differ, or if the output is one of them.
-  ClipPair(const std::string& a, const std::string& b, const std::string& output);
+  /// `shape` is of the piped clip, or of both if none is piped.
+  ClipPair(const std::string& a, const std::string& b, const std::string& output,
+           const InputShape& shape = {});
 
   MediaInput a, b;
   FrameKind frames;  // of the first clip; the second differs only in its origin

@@ -31,7 +31,7 @@ Frame firstLook(MediaInput& input) {
     return nullptr;
   Frame first;
   try {
-    MediaInput again(input.path());
+    MediaInput again = input.again();
     again.readOnly(again.video());
     VideoDecoder decoder(*again.video().codecpar, again.video().time_base, again.path());
     const auto keep = [&](AVFrame& frame) {

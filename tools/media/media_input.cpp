@@ -4,6 +4,7 @@
 #include "media/failure.h"
 #include "media/interrupt.h"
 #include "media/libav_log.h"
+#include "media/pipe_name.h"
 
 #include <nkdraw/platform/media_names.h>
 
@@ -44,6 +45,8 @@ struct Extension {
 constexpr Extension kExtensions[] = {{"mp4", hzwFileMP4}, {"webm", hzwFileWebM}};
 
 void checkIsFile(const std::string& path) {
+  if (path == "-" || isPipedInput(path))
+    return;
   struct stat facts = {};
   if (stat(path.c_str(), &facts) != 0)
     throw Failure(ExitCode::kInput, "cannot read the input", path,
@@ -75,20 +78,30 @@ bool isCut(const AVPacket& packet, const AVInputFormat& format) {
 
 }  // namespace
 
-MediaInput::MediaInput(const std::string& path) : path_(path) {
-  checkIsFile(path);
+void MediaInput::open(const AVInputFormat* demuxer, Options& options) {
   AVFormatContext* context = avformat_alloc_context();
   if (context == nullptr)
     throw std::bad_alloc();
   context->interrupt_callback.callback = stopWhenInterrupted;
-  // The prefix stops a colon in the name from meaning a protocol.
-  if (const int error = avformat_open_input(&context, ("file:" + path).c_str(), nullptr, nullptr);
+  if (const int error =
+          avformat_open_input(&context, inputUrl(path_).c_str(), demuxer, options.get());
       error < 0) {
     throwIfInterrupted();
-    throw Failure(ExitCode::kInput, "not a media file that can be read", path,
+    throw Failure(ExitCode::kInput, "not a media file that can be read", path_,
                   explained(error) + "; check it with ffprobe");
   }
   file_.reset(context);
+  if (const char* const unknown = options.unused())
+    throw Failure(ExitCode::kUsage, "this kind of input tells that itself", path_,
+                  std::string("leave out the option for its ") + unknown);
+}
+
+MediaInput::MediaInput(const std::string& path, const InputShape& shape)
+    : path_(path), shape_(shape) {
+  checkIsFile(path);
+  Options options;
+  const AVInputFormat* const demuxer = demuxerFor(shape, path, options);
+  open(demuxer, options);
   if (const int error = avformat_find_stream_info(file_.get(), nullptr); error < 0) {
     throwIfInterrupted();
     throw Failure(ExitCode::kInput, "the file's streams can't be read", path,

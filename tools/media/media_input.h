@@ -3,6 +3,7 @@
 // Reads a media file, packet by packet.
 #pragma once
 
+#include "media/input_shape.h"
 #include "media/libav.h"
 
 #include <cstdint>
@@ -20,8 +21,11 @@ struct StartPoint {
 
 class MediaInput {
  public:
-  /// Opens the file and finds its video stream. Throws Failure.
-  explicit MediaInput(const std::string& path);
+  /// Opens the file or pipe and finds its video stream. Throws Failure.
+  explicit MediaInput(const std::string& path, const InputShape& shape = {});
+
+  /// The same file, opened once more.
+  [[nodiscard]] MediaInput again() const { return MediaInput(path_, shape_); }
 
   [[nodiscard]] const std::string& path() const { return path_; }
   [[nodiscard]] AVFormatContext& file() { return *file_; }
@@ -51,7 +55,10 @@ class MediaInput {
  private:
   bool readNext(AVPacket& packet);
 
+  void open(const AVInputFormat* demuxer, Options& options);
+
   std::string path_;
+  InputShape shape_;
   InputContext file_;
   int videoIndex_ = -1;
   std::int64_t toSkip_ = 0;  // packets of the video

@@ -5,13 +5,17 @@
 #include "media/frame_converter.h"
 #include "media/interrupt.h"
 #include "media/libav_log.h"
+#include "media/output_file.h"
+#include "media/pipe_name.h"
 
 #include <filesystem>
-#include <fstream>
+#include <string_view>
 #include <utility>
 
 namespace nkdraw::media {
 namespace {
+
+constexpr char kY4M[] = "yuv4mpegpipe";
 
 int stopWhenInterrupted(void* /*context*/) {
   return pendingInterrupt() != 0 ? 1 : 0;
@@ -40,15 +44,41 @@ Packet encodePNG(AVFrame& frame) {
   return packet;
 }
 
+bool holdsVideo(const AVOutputFormat* format) {
+  constexpr int kNoSingleFile = AVFMT_NOFILE | AVFMT_NEEDNUMBER;
+  return format != nullptr && (format->flags & kNoSingleFile) == 0 &&
+         format->video_codec != AV_CODEC_ID_NONE;
+}
+
+/// FFmpeg's name for Y4M differs from everybody's.
+const char* longName(const std::string& format) {
+  return format == "y4m" ? kY4M : format.c_str();
+}
+
+/// What a muxer needs that can't go back in its output, or would grow with it.
+void setPipeOptions(const AVOutputFormat& format, Options& options) {
+  const std::string_view name = format.name;
+  if (name == "nut")
+    options.set("write_index", "0");
+  else if (name == "mov" || name == "mp4")
+    options.set("movflags", "+frag_keyframe+empty_moov+default_base_moof");
+}
+
 }  // namespace
 
-const AVOutputFormat& formatFor(const std::string& path) {
+const AVOutputFormat& formatFor(const std::string& path, const std::optional<std::string>& asked) {
+  if (asked) {
+    const AVOutputFormat* const named = av_guess_format(longName(*asked), nullptr, nullptr);
+    if (!holdsVideo(named))
+      throw Failure(ExitCode::kUsage, "no such kind of video file", *asked, "see ffmpeg -muxers");
+    return *named;
+  }
   // Only the suffix, so that a folder's name plays no part.
   const std::string suffix = std::filesystem::path(path).extension().string();
-  const AVOutputFormat* const format = av_guess_format(nullptr, suffix.c_str(), nullptr);
-  constexpr int kNoSingleFile = AVFMT_NOFILE | AVFMT_NEEDNUMBER;
-  if (format == nullptr || (format->flags & kNoSingleFile) != 0 ||
-      format->video_codec == AV_CODEC_ID_NONE)
+  const AVOutputFormat* format = av_guess_format(nullptr, suffix.c_str(), nullptr);
+  if (format == nullptr && isPipedOutput(path))
+    format = av_guess_format("nut", nullptr, nullptr);
+  if (!holdsVideo(format))
     throw Failure(ExitCode::kUsage, "the output's suffix names no video file", path,
                   "use .mov, .avi, .mkv or .nut, or another of FFmpeg's");
   return *format;
@@ -59,13 +89,15 @@ bool holds(const AVOutputFormat& format, AVCodecID codec) {
 }
 
 MediaOutput::MediaOutput(const std::string& file, const AVOutputFormat& format, std::string name)
-    : name_(std::move(name)) {
+    : name_(std::move(name)), piped_(isPipedOutput(file)) {
   if (avformat_alloc_output_context2(&file_, &format, nullptr, nullptr) < 0)
     throw std::bad_alloc();
   const AVIOInterruptCB interrupt = {stopWhenInterrupted, nullptr};
   file_->interrupt_callback = interrupt;
+  if (std::string_view(format.name) == kY4M)
+    file_->strict_std_compliance = FF_COMPLIANCE_UNOFFICIAL;  // more than 8 bits
   const int error =
-      avio_open2(&file_->pb, ("file:" + file).c_str(), AVIO_FLAG_WRITE, &interrupt, nullptr);
+      avio_open2(&file_->pb, outputUrl(file).c_str(), AVIO_FLAG_WRITE, &interrupt, nullptr);
   if (error < 0) {
     avformat_free_context(file_);
     throw Failure(ExitCode::kOutput, "cannot write the output", name_,
@@ -87,7 +119,11 @@ void MediaOutput::close() {
 
 void MediaOutput::fail(const char* what, int error) const {
   throwIfInterrupted();
-  throw Failure(ExitCode::kOutput, what, name_, explained(error) + "; nothing was written");
+  if (piped_ && error == AVERROR(EPIPE))
+    throw ReaderGone();
+  throw Failure(
+      ExitCode::kOutput, what, name_,
+      explained(error) + (piped_ ? "; the output is incomplete" : "; nothing was written"));
 }
 
 AVStream& MediaOutput::addStream() {
@@ -99,6 +135,8 @@ AVStream& MediaOutput::addStream() {
 
 void MediaOutput::begin() {
   setOption("allow_raw_vfw", "1");  // Matroska: keep uncompressed RGB as Windows programs do
+  if (piped_)
+    setPipeOptions(format(), options_);
   if (const int error = avformat_write_header(file_, options_.get()); error < 0)
     fail("the output's head can't be written", error);
 }
@@ -127,11 +165,7 @@ void writeStill(AVFrame& frame, const std::string& file, const std::string& name
   rgb.colorspace = AVCOL_SPC_UNSPECIFIED;
   const Frame turned = orientation.isUpright() ? nullptr : upright(rgb, orientation);
   const Packet png = encodePNG(turned != nullptr ? *turned : rgb);
-  std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  out.write(reinterpret_cast<const char*>(png->data), png->size);
-  out.close();
-  if (!out)
-    throw Failure(ExitCode::kOutput, "the picture can't be written", name, "is the disk full?");
+  writeBytes({png->data, static_cast<std::size_t>(png->size)}, file, name);
 }
 
 }  // namespace nkdraw::media

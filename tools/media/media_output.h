@@ -6,20 +6,23 @@
 #include "media/libav.h"
 #include "media/orientation.h"
 
+#include <optional>
 #include <string>
 
 namespace nkdraw::media {
 
-/// The file format that a name asks for. Throws Failure if its suffix names none, or one that isn't
-/// a single file with video.
-[[nodiscard]] const AVOutputFormat& formatFor(const std::string& path);
+/// The file format with the name `asked`, or else the one that the output's suffix names; for a
+/// pipe NUT. Throws Failure if there is none such, or one that isn't a single file with video.
+[[nodiscard]] const AVOutputFormat& formatFor(const std::string& path,
+                                              const std::optional<std::string>& asked = {});
 
 /// Whether this file format can hold this codec.
 [[nodiscard]] bool holds(const AVOutputFormat& format, AVCodecID codec);
 
 class MediaOutput {
  public:
-  /// Writes to `file`; messages use `name`.
+  /// Writes to `file`, which may be a pipe; messages use `name`. When nobody reads the pipe any
+  /// more, writing throws ReaderGone.
   MediaOutput(const std::string& file, const AVOutputFormat& format, std::string name);
   MediaOutput(const MediaOutput&) = delete;
   MediaOutput& operator=(const MediaOutput&) = delete;
@@ -44,6 +47,7 @@ class MediaOutput {
   void close();
 
   std::string name_;
+  bool piped_;
   AVFormatContext* file_ = nullptr;
   Options options_;
 };

@@ -2,7 +2,10 @@
 #include "media/output_file.h"
 
 #include "media/failure.h"
+#include "media/interrupt.h"
+#include "media/pipe_name.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -17,6 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr char kStandardUrl[] = "pipe:1";
 constexpr mode_t kRights = S_IRWXU | S_IRWXG | S_IRWXO;
 
 [[noreturn]] void cannotWrite(const std::string& path, int error) {
@@ -43,9 +47,17 @@ std::string temporaryName(const std::string& path, int attempt) {
   return name.replace_filename(hidden).string();
 }
 
+void checkNoTerminal(const std::string& path) {
+  if (outputUrl(path) == kStandardUrl && isatty(STDOUT_FILENO) == 1)
+    throw Failure(ExitCode::kOutput, "a terminal shows no video", "standard output",
+                  "write into a file or a pipe");
+}
+
 }  // namespace
 
 void checkOutputName(const std::string& path, bool overwrite, const std::string& advice) {
+  if (isPipedOutput(path))
+    return checkNoTerminal(path);
   struct stat facts = {};
   if (stat(path.c_str(), &facts) == 0) {
     if (S_ISDIR(facts.st_mode))
@@ -75,8 +87,13 @@ bool isSameFile(const std::string& a, const std::string& b) {
 }
 
 OutputFile::OutputFile(const std::string& path, bool overwrite)
-    : path_(resolved(path)), overwrite_(overwrite) {
+    : path_(isPipedOutput(path) ? path : resolved(path)), overwrite_(overwrite) {
   checkOutputName(path_, overwrite);
+  if (isPipedOutput(path_)) {
+    temporary_ = path_;
+    committed_ = true;
+    return;
+  }
   struct stat old = {};
   if (stat(path_.c_str(), &old) == 0)
     oldRights_ = old.st_mode & kRights;
@@ -101,6 +118,8 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::commit() {
+  if (committed_)
+    return;
   if (oldRights_ && chmod(temporary_.c_str(), *oldRights_) != 0)
     cannotWrite(path_, errno);
   const unsigned flags = overwrite_ ? 0U : RENAME_NOREPLACE;
@@ -110,6 +129,26 @@ void OutputFile::commit() {
   if (status != 0)
     cannotWrite(path_, errno);
   committed_ = true;
+}
+
+void writeBytes(std::span<const std::uint8_t> bytes, const std::string& file,
+                const std::string& name) {
+  const bool standard = outputUrl(file) == kStandardUrl;
+  const int descriptor =
+      standard ? dup(STDOUT_FILENO) : open(file.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
+  ssize_t written = descriptor >= 0 ? 0 : -1;
+  while (!bytes.empty() && (written >= 0 || errno == EINTR)) {
+    throwIfInterrupted();
+    written = write(descriptor, bytes.data(), bytes.size());
+    bytes = bytes.subspan(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+  }
+  const int error = errno;
+  if (descriptor >= 0 && close(descriptor) == 0 && written >= 0)
+    return;
+  if (error == EPIPE && isPipedOutput(file))
+    throw ReaderGone();
+  throw Failure(ExitCode::kOutput, "cannot write the output", name,
+                std::string(std::strerror(error)) + "; is the disk full?");
 }
 
 }  // namespace nkdraw::media

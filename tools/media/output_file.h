@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// An output file that appears under its name only when it is complete.
+// An output file that appears under its name only when it is complete, or a pipe.
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 #include <sys/types.h>
@@ -11,7 +13,8 @@
 namespace nkdraw::media {
 
 /// Reserves a temporary name beside `path`, with the same suffix. If it is not committed, the
-/// temporary file is removed and nothing else changes.
+/// temporary file is removed and nothing else changes. A pipe is written as it is, and there is
+/// nothing to commit.
 class OutputFile {
  public:
   /// Throws Failure if `path` exists and may not be overwritten, or can't be written.
@@ -40,6 +43,11 @@ class OutputFile {
 /// file. `advice` tells what else to do if the file exists.
 void checkOutputName(const std::string& path, bool overwrite,
                      const std::string& advice = "choose another name");
+
+/// Writes these bytes into the file or pipe `file`; messages use `name`. Throws Failure, and
+/// ReaderGone when nobody reads the pipe.
+void writeBytes(std::span<const std::uint8_t> bytes, const std::string& file,
+                const std::string& name);
 
 /// Whether both names are the same file.
 [[nodiscard]] bool isSameFile(const std::string& a, const std::string& b);

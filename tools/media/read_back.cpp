@@ -4,6 +4,7 @@
 #include "media/failure.h"
 #include "media/interrupt.h"
 #include "media/libav_log.h"
+#include "media/pipe_name.h"
 
 #include <algorithm>
 #include <string_view>
@@ -111,7 +112,7 @@ class Reader {
 }  // namespace
 
 void checkReadable(const std::string& file, const AVOutputFormat& format, const std::string& name) {
-  if (std::string_view(format.name) == "rawvideo")
+  if (isPipedOutput(file) || std::string_view(format.name) == "rawvideo")
     return;
   if (!Reader(file, name).decode(false))
     throw Failure(ExitCode::kOutput, "the output can't be read back", name,

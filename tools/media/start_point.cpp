@@ -2,6 +2,7 @@
 #include "media/start_point.h"
 
 #include "media/failure.h"
+#include "media/pipe_name.h"
 #include "media/timecode_source.h"
 #include "media/video_decoder.h"
 
@@ -10,8 +11,6 @@
 #include <limits>
 #include <optional>
 #include <string_view>
-
-#include <sys/stat.h>
 
 namespace nkdraw::media {
 namespace {
@@ -35,11 +34,6 @@ const IndexedKind* indexedKind(const AVInputFormat& format) {
   return found != std::end(kIndexedKinds) ? found : nullptr;
 }
 
-bool isFile(const std::string& path) {
-  struct stat facts = {};
-  return stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode);
-}
-
 bool isIntraOnly(AVCodecID codec) {
   const AVCodecDescriptor* const facts = avcodec_descriptor_get(codec);
   return facts != nullptr && (facts->props & AV_CODEC_PROP_INTRA_ONLY) != 0;
@@ -48,10 +42,9 @@ bool isIntraOnly(AVCodecID codec) {
 /// Tries start points on one clip.
 class Search {
  public:
-  Search(const std::string& path, AVRational rate)
-      : path_(path),
-        rate_(rate),
-        probe_(path),
+  Search(const MediaInput& input, AVRational rate)
+      : rate_(rate),
+        probe_(input.again()),
         first_(probe_.video().start_time),
         timeBase_(probe_.video().time_base) {}
 
@@ -66,7 +59,6 @@ class Search {
   }
   [[nodiscard]] bool showsBy(std::int64_t limit, MediaInput& input, AVPacket& key) const;
 
-  const std::string& path_;
   AVRational rate_;
   MediaInput probe_;
   std::int64_t first_;
@@ -101,7 +93,7 @@ bool Search::showsBy(std::int64_t limit, MediaInput& input, AVPacket& key) const
     return true;
   if (key.pts == AV_NOPTS_VALUE)
     return false;
-  VideoDecoder decoder(codec, timeBase_, path_);
+  VideoDecoder decoder(codec, timeBase_, input.path());
   std::optional<std::int64_t> shown;
   const auto note = [&](const AVFrame& frame) {
     if (!shown)
@@ -148,7 +140,7 @@ StartPoint Search::byReading(std::int64_t limit) {
     if (isKey && numberOf(packet->pts) <= limit)
       start.skipped = count;
   }
-  MediaInput again(path_);
+  MediaInput again = probe_.again();
   again.startAt(start);
   return nextOfVideo(again, *packet) && showsBy(limit, again, *packet) ? start : StartPoint{};
 }
@@ -158,7 +150,7 @@ StartPoint Search::byReading(std::int64_t limit) {
 StartPoint startFor(MediaInput& input, const StartRequest& request) {
   const AVStream& video = input.video();
   const AVInputFormat& format = *input.file().iformat;
-  if (request.frame == 0 || video.start_time == AV_NOPTS_VALUE || !isFile(input.path()))
+  if (request.frame == 0 || video.start_time == AV_NOPTS_VALUE || isPipedInput(input.path()))
     return {};
   // Two frames of a varying rate may have the same number.
   const bool even = av_cmp_q(video.r_frame_rate, video.avg_frame_rate) == 0;
@@ -167,10 +159,10 @@ StartPoint startFor(MediaInput& input, const StartRequest& request) {
     if (const IndexedKind* const kind = indexedKind(format)) {
       if (request.otherStreams && !kind->ownPlaces)
         limit -= av_rescale_q(kInterleaving, {1, 1}, av_inv_q(request.rate));
-      return limit > 0 ? Search(input.path(), request.rate).byIndex(limit) : StartPoint{};
+      return limit > 0 ? Search(input, request.rate).byIndex(limit) : StartPoint{};
     }
     if ((format.flags & AVFMT_TS_DISCONT) != 0)
-      return Search(input.path(), request.rate).byReading(limit);
+      return Search(input, request.rate).byReading(limit);
   } catch (const Failure&) {
     // Reading from the beginning will tell, if it matters.
   }

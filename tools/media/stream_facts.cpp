@@ -2,6 +2,7 @@
 #include "media/stream_facts.h"
 
 #include "media/failure.h"
+#include "media/stream_codec.h"
 
 #include <algorithm>
 #include <string_view>
@@ -81,7 +82,7 @@ void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format)
 
 void checkKeeps(const AVOutputFormat& format, const Layout& layout,
                 const std::string& codecOption) {
-  if ((layout.containers & containerOf(format.name)) == 0)
+  if ((layout.containers & containerOf(format.name)) == 0 && !keepsAnyRaw(format))
     throw Failure(ExitCode::kUsage, "this kind of file does not keep the layout",
                   std::string(format.name) + ", " + std::string(layout.name),
                   "write " + containerNames(layout.containers) + ", or choose a " + codecOption);

@@ -10,6 +10,7 @@
 #include "media/light_levels.h"
 #include "media/lossless_codec.h"
 #include "media/range_signal.h"
+#include "media/stream_codec.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -39,7 +40,7 @@ AVPixelFormat rawFormat(AVPixelFormat wanted, const AVOutputFormat& format,
   if (avcodec_pix_fmt_to_codec_tag(wanted) == 0)
     throw Failure(ExitCode::kUsage, "no kind of file keeps such raw frames",
                   av_get_pix_fmt_name(wanted), "choose another " + option);
-  if ((containers & containerOf(format.name)) == 0)
+  if (!keepsAnyRaw(format) && (containers & containerOf(format.name)) == 0)
     throw Failure(ExitCode::kUsage, "this kind of file does not keep such raw frames",
                   std::string(format.name) + ", " + av_get_pix_fmt_name(wanted),
                   "choose another " + option + ", or write " + containerNames(containers));
@@ -130,8 +131,10 @@ bool isYUV(AVPixelFormat format) {
 
 CodecChoice chooseCodec(const CodecRequest& request, AVPixelFormat drawn,
                         const AVOutputFormat& format) {
-  return request.asked ? namedChoice(request, drawn, format)
-                       : losslessChoice(request.option, drawn, format);
+  if (request.asked)
+    return namedChoice(request, drawn, format);
+  const auto plain = streamCodec(drawn, format, request.option);
+  return plain ? *plain : losslessChoice(request.option, drawn, format);
 }
 
 VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, const FrameKind& frames,

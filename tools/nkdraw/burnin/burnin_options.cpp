@@ -4,9 +4,9 @@
 #include "cli/option_group.h"
 #include "cli/option_values.h"
 #include "media/failure.h"
+#include "media/pipe_name.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string_view>
 
 namespace nkdraw::tool {
@@ -55,17 +55,6 @@ PlacedText readText(const std::string& argument) {
   return {*at, std::string(left)};
 }
 
-/// The broadcast rates that are usually abbreviated: 29.97 is 30000/1001.
-AVRational exactRate(AVRational rate) {
-  constexpr double kNear = 0.006;
-  for (const int whole : {24, 30, 48, 60, 120}) {
-    const AVRational exact = {whole * 1000, 1001};
-    if (std::abs(av_q2d(rate) - av_q2d(exact)) < kNear)
-      return exact;
-  }
-  return rate;
-}
-
 }  // namespace
 
 void BurninArguments::addTo(CLI::App& command) {
@@ -79,6 +68,7 @@ void BurninArguments::addTo(CLI::App& command) {
   layers_.addTo(command);
   addWritingTo(command);
   streams_.addTo(command);
+  pipes_.addTo(command);
   addPatternTo(command);
   plain.addFlag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
   plain.addFlag("-v,--verbose", run_.verbose, "Say more, with FFmpeg's messages");
@@ -167,6 +157,8 @@ void BurninArguments::readFiles(BurninOptions& options) const {
                   "give INPUT and OUTPUT, or --layout for a test pattern");
   if (output_)
     options.input = input_;
+  options.inputShape = pipes_.input();
+  options.format = pipes_.format();
   options.output = output_.value_or(*input_);
   if (options.output.empty() || input_->empty())
     throw Failure(ExitCode::kUsage, "a file name is empty", "nkdraw burnin",
@@ -226,7 +218,7 @@ void BurninArguments::readStill(BurninOptions& options) const {
     options.range = {frame, frame};
   }
   const bool isPicture = av_match_ext(options.output.c_str(), "png") != 0;
-  if (options.still != isPicture)
+  if (options.still != isPicture && !(options.still && isPipedOutput(options.output)))
     throw Failure(
         ExitCode::kUsage, isPicture ? "a picture needs a frame" : "a still is written as PNG",
         options.output, isPicture ? "give --still N" : "name an output that ends in .png");
@@ -268,13 +260,8 @@ void BurninArguments::readPatternShape(PatternOptions& pattern) const {
     pattern.width = size->x;
     pattern.height = size->y;
   }
-  if (patternRate_) {
-    AVRational rate = {};
-    if (av_parse_ratio(&rate, patternRate_->c_str(), 1001000, AV_LOG_QUIET, nullptr) < 0 ||
-        rate.num <= 0 || rate.den <= 0)
-      badValue("--pattern-rate", *patternRate_, "write frames a second: 25, 29.97, 30000/1001");
-    pattern.rate = exactRate(rate);
-  }
+  if (patternRate_)
+    pattern.rate = readRate("--pattern-rate", *patternRate_);
   if (patternFrames_)
     pattern.frames = readNumber("--pattern-frames", *patternFrames_, 1, kMostFrames,
                                 "write how many frames, 1 or more");

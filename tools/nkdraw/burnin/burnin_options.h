@@ -7,6 +7,7 @@
 #include "burnin/layer_options.h"
 #include "burnin/overlay_plan.h"
 #include "burnin/stream_options.h"
+#include "cli/pipe_options.h"
 #include "cli/run_options.h"
 #include "cli/using_media.h"
 #include "media/encoder.h"
@@ -34,7 +35,9 @@ inline constexpr char kStartOption[] = "--start-timecode";
 /// The request for one run.
 struct BurninOptions : RunOptions {
   std::optional<std::string> input;  // none: the test pattern
+  InputShape inputShape;             // what the input does not tell itself
   std::string output;
+  std::optional<std::string> format;  // of the output; none: by its name
   OverlayRequest overlay;
   std::optional<std::string> startTimecode;
   FrameRange range;
@@ -77,6 +80,7 @@ class BurninArguments {
   std::optional<std::string> layout_, patternSize_, patternRate_, patternFrames_;
   LayerArguments layers_;
   StreamArguments streams_;
+  PipeArguments pipes_;
   bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, formatLine_ = false;
   bool fill_ = false, noFill_ = false;
   bool keepAlpha_ = false;

@@ -161,7 +161,7 @@ void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions
 
 void burnClip(const BurninOptions& options) {
   checkIsAnother(options.output, *options.input, "the output is the input");
-  MediaInput input(*options.input);
+  MediaInput input(*options.input, options.inputShape);
   const ClipPlan plan = planClip(input, options);
   checkOutput(options.output, options);
   if (!announce(options, [&](std::FILE* to) { describe(to, input, plan, options); }))

@@ -9,6 +9,7 @@
 #include "media/first_look.h"
 #include "media/frame_converter.h"
 #include "media/range_signal.h"
+#include "media/stream_codec.h"
 #include "media/stream_facts.h"
 
 #include <utility>
@@ -33,6 +34,18 @@ TimeWindow windowOf(MediaInput& input, const Job& job) {
   return {.shift = first, .video = first, .first = first, .end = end};
 }
 
+/// Whether the output holds no packets of the clip.
+bool isEncoded(const BurninOptions& options) {
+  return !options.still && isAlwaysEncoded(formatFor(options.output, options.format));
+}
+
+std::vector<StreamPlan> videoAlone(MediaInput& input) {
+  const StreamPlan none = {StreamAction::kLeaveOut, "this kind of output holds one video alone", {}};
+  std::vector<StreamPlan> streams(input.file().nb_streams, none);
+  streams[static_cast<std::size_t>(input.video().index)] = {StreamAction::kBurn, {}, {}};
+  return streams;
+}
+
 void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options) {
   const Job& job = plan.job;
   const bool counts = countsAllFrames(job.timecode, job.frames.rate);
@@ -40,12 +53,14 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
     plan.timecodeTag = "";
   else if (job.timecode.known)
     plan.timecodeTag = timecodeText(job.timecode, job.range.first);
-  plan.format = &formatFor(options.output);
+  plan.format = &formatFor(options.output, options.format);
   if (!job.inPlace)
     plan.codec = chooseCodec(options.codec, plan.picture.drawn, *plan.format);
   else if (!isSameKind(*input.file().iformat, *plan.format))
     checkKeeps(*plan.format, *job.layout, options.codec.option);
-  plan.streams = planStreams(input, *plan.format, options.streams);
+  plan.streams = holdsVideoAlone(*plan.format)
+                     ? videoAlone(input)
+                     : planStreams(input, *plan.format, options.streams);
   for (StreamPlan& stream : plan.streams) {
     if (!counts && stream.action == StreamAction::kTimecode)
       stream = {StreamAction::kLeaveOut, "files count timecode otherwise at this frame rate", {}};
@@ -82,7 +97,8 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   Job& job = plan.job;
   const Layout* const own = ownLayout(input);
   job.orientation = orientationOf(input.video());
-  job.inPlace = own != nullptr && !options.codec.asked && job.orientation.isUpright();
+  job.inPlace =
+      own != nullptr && !options.codec.asked && job.orientation.isUpright() && !isEncoded(options);
   if (!job.inPlace)
     plan.picture = formatsFor(decodedFormat(input));
   job.layout = job.inPlace ? own : &layoutOf(canvasKindFor(plan.picture.drawn).type);

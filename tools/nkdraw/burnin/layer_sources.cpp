@@ -3,6 +3,7 @@
 
 #include "cli/library_log.h"
 #include "media/failure.h"
+#include "media/pipe_name.h"
 
 #include <nkdraw/overlay/overlay.h>
 #include <nkdraw/platform/media_reader.h>
@@ -55,6 +56,9 @@ std::shared_ptr<const CaptionTrack> captionsFor(const Job& job) {
 }
 
 std::shared_ptr<const SoundTrack> soundOf(MediaInput& input) {
+  if (isPipedInput(input.path()))
+    throw Failure(ExitCode::kUsage, "meters can't be fed from a pipe", input.path(),
+                  "give a file, or leave --meters out");
   const std::span streams(input.file().streams, input.file().nb_streams);
   const auto found = std::ranges::find_if(streams, [](const AVStream* stream) {
     return stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO;

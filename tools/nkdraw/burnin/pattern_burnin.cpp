@@ -209,7 +209,7 @@ PatternOutput planOutput(const Job& job, const BurninOptions& options) {
   PatternOutput output;
   if (options.still)
     return output;
-  output.format = &formatFor(options.output);
+  output.format = &formatFor(options.output, options.format);
   if (options.codec.asked)
     output.codec = chooseCodec(options.codec, job.layout->pixelFormat, *output.format);
   else

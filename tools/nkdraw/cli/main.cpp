@@ -5,12 +5,14 @@
 #include "media/failure.h"
 #include "media/interrupt.h"
 #include "media/libav_log.h"
+#include "media/pipe_name.h"
 
 #include <nkdraw/version.h>
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <iostream>
 #include <memory>
@@ -49,6 +51,8 @@ int execute(Command& command) {
     return static_cast<int>(ExitCode::kOk);
   } catch (const Failure& failure) {
     return report(failure.code(), failure.what());
+  } catch (const ReaderGone&) {
+    return kSignalBase + SIGPIPE;
   } catch (const Interrupted& interrupted) {
     report(ExitCode::kOk,
            "interrupted: signal " + std::to_string(interrupted.signal()) + "; nothing was written");

@@ -11,6 +11,7 @@
 #include "media/frame_cursor.h"
 #include "media/media_output.h"
 #include "media/output_file.h"
+#include "media/pipe_name.h"
 #include "media/video_encoder.h"
 #include "media/video_feed.h"
 
@@ -35,7 +36,7 @@ ComparePlan planCompare(ClipPair& clips, const CompareOptions& options) {
   ComparePlan plan;
   plan.call = planMux(options.display, clips.frames.width, clips.frames.height);
   if (options.output) {
-    plan.format = &formatFor(*options.output);
+    plan.format = &formatFor(*options.output, options.format);
     plan.codec = chooseCodec(options.codec, kShown, *plan.format);
   }
   return plan;
@@ -178,12 +179,12 @@ Compared writeComparison(ClipPair& clips, const ComparePlan& plan, const Compare
   if (display)
     display->finish();
   if (report)
-    report->finish();
+    report->finish(options.output && isPipedOutput(*options.output) ? stderr : stdout);
   return compared;
 }
 
 void compareClips(const CompareOptions& options) {
-  ClipPair clips(options.a, options.b, options.output.value_or(""));
+  ClipPair clips(options.a, options.b, options.output.value_or(""), options.inputShape);
   const ComparePlan plan = planCompare(clips, options);
   checkNames(options);
   if (!announce(options, [&](std::FILE* to) { describe(to, clips, plan, options); }))

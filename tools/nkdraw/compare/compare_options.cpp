@@ -98,6 +98,7 @@ void CompareArguments::addTo(CLI::App& command) {
   addModeTo(command);
   addLookTo(command);
   addWritingTo(command);
+  pipes_.addTo(command);
   plain.addFlag("--list", plain_.list, "List the modes, and which options each takes");
   plain.addFlag("-v,--verbose", plain_.verbose, "Say more, with FFmpeg's messages");
 }
@@ -152,6 +153,8 @@ CompareOptions CompareArguments::read() const {
   if (options.a.empty() || options.b.empty())
     throw Failure(ExitCode::kUsage, "a file name is missing", "nkdraw compare",
                   "give A, B and OUTPUT; see nkdraw compare --help");
+  options.inputShape = pipes_.input();
+  options.format = pipes_.format();
   options.output = given(output_);
   options.report = given(report_);
   if (!options.output && !options.report)

@@ -3,6 +3,7 @@
 // The command line of `nkdraw compare`.
 #pragma once
 
+#include "cli/pipe_options.h"
 #include "cli/run_options.h"
 #include "cli/using_media.h"
 #include "compare/mux_plan.h"
@@ -19,6 +20,8 @@ namespace nkdraw::tool {
 
 /// The request for one run.
 struct CompareOptions : RunOptions {
+  InputShape inputShape;              // what a piped input does not tell itself
+  std::optional<std::string> format;  // of the output; none: by its name
   std::string a, b;
   std::optional<std::string> output, report;  // at least one
   MuxRequest display;
@@ -42,6 +45,7 @@ class CompareArguments {
   void readDisplay(MuxRequest& display) const;
 
   CompareOptions plain_;  // values that need no interpretation
+  PipeArguments pipes_;
   std::string output_, report_, codec_;
   std::string mode_ = "difference", amount_, channel_, wipe_, flipFirst_, flipSecond_, gridPixels_;
   std::optional<std::string> splitX_, splitY_, grid_, threshold_, gain_, block_;

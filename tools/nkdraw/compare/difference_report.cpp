@@ -51,17 +51,17 @@ void DifferenceReport::add(AVFrame& a, AVFrame& b, std::int64_t index) {
   largest_ = std::max(largest_, difference.largestOfAll());
 }
 
-void DifferenceReport::finish() {
+void DifferenceReport::finish(std::FILE* summary) {
   table_.close();
   checkWritten();
   file_.commit();
   const std::string compared = counted(frames_, "frame") + " compared";
   if (framesThatDiffer_ == 0)
-    std::printf("%s, no pixel differs\n", compared.c_str());
+    std::fprintf(summary, "%s, no pixel differs\n", compared.c_str());
   else
-    std::printf("%s, differences in %s: %s in all, by at most %u\n", compared.c_str(),
-                counted(framesThatDiffer_, "frame").c_str(), counted(pixels_, "pixel").c_str(),
-                largest_);
+    std::fprintf(summary, "%s, differences in %s: %s in all, by at most %u\n", compared.c_str(),
+                 counted(framesThatDiffer_, "frame").c_str(), counted(pixels_, "pixel").c_str(),
+                 largest_);
 }
 
 void DifferenceReport::checkWritten() {

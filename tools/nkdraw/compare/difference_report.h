@@ -10,6 +10,7 @@
 #include "media/output_file.h"
 #include "media/timecode_source.h"
 
+#include <cstdio>
 #include <fstream>
 #include <string>
 
@@ -27,8 +28,8 @@ class DifferenceReport {
   DifferenceReport(const std::string& path, bool overwrite, ClipPair& clips);
 
   void add(AVFrame& a, AVFrame& b, std::int64_t index);
-  /// Renames the file to its final name, and prints a summary on standard output.
-  void finish();
+  /// Renames the file to its final name, and prints a summary.
+  void finish(std::FILE* summary);
 
  private:
   void checkWritten();

@@ -4,12 +4,10 @@
 #include "draw/draw_canvas.h"
 #include "draw/draw_options.h"
 #include "draw/draw_script.h"
-#include "media/failure.h"
 #include "media/media_output.h"
 #include "media/output_file.h"
 
 #include <cstdio>
-#include <fstream>
 
 namespace nkdraw::tool {
 namespace {
@@ -29,13 +27,7 @@ void listVerbs() {
 }
 
 void writeRaw(const DrawCanvas& canvas, const std::string& file, const std::string& name) {
-  const auto bytes = canvas.frame();
-  std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  out.write(reinterpret_cast<const char*>(bytes.data()),
-            static_cast<std::streamsize>(bytes.size()));
-  out.close();
-  if (!out)
-    throw Failure(ExitCode::kOutput, "the frame can't be written", name, "is the disk full?");
+  writeBytes(canvas.frame(), file, name);
 }
 
 void drawFile(const DrawOptions& options) {

@@ -5,6 +5,7 @@
 #include "cli/option_values.h"
 #include "draw/draw_canvas.h"
 #include "media/failure.h"
+#include "media/pipe_name.h"
 
 #include <algorithm>
 #include <string_view>
@@ -39,9 +40,12 @@ void DrawArguments::addTo(CLI::App& command) {
   command.footer(kMore);
   OptionGroup plain(command);
   plain.add("SCRIPT", plain_.script, "", "What to draw; - is the standard input");
-  plain.add("OUTPUT", plain_.output, "", "A picture, .png, or the frame's bytes, .raw");
+  plain.add("OUTPUT", plain_.output, "",
+            "A picture, .png, or the frame's bytes, .raw; - is the\nstandard output");
   plain.add("--layout", layout_, "NAME", "The frame's layout; see --list-layouts");
   plain.add("--size", size_, "WxH", "The frame's size, 1x1 to 8192x8192");
+  plain.add("--format", format_, "png|rawvideo",
+            "What to write (by OUTPUT's suffix; png for a pipe)");
   plain.addFlag("--clip", plain_.clip,
                 "Leave out what lies outside the frame, instead of refusing it");
   plain.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT if it exists");
@@ -57,16 +61,26 @@ DrawOptions DrawArguments::read() const {
   if (options.script.empty() || options.output.empty())
     throw Failure(ExitCode::kUsage, "no files named", "nkdraw draw",
                   "give SCRIPT and OUTPUT; see nkdraw draw --help");
-  options.raw = options.output.ends_with(".raw");
-  if (!options.raw && !options.output.ends_with(".png"))
-    throw Failure(ExitCode::kUsage, "no such kind of output", options.output,
-                  "name an output that ends in .png or .raw");
+  options.raw = isRaw(options.output);
   if (!layout_)
     throw Failure(ExitCode::kUsage, "no layout", "nkdraw draw",
                   "give --layout NAME; see nkdraw draw --list-layouts");
   options.layout = &drawLayoutNamed(*layout_);
   readSize(options);
   return options;
+}
+
+bool DrawArguments::isRaw(const std::string& output) const {
+  const bool rawName = output.ends_with(".raw");
+  if (format_) {
+    if (*format_ != "png" && *format_ != "rawvideo")
+      badValue("--format", *format_, "give png or rawvideo");
+    return *format_ == "rawvideo";
+  }
+  if (!rawName && !output.ends_with(".png") && !isPipedOutput(output))
+    throw Failure(ExitCode::kUsage, "no such kind of output", output,
+                  "name an output that ends in .png or .raw");
+  return rawName;
 }
 
 void DrawArguments::readSize(DrawOptions& options) const {

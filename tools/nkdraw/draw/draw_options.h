@@ -34,10 +34,11 @@ class DrawArguments {
   [[nodiscard]] DrawOptions read() const;
 
  private:
+  [[nodiscard]] bool isRaw(const std::string& output) const;
   void readSize(DrawOptions& options) const;
 
   DrawOptions plain_;  // values that need no interpretation
-  std::optional<std::string> layout_, size_;
+  std::optional<std::string> layout_, size_, format_;
 };
 
 }  // namespace nkdraw::tool

@@ -171,7 +171,7 @@ class TranscodeJoin {
 };
 
 void wipeClips(const WipeOptions& options) {
-  ClipPair clips(options.a, options.b, options.output);
+  ClipPair clips(options.a, options.b, options.output, options.inputShape);
   const WipePlan plan = planWipe(clips, options);
   checkOutput(options.output, options);
   if (!announce(options, [&](std::FILE* to) { describe(to, clips, plan, options); }))

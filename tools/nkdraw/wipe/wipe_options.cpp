@@ -60,6 +60,7 @@ void WipeArguments::addTo(CLI::App& command) {
   plain.add("OUTPUT", plain_.output, "", "The clip to write; its suffix says what kind of file");
   addTransitionTo(command);
   addWritingTo(command);
+  pipes_.addTo(command);
   plain.addFlag("--list", plain_.list, "List the wipes");
   plain.addFlag("-v,--verbose", plain_.verbose, "Say more, with FFmpeg's messages");
 }
@@ -105,6 +106,8 @@ WipeOptions WipeArguments::read() const {
     throw Failure(ExitCode::kUsage, "the transition has no time",
                   options.at.empty() ? "--at" : "--duration",
                   "give both, for example --at 4.5 --duration 25f");
+  options.inputShape = pipes_.input();
+  options.format = pipes_.format();
   options.word = readWord();
   options.codec.asked = given(codec_);
   options.audio.codec.asked = given(audioCodec_);

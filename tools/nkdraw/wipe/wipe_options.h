@@ -3,12 +3,14 @@
 // The command line of `nkdraw wipe`.
 #pragma once
 
+#include "cli/pipe_options.h"
 #include "cli/run_options.h"
 #include "cli/using_media.h"
 #include "media/audio_join.h"
 #include "media/encoder.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace CLI {
@@ -19,6 +21,8 @@ namespace nkdraw::tool {
 
 /// The request for one run.
 struct WipeOptions : RunOptions {
+  InputShape inputShape;              // what a piped input does not tell itself
+  std::optional<std::string> format;  // of the output; none: by its name
   std::string a, b, output;
   std::uint32_t word = 0;    // the wipe; bit 31 exchanges the inputs
   bool backwards = false;    // the pattern runs from its end to its beginning
@@ -44,6 +48,7 @@ class WipeArguments {
 
   WipeOptions plain_;  // values that need no interpretation
   std::string wipe_ = "dissolve", audio_ = "crossfade", codec_, audioCodec_;
+  PipeArguments pipes_;
   bool swap_ = false;
 };
 

@@ -6,6 +6,7 @@
 #include "media/failure.h"
 #include "media/media_output.h"
 #include "media/packet_rows.h"
+#include "media/pipe_name.h"
 #include "media/stream_facts.h"
 #include "media/timecode_source.h"
 #include "wipe/wipe_names.h"
@@ -142,13 +143,29 @@ void failTooShort(const MediaInput& clip, std::int64_t needed) {
                 "lower --duration or --at");
 }
 
+namespace {
+
+/// Sound is read beside the frames, which takes a file.
+void checkSoundCanBeRead(ClipPair& clips, const AudioRequest& request) {
+  for (MediaInput* const clip : {&clips.a, &clips.b}) {
+    const bool hasSound =
+        av_find_best_stream(&clip->file(), AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0) >= 0;
+    if (request.mode != AudioMode::kNone && hasSound && isPipedInput(clip->path()))
+      throw Failure(ExitCode::kUsage, "the sound of a pipe can't be joined", clip->path(),
+                    "give a file, or " + request.silent);
+  }
+}
+
+}  // namespace
+
 WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
   WipePlan plan;
   plan.word = options.word;
   plan.backwards = options.backwards;
   planTimes(plan, clips, options);
-  plan.format = &formatFor(options.output);
+  plan.format = &formatFor(options.output, options.format);
   planFrames(plan, clips, options);
+  checkSoundCanBeRead(clips, options.audio);
   plan.audio = planAudio(clips, options.audio, *plan.format);
   const TimecodeStart timecode = timecodeOf(clips.a.file(), clips.a.video(), clips.frames.rate);
   if (!countsAllFrames(timecode, clips.frames.rate))

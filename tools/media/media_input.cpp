@@ -55,10 +55,13 @@ void checkIsFile(const std::string& path) {
     throw Failure(ExitCode::kInput, "the input is a folder", path, "name a media file");
 }
 
+bool isCover(const AVStream& stream) {
+  return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
+}
+
 /// For FFmpeg a cover picture is also a video stream.
 bool isVideo(const AVStream& stream) {
-  return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO &&
-         (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) == 0;
+  return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO && !isCover(stream);
 }
 
 int findVideo(AVFormatContext& file) {
@@ -180,6 +183,9 @@ bool MediaInput::readNext(AVPacket& packet) {
   if (error == AVERROR_EOF ? libavSawCut() : error < 0 || isCut(packet, *file_->iformat))
     throw Failure(ExitCode::kInput, "the file breaks off", path_,
                   explained(error < 0 ? error : AVERROR_EOF) + "; the input may be incomplete");
+  // After a seek FFmpeg gives a cover picture the time of the place.
+  if (error >= 0 && isCover(*file_->streams[packet.stream_index]))
+    packet.pts = packet.dts = AV_NOPTS_VALUE;
   return error >= 0;
 }
 

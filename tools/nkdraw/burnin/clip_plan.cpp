@@ -40,7 +40,8 @@ bool isEncoded(const BurninOptions& options) {
 }
 
 std::vector<StreamPlan> videoAlone(MediaInput& input) {
-  const StreamPlan none = {StreamAction::kLeaveOut, "this kind of output holds one video alone", {}};
+  const StreamPlan none = {
+      StreamAction::kLeaveOut, "this kind of output holds one video alone", {}};
   std::vector<StreamPlan> streams(input.file().nb_streams, none);
   streams[static_cast<std::size_t>(input.video().index)] = {StreamAction::kBurn, {}, {}};
   return streams;
@@ -58,9 +59,8 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
     plan.codec = chooseCodec(options.codec, plan.picture.drawn, *plan.format);
   else if (!isSameKind(*input.file().iformat, *plan.format))
     checkKeeps(*plan.format, *job.layout, options.codec.option);
-  plan.streams = holdsVideoAlone(*plan.format)
-                     ? videoAlone(input)
-                     : planStreams(input, *plan.format, options.streams);
+  plan.streams = holdsVideoAlone(*plan.format) ? videoAlone(input)
+                                               : planStreams(input, *plan.format, options.streams);
   for (StreamPlan& stream : plan.streams) {
     if (!counts && stream.action == StreamAction::kTimecode)
       stream = {StreamAction::kLeaveOut, "files count timecode otherwise at this frame rate", {}};

@@ -4,13 +4,16 @@
 // back before they get their name.
 #include "program.h"
 
+#include <media/failure.h>
+#include <media/read_back.h>
+
 #include <gtest/gtest.h>
 
 #include <string>
 
 namespace {
 
-constexpr int kOutput = 3;
+constexpr int kUsage = 1;
 
 /// Makes a clip of the test pattern, with this encoder.
 void makeClip(const std::string& name, const std::string& size, const Arguments& encoder) {
@@ -61,8 +64,11 @@ TEST(Delivery, HEVCHasTheTagThatPlayersTake) {
 }
 
 TEST(Delivery, WhatCannotBeReadBackIsAFailure) {
-  makeClip("in.mov", "320x180", {"-c:v", "prores_ks"});
   // FFmpeg writes Motion JPEG into transport streams, and reads it as data.
-  expectRefusal({"burnin", at("in.mov"), at("out.ts"), "--codec", "mjpeg"}, kOutput,
-                "the output can't be read back");
+  makeClip("in.ts", "320x180", {"-c:v", "mjpeg"});
+  const AVOutputFormat& format = *av_guess_format("mpegts", nullptr, nullptr);
+  EXPECT_THROW(nkdraw::media::checkReadable(at("in.ts"), format, "in.ts"), nkdraw::media::Failure);
+  makeClip("in.mov", "320x180", {"-c:v", "prores_ks"});
+  expectRefusal({"burnin", at("in.mov"), at("out.ts"), "--codec", "mjpeg"}, kUsage,
+                "does not hold this codec");
 }

@@ -157,14 +157,11 @@ TEST(TimecodeGaps, AreKeptWhereFramesAreMissing) {
   }
 }
 
-TEST(TimecodeRange, ThatEndsFarBehindTheClipKeepsAllThatFollows) {
-  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=192x108:rate=25:duration=1", "-f", "lavfi", "-i",
-          "sine=duration=1", "-c:v", "v210", "-c:a", "pcm_s16le", at("in.mov")});
-  for (const char* range : {"5-99", "5-999999999999999", "5-9223372036854775807"}) {
-    ASSERT_EQ(burnin({at("in.mov"), at("out.mov"), "--overwrite", "--frames", range}).exitCode, 0);
-    EXPECT_EQ(decode(at("out.mov")).frames.size(), 20U) << range;
-    EXPECT_FALSE(packetsOf(at("out.mov"), AVMEDIA_TYPE_AUDIO).empty()) << range;
-  }
+TEST(TimecodeRange, ThatEndsFarBehindTheClipIsRefused) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=192x108:rate=25:duration=1", "-c:v", "v210",
+          at("in.mov")});
+  for (const char* range : {"5-99", "5-999999999999999", "5-9223372036854775807"})
+    expectRefusal({"burnin", at("in.mov"), at("out.mov"), "--frames", range}, 2, "ends before");
 }
 
 TEST(TimecodeRange, StartsWithTheFirstFrameThatIsWritten) {

@@ -5,6 +5,8 @@
 
 #include "media/libav.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 namespace nkdraw::media {
@@ -14,6 +16,7 @@ struct InputShape {
   int width = 0, height = 0;  ///< of raw video; 0 if not given
   std::string layout;         ///< of raw video: a layout or a pixel format of FFmpeg
   AVRational rate = {0, 1};   ///< frames a second of raw video and pictures; 0 if not given
+  std::optional<std::int64_t> startNumber;  ///< of the first picture of a sequence
 };
 
 /// The demuxer that `shape` asks for, or null, and the options to open it with. Throws Failure if

@@ -42,7 +42,8 @@ struct Extension {
   hzwFileType type;
 };
 /// The file's name distinguishes formats that share a demuxer.
-constexpr Extension kExtensions[] = {{"mp4", hzwFileMP4}, {"webm", hzwFileWebM}};
+constexpr Extension kExtensions[] = {
+    {"mp4", hzwFileMP4}, {"webm", hzwFileWebM}, {"dpx", hzwFileDPX}};
 
 void checkIsFile(const std::string& path) {
   if (path == "-" || isPipedInput(path))
@@ -86,8 +87,8 @@ void MediaInput::open(const AVInputFormat* demuxer, Options& options) {
   if (context == nullptr)
     throw std::bad_alloc();
   context->interrupt_callback.callback = stopWhenInterrupted;
-  if (const int error =
-          avformat_open_input(&context, inputUrl(path_).c_str(), demuxer, options.get());
+  const std::string url = pictures_ ? sequenceUrl(path_) : inputUrl(path_);
+  if (const int error = avformat_open_input(&context, url.c_str(), demuxer, options.get());
       error < 0) {
     throwIfInterrupted();
     throw Failure(ExitCode::kInput, "not a media file that can be read", path_,
@@ -99,11 +100,33 @@ void MediaInput::open(const AVInputFormat* demuxer, Options& options) {
                   std::string("leave out the option for its ") + unknown);
 }
 
+const AVInputFormat* MediaInput::findPictures(Options& options) {
+  pictures_ = media::findPictures(path_, shape_.startNumber);
+  if (pictures_->count == 0)
+    throw Failure(ExitCode::kInput, "there is no such picture",
+                  shape_.startNumber ? pictureName(path_, *shape_.startNumber) : path_,
+                  "check the name and --start-number");
+  header_ = readDPX(pictureName(path_, pictures_->first));
+  pictures_->rate = shape_.rate.num > 0 ? shape_.rate : header_.rate;
+  return sequenceDemuxer(*pictures_, pictures_->rate, options);
+}
+
+void MediaInput::describePictures() {
+  // FFmpeg's count leaps over gaps.
+  video().nb_frames = video().duration = pictures_->count;
+  file_->duration = AV_NOPTS_VALUE;
+  if (header_.timecode)
+    av_dict_set(&video().metadata, "timecode", header_.timecode->c_str(), 0);
+}
+
 MediaInput::MediaInput(const std::string& path, const InputShape& shape)
     : path_(path), shape_(shape) {
-  checkIsFile(path);
+  const bool isSequence = shape.format.empty() && shape.layout.empty() && isSequenceName(path);
+  if (!isSequence)
+    checkIsFile(path);
   Options options;
-  const AVInputFormat* const demuxer = demuxerFor(shape, path, options);
+  const AVInputFormat* const demuxer =
+      isSequence ? findPictures(options) : demuxerFor(shape, path, options);
   open(demuxer, options);
   if (const int error = avformat_find_stream_info(file_.get(), nullptr); error < 0) {
     throwIfInterrupted();
@@ -116,6 +139,8 @@ MediaInput::MediaInput(const std::string& path, const InputShape& shape)
   const AVCodecParameters& codec = *video().codecpar;
   if (codec.width <= 0 || codec.height <= 0)
     throw Failure(ExitCode::kInput, "the video has no frame size", path, "check it with ffprobe");
+  if (isSequence)
+    describePictures();
 }
 
 void MediaInput::readOnly(const AVStream& stream) {
@@ -132,6 +157,7 @@ void MediaInput::startAt(const StartPoint& start) {
   if (error < 0)
     throw Failure(ExitCode::kInput, "the file can't be read from there", path_,
                   explained(error) + "; check it with ffprobe");
+  nextPicture_ = *start.time;
 }
 
 AVRational MediaInput::frameRate() {
@@ -178,6 +204,8 @@ bool MediaInput::read(AVPacket& packet) {
 
 bool MediaInput::readNext(AVPacket& packet) {
   throwIfInterrupted();
+  if (pictures_ && nextPicture_++ >= pictures_->count)
+    return false;
   const int error = av_read_frame(file_.get(), &packet);
   throwIfInterrupted();
   if (error == AVERROR_EOF ? libavSawCut() : error < 0 || isCut(packet, *file_->iformat))

@@ -3,6 +3,8 @@
 // Reads a media file, packet by packet.
 #pragma once
 
+#include "media/dpx_header.h"
+#include "media/image_sequence.h"
 #include "media/input_shape.h"
 #include "media/libav.h"
 
@@ -21,13 +23,15 @@ struct StartPoint {
 
 class MediaInput {
  public:
-  /// Opens the file or pipe and finds its video stream. Throws Failure.
+  /// Opens the file, pipe or image sequence and finds its video stream. Throws Failure.
   explicit MediaInput(const std::string& path, const InputShape& shape = {});
 
   /// The same file, opened once more.
   [[nodiscard]] MediaInput again() const { return MediaInput(path_, shape_); }
 
   [[nodiscard]] const std::string& path() const { return path_; }
+  /// The pictures of an image sequence; none for all else.
+  [[nodiscard]] const std::optional<PictureRun>& pictures() const { return pictures_; }
   [[nodiscard]] AVFormatContext& file() { return *file_; }
   [[nodiscard]] AVStream& video() { return *file_->streams[videoIndex_]; }
   [[nodiscard]] bool isVideo(const AVPacket& packet) const {
@@ -55,13 +59,18 @@ class MediaInput {
  private:
   bool readNext(AVPacket& packet);
 
+  const AVInputFormat* findPictures(Options& options);
   void open(const AVInputFormat* demuxer, Options& options);
+  void describePictures();
 
   std::string path_;
   InputShape shape_;
   InputContext file_;
   int videoIndex_ = -1;
   std::int64_t toSkip_ = 0;  // packets of the video
+  std::optional<PictureRun> pictures_;
+  DPXFacts header_;               // of the first picture
+  std::int64_t nextPicture_ = 0;  // counted from the first
 };
 
 }  // namespace nkdraw::media

@@ -2,10 +2,8 @@
 #include "media/media_output.h"
 
 #include "media/failure.h"
-#include "media/frame_converter.h"
 #include "media/interrupt.h"
 #include "media/libav_log.h"
-#include "media/output_file.h"
 #include "media/pipe_name.h"
 
 #include <filesystem>
@@ -19,29 +17,6 @@ constexpr char kY4M[] = "yuv4mpegpipe";
 
 int stopWhenInterrupted(void* /*context*/) {
   return pendingInterrupt() != 0 ? 1 : 0;
-}
-
-Packet encodePNG(AVFrame& frame) {
-  const AVCodec* const codec = avcodec_find_encoder(AV_CODEC_ID_PNG);
-  if (codec == nullptr)
-    throw Failure(ExitCode::kProcessing, "no PNG encoder", "FFmpeg", "install a full FFmpeg");
-  const auto encoder = owned<CodecContext>(avcodec_alloc_context3(codec));
-  encoder->width = frame.width;
-  encoder->height = frame.height;
-  encoder->pix_fmt = static_cast<AVPixelFormat>(frame.format);
-  encoder->time_base = {1, 25};
-  encoder->sample_aspect_ratio = frame.sample_aspect_ratio;
-  Packet packet = makePacket();
-  int error = avcodec_open2(encoder.get(), codec, nullptr);
-  if (error >= 0)
-    error = avcodec_send_frame(encoder.get(), &frame);
-  if (error >= 0)
-    error = avcodec_send_frame(encoder.get(), nullptr);
-  if (error >= 0)
-    error = avcodec_receive_packet(encoder.get(), packet.get());
-  if (error < 0)
-    throw Failure(ExitCode::kProcessing, "the picture can't be encoded", "PNG", explained(error));
-  return packet;
 }
 
 bool holdsVideo(const AVOutputFormat* format) {
@@ -154,18 +129,6 @@ void MediaOutput::finish() {
   if (const int error = avio_closep(&file_->pb); error < 0)
     fail("the output can't be closed", error);
   close();
-}
-
-void writeStill(AVFrame& frame, const std::string& file, const std::string& name,
-                const Orientation& orientation) {
-  // Alpha is left out, so the picture looks as on a screen.
-  FrameConverter toRGB(AV_PIX_FMT_RGB24, false);
-  AVFrame& rgb = toRGB.convert(frame);
-  rgb.color_range = AVCOL_RANGE_UNSPECIFIED;
-  rgb.colorspace = AVCOL_SPC_UNSPECIFIED;
-  const Frame turned = orientation.isUpright() ? nullptr : upright(rgb, orientation);
-  const Packet png = encodePNG(turned != nullptr ? *turned : rgb);
-  writeBytes({png->data, static_cast<std::size_t>(png->size)}, file, name);
 }
 
 }  // namespace nkdraw::media

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Writes a media file packet by packet, or a still of one frame.
+// Writes a media file packet by packet.
 #pragma once
 
 #include "media/libav.h"
-#include "media/orientation.h"
 
 #include <optional>
 #include <string>
@@ -51,10 +50,5 @@ class MediaOutput {
   AVFormatContext* file_ = nullptr;
   Options options_;
 };
-
-/// Writes the frame, turned upright, as 8-bit RGB into the PNG file `file`; messages use `name`.
-/// Throws Failure.
-void writeStill(AVFrame& frame, const std::string& file, const std::string& name,
-                const Orientation& orientation = {});
 
 }  // namespace nkdraw::media

@@ -20,8 +20,8 @@ struct IndexedKind {
   std::string_view format;  // prefix of the names of FFmpeg's demuxer
   bool ownPlaces;           // finds the packets of each stream at its own place in the file
 };
-constexpr IndexedKind kIndexedKinds[] = {
-    {"mov", true}, {"matroska", false}, {"avi", false}, {"nut", false}, {"mxf", false}};
+constexpr IndexedKind kIndexedKinds[] = {{"mov", true},  {"matroska", false}, {"avi", false},
+                                         {"nut", false}, {"mxf", false},      {"image2", true}};
 
 // In interleaved files sound lies at most so far from the frames that it belongs to.
 constexpr std::int64_t kInterleaving = 5;  // seconds

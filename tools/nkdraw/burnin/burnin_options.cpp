@@ -4,7 +4,6 @@
 #include "cli/option_group.h"
 #include "cli/option_values.h"
 #include "media/failure.h"
-#include "media/pipe_name.h"
 
 #include <algorithm>
 #include <string_view>
@@ -68,6 +67,7 @@ void BurninArguments::addTo(CLI::App& command) {
   layers_.addTo(command);
   addWritingTo(command);
   streams_.addTo(command);
+  sequences_.addTo(command);
   pipes_.addTo(command);
   addPatternTo(command);
   plain.addFlag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
@@ -109,7 +109,7 @@ void BurninArguments::addWritingTo(CLI::App& command) {
   OptionGroup group(command, "What is written");
   group.add("--frames", frames_, "FROM-TO",
             "These frames only, counted from 0, with the sound that\nbelongs to them");
-  group.add("--still", still_, "N", "Frame N as a picture; OUTPUT ends in .png");
+  group.add("--still", still_, "N", "Frame N as a picture: .png, .tif, .dpx or .jpg");
   group.add("--codec", codec_, "NAME[:KEY=VALUE...]",
             "Encode with this encoder of FFmpeg (losslessly, by\n"
             "layout and kind of file)");
@@ -144,7 +144,7 @@ BurninOptions BurninArguments::read() const {
   options.codec.asked = codec_;
   options.streams = streams_.read(options.input && !options.still);
   if (options.still && codec_)
-    badValue("--codec", *codec_, "leave it out: a still is always PNG");
+    badValue("--codec", *codec_, "leave it out: the suffix says a still's kind");
   return options;
 }
 
@@ -160,6 +160,7 @@ void BurninArguments::readFiles(BurninOptions& options) const {
   options.inputShape = pipes_.input();
   options.format = pipes_.format();
   options.output = output_.value_or(*input_);
+  options.inputShape.startNumber = sequences_.startNumber(*input_, options.output);
   if (options.output.empty() || input_->empty())
     throw Failure(ExitCode::kUsage, "a file name is empty", "nkdraw burnin",
                   "give INPUT and OUTPUT");
@@ -217,11 +218,7 @@ void BurninArguments::readStill(BurninOptions& options) const {
                                           "write the number of a frame, counted from 0");
     options.range = {frame, frame};
   }
-  const bool isPicture = av_match_ext(options.output.c_str(), "png") != 0;
-  if (options.still != isPicture && !(options.still && isPipedOutput(options.output)))
-    throw Failure(
-        ExitCode::kUsage, isPicture ? "a picture needs a frame" : "a still is written as PNG",
-        options.output, isPicture ? "give --still N" : "name an output that ends in .png");
+  checkPictureName(options.output, options.still);
 }
 
 void BurninArguments::readRange(BurninOptions& options) const {

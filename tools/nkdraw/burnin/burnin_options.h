@@ -6,6 +6,7 @@
 #include "burnin/job.h"
 #include "burnin/layer_options.h"
 #include "burnin/overlay_plan.h"
+#include "burnin/sequence_options.h"
 #include "burnin/stream_options.h"
 #include "cli/pipe_options.h"
 #include "cli/run_options.h"
@@ -81,6 +82,7 @@ class BurninArguments {
   LayerArguments layers_;
   StreamArguments streams_;
   PipeArguments pipes_;
+  SequenceArguments sequences_;
   bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, formatLine_ = false;
   bool fill_ = false, noFill_ = false;
   bool keepAlpha_ = false;

@@ -4,6 +4,7 @@
 #include "burnin/clip_frames.h"
 #include "burnin/clip_plan.h"
 #include "burnin/range_check.h"
+#include "burnin/sequence_burnin.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
 #include "media/clip_facts.h"
@@ -12,6 +13,7 @@
 #include "media/light_levels.h"
 #include "media/output_file.h"
 #include "media/read_back.h"
+#include "media/still.h"
 #include "media/stream_facts.h"
 
 #include <algorithm>
@@ -19,15 +21,6 @@
 
 namespace nkdraw::tool {
 namespace {
-
-/// The number of frames that will be written, if known.
-std::int64_t expectedFrames(MediaInput& input, const FrameRange& range) {
-  const std::int64_t count = input.frameCount();
-  if (!range.isBounded())
-    return count;
-  const std::int64_t last = count > 0 ? std::min(range.last, count - 1) : range.last;
-  return std::max<std::int64_t>(last - range.first + 1, 0);
-}
 
 class ClipWriter {
  public:
@@ -163,11 +156,16 @@ void burnClip(const BurninOptions& options) {
   checkIsAnother(options.output, *options.input, "the output is the input");
   MediaInput input(*options.input, options.inputShape);
   const ClipPlan plan = planClip(input, options);
-  checkOutput(options.output, options);
+  if (writesSequence(options))
+    checkSequenceOutput(input, plan, options);
+  else
+    checkOutput(options.output, options);
   if (!announce(options, [&](std::FILE* to) { describe(to, input, plan, options); }))
     return;
   if (options.still)
     writeClipStill(input, plan, options);
+  else if (writesSequence(options))
+    writeSequence(input, plan, options);
   else
     ClipWriter(input, plan, options).write();
   for (const std::string& note : plan.notes)

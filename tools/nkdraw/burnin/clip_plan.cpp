@@ -3,15 +3,20 @@
 
 #include "burnin/layer_sources.h"
 #include "burnin/range_check.h"
+#include "burnin/sequence_burnin.h"
 #include "media/canvas_lines.h"
 #include "media/clip_facts.h"
 #include "media/failure.h"
 #include "media/first_look.h"
 #include "media/frame_converter.h"
+#include "media/image_sequence.h"
+#include "media/picture_kind.h"
 #include "media/range_signal.h"
 #include "media/stream_codec.h"
 #include "media/stream_facts.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace nkdraw::tool {
@@ -34,9 +39,19 @@ TimeWindow windowOf(MediaInput& input, const Job& job) {
   return {.shift = first, .video = first, .first = first, .end = end};
 }
 
+const AVOutputFormat& outputFormat(const BurninOptions& options) {
+  return writesSequence(options) ? sequenceFormat() : formatFor(options.output, options.format);
+}
+
+CodecChoice chooseCodec(const BurninOptions& options, AVPixelFormat drawn,
+                        const AVOutputFormat& format) {
+  return writesSequence(options) ? sequenceCodec(options.codec, drawn, options.output)
+                                 : chooseCodec(options.codec, drawn, format);
+}
+
 /// Whether the output holds no packets of the clip.
 bool isEncoded(const BurninOptions& options) {
-  return !options.still && isAlwaysEncoded(formatFor(options.output, options.format));
+  return !options.still && isAlwaysEncoded(outputFormat(options));
 }
 
 std::vector<StreamPlan> videoAlone(MediaInput& input) {
@@ -54,9 +69,9 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
     plan.timecodeTag = "";
   else if (job.timecode.known)
     plan.timecodeTag = timecodeText(job.timecode, job.range.first);
-  plan.format = &formatFor(options.output, options.format);
+  plan.format = &outputFormat(options);
   if (!job.inPlace)
-    plan.codec = chooseCodec(options.codec, plan.picture.drawn, *plan.format);
+    plan.codec = chooseCodec(options, plan.picture.drawn, *plan.format);
   else if (!isSameKind(*input.file().iformat, *plan.format))
     checkKeeps(*plan.format, *job.layout, options.codec.option);
   plan.streams = holdsVideoAlone(*plan.format) ? videoAlone(input)
@@ -122,7 +137,8 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   if (!options.still)
     planOutput(plan, input, options);
   plan.notes = formatNotes(plan.picture, plan.codec);
-  if (plan.codec)
+  std::ranges::copy(sequenceNotes(input), std::back_inserter(plan.notes));
+  if (plan.codec && !writesSequence(options))
     noteRange(plan, input);
   return plan;
 }
@@ -187,7 +203,7 @@ void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
       std::fprintf(to, "stream %zu  %s: %s\n", i, describeStream(*input.file().streams[i]).c_str(),
                    planText(plan.streams[i]).c_str());
   }
-  const std::string codec = options.still ? "png, one picture"
+  const std::string codec = options.still ? "one picture"
                             : plan.codec  ? codecText(*plan.codec)
                                           : "unchanged";
   std::fprintf(to, "codec     %s\n", codec.c_str());

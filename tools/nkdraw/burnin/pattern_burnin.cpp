@@ -4,6 +4,7 @@
 #include "burnin/clip_plan.h"
 #include "burnin/layer_sources.h"
 #include "burnin/picture_burner.h"
+#include "burnin/sequence_burnin.h"
 #include "burnin/test_pattern.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
@@ -12,6 +13,7 @@
 #include "media/media_output.h"
 #include "media/output_file.h"
 #include "media/read_back.h"
+#include "media/still.h"
 #include "media/stream_facts.h"
 #include "media/video_decoder.h"
 #include "media/video_encoder.h"
@@ -209,6 +211,9 @@ PatternOutput planOutput(const Job& job, const BurninOptions& options) {
   PatternOutput output;
   if (options.still)
     return output;
+  if (writesSequence(options))
+    throw Failure(ExitCode::kUsage, "the test pattern is written as a clip", options.output,
+                  "write .mov, and a sequence from that");
   output.format = &formatFor(options.output, options.format);
   if (options.codec.asked)
     output.codec = chooseCodec(options.codec, job.layout->pixelFormat, *output.format);
@@ -222,7 +227,7 @@ void describe(std::FILE* to, const Job& job, const PatternOutput& output,
   std::fprintf(to, "input     test pattern\n");
   describe(to, job);
   std::fprintf(to, "codec     %s\n",
-               options.still  ? "png, one picture"
+               options.still  ? "one picture"
                : output.codec ? output.codec->codec->name
                               : "uncompressed");
   std::fprintf(to, "output    %s\n", options.output.c_str());

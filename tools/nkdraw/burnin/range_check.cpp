@@ -30,6 +30,14 @@ std::int64_t boundOf(MediaInput& input) {
 
 }  // namespace
 
+std::int64_t expectedFrames(MediaInput& input, const FrameRange& range) {
+  const std::int64_t count = input.frameCount();
+  if (!range.isBounded())
+    return std::max<std::int64_t>(count - range.first, 0);
+  const std::int64_t last = count > 0 ? std::min(range.last, count - 1) : range.last;
+  return std::max<std::int64_t>(last - range.first + 1, 0);
+}
+
 void checkRange(MediaInput& input, const FrameRange& range) {
   const std::int64_t bound = boundOf(input);
   if (bound > 0 && range.isBounded() && range.last >= bound)

@@ -12,6 +12,9 @@
 
 namespace nkdraw::tool {
 
+/// The number of frames of the range that the clip has, if known; otherwise 0.
+[[nodiscard]] std::int64_t expectedFrames(MediaInput& input, const FrameRange& range);
+
 /// Throws Failure if the clip is known to end before the range does.
 void checkRange(MediaInput& input, const FrameRange& range);
 

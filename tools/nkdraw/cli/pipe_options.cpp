@@ -41,7 +41,8 @@ void PipeArguments::addTo(CLI::App& command) {
   group.add("--input-size", inputSize_, "WxH", "Frame size of raw video");
   group.add("--input-layout", inputLayout_, "NAME",
             "Its layout (--list-layouts), or pixel format of FFmpeg");
-  group.add("--input-rate", inputRate_, "RATE", "Its frames a second (25)");
+  group.add("--input-rate", inputRate_, "RATE",
+            "Its frames a second (25), or those of an image sequence\n(as its header says, or 24)");
 }
 
 InputShape PipeArguments::input() const {

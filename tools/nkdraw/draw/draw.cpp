@@ -4,8 +4,8 @@
 #include "draw/draw_canvas.h"
 #include "draw/draw_options.h"
 #include "draw/draw_script.h"
-#include "media/media_output.h"
 #include "media/output_file.h"
+#include "media/still.h"
 
 #include <cstdio>
 

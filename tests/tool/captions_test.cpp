@@ -106,11 +106,12 @@ void encodeWithCaptions(const std::string& path, const CaptionStream& stream) {
 
 TEST(BurntCaptions, OfTheVideoItselfAppear) {
   encodeWithCaptions(at("in.mp4"), popOn("From within", 1).silence(20));
-  expectBurnt({at("in.mp4"), at("out.mov"), "--no-ltc", "--captions"});
+  expectBurnt({at("in.mp4"), at("out.mov"), "--lossless", "--no-ltc", "--captions"});
   const Clip grey = decodeAs(at("out.mov"), AV_PIX_FMT_GRAY8);
   EXPECT_EQ(lastRow(grey, 5, 11), "           ");
   EXPECT_EQ(lastRow(grey, grey.frames.size() - 1, 11), "From within");
-  expectBurnt({at("in.mp4"), at("out.mov"), "--no-ltc", "--captions", "--frames", "25-33"});
+  expectBurnt(
+      {at("in.mp4"), at("out.mov"), "--lossless", "--no-ltc", "--captions", "--frames", "25-33"});
   EXPECT_EQ(lastRow(decodeAs(at("out.mov"), AV_PIX_FMT_GRAY8), 0, 11), "From within");
 }
 

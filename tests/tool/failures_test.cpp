@@ -260,9 +260,6 @@ TEST(BadFiles, SuffixThatNamesNoVideoFile) {
 TEST(BadFiles, PictureWithoutAFrame) {
   expectFailure({clip(), at("out.png")}, kUsage, "--still");
 }
-TEST(BadFiles, FileThatDoesNotKeepTheLayout) {
-  expectFailure({clip(), at("out.mp4")}, kUsage, "does not keep the layout");
-}
 TEST(BadFiles, FileThatDoesNotHoldTheSound) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",
           "-frames:v", "5", "-shortest", "-c:v", "v210", "-c:a", "libopus", at("opus.mkv")});

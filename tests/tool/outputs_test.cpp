@@ -127,8 +127,8 @@ TEST_P(Interrupt, LeavesTheOldFileAsItWas) {
   std::ofstream(at("out.mkv")) << "precious";
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=1280x720:rate=25", "-frames:v", "250", "-c:v",
           "mpeg4", at("in.mp4")});
-  const Outcome outcome =
-      burninUntil({at("in.mp4"), at("out.mkv"), "--overwrite"}, ".nkdraw-", GetParam());
+  const Outcome outcome = burninUntil({at("in.mp4"), at("out.mkv"), "--overwrite", "--lossless"},
+                                      ".nkdraw-", GetParam());
   EXPECT_EQ(outcome.exitCode, 128 + GetParam());
   EXPECT_EQ(fs::file_size(at("out.mkv")), 8U);
   EXPECT_EQ(filesAtWork().size(), 2U);
@@ -192,7 +192,7 @@ TEST(DryRun, SaysWhatWouldBeDoneAndWritesNothing) {
 TEST(DryRun, NamesTheCodecOfTheConvertingRoad) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "2", "-c:v", "mpeg4",
           at("in.mp4")});
-  const Outcome outcome = burnin({at("in.mp4"), at("out.mkv"), "--dry-run"});
+  const Outcome outcome = burnin({at("in.mp4"), at("out.mkv"), "--lossless", "--dry-run"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_NE(outcome.out.find("transcode"), std::string::npos);
   EXPECT_NE(outcome.out.find("ffv1, yuv420p"), std::string::npos) << outcome.out;
@@ -260,13 +260,15 @@ TEST(Still, OverwritesOnlyWhenAsked) {
 TEST(Help, ExplainsTheCommand) {
   const Outcome outcome = burnin({"--help"});
   EXPECT_EQ(outcome.exitCode, 0);
-  for (const char* option :
-       {"--ltc",          "--vitc",           "--clock",        "--format-line",
-        "--text",         "--start-timecode", "--position",     "--size",
-        "--fill",         "--frames",         "--still",        "--codec",
-        "--overwrite",    "--dry-run",        "--layout",       "--pattern-size",
-        "--pattern-rate", "--pattern-frames", "--list-layouts", "--verbose",
-        "Examples:",      "Exit status:"})
+  for (const char* option : {"--ltc",          "--vitc",         "--clock",
+                             "--format-line",  "--text",         "--start-timecode",
+                             "--position",     "--size",         "--fill",
+                             "--frames",       "--still",        "--codec",
+                             "--lossless",     "--viewing-copy", "--container-option",
+                             "--overwrite",    "--dry-run",      "--layout",
+                             "--pattern-size", "--pattern-rate", "--pattern-frames",
+                             "--list-layouts", "--verbose",      "Examples:",
+                             "Exit status:"})
     EXPECT_NE(outcome.out.find(option), std::string::npos) << option;
 }
 

@@ -22,6 +22,8 @@ struct CodecChoice {
   AVPixelFormat pixelFormat = AV_PIX_FMT_NONE;  ///< the input of a video encoder
   std::string options;                          ///< "key=value:key=value"
   std::string option;                           ///< from the request
+  std::string note = {};  ///< what the user should know of the choice; empty for nothing
+  bool evenSize = false;  ///< an odd last column or row is left out
 };
 
 /// The requested encoder, of this type, if files of `format` can hold its codec. Throws Failure.

@@ -19,6 +19,15 @@ int stopWhenInterrupted(void* /*context*/) {
   return pendingInterrupt() != 0 ? 1 : 0;
 }
 
+void setMuxerOptions(const std::vector<std::string>& options, Options& all) {
+  for (const std::string& option : options) {
+    const std::size_t equals = option.find('=');
+    const std::string key = option.substr(0, equals);
+    const bool adds = option.compare(equals + 1, 1, "+") == 0;
+    av_dict_set(all.get(), key.c_str(), option.c_str() + equals + 1, adds ? AV_DICT_APPEND : 0);
+  }
+}
+
 bool holdsVideo(const AVOutputFormat* format) {
   constexpr int kNoSingleFile = AVFMT_NOFILE | AVFMT_NEEDNUMBER;
   return format != nullptr && (format->flags & kNoSingleFile) == 0 &&
@@ -65,7 +74,9 @@ bool holds(const AVOutputFormat& format, AVCodecID codec) {
 
 MediaOutput::MediaOutput(const std::string& file, const AVOutputFormat& format, std::string name)
     : name_(std::move(name)), piped_(isPipedOutput(file)) {
-  if (avformat_alloc_output_context2(&file_, &format, nullptr, nullptr) < 0)
+  // Some muxers open the file again to bring its index to the front.
+  const std::string url = piped_ ? "" : "file:" + file;
+  if (avformat_alloc_output_context2(&file_, &format, nullptr, url.c_str()) < 0)
     throw std::bad_alloc();
   const AVIOInterruptCB interrupt = {stopWhenInterrupted, nullptr};
   file_->interrupt_callback = interrupt;
@@ -108,12 +119,22 @@ AVStream& MediaOutput::addStream() {
   return *stream;
 }
 
-void MediaOutput::begin() {
+void MediaOutput::begin(const std::vector<std::string>& options) {
   setOption("allow_raw_vfw", "1");  // Matroska: keep uncompressed RGB as Windows programs do
   if (piped_)
     setPipeOptions(format(), options_);
+  setMuxerOptions(options, options_);
   if (const int error = avformat_write_header(file_, options_.get()); error < 0)
     fail("the output's head can't be written", error);
+  for (const std::string& option : options)
+    checkTaken(option);
+}
+
+void MediaOutput::checkTaken(const std::string& option) {
+  const std::string key = option.substr(0, option.find('='));
+  if (av_dict_get(*options_.get(), key.c_str(), nullptr, 0) != nullptr)
+    throw Failure(ExitCode::kUsage, "this kind of file has no such option", key,
+                  std::string("see ffmpeg -h muxer=") + file_->oformat->name);
 }
 
 void MediaOutput::write(AVPacket& packet, AVRational timeBase) {

@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace nkdraw::media {
 
@@ -34,14 +35,17 @@ class MediaOutput {
   /// Sets an option of FFmpeg's muxer, before begin().
   void setOption(const char* key, const char* value) { options_.set(key, value); }
 
-  /// Writes the header of the file; after that no stream can be added.
-  void begin();
+  /// Writes the header of the file; after that no stream can be added. `options` are FFmpeg's for
+  /// this kind of file, "KEY=VALUE"; a value that begins with '+' is added to others of its key.
+  /// Throws Failure for unknown ones.
+  void begin(const std::vector<std::string>& options = {});
   /// Writes a packet of the stream `stream_index`, with times in `timeBase`. Takes over its data.
   void write(AVPacket& packet, AVRational timeBase);
   /// Writes the rest of the file and closes it.
   void finish();
 
  private:
+  void checkTaken(const std::string& option);
   [[noreturn]] void fail(const char* what, int error) const;
   void close();
 

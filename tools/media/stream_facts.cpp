@@ -80,9 +80,13 @@ void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format)
   to.sample_aspect_ratio = to.codecpar->sample_aspect_ratio = shape;
 }
 
+bool keeps(const AVOutputFormat& format, const Layout& layout) {
+  return (layout.containers & containerOf(format.name)) != 0 || keepsAnyRaw(format);
+}
+
 void checkKeeps(const AVOutputFormat& format, const Layout& layout,
                 const std::string& codecOption) {
-  if ((layout.containers & containerOf(format.name)) == 0 && !keepsAnyRaw(format))
+  if (!keeps(format, layout))
     throw Failure(ExitCode::kUsage, "this kind of file does not keep the layout",
                   std::string(format.name) + ", " + std::string(layout.name),
                   "write " + containerNames(layout.containers) + ", or choose a " + codecOption);

@@ -32,6 +32,9 @@ void copyFacts(const AVStream& from, AVStream& to);
 /// file has for the codec.
 void copyCodec(const AVStream& from, AVStream& to, const AVOutputFormat& format);
 
+/// Whether this file format keeps the layout.
+[[nodiscard]] bool keeps(const AVOutputFormat& format, const Layout& layout);
+
 /// Throws Failure unless this file format keeps the layout; `codecOption` is the name of the codec
 /// option.
 void checkKeeps(const AVOutputFormat& format, const Layout& layout, const std::string& codecOption);

@@ -148,8 +148,8 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
 }
 
 void VideoEncoder::describe(const AVFrame& first, const FrameKind& frames) {
-  encoder_->width = first.width;
-  encoder_->height = first.height;
+  encoder_->width = choice_.evenSize ? first.width & ~1 : first.width;
+  encoder_->height = choice_.evenSize ? first.height & ~1 : first.height;
   encoder_->pix_fmt = choice_.pixelFormat;
   encoder_->time_base = av_inv_q(frames.rate);
   encoder_->framerate = frames.rate;
@@ -208,6 +208,13 @@ void VideoEncoder::encode(AVFrame* frame, std::int64_t index, const TakePacket& 
     converted = &converter_.convert(*frame);
     converted->pts = index;
     converted->pict_type = AV_PICTURE_TYPE_NONE;
+  }
+  Frame cropped;  // shares the pixels
+  if (choice_.evenSize && converted != nullptr) {
+    cropped = owned<Frame>(av_frame_clone(converted));
+    cropped->width = encoder_->width;
+    cropped->height = encoder_->height;
+    converted = cropped.get();
   }
   const auto takeTimed = [&](AVPacket& packet) {
     if (packet.duration == 0)

@@ -18,15 +18,15 @@ constexpr unsigned kLargestSize = 20;  // of the timecode rows
 constexpr char kMore[] =
     "Uncompressed video (v210, UYVY, YUY2, YVYU, 24- and 32-bit RGB) is drawn on in place: pixels\n"
     "outside the texts stay as they are, bit for bit. Other video is decoded, drawn on and\n"
-    "encoded, losslessly unless --codec says otherwise. Sound and all else is copied, or\n"
-    "converted where the file can't hold it.\n"
+    "encoded in its own codec unless --codec, --lossless or --viewing-copy says otherwise. Sound\n"
+    "and all else is copied, or converted where the file can't hold it.\n"
     "\n"
     "Examples:\n"
     "  nkdraw burnin reel.mov burnt.mov\n"
     "      The file's own timecode, at the lower left.\n"
     "  nkdraw burnin --clock --text 96,54,\"Reel 7\" reel.mov burnt.mov\n"
     "      Timecode, wall clock and a text whose upper left corner is at 96,54.\n"
-    "  nkdraw burnin --start-timecode '10:00:00;00' --codec libx264:crf=18 in.mov out.mov\n"
+    "  nkdraw burnin --start-timecode '10:00:00;00' --viewing-copy in.mov out.mp4\n"
     "      A viewing copy that starts at ten o'clock, drop-frame.\n"
     "  nkdraw burnin --still 100 reel.mov frame100.png\n"
     "  nkdraw burnin --layout v210 --pattern-size 1280x720 bars.mov\n"
@@ -66,6 +66,7 @@ void BurninArguments::addTo(CLI::App& command) {
   addLookTo(command);
   layers_.addTo(command);
   addWritingTo(command);
+  delivery_.addTo(command);
   streams_.addTo(command);
   sequences_.addTo(command);
   pipes_.addTo(command);
@@ -110,9 +111,6 @@ void BurninArguments::addWritingTo(CLI::App& command) {
   group.add("--frames", frames_, "FROM-TO",
             "These frames only, counted from 0, with the sound that\nbelongs to them");
   group.add("--still", still_, "N", "Frame N as a picture: .png, .tif, .dpx or .jpg");
-  group.add("--codec", codec_, "NAME[:KEY=VALUE...]",
-            "Encode with this encoder of FFmpeg (losslessly, by\n"
-            "layout and kind of file)");
   group.addFlag("--overwrite", run_.overwrite, "Replace OUTPUT if it exists");
   group.addFlag("--dry-run", run_.dryRun, "Say what would be done and write nothing");
 }
@@ -139,12 +137,10 @@ BurninOptions BurninArguments::read() const {
   if (startTimecode_ && startTimecode_->empty())
     badValue(kStartOption, "", "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
   options.startTimecode = startTimecode_;
-  if (codec_ && codec_->empty())
-    badValue("--codec", "", "see ffmpeg -encoders");
-  options.codec.asked = codec_;
+  options.delivery = delivery_.read(options.output, options.still);
   options.streams = streams_.read(options.input && !options.still);
-  if (options.still && codec_)
-    badValue("--codec", *codec_, "leave it out: the suffix says a still's kind");
+  if (options.delivery.viewingCopy && !options.streams.noAudio && !options.streams.audio.asked)
+    options.streams.audio.asked = "aac";
   return options;
 }
 

@@ -3,6 +3,7 @@
 // The command line of `nkdraw burnin`.
 #pragma once
 
+#include "burnin/delivery_options.h"
 #include "burnin/job.h"
 #include "burnin/layer_options.h"
 #include "burnin/overlay_plan.h"
@@ -11,7 +12,6 @@
 #include "cli/pipe_options.h"
 #include "cli/run_options.h"
 #include "cli/using_media.h"
-#include "media/encoder.h"
 
 #include <cstdint>
 #include <optional>
@@ -44,7 +44,7 @@ struct BurninOptions : RunOptions {
   FrameRange range;
   bool libraryAlpha = false;
   bool still = false;  // the range is one frame, the output a picture
-  CodecRequest codec = {"--codec", {}};
+  OutputRequest delivery;
   StreamRequest streams;
   const Layout* layout = nullptr;  // of the test pattern
   PatternOptions pattern;
@@ -77,9 +77,9 @@ class BurninArguments {
   std::optional<std::string> input_, output_;  // a single one is the output
   std::vector<std::string> texts_;
   std::optional<std::string> position_, size_, startTimecode_, frames_, still_;
-  std::optional<std::string> codec_;
   std::optional<std::string> layout_, patternSize_, patternRate_, patternFrames_;
   LayerArguments layers_;
+  DeliveryArguments delivery_;
   StreamArguments streams_;
   PipeArguments pipes_;
   SequenceArguments sequences_;

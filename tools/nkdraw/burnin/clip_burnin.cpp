@@ -15,8 +15,10 @@
 #include "media/read_back.h"
 #include "media/still.h"
 #include "media/stream_facts.h"
+#include "media/video_encoder.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 
 namespace nkdraw::tool {
@@ -27,6 +29,7 @@ class ClipWriter {
   ClipWriter(MediaInput& input, const ClipPlan& plan, const BurninOptions& options)
       : input_(input),
         plan_(plan),
+        delivery_(options.delivery),
         file_(options.output, options.overwrite),
         output_(file_.temporary(), *plan.format, options.output),
         copier_(input, output_, plan.streams, plan.window, plan.timecodeTag),
@@ -51,7 +54,7 @@ class ClipWriter {
       frames.makePlain();
       describeRaw(video, *plan_.job.layout, plan_.job.frames, *plan_.format);
     }
-    output_.begin();
+    output_.begin(muxerOptions(delivery_, *plan_.format));
     return burnRange(input_, plan_.job, frames, others_, [&](AVPacket& packet, std::int64_t index) {
       if (!sameKind && isOnTheGrid(packet, index))
         writeByNumber(packet, index);
@@ -90,7 +93,7 @@ class ClipWriter {
         fieldOrderFor(input_.video(), plan_.first.get(), plan_.codec->codec->id);
     if (plan_.first != nullptr)
       copyLightLevels(*plan_.first, copier_.video());
-    output_.begin();
+    output_.begin(muxerOptions(delivery_, *plan_.format));
     const auto take = [&](AVPacket& packet) { copier_.writeEncoded(packet, encoder.timeBase()); };
     TranscodedFrames frames(plan_.job, plan_.picture.drawn);
     FramePlaces places;
@@ -110,6 +113,7 @@ class ClipWriter {
 
   MediaInput& input_;
   const ClipPlan& plan_;
+  const OutputRequest& delivery_;
   OutputFile file_;
   MediaOutput output_;
   StreamCopier copier_;

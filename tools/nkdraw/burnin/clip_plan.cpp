@@ -43,15 +43,12 @@ const AVOutputFormat& outputFormat(const BurninOptions& options) {
   return writesSequence(options) ? sequenceFormat() : formatFor(options.output, options.format);
 }
 
-CodecChoice chooseCodec(const BurninOptions& options, AVPixelFormat drawn,
-                        const AVOutputFormat& format) {
-  return writesSequence(options) ? sequenceCodec(options.codec, drawn, options.output)
-                                 : chooseCodec(options.codec, drawn, format);
-}
-
-/// Whether the output holds no packets of the clip.
-bool isEncoded(const BurninOptions& options) {
-  return !options.still && isAlwaysEncoded(outputFormat(options));
+CodecChoice chooseCodec(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
+  const AVPixelFormat drawn = plan.picture.drawn;
+  return writesSequence(options)
+             ? sequenceCodec(options.delivery.codec, drawn, options.output)
+             : chooseDelivery(options.delivery, sourceVideo(input, plan.job.frames, drawn),
+                              *plan.format);
 }
 
 std::vector<StreamPlan> videoAlone(MediaInput& input) {
@@ -69,17 +66,23 @@ void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options)
     plan.timecodeTag = "";
   else if (job.timecode.known)
     plan.timecodeTag = timecodeText(job.timecode, job.range.first);
-  plan.format = &outputFormat(options);
   if (!job.inPlace)
-    plan.codec = chooseCodec(options, plan.picture.drawn, *plan.format);
-  else if (!isSameKind(*input.file().iformat, *plan.format))
-    checkKeeps(*plan.format, *job.layout, options.codec.option);
+    plan.codec = chooseCodec(input, plan, options);
   plan.streams = holdsVideoAlone(*plan.format) ? videoAlone(input)
                                                : planStreams(input, *plan.format, options.streams);
   for (StreamPlan& stream : plan.streams) {
     if (!counts && stream.action == StreamAction::kTimecode)
       stream = {StreamAction::kLeaveOut, "files count timecode otherwise at this frame rate", {}};
   }
+}
+
+/// Whether the output holds frames as they are stored; a still is made from them.
+bool staysInPlace(MediaInput& input, const Layout& layout, const AVOutputFormat* format,
+                  const BurninOptions& options) {
+  if (format == nullptr)
+    return true;
+  return options.delivery.leavesVideo() && !isAlwaysEncoded(*format) &&
+         (isSameKind(*input.file().iformat, *format) || keeps(*format, layout));
 }
 
 /// What becomes of a range that the output can't tell.
@@ -112,8 +115,10 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   Job& job = plan.job;
   const Layout* const own = ownLayout(input);
   job.orientation = orientationOf(input.video());
-  job.inPlace =
-      own != nullptr && !options.codec.asked && job.orientation.isUpright() && !isEncoded(options);
+  if (!options.still)
+    plan.format = &outputFormat(options);
+  job.inPlace = own != nullptr && job.orientation.isUpright() &&
+                staysInPlace(input, *own, plan.format, options);
   if (!job.inPlace)
     plan.picture = formatsFor(decodedFormat(input));
   job.layout = job.inPlace ? own : &layoutOf(canvasKindFor(plan.picture.drawn).type);
@@ -140,6 +145,8 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   std::ranges::copy(sequenceNotes(input), std::back_inserter(plan.notes));
   if (plan.codec && !writesSequence(options))
     noteRange(plan, input);
+  if (plan.codec && !plan.codec->note.empty())
+    plan.notes.push_back(plan.codec->note);
   return plan;
 }
 
@@ -204,7 +211,7 @@ void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
                    planText(plan.streams[i]).c_str());
   }
   const std::string codec = options.still ? "one picture"
-                            : plan.codec  ? codecText(*plan.codec)
+                            : plan.codec  ? deliveryText(*plan.codec, *plan.format)
                                           : "unchanged";
   std::fprintf(to, "codec     %s\n", codec.c_str());
   std::fprintf(to, "output    %s%s%s\n", options.output.c_str(), plan.format != nullptr ? ": " : "",

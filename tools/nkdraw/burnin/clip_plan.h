@@ -8,9 +8,9 @@
 #include "burnin/job.h"
 #include "burnin/picture_formats.h"
 #include "cli/using_media.h"
+#include "media/delivery.h"
 #include "media/media_input.h"
 #include "media/stream_copy.h"
-#include "media/video_encoder.h"
 
 #include <cstdio>
 #include <optional>

@@ -8,12 +8,14 @@
 #include "burnin/test_pattern.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
+#include "media/delivery.h"
 #include "media/failure.h"
 #include "media/interrupt.h"
 #include "media/media_output.h"
 #include "media/output_file.h"
 #include "media/read_back.h"
 #include "media/still.h"
+#include "media/stream_codec.h"
 #include "media/stream_facts.h"
 #include "media/video_decoder.h"
 #include "media/video_encoder.h"
@@ -142,10 +144,11 @@ void decodePattern(const Job& job, const TakeFrame& take) {
   decoder.decode(nullptr, take);
 }
 
-void writeRaw(const Job& job, MediaOutput& output, AVStream& stream) {
+void writeRaw(const Job& job, const OutputRequest& delivery, MediaOutput& output,
+              AVStream& stream) {
   describeRaw(stream, *job.layout, job.frames, output.format());
   describeColours(job, *stream.codecpar, stream.codecpar->color_space);
-  output.begin();
+  output.begin(muxerOptions(delivery, output.format()));
   Progress progress(job.range.last - job.range.first + 1);
   PatternSource(job).run([&](AVPacket& packet) {
     packet.stream_index = stream.index;
@@ -154,8 +157,8 @@ void writeRaw(const Job& job, MediaOutput& output, AVStream& stream) {
   });
 }
 
-void writeEncoded(const Job& job, const CodecChoice& choice, MediaOutput& output,
-                  AVStream& stream) {
+void writeEncoded(const Job& job, const CodecChoice& choice, const OutputRequest& delivery,
+                  MediaOutput& output, AVStream& stream) {
   const Frame example = makeFrame();
   example->format = job.layout->pixelFormat;
   example->width = job.frames.width;
@@ -163,7 +166,7 @@ void writeEncoded(const Job& job, const CodecChoice& choice, MediaOutput& output
   describeColours(job, *example, example->colorspace);
   VideoEncoder encoder(choice, *example, job.frames, output.format());
   encoder.describeTo(stream);
-  output.begin();
+  output.begin(muxerOptions(delivery, output.format()));
   const auto write = [&](AVPacket& packet) {
     packet.stream_index = stream.index;
     output.write(packet, encoder.timeBase());
@@ -187,9 +190,9 @@ void writePatternClip(const Job& job, const BurninOptions& options, const AVOutp
                 0);
   keepTimecodeTag(output, stream);
   if (choice)
-    writeEncoded(job, *choice, output, stream);
+    writeEncoded(job, *choice, options.delivery, output, stream);
   else
-    writeRaw(job, output, stream);
+    writeRaw(job, options.delivery, output, stream);
   output.finish();
   checkReadable(file.temporary(), format, options.output);
   file.commit();
@@ -215,10 +218,16 @@ PatternOutput planOutput(const Job& job, const BurninOptions& options) {
     throw Failure(ExitCode::kUsage, "the test pattern is written as a clip", options.output,
                   "write .mov, and a sequence from that");
   output.format = &formatFor(options.output, options.format);
-  if (options.codec.asked)
-    output.codec = chooseCodec(options.codec, job.layout->pixelFormat, *output.format);
-  else
-    checkKeeps(*output.format, *job.layout, options.codec.option);
+  const bool holdsRaw = containerOf(output.format->name) != 0 || keepsAnyRaw(*output.format);
+  if (options.delivery.leavesVideo() && holdsRaw) {
+    checkKeeps(*output.format, *job.layout, options.delivery.codec.option);
+  } else {
+    SourceVideo source;
+    source.codec = job.layout->codec;
+    source.pixelFormat = job.layout->pixelFormat;
+    source.frames = job.frames;
+    output.codec = chooseDelivery(options.delivery, source, *output.format);
+  }
   return output;
 }
 
@@ -228,7 +237,7 @@ void describe(std::FILE* to, const Job& job, const PatternOutput& output,
   describe(to, job);
   std::fprintf(to, "codec     %s\n",
                options.still  ? "one picture"
-               : output.codec ? output.codec->codec->name
+               : output.codec ? deliveryText(*output.codec, *output.format).c_str()
                               : "uncompressed");
   std::fprintf(to, "output    %s\n", options.output.c_str());
 }

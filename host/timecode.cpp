@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Counts and numbers frames as in SMPTE ST 12-1.
+// Counts and numbers frames as in SMPTE ST 12-1, at more frame rates than that has.
 #include <nkdraw/platform/timecode.h>
 
 #include <algorithm>
@@ -22,17 +22,30 @@ struct TimecodeRule {
 
 /// In the order of TimecodeType. If two types share a rate, the first is the usual one.
 constexpr TimecodeRule kRules[] = {
-    {24.0, 24, 0},            // k24
-    {25.0, 25, 0},            // k25
-    {30.0, 30, 0},            // k30
-    {24000.0 / 1001, 24, 0},  // k23_98
-    {30000.0 / 1001, 30, 2},  // k29_97Drop
-    {30000.0 / 1001, 30, 0},  // k29_97
-    {50.0, 50, 0},            // k50
-    {60.0, 60, 0},            // k60
-    {60000.0 / 1001, 60, 4},  // k59_94Drop
-    {60000.0 / 1001, 60, 0},  // k59_94
+    {24.0, 24, 0},              // k24
+    {25.0, 25, 0},              // k25
+    {30.0, 30, 0},              // k30
+    {24000.0 / 1001, 24, 0},    // k23_98
+    {30000.0 / 1001, 30, 2},    // k29_97Drop
+    {30000.0 / 1001, 30, 0},    // k29_97
+    {50.0, 50, 0},              // k50
+    {60.0, 60, 0},              // k60
+    {60000.0 / 1001, 60, 4},    // k59_94Drop
+    {60000.0 / 1001, 60, 0},    // k59_94
+    {5.0, 5, 0},                // k5
+    {12.0, 12, 0},              // k12
+    {15.0, 15, 0},              // k15
+    {48.0, 48, 0},              // k48
+    {48000.0 / 1001, 48, 0},    // k47_95
+    {72.0, 72, 0},              // k72
+    {96.0, 96, 0},              // k96
+    {96000.0 / 1001, 96, 0},    // k95_9
+    {100.0, 100, 0},            // k100
+    {120.0, 120, 0},            // k120
+    {120000.0 / 1001, 120, 8},  // k119_88Drop
+    {120000.0 / 1001, 120, 0},  // k119_88
 };
+static_assert(std::size(kRules) == static_cast<std::size_t>(TimecodeType::k119_88) + 1);
 
 constexpr std::uint32_t codeOf(TimecodeType type) {
   return static_cast<std::uint32_t>(type);
@@ -43,7 +56,7 @@ const TimecodeRule& ruleOf(std::uint32_t code) {
 }
 
 /// For every higher rate this is the nearest.
-constexpr double kHighestRate = kRules[codeOf(TimecodeType::k60)].frameRate;
+constexpr double kHighestRate = kRules[codeOf(TimecodeType::k120)].frameRate;
 
 const TimecodeRule& ruleOf(TimecodeType type) {
   return ruleOf(codeOf(type));
@@ -119,13 +132,28 @@ std::optional<std::uint32_t> twoDigits(std::string_view text) {
   return static_cast<std::uint32_t>((text[0] - '0') * 10 + (text[1] - '0'));
 }
 
-std::optional<Fields> readFields(std::string_view text) {
+/// Counting more frames than two digits can show.
+constexpr bool hasThreeDigits(const TimecodeRule& rule) {
+  return rule.nominal > 100;
+}
+
+/// The frames' number that `text` is, if it is one; FFmpeg writes two digits where they suffice.
+std::optional<std::uint32_t> frameDigits(const TimecodeRule& rule, std::string_view text) {
+  const auto number = twoDigits(text);
+  if (text.size() == 2 || !number)
+    return number;
+  if (!hasThreeDigits(rule) || text.size() != 3 || !isDigit(text[2]))
+    return std::nullopt;
+  return *number * 10 + static_cast<std::uint32_t>(text[2] - '0');
+}
+
+std::optional<Fields> readFields(const TimecodeRule& rule, std::string_view text) {
   constexpr std::string_view kFramesSeparators = ":;.";
-  if (text.size() != std::string_view("HH:MM:SS:FF").size() || text[2] != ':' || text[5] != ':' ||
+  if (text.size() < std::string_view("HH:MM:SS:FF").size() || text[2] != ':' || text[5] != ':' ||
       kFramesSeparators.find(text[8]) == std::string_view::npos)
     return std::nullopt;
   const auto hours = twoDigits(text), minutes = twoDigits(text.substr(3)),
-             seconds = twoDigits(text.substr(6)), frames = twoDigits(text.substr(9));
+             seconds = twoDigits(text.substr(6)), frames = frameDigits(rule, text.substr(9));
   if (!hours || !minutes || !seconds || !frames)
     return std::nullopt;
   return Fields{*hours, *minutes, *seconds, *frames};
@@ -137,16 +165,19 @@ char* writeTwoDigits(char* text, std::uint32_t value) {
   return text;
 }
 
-char* writeSeparator(char* text, char separator) {
-  *text++ = separator;
+char* writeCharacter(char* text, char character) {
+  *text++ = character;
   return text;
 }
 
-void writeFields(char* text, const Fields& fields, char framesSeparator) {
-  text = writeSeparator(writeTwoDigits(text, fields.hours), ':');
-  text = writeSeparator(writeTwoDigits(text, fields.minutes), ':');
-  text = writeSeparator(writeTwoDigits(text, fields.seconds), framesSeparator);
-  *writeTwoDigits(text, fields.frames) = '\0';
+void writeFields(char* text, const TimecodeRule& rule, const Fields& fields) {
+  constexpr std::uint32_t kHundred = 100;
+  text = writeCharacter(writeTwoDigits(text, fields.hours), ':');
+  text = writeCharacter(writeTwoDigits(text, fields.minutes), ':');
+  text = writeCharacter(writeTwoDigits(text, fields.seconds), rule.dropped != 0 ? ';' : ':');
+  if (hasThreeDigits(rule))
+    text = writeCharacter(text, static_cast<char>('0' + fields.frames / kHundred));
+  *writeTwoDigits(text, fields.frames % kHundred) = '\0';
 }
 
 }  // namespace
@@ -157,7 +188,7 @@ std::uint32_t nkdraw::framesPerDay(TimecodeType type) {
 
 std::optional<std::uint32_t> nkdraw::parseTimecode(std::string_view text, TimecodeType type) {
   const TimecodeRule& rule = ruleOf(type);
-  const auto fields = readFields(text);
+  const auto fields = readFields(rule, text);
   if (!fields || !isCounted(rule, *fields))
     return std::nullopt;
   return frameOf(rule, *fields);
@@ -175,6 +206,6 @@ std::uint32_t hzwGetTCType(double frameRate) {
 std::uint32_t TcForm(std::uint32_t timecode, std::uint32_t flags, char* text) {
   const TimecodeRule& rule = ruleOf(flags & 0xFF);
   const std::uint32_t frame = frameOfDay(rule, static_cast<std::int32_t>(timecode));
-  writeFields(text, fieldsOf(rule, frame), rule.dropped != 0 ? ';' : ':');
+  writeFields(text, rule, fieldsOf(rule, frame));
   return 0;
 }

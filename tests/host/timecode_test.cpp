@@ -39,12 +39,24 @@ constexpr TypeFacts kTypes[] = {
     {TimecodeType::k60, 7, 60, 0, 5184000, "k60"},
     {TimecodeType::k59_94Drop, 8, 60, 4, 5178816, "k59_94Drop"},
     {TimecodeType::k59_94, 9, 60, 0, 5184000, "k59_94"},
+    {TimecodeType::k5, 10, 5, 0, 432000, "k5"},
+    {TimecodeType::k12, 11, 12, 0, 1036800, "k12"},
+    {TimecodeType::k15, 12, 15, 0, 1296000, "k15"},
+    {TimecodeType::k48, 13, 48, 0, 4147200, "k48"},
+    {TimecodeType::k47_95, 14, 48, 0, 4147200, "k47_95"},
+    {TimecodeType::k72, 15, 72, 0, 6220800, "k72"},
+    {TimecodeType::k96, 16, 96, 0, 8294400, "k96"},
+    {TimecodeType::k95_9, 17, 96, 0, 8294400, "k95_9"},
+    {TimecodeType::k100, 18, 100, 0, 8640000, "k100"},
+    {TimecodeType::k120, 19, 120, 0, 10368000, "k120"},
+    {TimecodeType::k119_88Drop, 20, 120, 8, 10357632, "k119_88Drop"},
+    {TimecodeType::k119_88, 21, 120, 0, 10368000, "k119_88"},
 };
 
 constexpr std::uint32_t kUnreadFlags = 0x30100;
 
 std::string textOf(std::uint32_t timecode, std::uint32_t code) {
-  std::array<char, 14> text;
+  std::array<char, 15> text;
   text.fill('#');
   EXPECT_EQ(TcForm(timecode, code | kUnreadFlags, text.data() + 1), 0u);
   EXPECT_EQ(text.front(), '#');
@@ -78,13 +90,19 @@ class PlainCounter {
 
   [[nodiscard]] bool isMidnight() const { return hours == 24; }
 
-  /// "HH:MM:SS:FF" with its zero.
-  [[nodiscard]] std::array<char, 12> text() const {
+  /// "HH:MM:SS:FF", or "HH:MM:SS:FFF", with its zero.
+  [[nodiscard]] std::array<char, 13> text() const {
     const auto digit = [](int value) { return static_cast<char>('0' + value); };
-    return {digit(hours / 10),   digit(hours % 10),   ':',
-            digit(minutes / 10), digit(minutes % 10), ':',
-            digit(seconds / 10), digit(seconds % 10), type.dropped > 0 ? ';' : ':',
-            digit(frames / 10),  digit(frames % 10),  '\0'};
+    std::array<char, 13> text = {
+        digit(hours / 10),   digit(hours % 10),   ':',
+        digit(minutes / 10), digit(minutes % 10), ':',
+        digit(seconds / 10), digit(seconds % 10), type.dropped > 0 ? ';' : ':'};
+    std::size_t at = 9;
+    if (type.nominal > 100)
+      text[at++] = digit(frames / 100);
+    text[at++] = digit(frames / 10 % 10);
+    text[at] = digit(frames % 10);
+    return text;
   }
 
  private:
@@ -101,11 +119,11 @@ TEST_P(TimecodeOfType, EqualsAPlainCountThroughTheWholeDayThereAndBack) {
   const TypeFacts& facts = GetParam();
   std::uint32_t frame = 0;
   for (PlainCounter counter(facts); !counter.isMidnight(); counter.next(), ++frame) {
-    const std::array<char, 12> expected = counter.text();
-    std::array<char, 12> text;
+    const std::array<char, 13> expected = counter.text();
+    std::array<char, 13> text{};
     TcForm(frame, facts.code | kUnreadFlags, text.data());
     ASSERT_EQ(text, expected) << frame << ": " << text.data();
-    ASSERT_EQ(parseTimecode({text.data(), 11}, facts.type), frame) << text.data();
+    ASSERT_EQ(parseTimecode(text.data(), facts.type), frame) << text.data();
   }
   EXPECT_EQ(frame, facts.framesPerDay);
   EXPECT_EQ(framesPerDay(facts.type), facts.framesPerDay);
@@ -114,17 +132,19 @@ TEST_P(TimecodeOfType, EqualsAPlainCountThroughTheWholeDayThereAndBack) {
 TEST_P(TimecodeOfType, ReadsExactlyTheNumbersThatItCounts) {
   const TypeFacts& facts = GetParam();
   std::uint32_t read = 0;
-  std::string text = "00:00:00:00";
-  const auto put = [&](std::size_t at, int value) {
-    text[at] = static_cast<char>('0' + value / 10);
-    text[at + 1] = static_cast<char>('0' + value % 10);
+  const int digits = facts.nominal > 100 ? 3 : 2;
+  std::string text = digits == 3 ? "00:00:00:000" : "00:00:00:00";
+  const auto put = [&](std::size_t at, int value, int count = 2) {
+    for (; count > 0; --count, value /= 10)
+      text[at + static_cast<std::size_t>(count) - 1] = static_cast<char>('0' + value % 10);
   };
+  const int most = digits == 3 ? 200 : 100;
   for (int minutes = 0; minutes < 100; ++minutes)
     for (int seconds = 0; seconds < 100; ++seconds)
-      for (int frames = 0; frames < 100; ++frames) {
+      for (int frames = 0; frames < most; ++frames) {
         put(3, minutes);
         put(6, seconds);
-        put(9, frames);
+        put(9, frames, digits);
         read += parseTimecode(text, facts.type).has_value();
       }
   EXPECT_EQ(read, facts.framesPerDay / 24);
@@ -156,10 +176,10 @@ TEST_P(TimecodeOfType, TakesItsCountAsASignedNumber) {
 
 TEST_P(TimecodeOfType, ReadsAnySeparatorBeforeTheFrames) {
   const TypeFacts& facts = GetParam();
-  const auto frame = parseTimecode("10:20:30:10", facts.type);
+  const auto frame = parseTimecode("10:20:30:04", facts.type);
   ASSERT_TRUE(frame.has_value());
-  EXPECT_EQ(parseTimecode("10:20:30;10", facts.type), frame);
-  EXPECT_EQ(parseTimecode("10:20:30.10", facts.type), frame);
+  EXPECT_EQ(parseTimecode("10:20:30;04", facts.type), frame);
+  EXPECT_EQ(parseTimecode("10:20:30.04", facts.type), frame);
 }
 
 TEST_P(TimecodeOfType, ReadsNothingFromAnyOtherText) {
@@ -167,7 +187,9 @@ TEST_P(TimecodeOfType, ReadsNothingFromAnyOtherText) {
                                  "1",
                                  "10:20:30",
                                  "10:20:30:1",
-                                 "10:20:30:100",
+                                 "10:20:30:120",
+                                 "10:20:30:00:",
+                                 "10:20:30:0010",
                                  " 0:20:30:10",
                                  "10:20:30:1 ",
                                  "10;20:30:10",
@@ -185,7 +207,7 @@ TEST_P(TimecodeOfType, ReadsNothingFromAnyOtherText) {
                                  "99:00:00:00",
                                  "10:60:30:10",
                                  "10:20:60:10",
-                                 "10:20:30:60"})
+                                 "10:20:30:x0"})
     EXPECT_EQ(parseTimecode(text, GetParam().type), std::nullopt) << text;
   EXPECT_EQ(parseTimecode(std::string_view("10:20:30:1\0", 11), GetParam().type), std::nullopt);
 }
@@ -201,12 +223,15 @@ TEST(Timecode, DropsTheFirstNumbersOfEachMinuteButEveryTenth) {
   EXPECT_EQ(parseTimecode("00:01:00;01", TimecodeType::k29_97Drop), std::nullopt);
   EXPECT_EQ(parseTimecode("00:01:00;03", TimecodeType::k59_94Drop), std::nullopt);
   EXPECT_EQ(parseTimecode("00:01:00;01", TimecodeType::k29_97), 1801u);
+  EXPECT_EQ(textOf(7199, TimecodeType::k119_88Drop), "00:00:59;119");
+  EXPECT_EQ(textOf(7200, TimecodeType::k119_88Drop), "00:01:00;008");
+  EXPECT_EQ(parseTimecode("00:01:00;08", TimecodeType::k119_88Drop), 7200u);
 }
 
 TEST(Timecode, ACodeThatIsNotInTheTableCountsLikeK30) {
-  for (std::uint32_t code = 10; code < 256; ++code)
+  for (std::uint32_t code = 22; code < 256; ++code)
     ASSERT_EQ(textOf(1799, code), "00:00:59:29") << code;
-  EXPECT_EQ(framesPerDay(static_cast<TimecodeType>(10)), 2592000u);
+  EXPECT_EQ(framesPerDay(static_cast<TimecodeType>(22)), 2592000u);
   EXPECT_EQ(parseTimecode("00:00:59:29", static_cast<TimecodeType>(255)), 1799u);
 }
 
@@ -227,20 +252,31 @@ TEST(TimecodeType, IsThatOfTheRate) {
   EXPECT_EQ(typeFor(60000.0 / 1001), TimecodeType::k59_94Drop);
   EXPECT_EQ(typeFor(59.94), TimecodeType::k59_94Drop);
   EXPECT_EQ(typeFor(60), TimecodeType::k60);
+  EXPECT_EQ(typeFor(5), TimecodeType::k5);
+  EXPECT_EQ(typeFor(12), TimecodeType::k12);
+  EXPECT_EQ(typeFor(15), TimecodeType::k15);
+  EXPECT_EQ(typeFor(47.95), TimecodeType::k47_95);
+  EXPECT_EQ(typeFor(48), TimecodeType::k48);
+  EXPECT_EQ(typeFor(72), TimecodeType::k72);
+  EXPECT_EQ(typeFor(95.9), TimecodeType::k95_9);
+  EXPECT_EQ(typeFor(96), TimecodeType::k96);
+  EXPECT_EQ(typeFor(100), TimecodeType::k100);
+  EXPECT_EQ(typeFor(119.88), TimecodeType::k119_88Drop);
+  EXPECT_EQ(typeFor(120), TimecodeType::k120);
 }
 
 TEST(TimecodeType, IsThatOfTheNearestRate) {
-  EXPECT_EQ(typeFor(1e-300), TimecodeType::k23_98);
-  EXPECT_EQ(typeFor(15), TimecodeType::k23_98);
+  EXPECT_EQ(typeFor(1e-300), TimecodeType::k5);
+  EXPECT_EQ(typeFor(14), TimecodeType::k15);
   EXPECT_EQ(typeFor(24.4), TimecodeType::k24);
   EXPECT_EQ(typeFor(24.6), TimecodeType::k25);
-  EXPECT_EQ(typeFor(39.9), TimecodeType::k30);
-  EXPECT_EQ(typeFor(40.1), TimecodeType::k50);
-  EXPECT_EQ(typeFor(47.95), TimecodeType::k50);
+  EXPECT_EQ(typeFor(38.9), TimecodeType::k30);
+  EXPECT_EQ(typeFor(45), TimecodeType::k47_95);
+  EXPECT_EQ(typeFor(49.1), TimecodeType::k50);
   EXPECT_EQ(typeFor(59.96), TimecodeType::k59_94Drop);
   EXPECT_EQ(typeFor(59.98), TimecodeType::k60);
-  EXPECT_EQ(typeFor(120), TimecodeType::k60);
-  EXPECT_EQ(typeFor(std::numeric_limits<double>::max()), TimecodeType::k60);
+  EXPECT_EQ(typeFor(240), TimecodeType::k120);
+  EXPECT_EQ(typeFor(std::numeric_limits<double>::max()), TimecodeType::k120);
 }
 
 TEST(TimecodeType, IsK30ForWhatIsNoRate) {

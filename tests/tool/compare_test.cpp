@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 
 using namespace nkdraw::tool;
@@ -254,6 +255,19 @@ TEST(Report, OfAClipWithItselfIsAllZeros) {
         EXPECT_EQ(report[i][cell], "0") << report[0][cell];
     }
   }
+}
+
+TEST(Report, GoesToStandardOutputForADash) {
+  const std::string a = clipA();
+  const std::string b = changedCopy(a, "b.mov", "negate", kBGRA);
+  const Outcome file = nkdrawTool({"compare", a, b, "--report", at("r.csv"), "--overwrite"});
+  ASSERT_EQ(file.exitCode, 0) << file.err;
+  const Outcome piped = nkdrawTool({"compare", a, b, "--report", "-"});
+  EXPECT_EQ(piped.exitCode, 0) << piped.err;
+  EXPECT_EQ(piped.err, file.out) << "the summary";
+  std::ifstream written(at("r.csv"));
+  EXPECT_EQ(piped.out, std::string(std::istreambuf_iterator<char>(written), {}));
+  EXPECT_EQ(nkdrawTool({"compare", a, b, "--report", "-"}).out.substr(0, 6), "frame,");
 }
 
 TEST(Report, CountsTheOnePixelThatDiffers) {

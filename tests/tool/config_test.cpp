@@ -82,6 +82,17 @@ TEST_F(Config, UnsetBringsTheDefaultBack) {
   EXPECT_EQ(get("TimeCodeY"), "300\n");
 }
 
+TEST_F(Config, ResetBringsEveryDefaultBack) {
+  EXPECT_EQ(config({"reset"}).exitCode, 0);
+  EXPECT_FALSE(exists(store())) << "there was nothing to write";
+  const std::string defaults = config({"list"}).out;
+  set("TimeCodeY", "5");
+  set("CustomText3", "Reel 7");
+  EXPECT_EQ(config({"reset"}).exitCode, 0);
+  EXPECT_EQ(config({"list"}).out, defaults);
+  EXPECT_EQ(config({"reset", "TimeCodeY"}).exitCode, 1);
+}
+
 TEST_F(Config, ListsEverySettingOnce) {
   const std::string list = config({"list"}).out;
   EXPECT_EQ(std::ranges::count(list, '\n'), 1 + 27 + 40);
@@ -177,7 +188,7 @@ TEST_F(Config, IsBurntInWithOptionsOnTop) {
   expectSays(plan, "20,300 to");
   expectSays(plan, "captions CC2");
   const std::string changed =
-      planWith({"--settings", "store", "--size", "2", "--text", "0,0,Other", "--vitc"});
+      planWith({"--settings", "store", "--timecode-size", "2", "--text", "0,0,Other", "--vitc"});
   expectSays(changed, "LTC row \"00:00:00:00\": 8,40 to 183,60, magnified 2");
   expectSays(changed, "VITC row");
   expectSays(changed, "text 1 \"Other\"");

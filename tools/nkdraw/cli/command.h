@@ -53,6 +53,7 @@ class SubCommand final : public Command {
 /// Each adds its sub-command to the command line.
 [[nodiscard]] std::unique_ptr<Command> addBurnin(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> addCompare(CLI::App& app);
+[[nodiscard]] std::unique_ptr<Command> addCompletion(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> addConfig(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> addDraw(CLI::App& app);
 [[nodiscard]] std::unique_ptr<Command> addSheet(CLI::App& app);

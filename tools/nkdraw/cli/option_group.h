@@ -18,10 +18,15 @@ class OptionGroup {
   /// Adds an option whose value, shown as `type` in the help, is stored in `value`. `value` and the
   /// result are as in CLI11; both must outlive the command line.
   template <class Value>
-  CLI::Option& add(const char* name, Value& value, const char* type, const char* meaning) {
+  CLI::Option& add(const char* name, Value& value, const char* type, const char* meaning) const {
     return placed(*command_.add_option(name, value, meaning)->type_name(type));
   }
-  void addFlag(const char* name, bool& value, const char* meaning) {
+  /// Adds a name that an option had in the version before: it works, but the help doesn't list it.
+  template <class Value>
+  void addOldName(const char* name, Value& value) const {
+    command_.add_option(name, value)->group("");
+  }
+  void addFlag(const char* name, bool& value, const char* meaning) const {
     placed(*command_.add_flag(name, value, meaning));
   }
 

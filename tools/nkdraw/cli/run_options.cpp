@@ -1,11 +1,18 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "cli/run_options.h"
 
+#include "cli/option_group.h"
 #include "cli/using_media.h"
 #include "media/failure.h"
 #include "media/output_file.h"
 
 namespace nkdraw::tool {
+
+void addProgress(const OptionGroup& group, RunOptions& options) {
+  group.add("--progress", options.progress, "FORM",
+            "How to tell how far it is, on standard error: line (on\n"
+            "a terminal), json or none");
+}
 
 void checkOutput(const std::string& path, const RunOptions& options) {
   checkOutputName(path, options.overwrite, "choose another name or give --overwrite");

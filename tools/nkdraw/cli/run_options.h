@@ -3,14 +3,25 @@
 // Options shared by every sub-command that writes a file.
 #pragma once
 
+#include "cli/progress.h"
+
 #include <cstdio>
 #include <string>
 
 namespace nkdraw::tool {
 
+class OptionGroup;
+
 struct RunOptions {
   bool overwrite = false, dryRun = false, verbose = false;
+  std::string progress = "line";
+
+  /// Throws Failure for a form that isn't known.
+  [[nodiscard]] ProgressForm progressForm() const { return progressNamed(progress); }
 };
+
+/// Adds the option for the progress.
+void addProgress(const OptionGroup& group, RunOptions& options);
 
 /// Throws the Failure for an output that can't be written, without touching any file.
 void checkOutput(const std::string& path, const RunOptions& options);

@@ -144,7 +144,7 @@ void describe(std::FILE* to, ClipPair& clips, const ComparePlan& plan,
 
 /// The outputs must not be the inputs, or each other.
 void checkNames(const CompareOptions& options) {
-  if (options.report) {
+  if (options.report && *options.report != kStandardOutput) {
     for (const std::string& input : {options.a, options.b})
       checkIsAnother(*options.report, input, "the report is an input");
     checkOutput(*options.report, options);
@@ -166,7 +166,8 @@ Compared writeComparison(ClipPair& clips, const ComparePlan& plan, const Compare
   if (options.report)
     report.emplace(*options.report, options.overwrite, clips);
   const auto compare = [&] {
-    Progress progress(std::min(countOf(clips.a).frames, countOf(clips.b).frames));
+    Progress progress(std::min(countOf(clips.a).frames, countOf(clips.b).frames),
+                      options.progressForm());
     return forEachPair(clips, [&](AVFrame& a, AVFrame& b, std::int64_t index) {
       if (report)
         report->add(a, b, index);

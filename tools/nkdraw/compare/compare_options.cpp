@@ -137,11 +137,12 @@ void CompareArguments::addLookTo(CLI::App& command) {
 
 void CompareArguments::addWritingTo(CLI::App& command) {
   OptionGroup group(command, "What is written");
-  group.add("--report", report_, "FILE.csv",
+  group.add("--report", report_, "FILE.csv|-",
             "A table: for each frame the pixels that differ, and\n"
             "the largest difference of every channel");
   group.add("--codec", codec_, "NAME[:KEY=VALUE...]",
             "Encode with this encoder of FFmpeg (losslessly, by\nkind of file)");
+  addProgress(group, plain_);
   group.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT and the report if they exist");
   group.addFlag("--dry-run", plain_.dryRun, "Say what would be done and write nothing");
 }

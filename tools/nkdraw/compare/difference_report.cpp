@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iostream>
 
 namespace nkdraw::tool {
 namespace {
@@ -20,14 +21,15 @@ AVPixelFormat comparedFormat(AVPixelFormat a, AVPixelFormat b) {
 }
 
 DifferenceReport::DifferenceReport(const std::string& path, bool overwrite, ClipPair& clips)
-    : file_(path, overwrite),
-      path_(path),
-      table_(file_.temporary()),
+    : path_(path),
+      table_(path == kStandardOutput ? std::cout : stored_),
       rate_(clips.frames.rate),
-      timecode_(timecodeOf(clips.a.file(), clips.a.video(), rate_)),
+      timecode_(timecodeOf(clips.a, rate_)),
       convertA_(comparedFormat(decodedFormat(clips.a), decodedFormat(clips.b)), false),
       convertB_(comparedFormat(decodedFormat(clips.a), decodedFormat(clips.b)), false),
       comparer_(comparedFormat(decodedFormat(clips.a), decodedFormat(clips.b))) {
+  if (path != kStandardOutput)
+    stored_.open(file_.emplace(path, overwrite).temporary());
   table_ << "frame,timecode,seconds,pixels,largest";
   for (const std::string& channel : comparer_.channels())
     table_ << ",largest_" << channel;
@@ -52,14 +54,17 @@ void DifferenceReport::add(AVFrame& a, AVFrame& b, std::int64_t index) {
 }
 
 void DifferenceReport::finish(std::FILE* summary) {
-  table_.close();
+  stored_.close();
+  table_.flush();
   checkWritten();
-  file_.commit();
+  if (file_)
+    file_->commit();
+  std::FILE* const to = file_ ? summary : stderr;
   const std::string compared = counted(frames_, "frame") + " compared";
   if (framesThatDiffer_ == 0)
-    std::fprintf(summary, "%s, no pixel differs\n", compared.c_str());
+    std::fprintf(to, "%s, no pixel differs\n", compared.c_str());
   else
-    std::fprintf(summary, "%s, differences in %s: %s in all, by at most %u\n", compared.c_str(),
+    std::fprintf(to, "%s, differences in %s: %s in all, by at most %u\n", compared.c_str(),
                  counted(framesThatDiffer_, "frame").c_str(), counted(pixels_, "pixel").c_str(),
                  largest_);
 }

@@ -12,6 +12,8 @@
 
 #include <cstdio>
 #include <fstream>
+#include <optional>
+#include <ostream>
 #include <string>
 
 namespace nkdraw::tool {
@@ -20,23 +22,28 @@ namespace nkdraw::tool {
 /// differ or can't be compared as numbers.
 [[nodiscard]] AVPixelFormat comparedFormat(AVPixelFormat a, AVPixelFormat b);
 
+/// The name of standard output.
+inline constexpr char kStandardOutput[] = "-";
+
 /// Writes a line for each frame: its number, timecode and time, the pixels that differ, the largest
 /// difference overall and in each channel.
 class DifferenceReport {
  public:
-  /// Throws Failure if `path` can't be written.
+  /// "-" is standard output. Throws Failure if `path` can't be written.
   DifferenceReport(const std::string& path, bool overwrite, ClipPair& clips);
 
   void add(AVFrame& a, AVFrame& b, std::int64_t index);
-  /// Renames the file to its final name, and prints a summary.
+  /// Renames the file to its final name, and prints a summary on `summary`, or on standard error if
+  /// the report is on standard output.
   void finish(std::FILE* summary);
 
  private:
   void checkWritten();
 
-  OutputFile file_;
+  std::optional<OutputFile> file_;  // none: standard output
   std::string path_;
-  std::ofstream table_;
+  std::ofstream stored_;
+  std::ostream& table_;
   AVRational rate_;
   TimecodeStart timecode_;
   FrameConverter convertA_, convertB_;

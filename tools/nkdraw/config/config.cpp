@@ -41,13 +41,17 @@ void unset(const ConfigOptions& options) {
   ConfigStore().write(*options.setting, options.setting->standard);
 }
 
+void reset(const ConfigOptions& /*options*/) {
+  ConfigStore().reset();
+}
+
 void path(const ConfigOptions& /*options*/) {
   std::printf("%s\n", ConfigStore::path().c_str());
 }
 
 constexpr ConfigAction kActions[] = {
-    {"list", false, false, list},  {"get", true, false, get},    {"set", true, true, set},
-    {"unset", true, false, unset}, {"path", false, false, path},
+    {"list", false, false, list},  {"get", true, false, get},      {"set", true, true, set},
+    {"unset", true, false, unset}, {"reset", false, false, reset}, {"path", false, false, path},
 };
 
 void runAction(const ConfigOptions& options) {

@@ -19,10 +19,12 @@ constexpr char kMore[] =
     "  nkdraw config get CustomText0\n"
     "  nkdraw config unset CustomText0\n"
     "      Its default again.\n"
+    "  nkdraw config reset\n"
+    "      Every default again.\n"
     "  nkdraw config path\n"
     "      The file that keeps them.";
 
-constexpr char kUsage[] = "write list, get KEY, set KEY VALUE, unset KEY or path";
+constexpr char kUsage[] = "write list, get KEY, set KEY VALUE, unset KEY, reset or path";
 
 /// Checks that each argument is given exactly if the action takes it.
 void checkTaken(const char* what, bool takes, const std::optional<std::string>& argument,
@@ -40,7 +42,7 @@ void ConfigArguments::addTo(CLI::App& command) {
   command.description(kDescription);
   command.footer(kMore);
   OptionGroup plain(command);
-  plain.add("ACTION", action_, "", "list, get, set, unset or path");
+  plain.add("ACTION", action_, "", "list, get, set, unset, reset or path");
   plain.add("KEY", key_, "", "The setting; see nkdraw config list");
   plain.add("VALUE", value_, "", "What it becomes; behind -- if it begins with a dash");
   plain.addFlag("-v,--verbose", verbose_, "Say more");

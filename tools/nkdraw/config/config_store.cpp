@@ -85,17 +85,31 @@ void ConfigStore::put(const Setting& setting, const std::string& value) {
   nkCFGValueString(kDefaultStore, kRoot, setting.key.c_str(), text.data(), &length, kConfigWrite);
 }
 
-void ConfigStore::write(const Setting& setting, const std::string& value) {
-  const fs::path folder = storePath().parent_path();
-  const FolderLock lock(folder.empty() ? "." : folder);
-  if (!exists()) {
-    for (const Setting& each : settingTable())
-      put(each, each.standard);
-  }
-  put(setting, value);
+void ConfigStore::putDefaults() {
+  for (const Setting& each : settingTable())
+    put(each, each.standard);
+}
+
+void ConfigStore::save() {
   if (nkCFGSave(kDefaultStore, 0, 0) != 0)
     throw Failure(ExitCode::kOutput, "the settings can't be saved", log_.last(),
                   "see nkdraw config path");
+}
+
+void ConfigStore::write(const Setting& setting, const std::string& value) {
+  const fs::path folder = storePath().parent_path();
+  const FolderLock lock(folder.empty() ? "." : folder);
+  if (!exists())
+    putDefaults();
+  put(setting, value);
+  save();
+}
+
+void ConfigStore::reset() {
+  if (!exists())
+    return;
+  putDefaults();
+  save();
 }
 
 }  // namespace nkdraw::tool

@@ -22,8 +22,12 @@ class ConfigStore {
 
   /// Writes one value durably; in a new store all other settings get their defaults.
   void write(const Setting& setting, const std::string& value);
+  /// Writes the default of every setting durably. Without a store there is nothing to write.
+  void reset();
 
  private:
+  void putDefaults();
+  void save();
   [[nodiscard]] bool exists();
   void put(const Setting& setting, const std::string& value);
 

@@ -146,7 +146,7 @@ TEST_P(OwnKind, IsKeptWithoutAnOption) {
   const Kind& kind = GetParam();
   makeClip(kind.file, kind.size, kind.encoder);
   const std::string out = "out" + std::string(kind.file + 2);
-  const Outcome outcome = burnin({at(kind.file), at(out), "--size", "1"});
+  const Outcome outcome = burnin({at(kind.file), at(out), "--timecode-size", "1"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_TRUE(videoOf(out).starts_with(kind.video)) << videoOf(out);
   EXPECT_EQ(decode(at(out)).frames.size(), 3U);
@@ -190,7 +190,8 @@ TEST(KindsOfFiles, ThatDoNotHoldTheCodecGetAnotherThatIsNamed) {
 
 TEST(ViewingCopy, IsWhatBrowsersPlay) {
   makeClip("in.mov", "321x181", {"-c:v", "ffv1", "-pix_fmt", "yuv444p10"});
-  const Outcome outcome = burnin({at("in.mov"), at("out.mp4"), "--viewing-copy", "--size", "1"});
+  const Outcome outcome =
+      burnin({at("in.mov"), at("out.mp4"), "--viewing-copy", "--timecode-size", "1"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_EQ(videoOf("out.mp4"), "h264/High/avc1/yuv420p");
   EXPECT_EQ(decode(at("out.mp4")).width, 320);
@@ -231,7 +232,7 @@ TEST(Delivery, HasOneWay) {
 TEST(Delivery, ADryRunTellsTheEncoderAndItsOptions) {
   makeClip("in.mp4", "320x180", {"-c:v", "libx264", "-pix_fmt", "yuv420p"});
   const Outcome outcome =
-      burnin({at("in.mp4"), at("out.mov"), "--viewing-copy", "--size", "1", "--dry-run"});
+      burnin({at("in.mp4"), at("out.mov"), "--viewing-copy", "--timecode-size", "1", "--dry-run"});
   EXPECT_NE(outcome.out.find("libx264, yuv420p, profile=high:crf=20, avc1"), std::string::npos)
       << outcome.out;
 }

@@ -53,10 +53,13 @@ struct BadValue {
 class BadValues : public testing::TestWithParam<BadValue> {};
 
 const BadValue kBadValues[] = {
-    {"SizeZero", {"--size", "0"}, "--size"},
-    {"SizeTooLarge", {"--size", "21"}, "--size"},
-    {"SizeWithMoreBehind", {"--size", "2x"}, "--size"},
-    {"SizeNoNumber", {"--size", "big"}, "--size"},
+    {"TextSizeZero", {"--text-size", "0"}, "--text-size"},
+    {"RecordTimecodeEmpty", {"--record-timecode", ""}, "--record-timecode"},
+    {"RecordTimecodeNone", {"--record-timecode", "ten"}, "not a timecode"},
+    {"SizeZero", {"--timecode-size", "0"}, "--timecode-size"},
+    {"SizeTooLarge", {"--timecode-size", "21"}, "--timecode-size"},
+    {"SizeWithMoreBehind", {"--timecode-size", "2x"}, "--timecode-size"},
+    {"SizeNoNumber", {"--timecode-size", "big"}, "--timecode-size"},
     {"PositionOneNumber", {"--position", "10"}, "--position"},
     {"PositionThreeNumbers", {"--position", "1,2,3"}, "--position"},
     {"PositionHuge", {"--position", "99999999999,2"}, "--position"},
@@ -77,7 +80,7 @@ const BadValue kBadValues[] = {
     {"StillNoNumber", {"--still", "abc"}, "not a value of --still: abc"},
     {"StillHuge", {"--still", "99999999999999999999"}, "not a value of --still: 9999"},
     {"EmptyPosition", {"--position", ""}, "--position: (empty)"},
-    {"EmptySize", {"--size", ""}, "--size: (empty)"},
+    {"EmptySize", {"--timecode-size", ""}, "--timecode-size: (empty)"},
     {"EmptyTimecode", {"--start-timecode", ""}, "--start-timecode: (empty)"},
     {"EmptyFrames", {"--frames", ""}, "--frames: (empty)"},
     {"EmptyStill", {"--still", ""}, "--still: (empty)"},
@@ -93,10 +96,14 @@ const BadValue kBadValues[] = {
     {"UnknownOption", {"--colour", "red"}, "--colour"},
     {"LeavesAtTheLeft", {"--position", "-1,10"}, "left"},
     {"LeavesAtTheTop", {"--position", "10,-1"}, "upper"},
-    {"LeavesAtTheRight", {"--position", "233,10", "--size", "1"}, "right"},
-    {"LeavesAtTheBottom", {"--position", "10,170", "--size", "1"}, "lower"},
-    {"TextLeavesAtTheRight", {"--text", "297,10,A"}, "text 1 leaves the frame at the right"},
-    {"TextLeavesAtTheBottom", {"--text", "10,150,A"}, "text 1 leaves the frame at the lower"},
+    {"LeavesAtTheRight", {"--position", "233,10", "--timecode-size", "1"}, "right"},
+    {"LeavesAtTheBottom", {"--position", "10,170", "--timecode-size", "1"}, "lower"},
+    {"TextLeavesAtTheRight",
+     {"--text-size", "3", "--text", "297,10,A"},
+     "text 1 leaves the frame at the right"},
+    {"TextLeavesAtTheBottom",
+     {"--text-size", "3", "--text", "10,150,A"},
+     "text 1 leaves the frame at the lower"},
     {"SecondTextLeaves", {"--text", "0,0,A", "--text", "0,-1,B"}, "text 2 leaves"},
     {"FarBeyondTheRight",
      {"--position", "2147483647,2147483647"},
@@ -109,8 +116,8 @@ const BadValue kBadValues[] = {
      {"--text", "2147483647,2147483647,Hi"},
      "text 1 leaves the frame at the right"},
     {"TextFarBelow", {"--text", "0,2147483640,Hi"}, "text 1 leaves the frame at the lower"},
-    {"FormatLineTooWide", {"--format-line"}, "format line leaves the frame"},
-    {"SizeTooLargeForTheFrame", {"--size", "4"}, "LTC row leaves"},
+    {"FormatLineTooWide", {"--format-line", "--text-size", "3"}, "format line leaves the frame"},
+    {"SizeTooLargeForTheFrame", {"--timecode-size", "4"}, "LTC row leaves"},
 };
 
 }  // namespace
@@ -129,11 +136,12 @@ INSTANTIATE_TEST_SUITE_P(Each, BadValues, testing::ValuesIn(kBadValues),
 TEST(TextsThatFit, MayTouchEveryEdge) {
   for (const char* place : {"0,0", "232,0", "0,169", "232,169"}) {
     const Outcome outcome =
-        burnin({clip(), at("out.mov"), "--overwrite", "--position", place, "--size", "1"});
+        burnin({clip(), at("out.mov"), "--overwrite", "--position", place, "--timecode-size", "1"});
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
   }
   for (const char* text : {"296,0,A", "0,149,A", "296,149,A"}) {
-    const Outcome outcome = burnin({clip(), at("out.mov"), "--overwrite", "--text", text});
+    const Outcome outcome =
+        burnin({clip(), at("out.mov"), "--overwrite", "--text-size", "3", "--text", text});
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
   }
 }

@@ -181,8 +181,8 @@ class InPlace : public testing::TestWithParam<Case> {
     makeClip(in, layout, width, height);
     const Outcome outcome =
         burnin({in, out, "--overwrite", "--start-timecode", "00:00:10:00", "--position",
-                std::to_string(x) + "," + std::to_string(y), "--size", std::to_string(size),
-                fill ? "--fill" : "--no-fill", "--keep-alpha"});
+                std::to_string(x) + "," + std::to_string(y), "--timecode-size",
+                std::to_string(size), fill ? "--fill" : "--no-fill", "--keep-alpha"});
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     EXPECT_EQ(outcome.out + outcome.err, "");
 
@@ -244,7 +244,7 @@ void expectKeptAcross(const char* layoutName, const std::string& from, const std
   const Layout& layout = *layoutNamed(layoutName);
   const std::string in = at("in." + from), out = at("out." + to);
   makeClip(in, layout, 321 + (layout.type == ptV210 ? 1 : 0), 143);
-  const Outcome outcome = burnin({in, out, "--position", "0,0", "--size", "1"});
+  const Outcome outcome = burnin({in, out, "--position", "0,0", "--timecode-size", "1"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   const Clip source = decode(in), burnt = decode(out);
   EXPECT_EQ(burnt.format, source.format);
@@ -281,7 +281,7 @@ TEST(InPlaceOddities, DrawsOnSignedChromaAsOnAnyOther) {
   bytes.replace(tag, 4, "yuv2");
   std::ofstream(in, std::ios::binary) << bytes;
 
-  const Outcome outcome = burnin({in, out, "--position", "6,4", "--size", "1"});
+  const Outcome outcome = burnin({in, out, "--position", "6,4", "--timecode-size", "1"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   const Clip source = decode(in), burnt = decode(out);
   ASSERT_EQ(source.format, AV_PIX_FMT_YUYV422);
@@ -322,7 +322,7 @@ TEST(InPlaceOddities, KeepsTheAlphaOfPixelsOutsideTheTexts) {
   const std::string in = at("in.nut"), out = at("out.nut");
   ffmpeg({"-f", "lavfi", "-i", std::string(kPicture) + ",format=rgba,colorchannelmixer=aa=0.3",
           "-frames:v", "2", "-c:v", "rawvideo", "-pix_fmt", "rgba", in});
-  ASSERT_EQ(burnin({in, out, "--position", "40,40", "--size", "1"}).exitCode, 0);
+  ASSERT_EQ(burnin({in, out, "--position", "40,40", "--timecode-size", "1"}).exitCode, 0);
   const Clip source = decode(in), burnt = decode(out);
   expectSameOutside(source, burnt, {40, 40, 128, 51});
   EXPECT_EQ(burnt.frames[0][3], source.frames[0][3]);
@@ -421,7 +421,9 @@ TEST(InPlaceTexts, DrawsAllTenTextsTheClockAndBothRows) {
   const std::string in = at("in.nut"), out = at("out.nut");
   ffmpeg({"-f", "lavfi", "-i", "color=black:size=640x480:rate=25", "-frames:v", "1", "-c:v", "v210",
           in});
-  Arguments arguments = {in, out, "--vitc", "--clock", "--position", "0,0", "--size", "2"};
+  Arguments arguments = {
+      in,  out,           "--vitc", "--clock", "--position", "0,0", "--timecode-size",
+      "2", "--text-size", "3"};
   for (int i = 0; i < 10; ++i)
     arguments.insert(arguments.end(),
                      {"--text", "8," + std::to_string(100 + 35 * i) + ",A,b@" + std::to_string(i)});
@@ -442,18 +444,18 @@ TEST(InPlaceTexts, NamesTheSourceFormat) {
           "-c:v", "v210", in});
   const std::string line = "29.97 MOV v210 1280x720 p";
   const Outcome dry = burnin({in, out, "--format-line", "--dry-run"});
-  EXPECT_NE(dry.out.find("format line \"" + line + "\": 64,36 to 663,66"), std::string::npos)
+  EXPECT_NE(dry.out.find("format line \"" + line + "\": 64,36 to 463,56"), std::string::npos)
       << dry.out;
   ASSERT_EQ(burnin({in, out, "--format-line"}).exitCode, 0);
   const Clip grey = decodeAs(out, AV_PIX_FMT_GRAY8);
-  EXPECT_EQ(readText(grey, 0, 64, 36, 3, line.size()), line);
+  EXPECT_EQ(readText(grey, 0, 64, 36, 2, line.size()), line);
 }
 
 TEST(InPlaceTexts, TakesNumbersForDecimalOnes) {
   const std::string in = at("in.nut"), out = at("out.nut");
   ffmpeg({"-f", "lavfi", "-i", "color=black:size=1280x720:rate=25", "-frames:v", "1", "-c:v",
           "v210", in});
-  const Outcome dry = burnin({in, out, "--size", "010", "--dry-run"});
+  const Outcome dry = burnin({in, out, "--timecode-size", "010", "--dry-run"});
   EXPECT_NE(dry.out.find("magnified 10"), std::string::npos) << dry.out << dry.err;
 }
 
@@ -463,13 +465,13 @@ TEST(InPlaceInterlaced, StartsEveryTextOnAnEvenLine) {
           "setfield=tff", "-field_order", "tt", "-flags", "+ilme", "-c:v", "v210", in});
   const Outcome dry = burnin({in, out, "--dry-run"});
   ASSERT_NE(dry.out.find("interlaced"), std::string::npos) << dry.out;
-  ASSERT_EQ(
-      burnin({in, out, "--position", "10,31", "--size", "5", "--clock", "--text", "16,201,EVEN"})
-          .exitCode,
-      0);
+  ASSERT_EQ(burnin({in, out, "--position", "10,31", "--timecode-size", "5", "--clock", "--text",
+                    "16,201,EVEN"})
+                .exitCode,
+            0);
   const Clip grey = decodeAs(out, AV_PIX_FMT_GRAY8);
   EXPECT_EQ(readText(grey, 0, 10, 30, 4, 11), "00:00:00:00");
-  EXPECT_EQ(readText(grey, 0, 16, 200, 3, 4), "EVEN");
+  EXPECT_EQ(readText(grey, 0, 16, 200, 2, 4), "EVEN");
 }
 
 TEST(InPlaceLarge, BurnsFullHDAtThePlaceWherePeopleLook) {

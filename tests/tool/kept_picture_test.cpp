@@ -275,7 +275,7 @@ TEST_P(KeptPicture, DiffersUnderTheTextOnly) {
   make.insert(make.end(), each.input.begin(), each.input.end());
   make.push_back(at(each.in));
   ffmpeg(make);
-  Arguments run = {at(each.in), at(each.out), "--position", "17,13", "--size", "1"};
+  Arguments run = {at(each.in), at(each.out), "--position", "17,13", "--timecode-size", "1"};
   run.insert(run.end(), each.codec.begin(), each.codec.end());
   const Outcome outcome = burnin(run);
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
@@ -354,7 +354,7 @@ TEST(KeptFacts, ColoursThatOnlyTheBitstreamTells) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=160x96:rate=25", "-frames:v", "2", "-c:v", "libx264",
           "-pix_fmt", "yuv420p10", "-x264-params",
           "colorprim=bt2020:transfer=smpte2084:colormatrix=bt2020nc", at("in.ts")});
-  ASSERT_EQ(burnin({at("in.ts"), at("out.mkv"), "--size", "1"}).exitCode, 0);
+  ASSERT_EQ(burnin({at("in.ts"), at("out.mkv"), "--timecode-size", "1"}).exitCode, 0);
   const Look look = lookAt(at("out.mkv"));
   EXPECT_EQ(look.primaries, AVCOL_PRI_BT2020);
   EXPECT_EQ(look.transfer, AVCOL_TRC_SMPTE2084);
@@ -371,7 +371,7 @@ TEST(KeptFacts, MasteringDisplayAndLightLevelOfFrames) {
           at("in.ts")});
   for (const Arguments& codec :
        {Arguments{}, Arguments{"--codec", "ffv1"}, Arguments{"--codec", "libx265"}}) {
-    Arguments run = {at("in.ts"), at("out.mkv"), "--size", "1", "--overwrite"};
+    Arguments run = {at("in.ts"), at("out.mkv"), "--timecode-size", "1", "--overwrite"};
     run.insert(run.end(), codec.begin(), codec.end());
     ASSERT_EQ(burnin(run).exitCode, 0);
     const Look look = lookAt(at("out.mkv"));
@@ -379,10 +379,13 @@ TEST(KeptFacts, MasteringDisplayAndLightLevelOfFrames) {
     EXPECT_TRUE(look.light);
   }
   // FFmpeg's transport streams have no place for them but in the bitstream.
-  ASSERT_EQ(burnin({at("in.ts"), at("out.ts"), "--size", "1", "--codec", "libx265"}).exitCode, 0);
+  ASSERT_EQ(
+      burnin({at("in.ts"), at("out.ts"), "--timecode-size", "1", "--codec", "libx265"}).exitCode,
+      0);
   EXPECT_EQ(lightLevelsOf(at("out.ts")), lightLevelsOf(at("in.ts")));
-  ASSERT_EQ(burnin({at("in.ts"), at("av1.ivf"), "--size", "1", "--codec", "libsvtav1"}).exitCode,
-            0);
+  ASSERT_EQ(
+      burnin({at("in.ts"), at("av1.ivf"), "--timecode-size", "1", "--codec", "libsvtav1"}).exitCode,
+      0);
   EXPECT_EQ(lightLevelsOf(at("av1.ivf")).size(), lightLevelsOf(at("in.ts")).size());
   unsetenv("ASAN_OPTIONS");
 }
@@ -410,13 +413,13 @@ TEST(KeptFacts, TurnedClipsAreDrawnOnUpright) {
           "transpose=cclock", "-c:v", "libx264", "-qp", "0", "-pix_fmt", "yuv420p",
           at("plain.mov")});
   ffmpeg({"-i", at("plain.mov"), "-c", "copy", "-metadata:s:v", "rotate=270", at("in.mov")});
-  const Outcome outcome = burnin({at("in.mov"), at("out.mov"), "--position", "3,60", "--size", "1",
-                                  "--codec", "libx264:qp=0"});
+  const Outcome outcome = burnin({at("in.mov"), at("out.mov"), "--position", "3,60",
+                                  "--timecode-size", "1", "--codec", "libx264:qp=0"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
-  ASSERT_EQ(
-      burnin({at("in.mov"), at("still.png"), "--position", "3,60", "--size", "1", "--still", "1"})
-          .exitCode,
-      0);
+  ASSERT_EQ(burnin({at("in.mov"), at("still.png"), "--position", "3,60", "--timecode-size", "1",
+                    "--still", "1"})
+                .exitCode,
+            0);
   EXPECT_EQ(readText(decodeAs(at("still.png"), AV_PIX_FMT_GRAY8), 0, 3, 60, 1, 11), "00:00:00:01");
   // FFmpeg turns both upright.
   for (const char* name : {"in", "out"})
@@ -440,7 +443,9 @@ TEST(KeptFacts, TurnedV210IsDrawnOnUprightToo) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=208x96:rate=25", "-frames:v", "2", "-c:v", "v210",
           at("plain.mov")});
   ffmpeg({"-i", at("plain.mov"), "-c", "copy", "-metadata:s:v", "rotate=90", at("in.mov")});
-  ASSERT_EQ(burnin({at("in.mov"), at("out.mov"), "--position", "3,60", "--size", "1"}).exitCode, 0);
+  ASSERT_EQ(
+      burnin({at("in.mov"), at("out.mov"), "--position", "3,60", "--timecode-size", "1"}).exitCode,
+      0);
   EXPECT_EQ(codecOf(at("out.mov")), "v210");
   ffmpeg({"-i", at("out.mov"), "-c:v", "ffv1", at("upright.mkv")});
   EXPECT_EQ(readText(decodeAs(at("upright.mkv"), AV_PIX_FMT_GRAY8), 1, 3, 60, 1, 11),
@@ -498,7 +503,7 @@ TEST(KeptFacts, FullRangeIsToldOrTheRunSaysWhatBecomesOfIt) {
   };
   for (const auto& each : kOutputs) {
     const Outcome outcome =
-        burnin({at("in.avi"), at(each.out), "--size", "1", "--codec", each.codec});
+        burnin({at("in.avi"), at(each.out), "--timecode-size", "1", "--codec", each.codec});
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     EXPECT_EQ(outcome.err.empty(), each.note[0] == '\0') << outcome.err;
     EXPECT_NE(outcome.err.find(each.note), std::string::npos) << outcome.err;

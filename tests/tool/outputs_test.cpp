@@ -207,7 +207,7 @@ TEST(DryRun, TellsMP4BySuffixesInCapitalLetters) {
 
 TEST(Still, IsTheFrameWithItsOverlay) {
   makeClip(at("in.mov"));
-  const Arguments look = {"--position", "10,10", "--size", "2"};
+  const Arguments look = {"--position", "10,10", "--timecode-size", "2"};
   Arguments still = {at("in.mov"), at("out.png"), "--still", "3"},
             clip = {at("in.mov"), at("out.mov")};
   still.insert(still.end(), look.begin(), look.end());
@@ -235,10 +235,10 @@ TEST(Still, OfRGBHasTheExactPixels) {
 TEST(Still, ComesFromCompressedClipsToo) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "20", "-c:v", "mpeg4",
           at("in.mp4")});
-  ASSERT_EQ(
-      burnin({at("in.mp4"), at("out.png"), "--still", "17", "--position", "0,0", "--size", "2"})
-          .exitCode,
-      0);
+  ASSERT_EQ(burnin({at("in.mp4"), at("out.png"), "--still", "17", "--position", "0,0",
+                    "--timecode-size", "2"})
+                .exitCode,
+            0);
   EXPECT_EQ(readText(decodeAs(at("out.png"), AV_PIX_FMT_GRAY8), 0, 0, 0, 2, 11), "00:00:00:17");
 }
 
@@ -260,14 +260,14 @@ TEST(Still, OverwritesOnlyWhenAsked) {
 TEST(Help, ExplainsTheCommand) {
   const Outcome outcome = burnin({"--help"});
   EXPECT_EQ(outcome.exitCode, 0);
-  for (const char* option : {"--ltc",          "--vitc",         "--clock",
-                             "--format-line",  "--text",         "--start-timecode",
-                             "--position",     "--size",         "--fill",
-                             "--frames",       "--still",        "--codec",
-                             "--lossless",     "--viewing-copy", "--container-option",
-                             "--overwrite",    "--dry-run",      "--layout",
-                             "--pattern-size", "--pattern-rate", "--pattern-frames",
-                             "--list-layouts", "--verbose",      "Examples:",
+  for (const char* option : {"--ltc",          "--vitc",          "--clock",
+                             "--format-line",  "--text",          "--start-timecode",
+                             "--position",     "--timecode-size", "--fill",
+                             "--frames",       "--still",         "--codec",
+                             "--lossless",     "--viewing-copy",  "--container-option",
+                             "--overwrite",    "--dry-run",       "--layout",
+                             "--pattern-size", "--pattern-rate",  "--pattern-frames",
+                             "--list-layouts", "--verbose",       "Examples:",
                              "Exit status:"})
     EXPECT_NE(outcome.out.find(option), std::string::npos) << option;
 }

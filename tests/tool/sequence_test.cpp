@@ -31,7 +31,7 @@ std::string picture(const std::string& head, int number, const std::string& suff
 
 /// Small texts at the upper left, so that all below is the picture's own.
 Outcome burnSmall(Arguments arguments) {
-  arguments.insert(arguments.end(), {"--position", "0,0", "--size", "1"});
+  arguments.insert(arguments.end(), {"--position", "0,0", "--timecode-size", "1"});
   return burnin(arguments);
 }
 constexpr int kDrawnRows = 12, kDrawnColumns = 100;

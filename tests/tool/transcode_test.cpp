@@ -130,7 +130,7 @@ TEST_P(Transcode, BurnsIntoEveryFrameAndKeepsThePicture) {
   const std::string in = at(each.input), out = at(each.output[0] == 'o' ? each.output : "");
   makeClip(each, in, "10:00:59:22");
   const Outcome outcome = burnin({in, out, "--lossless", "--start-timecode", "10:00:59:22",
-                                  "--position", "16,40", "--size", "2"});
+                                  "--position", "16,40", "--timecode-size", "2"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_EQ(outcome.out + outcome.err, each.note);
   EXPECT_EQ(codecOf(out), each.codec);
@@ -215,7 +215,7 @@ TEST(TranscodeCodecs, EncodesWithWhatIsAskedFor) {
                                                         {"png", "png"}};
   for (const auto& [asked, codec] : kAsked) {
     const Outcome outcome = burnin({at("in.mov"), at("out.mov"), "--overwrite", "--codec", asked,
-                                    "--position", "16,40", "--size", "2"});
+                                    "--position", "16,40", "--timecode-size", "2"});
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     EXPECT_EQ(codecOf(at("out.mov")), codec);
     EXPECT_EQ(readText(decodeAs(at("out.mov"), AV_PIX_FMT_GRAY8), 2, 16, 40, 2, 11), "00:00:00:02");
@@ -265,7 +265,7 @@ TEST(TranscodeSizes, TakesOddOnes) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=330x180:rate=25,format=gbrp,crop=321:143:0:0:exact=1",
           "-frames:v", "2", "-c:v", "ffv1", "-pix_fmt", "yuv444p", at("in.mkv")});
   const Outcome outcome =
-      burnin({at("in.mkv"), at("out.mkv"), "--position", "17,41", "--size", "2"});
+      burnin({at("in.mkv"), at("out.mkv"), "--position", "17,41", "--timecode-size", "2"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   const Clip grey = decodeAs(at("out.mkv"), AV_PIX_FMT_GRAY8);
   EXPECT_EQ(grey.width, 321);
@@ -324,8 +324,8 @@ TEST(TranscodeInterlaced, KeepsTheFieldsOfChromaApart) {
   const Outcome dry = burnin({at("in.ts"), at("out.mov"), "--dry-run"});
   if (dry.out.find("interlaced") == std::string::npos)
     FAIL() << dry.out;
-  ASSERT_EQ(burnin({at("in.ts"), at("out.mov"), "--position", "10,0", "--size", "2", "--codec",
-                    "rawvideo:pix_fmt=uyvy422"})
+  ASSERT_EQ(burnin({at("in.ts"), at("out.mov"), "--position", "10,0", "--timecode-size", "2",
+                    "--codec", "rawvideo:pix_fmt=uyvy422"})
                 .exitCode,
             0);
   const Clip source = decode(at("in.ts")), burnt = decode(at("out.mov"));

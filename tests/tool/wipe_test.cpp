@@ -326,6 +326,23 @@ TEST(Wipe, UsesAllOfBothClips) {
   EXPECT_EQ(decode(at("joined.mov")).frames.size(), kFramesA);
 }
 
+TEST(Wipe, TakesATimecodeForOneOfTheFirstClip) {
+  const Pair pair = makePair(".mov", "rawvideo", "bgra");
+  ffmpeg({"-i", pair.a, "-c", "copy", "-timecode", "23:59:59:22", at("timed.mov")});
+  const auto plan = [&](const char* time) {
+    return nkdrawTool({"wipe", at("timed.mov"), pair.b, at("joined.mov"), "--at", time,
+                       "--duration", "4f", "--dry-run"});
+  };
+  EXPECT_NE(plan("23:59:59:24").out.find("frame 2 ("), std::string::npos);
+  EXPECT_NE(plan("00:00:00:02").out.find("frame 5 ("), std::string::npos) << "over midnight";
+  EXPECT_NE(plan("5f").out.find("frame 5 ("), std::string::npos);
+  const Outcome before = plan("23:59:59:21");
+  EXPECT_EQ(before.exitCode, 1);
+  EXPECT_NE(before.err.find("begins at 23:59:59:22"), std::string::npos) << before.err;
+  EXPECT_EQ(plan("00:00:10:00").exitCode, 1) << "past its end";
+  EXPECT_EQ(plan("00:00:00:25").exitCode, 1) << "no frame has this number";
+}
+
 TEST(Wipe, KeepsTheFirstClipsTimecode) {
   const Pair pair = makePair(".mov", "rawvideo", "bgra");
   ffmpeg({"-i", pair.a, "-c", "copy", "-timecode", "10:00:00:00", at("timed.mov")});

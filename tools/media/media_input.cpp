@@ -152,6 +152,7 @@ void MediaInput::startAt(const StartPoint& start) {
   toSkip_ = start.skipped;
   if (!start.time)
     return;
+  returned_.clear();
   const int error = av_seek_frame(file_.get(), videoIndex_, *start.time, AVSEEK_FLAG_BACKWARD);
   throwIfInterrupted();
   if (error < 0)
@@ -192,6 +193,10 @@ std::uint32_t MediaInput::fileType() const {
   return found != std::end(kFileTypes) ? found->type : 0xFFU;
 }
 
+void MediaInput::giveBack(std::vector<Packet> packets) {
+  std::ranges::move(packets, std::inserter(returned_, returned_.begin()));
+}
+
 bool MediaInput::read(AVPacket& packet) {
   while (readNext(packet)) {
     if (toSkip_ == 0 || !isVideo(packet))
@@ -204,6 +209,11 @@ bool MediaInput::read(AVPacket& packet) {
 
 bool MediaInput::readNext(AVPacket& packet) {
   throwIfInterrupted();
+  if (!returned_.empty()) {
+    av_packet_move_ref(&packet, returned_.front().get());
+    returned_.pop_front();
+    return true;
+  }
   if (pictures_ && nextPicture_++ >= pictures_->count)
     return false;
   const int error = av_read_frame(file_.get(), &packet);

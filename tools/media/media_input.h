@@ -9,8 +9,10 @@
 #include "media/libav.h"
 
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace nkdraw::media {
 
@@ -56,6 +58,9 @@ class MediaInput {
   /// is truncated, and Interrupted after a signal.
   [[nodiscard]] bool read(AVPacket& packet);
 
+  /// The next reads return these packets, which were read before.
+  void giveBack(std::vector<Packet> packets);
+
  private:
   bool readNext(AVPacket& packet);
 
@@ -71,6 +76,7 @@ class MediaInput {
   std::optional<PictureRun> pictures_;
   DPXFacts header_;               // of the first picture
   std::int64_t nextPicture_ = 0;  // counted from the first
+  std::deque<Packet> returned_;   // to be read again
 };
 
 }  // namespace nkdraw::media

@@ -2,10 +2,12 @@
 #include "media/timecode_source.h"
 
 #include "media/failure.h"
+#include "media/stream_timecode.h"
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <span>
 
 namespace nkdraw::media {
 namespace {
@@ -14,7 +16,8 @@ struct DropPair {
   TimecodeType drop, nonDrop;
 };
 constexpr DropPair kDropPairs[] = {{TimecodeType::k29_97Drop, TimecodeType::k29_97},
-                                   {TimecodeType::k59_94Drop, TimecodeType::k59_94}};
+                                   {TimecodeType::k59_94Drop, TimecodeType::k59_94},
+                                   {TimecodeType::k119_88Drop, TimecodeType::k119_88}};
 
 TimecodeType usualType(AVRational rate) {
   return static_cast<TimecodeType>(hzwGetTCType(av_q2d(rate)));
@@ -68,14 +71,18 @@ TimecodeStart timecodeFromText(const std::string& text, AVRational rate,
   return {*type, *frame, origin, true};
 }
 
-TimecodeStart timecodeOf(const AVFormatContext& file, const AVStream& video, AVRational rate) {
-  if (auto start = fromTag(tagOf(video.metadata), rate, "the video's tag"))
+TimecodeStart timecodeOf(MediaInput& input, AVRational rate) {
+  const AVFormatContext& file = input.file();
+  if (auto start = fromTag(tagOf(input.video().metadata), rate, "the video's tag"))
     return *start;
-  for (unsigned i = 0; i < file.nb_streams; ++i) {
-    if (auto start = fromTag(tagOf(file.streams[i]->metadata), rate, "the timecode track"))
+  for (const AVStream* const stream : std::span(file.streams, file.nb_streams)) {
+    if (auto start = fromTag(tagOf(stream->metadata), rate, "the timecode track"))
       return *start;
   }
   if (auto start = fromTag(tagOf(file.metadata), rate, "the file's tag"))
+    return *start;
+  const StreamTimecode found = streamTimecode(input);
+  if (auto start = fromTag(found.text.c_str(), rate, found.origin.c_str()))
     return *start;
   return midnight(rate);
 }

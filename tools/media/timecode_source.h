@@ -4,6 +4,7 @@
 #pragma once
 
 #include "media/libav.h"
+#include "media/media_input.h"
 
 #include <nkdraw/platform/timecode.h>
 
@@ -26,9 +27,9 @@ struct TimecodeStart {
 [[nodiscard]] TimecodeStart timecodeFromText(const std::string& text, AVRational rate,
                                              const std::string& origin);
 
-/// From a tag of the video, of the file's timecode track or of the file; else midnight.
-[[nodiscard]] TimecodeStart timecodeOf(const AVFormatContext& file, const AVStream& video,
-                                       AVRational rate);
+/// From a tag of the video, of the file's timecode track or of the file, else from the video
+/// itself, which is read ahead for that; else midnight.
+[[nodiscard]] TimecodeStart timecodeOf(MediaInput& input, AVRational rate);
 
 /// Midnight, counted in the usual way for the rate.
 [[nodiscard]] TimecodeStart midnight(AVRational rate);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr char kDescription[] =
     "Burn timecode, clock, source format, texts, a watermark, captions and meters into a video.";
-constexpr unsigned kLargestSize = 20;  // of the timecode rows
+constexpr unsigned kLargestSize = 20;
 
 constexpr char kMore[] =
     "Uncompressed video (v210, UYVY, YUY2, YVYU, 24- and 32-bit RGB) is drawn on in place: pixels\n"
@@ -80,12 +80,16 @@ void BurninArguments::addOverlayTo(CLI::App& command) {
   group.addFlag("--ltc", ltc_, "The row with the timecode (on by default)");
   group.addFlag("--no-ltc", noLtc_, "Leave it out");
   group.addFlag("--vitc", vitc_, "A second row with the timecode, for VITC");
+  group.add(kRecordOption, recordTimecode_, "HH:MM:SS:FF",
+            "A row with a second timecode, instead of the VITC row;\n"
+            "the first frame's. The rows are then labelled");
   group.addFlag("--clock", clock_, "A row with the time of day");
+  group.addFlag("--frame-number", frameNumber_, "A row with the number of the frame, from 0");
   group.addFlag("--format-line", formatLine_, "A line that names the source's format");
   group
       .add("--text", texts_, "X,Y,TEXT",
            "A text with its upper left corner at that pixel, up to\n"
-           "ten times; characters are 24 pixels wide, 31 rows high")
+           "ten times")
       .allow_extra_args(false);
   group.add(kStartOption, startTimecode_, "HH:MM:SS:FF",
             "The first frame's timecode, instead of the file's;\n"
@@ -96,9 +100,13 @@ void BurninArguments::addLookTo(CLI::App& command) {
   OptionGroup group(command, "How it looks");
   group.add("--position", position_, "X,Y",
             "Upper left corner of the timecode rows (lower left of\nthe frame by default)");
-  group.add("--size", size_, "N",
+  group.add("--timecode-size", size_, "N",
             "Magnification of the timecode rows' 8 by 10 pixel\n"
             "characters, 1 to 20 (by the frame's height: 4 at 1080)");
+  group.add("--text-size", textSize_, "N",
+            "The same for format line and texts (by the frame's\n"
+            "height: 3 at 1080)");
+  group.addOldName("--size", size_);
   group.addFlag("--fill", fill_, "A black box behind the texts (on by default)");
   group.addFlag("--no-fill", noFill_, "Leave it out");
   group.addFlag("--keep-alpha", keepAlpha_,
@@ -111,6 +119,7 @@ void BurninArguments::addWritingTo(CLI::App& command) {
   group.add("--frames", frames_, "FROM-TO",
             "These frames only, counted from 0, with the sound that\nbelongs to them");
   group.add("--still", still_, "N", "Frame N as a picture: .png, .tif, .dpx or .jpg");
+  addProgress(group, run_);
   group.addFlag("--overwrite", run_.overwrite, "Replace OUTPUT if it exists");
   group.addFlag("--dry-run", run_.dryRun, "Say what would be done and write nothing");
 }
@@ -137,6 +146,10 @@ BurninOptions BurninArguments::read() const {
   if (startTimecode_ && startTimecode_->empty())
     badValue(kStartOption, "", "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
   options.startTimecode = startTimecode_;
+  if (recordTimecode_ && recordTimecode_->empty())
+    badValue(kRecordOption, "", "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
+  options.recordTimecode = recordTimecode_;
+  options.overlay.vitc = options.overlay.vitc || recordTimecode_;
   options.delivery = delivery_.read(options.output, options.still);
   options.streams = streams_.read(options.input && !options.still);
   if (options.delivery.viewingCopy && !options.streams.noAudio && !options.streams.audio.asked)
@@ -172,14 +185,17 @@ void BurninArguments::readOverlay(OverlayRequest& overlay) const {
   overlay.ltc = (overlay.ltc || ltc_) && !noLtc_;
   overlay.vitc = overlay.vitc || vitc_;
   overlay.clock = overlay.clock || clock_;
+  overlay.frameNumber = frameNumber_;
   overlay.formatLine = overlay.formatLine || formatLine_;
   readLook(overlay);
   readTexts(overlay);
   layers_.apply(settings, overlay);
-  const bool hasRows = overlay.ltc || overlay.vitc || overlay.clock;
+  const bool hasRows =
+      overlay.ltc || overlay.vitc || overlay.clock || overlay.frameNumber || recordTimecode_;
   if (hasRows && overlay.size && (*overlay.size < 1 || *overlay.size > kLargestSize))
     throw Failure(ExitCode::kUsage, "the settings have no size that rows can have",
-                  "TimeCodeSize " + std::to_string(*overlay.size), "give --size N, 1 to 20");
+                  "TimeCodeSize " + std::to_string(*overlay.size),
+                  "give --timecode-size N, 1 to 20");
   if (!hasRows && !overlay.formatLine && overlay.texts.empty() && !overlay.watermark &&
       !overlay.captions && !overlay.meters)
     throw Failure(ExitCode::kUsage, "nothing to burn in", noLtc_ ? "--no-ltc" : "--settings",
@@ -188,9 +204,14 @@ void BurninArguments::readOverlay(OverlayRequest& overlay) const {
 
 void BurninArguments::readLook(OverlayRequest& overlay) const {
   overlay.fill = (overlay.fill || fill_) && !noFill_;
-  if (size_)
-    overlay.size = static_cast<unsigned>(
-        readNumber("--size", *size_, 1, kLargestSize, "write a whole number from 1 to 20"));
+  const auto readSize = [](const char* option, const std::optional<std::string>& text,
+                           std::optional<unsigned>& size) {
+    if (text)
+      size = static_cast<unsigned>(
+          readNumber(option, *text, 1, kLargestSize, "write a whole number from 1 to 20"));
+  };
+  readSize("--timecode-size", size_, overlay.size);
+  readSize("--text-size", textSize_, overlay.textSize);
   if (position_)
     overlay.position = readPoint("--position", *position_);
 }

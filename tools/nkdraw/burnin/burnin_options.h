@@ -32,6 +32,8 @@ struct PatternOptions {
 
 /// The option of BurninOptions::startTimecode.
 inline constexpr char kStartOption[] = "--start-timecode";
+/// The option of BurninOptions::recordTimecode.
+inline constexpr char kRecordOption[] = "--record-timecode";
 
 /// The request for one run.
 struct BurninOptions : RunOptions {
@@ -40,7 +42,7 @@ struct BurninOptions : RunOptions {
   std::string output;
   std::optional<std::string> format;  // of the output; none: by its name
   OverlayRequest overlay;
-  std::optional<std::string> startTimecode;
+  std::optional<std::string> startTimecode, recordTimecode;
   FrameRange range;
   bool libraryAlpha = false;
   bool still = false;  // the range is one frame, the output a picture
@@ -76,14 +78,16 @@ class BurninArguments {
 
   std::optional<std::string> input_, output_;  // a single one is the output
   std::vector<std::string> texts_;
-  std::optional<std::string> position_, size_, startTimecode_, frames_, still_;
+  std::optional<std::string> position_, size_, textSize_, startTimecode_, recordTimecode_, frames_,
+      still_;
   std::optional<std::string> layout_, patternSize_, patternRate_, patternFrames_;
   LayerArguments layers_;
   DeliveryArguments delivery_;
   StreamArguments streams_;
   PipeArguments pipes_;
   SequenceArguments sequences_;
-  bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, formatLine_ = false;
+  bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, frameNumber_ = false,
+       formatLine_ = false;
   bool fill_ = false, noFill_ = false;
   bool keepAlpha_ = false;
   RunOptions run_;

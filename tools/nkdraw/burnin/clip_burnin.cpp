@@ -33,7 +33,7 @@ class ClipWriter {
         file_(options.output, options.overwrite),
         output_(file_.temporary(), *plan.format, options.output),
         copier_(input, output_, plan.streams, plan.window, plan.timecodeTag),
-        progress_(expectedFrames(input, plan.job.range)) {}
+        progress_(expectedFrames(input, plan.job.range), options.progressForm()) {}
 
   void write() {
     read_.continues = plan_.job.inPlace ? writeInPlace() : writeTranscoded();

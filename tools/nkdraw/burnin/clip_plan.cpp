@@ -110,6 +110,12 @@ FrameKind shownFrames(const Job& job) {
 
 }  // namespace
 
+std::optional<TimecodeStart> recordTimecode(const BurninOptions& options, AVRational rate) {
+  if (!options.recordTimecode)
+    return std::nullopt;
+  return timecodeFromText(*options.recordTimecode, rate, kRecordOption);
+}
+
 ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   ClipPlan plan;
   Job& job = plan.job;
@@ -131,11 +137,12 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
   job.shown = shownFrames(job);
   job.timecode = options.startTimecode
                      ? timecodeFromText(*options.startTimecode, job.frames.rate, kStartOption)
-                     : timecodeOf(input.file(), input.video(), job.frames.rate);
+                     : timecodeOf(input, job.frames.rate);
   job.range = options.range;
   job.libraryAlpha = options.libraryAlpha;
   checkRange(input, job.range);
-  job.plan = planOverlay(options.overlay, job.shown, job.timecode);
+  job.plan = planOverlay(options.overlay, job.shown, job.timecode,
+                         recordTimecode(options, job.frames.rate));
   job.captions = captionsFor(job);
   job.sound = job.plan.request.meters ? soundOf(input) : nullptr;
   plan.window = windowOf(input, job);

@@ -31,6 +31,10 @@ struct ClipPlan {
   std::vector<std::string> notes;          // what a user should know that is not as asked or usual
 };
 
+/// The record timecode of the clip's first frame, if asked for. Throws Failure.
+[[nodiscard]] std::optional<TimecodeStart> recordTimecode(const BurninOptions& options,
+                                                          AVRational rate);
+
 /// Throws Failure for what can't be done.
 [[nodiscard]] ClipPlan planClip(MediaInput& input, const BurninOptions& options);
 

@@ -15,7 +15,8 @@ namespace {
 
 constexpr int kCellWidth = static_cast<int>(kGlyphWidth),
               kCellHeight = static_cast<int>(kGlyphHeight);
-constexpr unsigned kTextMagnification = 3;  // fixed for format line and texts
+constexpr unsigned kOverlayTextSize = 3;  // with which the overlay draws format line and texts
+constexpr int kLinesPerTextSize = 360;    // that size at 1080 lines
 // The default size grows by one for this many lines: 2 at 360, 4 at 1080, 8 at 2160.
 constexpr int kLinesPerSize = 270, kLinesBefore = 180;
 constexpr int kMarginShare = 20;  // the default margin is this part of the frame
@@ -25,16 +26,25 @@ int even(int value) {
   return value & ~1;
 }
 
-/// The rows of the timecode block from top to bottom.
-std::vector<TextBox> timecodeRows(const OverlayRequest& request, const TimecodeStart& timecode) {
+/// The rows of the timecode block from top to bottom. The overlay's own are next to each other, as
+/// it draws them.
+std::vector<TextBox> timecodeRows(const OverlayPlan& plan, const TimecodeStart& timecode) {
+  const OverlayRequest& request = plan.request;
+  const bool both = request.ltc && plan.record.has_value();
   std::vector<TextBox> rows;
-  const std::string start = timecodeText(timecode, 0);
+  const auto add = [&](const char* what, TextContent content) {
+    rows.push_back({what, rowText(content, timecode, plan, 0), {}, 1, content});
+  };
   if (request.ltc)
-    rows.push_back({"LTC row", start, {}, 1});
-  if (request.vitc)
-    rows.push_back({"VITC row", start, {}, 1});
+    add("LTC row", both ? TextContent::kTimecode : TextContent::kOverlay);
+  if (plan.record)
+    add("record row", TextContent::kRecord);
+  else if (request.vitc)
+    add("VITC row", TextContent::kOverlay);
   if (request.clock)
-    rows.push_back({"clock row", kLongestClock, {}, 1});
+    rows.push_back({"clock row", kLongestClock, {}, 1, TextContent::kOverlay});
+  if (request.frameNumber)
+    add("frame row", TextContent::kFrameNumber);
   return rows;
 }
 
@@ -115,7 +125,7 @@ Point usualPlace(const std::vector<TextBox>& rows, int rowHeight, unsigned size,
 
 void planRows(OverlayPlan& plan, const FrameKind& frames, const TimecodeStart& timecode) {
   const OverlayRequest& request = plan.request;
-  std::vector<TextBox> rows = timecodeRows(request, timecode);
+  std::vector<TextBox> rows = timecodeRows(plan, timecode);
   plan.timecodeSize = request.size.value_or(defaultSize(rows, frames));
   if (frames.interlaced)  // the overlay makes sizes even on interlaced frames
     plan.timecodeSize = std::max(plan.timecodeSize & ~1U, 2U);
@@ -130,12 +140,30 @@ void planRows(OverlayPlan& plan, const FrameKind& frames, const TimecodeStart& t
     row.magnification = plan.timecodeSize;
     addBox(plan, row, frames);
   }
+  const auto own = std::ranges::find(rows, TextContent::kOverlay, &TextBox::content);
+  if (own != rows.end())
+    plan.timecodeAt = own->at;
+}
+
+/// The size that suits the height of the frame, unless the user chose one.
+unsigned textSize(const OverlayRequest& request, const FrameKind& frames) {
+  constexpr int kLargest = 20;
+  if (request.textSize)
+    return *request.textSize;
+  return static_cast<unsigned>(
+      std::clamp((frames.height + kLinesPerTextSize / 2) / kLinesPerTextSize, 1, kLargest));
+}
+
+/// The overlay draws texts in one size alone.
+TextContent contentOf(unsigned size) {
+  return size == kOverlayTextSize ? TextContent::kOverlay : TextContent::kFixed;
 }
 
 void planFormatLine(OverlayPlan& plan, const FrameKind& frames) {
   if (!plan.request.formatLine)
     return;
-  TextBox box = {"format line", formatLine(frames), {}, kTextMagnification};
+  const unsigned size = textSize(plan.request, frames);
+  TextBox box = {"format line", formatLine(frames), {}, size, contentOf(size)};
   plan.formatAt =
       plan.request.formatAt.value_or(Point{margin(frames.width, static_cast<int>(box.right())),
                                            margin(frames.height, static_cast<int>(box.bottom()))});
@@ -145,10 +173,12 @@ void planFormatLine(OverlayPlan& plan, const FrameKind& frames) {
 }
 
 void planTexts(OverlayPlan& plan, const FrameKind& frames) {
+  const unsigned size = textSize(plan.request, frames);
   int number = 0;
   for (PlacedText& placed : plan.request.texts) {
     placed.at.y = rowIn(frames, placed.at.y);
-    addBox(plan, {"text " + std::to_string(++number), placed.text, placed.at, kTextMagnification},
+    addBox(plan,
+           {"text " + std::to_string(++number), placed.text, placed.at, size, contentOf(size)},
            frames);
   }
 }
@@ -240,10 +270,27 @@ std::optional<Area> OverlayPlan::blended() const {
   return Area{at.x, at.y, size.x, size.y};
 }
 
+std::string rowText(TextContent content, const TimecodeStart& timecode, const OverlayPlan& plan,
+                    std::int64_t index) {
+  char number[32];
+  switch (content) {
+    case TextContent::kRecord:
+      return (plan.request.ltc ? "REC " : "") + timecodeText(*plan.record, index);
+    case TextContent::kTimecode:
+      return "SRC " + timecodeText(timecode, index);
+    case TextContent::kFrameNumber:
+      std::snprintf(number, sizeof number, "FRAME %06lld", static_cast<long long>(index));
+      return number;
+    default:
+      return timecodeText(timecode, index);
+  }
+}
+
 OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
-                        const TimecodeStart& timecode) {
+                        const TimecodeStart& timecode, const std::optional<TimecodeStart>& record) {
   OverlayPlan plan;
   plan.request = request;
+  plan.record = record;
   planRows(plan, frames, timecode);
   planFormatLine(plan, frames);
   planTexts(plan, frames);

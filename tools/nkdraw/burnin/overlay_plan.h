@@ -42,13 +42,24 @@ struct CaptionRequest {
 
 /// The user's request. Anything not set is derived from the frame.
 struct OverlayRequest {
-  bool ltc = true, vitc = false, clock = false, formatLine = false, fill = true;
+  bool ltc = true, vitc = false, clock = false, frameNumber = false, formatLine = false,
+       fill = true;
   std::optional<Point> position, formatAt;
-  std::optional<unsigned> size;  // magnification of the timecode rows, 1 to 20
+  std::optional<unsigned> size;      // magnification of the timecode rows, 1 to 20
+  std::optional<unsigned> textSize;  // and of the format line and the texts
   std::vector<PlacedText> texts;
   std::optional<WatermarkRequest> watermark;
   std::optional<CaptionRequest> captions;
   std::optional<Point> meters;  // the panel's upper left corner
+};
+
+/// Who draws a text, and what it shows.
+enum class TextContent {
+  kOverlay,      ///< drawn by the library's overlay
+  kFixed,        ///< `text` as it is
+  kTimecode,     ///< the source's timecode, behind a label
+  kRecord,       ///< the record timecode, behind a label if the source's shows
+  kFrameNumber,  ///< the number of the frame in the clip, from 0
 };
 
 /// One line of text in the frame. Cells are 8 by 10 pixels times the magnification, plus one line.
@@ -57,6 +68,7 @@ struct TextBox {
   std::string text;  // an example, if it changes from frame to frame
   Point at;
   unsigned magnification;
+  TextContent content = TextContent::kOverlay;
 
   // The first column and row past the box, even for a box larger than any frame.
   [[nodiscard]] std::int64_t right() const;
@@ -74,6 +86,7 @@ struct OverlayPlan {
   OverlayRequest request;
   Point timecodeAt, formatAt;
   unsigned timecodeSize = 0;
+  std::optional<TimecodeStart> record;
   std::vector<TextBox> boxes;  // in drawing order
   std::vector<LayerBox> layers;
 
@@ -88,9 +101,15 @@ struct OverlayPlan {
 inline constexpr std::size_t kMostTexts = 10;
 inline constexpr std::size_t kLongestText = 511;
 
+/// What a timecode row shows of the frame `index` frames after the first.
+[[nodiscard]] std::string rowText(TextContent content, const TimecodeStart& timecode,
+                                  const OverlayPlan& plan, std::int64_t index);
+
 /// Throws Failure if something would leave the frame. In interlaced frames rows and sizes become
-/// even; in 4:2:2 a watermark gets an even column.
+/// even; in 4:2:2 a watermark gets an even column. `record` takes the place of the source's
+/// timecode in the VITC row.
 [[nodiscard]] OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
-                                      const TimecodeStart& timecode);
+                                      const TimecodeStart& timecode,
+                                      const std::optional<TimecodeStart>& record = {});
 
 }  // namespace nkdraw::tool

@@ -6,6 +6,7 @@
 
 #include <nkdraw/draw/draw.h>
 #include <nkdraw/surface/factory.h>
+#include <nkdraw/text/label_glyphs.h>
 
 #include <algorithm>
 #include <iterator>
@@ -62,7 +63,7 @@ HZWSYSTEM systemOf(const FrameKind& frames) {
 
 OverlaySession::OverlaySession(const OverlayPlan& plan, const FrameKind& frames,
                                const TimecodeStart& timecode, const Layout& canvas)
-    : timecode_(timecode) {
+    : plan_(plan), width_(frames.width), timecode_(timecode) {
   place(plan);
   const HZWVIDEO header = headerOf(canvas, frames, plan.request.watermark.has_value());
   const HZWSYSTEM host = systemOf(frames);
@@ -100,23 +101,32 @@ void OverlaySession::place(const OverlayPlan& plan) {
   const OverlayRequest& request = plan.request;
   Enabled = 1;
   FillBackground = request.fill ? 1 : 0;
-  TimeCodeLTCEnable = request.ltc ? 1 : 0;
-  TimeCodeVITCEnable = request.vitc ? 1 : 0;
-  TimeCodeVsyncEnable = request.clock ? 1 : 0;
+  TimeCodeLTCEnable = draws("LTC row") ? 1 : 0;
+  TimeCodeVITCEnable = draws("VITC row") ? 1 : 0;
+  TimeCodeVsyncEnable = draws("clock row") ? 1 : 0;
   TimeCodeX = plan.timecodeAt.x;
   TimeCodeY = plan.timecodeAt.y;
   TimeCodeSize = plan.timecodeSize;
-  SourceFormatEnable = request.formatLine ? 1 : 0;
+  SourceFormatEnable = draws("format line") ? 1 : 0;
   SourceFormatX = plan.formatAt.x;
   SourceFormatY = plan.formatAt.y;
-  placeTexts(request);
+  placeTexts();
   placeLayers(request);
 }
 
-void OverlaySession::placeTexts(const OverlayRequest& request) {
+/// Whether the overlay draws this box.
+bool OverlaySession::draws(const std::string& what) const {
+  const auto found = std::ranges::find(plan_.boxes, what, &TextBox::what);
+  return found != plan_.boxes.end() && found->content == TextContent::kOverlay;
+}
+
+void OverlaySession::placeTexts() {
   static_assert(kMostTexts == kCustomTexts);
-  for (std::size_t slot = 0; slot < request.texts.size(); ++slot) {
-    const PlacedText& placed = request.texts[slot];
+  const std::vector<PlacedText>& texts = plan_.request.texts;
+  if (!draws("text 1"))
+    return;
+  for (std::size_t slot = 0; slot < texts.size(); ++slot) {
+    const PlacedText& placed = texts[slot];
     auto* const text = new char[kLongestText + 1]();
     CustomText[slot] = text;
     std::ranges::copy(placed.text, text);
@@ -128,8 +138,7 @@ void OverlaySession::placeTexts(const OverlayRequest& request) {
 
 void OverlaySession::placeLayers(const OverlayRequest& request) {
   if (request.watermark) {
-    watermark_ = request.watermark->path;
-    SetWatermarkPath(watermark_.c_str());
+    SetWatermarkPath(plan_.request.watermark->path.c_str());
     WatermarkEnable = 1;
     WatermarkX = request.watermark->at.x;
     WatermarkY = request.watermark->at.y;
@@ -152,6 +161,22 @@ void OverlaySession::burn(std::uint8_t* canvas, std::int64_t index, const FrameE
   frame.captionData = extras.captions.data();
   frame.captionBytes = static_cast<std::uint32_t>(extras.captions.size());
   BurnIn(&frame, extras.levels, extras.peaks, 0);
+  drawOwnTexts(index);
+}
+
+/// In the overlay's look: the surface still has its canvas and the colours of its texts.
+void OverlaySession::drawOwnTexts(std::int64_t index) {
+  constexpr int kCellHeight = static_cast<int>(kGlyphHeight);
+  for (const TextBox& box : plan_.boxes) {
+    if (box.content == TextContent::kOverlay)
+      continue;
+    const std::string text = box.content == TextContent::kFixed
+                                 ? box.text
+                                 : rowText(box.content, timecode_, plan_, index);
+    tagRECT place = {box.at.x, box.at.y, width_,
+                     box.at.y + kCellHeight * static_cast<int>(box.magnification)};
+    surface->DrawText(text.c_str(), static_cast<std::int32_t>(text.size()), &place, DT_CALCRECT);
+  }
 }
 
 void OverlaySession::pass(Captions captions) {

@@ -41,11 +41,14 @@ class OverlaySession : private CNkOverlay {
 
  private:
   void place(const OverlayPlan& plan);
-  void placeTexts(const OverlayRequest& request);
+  void placeTexts();
+  [[nodiscard]] bool draws(const std::string& what) const;
+  void drawOwnTexts(std::int64_t index);
   void placeLayers(const OverlayRequest& request);
   void openCaptions(const HZWVIDEO& header, const CaptionRequest& request);
 
-  std::string watermark_;  // its path
+  OverlayPlan plan_;
+  int width_;  // of the frame
   TimecodeStart timecode_;
 };
 

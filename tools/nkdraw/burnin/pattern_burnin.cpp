@@ -68,7 +68,8 @@ Job planPattern(const BurninOptions& options) {
   job.range = patternRange(options);
   job.libraryAlpha = options.libraryAlpha;
   checkPatternHas(options.overlay);
-  job.plan = planOverlay(options.overlay, job.frames, job.timecode);
+  job.plan = planOverlay(options.overlay, job.frames, job.timecode,
+                         recordTimecode(options, job.frames.rate));
   job.captions = captionsFor(job);
   return job;
 }
@@ -144,12 +145,11 @@ void decodePattern(const Job& job, const TakeFrame& take) {
   decoder.decode(nullptr, take);
 }
 
-void writeRaw(const Job& job, const OutputRequest& delivery, MediaOutput& output,
-              AVStream& stream) {
+void writeRaw(const Job& job, const BurninOptions& options, MediaOutput& output, AVStream& stream) {
   describeRaw(stream, *job.layout, job.frames, output.format());
   describeColours(job, *stream.codecpar, stream.codecpar->color_space);
-  output.begin(muxerOptions(delivery, output.format()));
-  Progress progress(job.range.last - job.range.first + 1);
+  output.begin(muxerOptions(options.delivery, output.format()));
+  Progress progress(job.range.last - job.range.first + 1, options.progressForm());
   PatternSource(job).run([&](AVPacket& packet) {
     packet.stream_index = stream.index;
     output.write(packet, av_inv_q(job.frames.rate));
@@ -157,7 +157,7 @@ void writeRaw(const Job& job, const OutputRequest& delivery, MediaOutput& output
   });
 }
 
-void writeEncoded(const Job& job, const CodecChoice& choice, const OutputRequest& delivery,
+void writeEncoded(const Job& job, const CodecChoice& choice, const BurninOptions& options,
                   MediaOutput& output, AVStream& stream) {
   const Frame example = makeFrame();
   example->format = job.layout->pixelFormat;
@@ -166,12 +166,12 @@ void writeEncoded(const Job& job, const CodecChoice& choice, const OutputRequest
   describeColours(job, *example, example->colorspace);
   VideoEncoder encoder(choice, *example, job.frames, output.format());
   encoder.describeTo(stream);
-  output.begin(muxerOptions(delivery, output.format()));
+  output.begin(muxerOptions(options.delivery, output.format()));
   const auto write = [&](AVPacket& packet) {
     packet.stream_index = stream.index;
     output.write(packet, encoder.timeBase());
   };
-  Progress progress(job.range.last - job.range.first + 1);
+  Progress progress(job.range.last - job.range.first + 1, options.progressForm());
   std::int64_t next = 0;
   decodePattern(job, [&](AVFrame& frame) {
     encoder.encode(&frame, next++, write);
@@ -190,9 +190,9 @@ void writePatternClip(const Job& job, const BurninOptions& options, const AVOutp
                 0);
   keepTimecodeTag(output, stream);
   if (choice)
-    writeEncoded(job, *choice, options.delivery, output, stream);
+    writeEncoded(job, *choice, options, output, stream);
   else
-    writeRaw(job, options.delivery, output, stream);
+    writeRaw(job, options, output, stream);
   output.finish();
   checkReadable(file.temporary(), format, options.output);
   file.commit();

@@ -38,10 +38,6 @@ std::optional<double> takeClock(std::string_view text) {
   return all <= kMostSeconds ? std::optional(all) : std::nullopt;
 }
 
-bool isTimecode(std::string_view text) {
-  return std::ranges::count(text, ':') == 3 || text.find(';') != std::string_view::npos;
-}
-
 }  // namespace
 
 void badValue(const std::string& option, const std::string& value, const std::string& advice) {
@@ -118,6 +114,27 @@ std::int64_t framesIn(const std::string& text, AVRational rate, const std::strin
   if (!seconds)
     badValue(option, text, kForms);
   return std::llround(*seconds * rate.num / rate.den);
+}
+
+bool isTimecode(std::string_view text) {
+  return std::ranges::count(text, ':') == 3 || text.find(';') != std::string_view::npos;
+}
+
+std::int64_t frameAt(const std::string& text, const TimecodeStart& clip, AVRational rate,
+                     const std::string& path, const std::string& option) {
+  if (!isTimecode(text))
+    return framesIn(text, rate, option);
+  const auto asked = parseTimecode(text, clip.type);
+  if (!asked)
+    throw Failure(ExitCode::kUsage, "not a timecode of the clip", option + " " + text,
+                  path + " begins at " + timecodeText(clip, 0));
+  const std::int64_t day = framesPerDay(clip.type);
+  const std::int64_t index = (std::int64_t{*asked} - clip.frame + day) % day;
+  // No clip is longer than half a day: what is later than that lies before the first frame.
+  if (index > day / 2)
+    throw Failure(ExitCode::kUsage, "a timecode before the clip's first", option + " " + text,
+                  path + " begins at " + timecodeText(clip, 0));
+  return index;
 }
 
 std::string frameText(std::int64_t frame, AVRational rate) {

@@ -5,6 +5,7 @@
 
 #include "cli/using_media.h"
 #include "media/libav.h"
+#include "media/timecode_source.h"
 
 #include <algorithm>
 #include <charconv>
@@ -82,6 +83,16 @@ template <class Table, class NameOf>
 /// frames means drop-frame). Seconds are rounded to the nearest frame. Throws Failure.
 [[nodiscard]] std::int64_t framesIn(const std::string& text, AVRational rate,
                                     const std::string& option);
+
+/// Whether `text` is written like a timecode: "HH:MM:SS:FF", or with ';' before the frames.
+[[nodiscard]] bool isTimecode(std::string_view text);
+
+/// The frame of a clip that `text`, the value of `option`, names: the frame with this timecode, if
+/// it is one, counted in the clip's own; otherwise after this time from the first, as in framesIn.
+/// `path` is the clip's. Throws Failure.
+[[nodiscard]] std::int64_t frameAt(const std::string& text, const TimecodeStart& clip,
+                                   AVRational rate, const std::string& path,
+                                   const std::string& option);
 
 /// "frame 50 (2.000 s)"
 [[nodiscard]] std::string frameText(std::int64_t frame, AVRational rate);

@@ -12,7 +12,8 @@ JoinWriter::JoinWriter(ClipPair& clips, const WipePlan& plan, const WipeOptions&
       output_(file_.temporary(), *plan.format, options.output),
       video_(output_.addStream()),
       sound_(clips, plan.audio, options.audio, {plan.at, plan.at + plan.duration}, output_),
-      progress_(countOf(clips.b).frames > 0 ? plan.at + countOf(clips.b).frames : 0) {
+      progress_(countOf(clips.b).frames > 0 ? plan.at + countOf(clips.b).frames : 0,
+                options.progressForm()) {
   copyFacts(clips.a.video(), video_);
   av_dict_copy(&output_.file().metadata, clips.a.file().metadata, 0);
   if (plan.timecodeTag)

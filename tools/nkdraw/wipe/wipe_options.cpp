@@ -69,8 +69,9 @@ void WipeArguments::addTransitionTo(CLI::App& command) {
   OptionGroup group(command, "The transition");
   group.add("--wipe", wipe_, "NAME|NUMBER", "The wipe, by name or number (dissolve); see --list");
   group.add("--at", plain_.at, "TIME",
-            "Where in A it begins: seconds (1.5), frames (25f),\n"
-            "HH:MM:SS:FF or HH:MM:SS.mmm from A's first frame");
+            "Where in A it begins: a timecode of A (HH:MM:SS:FF), or\n"
+            "from its first frame seconds (1.5), frames (25f) or\n"
+            "HH:MM:SS.mmm");
   group.add("--duration", plain_.duration, "TIME", "How long it lasts");
   group.addFlag("--reverse", plain_.backwards,
                 "Run the pattern from its end to its beginning, with A\n"
@@ -90,6 +91,7 @@ void WipeArguments::addWritingTo(CLI::App& command) {
   group.add("--codec", codec_, "NAME[:KEY=VALUE...]",
             "Encode video with this encoder of FFmpeg (losslessly,\n"
             "by layout and kind of file)");
+  addProgress(group, plain_);
   group.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT if it exists");
   group.addFlag("--dry-run", plain_.dryRun, "Say what would be done and write nothing");
 }

@@ -83,7 +83,7 @@ void planFrames(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {
 
 void planTimes(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {
   const AVRational rate = clips.frames.rate;
-  plan.at = framesIn(options.at, rate, "--at");
+  plan.at = frameAt(options.at, timecodeOf(clips.a, rate), rate, clips.a.path(), "--at");
   plan.duration = framesIn(options.duration, rate, "--duration");
   if (plan.duration == 0)
     throw Failure(ExitCode::kUsage, "the transition is empty", "--duration " + options.duration,
@@ -167,7 +167,7 @@ WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
   planFrames(plan, clips, options);
   checkSoundCanBeRead(clips, options.audio);
   plan.audio = planAudio(clips, options.audio, *plan.format);
-  const TimecodeStart timecode = timecodeOf(clips.a.file(), clips.a.video(), clips.frames.rate);
+  const TimecodeStart timecode = timecodeOf(clips.a, clips.frames.rate);
   if (!countsAllFrames(timecode, clips.frames.rate))
     plan.timecodeTag = "";
   else if (timecode.known)

@@ -137,8 +137,11 @@ constexpr bool hasThreeDigits(const TimecodeRule& rule) {
   return rule.nominal > 100;
 }
 
-/// The frames' number that `text` is, if it is one; FFmpeg writes two digits where they suffice.
+/// The frames' number that `text` is, if it is one. FFmpeg writes as many digits as the type needs.
 std::optional<std::uint32_t> frameDigits(const TimecodeRule& rule, std::string_view text) {
+  constexpr std::uint32_t kMostOneDigitFrames = 10;
+  if (text.size() == 1 && rule.nominal <= kMostOneDigitFrames && isDigit(text[0]))
+    return static_cast<std::uint32_t>(text[0] - '0');
   const auto number = twoDigits(text);
   if (text.size() == 2 || !number)
     return number;
@@ -149,7 +152,7 @@ std::optional<std::uint32_t> frameDigits(const TimecodeRule& rule, std::string_v
 
 std::optional<Fields> readFields(const TimecodeRule& rule, std::string_view text) {
   constexpr std::string_view kFramesSeparators = ":;.";
-  if (text.size() < std::string_view("HH:MM:SS:FF").size() || text[2] != ':' || text[5] != ':' ||
+  if (text.size() < std::string_view("HH:MM:SS:F").size() || text[2] != ':' || text[5] != ':' ||
       kFramesSeparators.find(text[8]) == std::string_view::npos)
     return std::nullopt;
   const auto hours = twoDigits(text), minutes = twoDigits(text.substr(3)),

@@ -44,8 +44,8 @@ enum class TimecodeType : std::uint8_t {
 
 /// Parses a timecode into frames counted from midnight. `text` is "HH:MM:SS:FF", two digits each,
 /// with ':', ';' or '.' in front of the frames, whatever the type. Types with more than 100 frames
-/// a second take frames of two or three digits. Empty for any other text, for a field that is too
-/// large, and for a frame that drop-frame counting leaves out.
+/// a second take frames of two or three digits, those with at most 10 also of one. Empty for any
+/// other text, for a field that is too large, and for a frame that drop-frame counting leaves out.
 [[nodiscard]] NKDRAW_API std::optional<std::uint32_t> parseTimecode(std::string_view text,
                                                                     TimecodeType type);
 

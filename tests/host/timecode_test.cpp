@@ -182,11 +182,15 @@ TEST_P(TimecodeOfType, ReadsAnySeparatorBeforeTheFrames) {
   EXPECT_EQ(parseTimecode("10:20:30.04", facts.type), frame);
 }
 
+TEST_P(TimecodeOfType, ReadsOneDigitWhereItIsEnough) {
+  const TypeFacts& facts = GetParam();
+  EXPECT_EQ(parseTimecode("10:20:30:1", facts.type).has_value(), facts.nominal <= 10);
+}
+
 TEST_P(TimecodeOfType, ReadsNothingFromAnyOtherText) {
   for (const char* const text : {"",
                                  "1",
                                  "10:20:30",
-                                 "10:20:30:1",
                                  "10:20:30:120",
                                  "10:20:30:00:",
                                  "10:20:30:0010",

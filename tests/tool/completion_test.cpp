@@ -43,7 +43,7 @@ TEST(BashCompletion, OffersCommandsOptionsAndValues) {
   EXPECT_EQ(bashOffers("nkdraw burnin --layout v2"), "v210\n");
   EXPECT_EQ(bashOffers("nkdraw wipe --wipe dissol"), "dissolve\n");
   EXPECT_EQ(bashOffers("nkdraw config res"), "reset\n");
-  EXPECT_EQ(bashOffers("nkdraw config get TimeCodeLTC"), "TimeCodeLTCEnable\n");
+  EXPECT_EQ(bashOffers("nkdraw config get WatermarkE"), "WatermarkEnable\n");
   EXPECT_EQ(bashOffers("nkdraw burnin clip"), "\n") << "files are the shell's";
 }
 

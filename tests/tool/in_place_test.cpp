@@ -301,7 +301,8 @@ TEST(InPlaceOddities, MakesAllThatIsDrawnOpaque) {
     const std::string in = at(std::string(name) + ".nut");
     ffmpeg({"-f", "lavfi", "-i", std::string(kPicture) + ",format=rgba,colorchannelmixer=aa=0.3",
             "-frames:v", "1", "-c:v", "rawvideo", "-pix_fmt", name, in});
-    const Arguments run = {in, at("out.nut"), "--overwrite", "--position", "17,13", "--size", "1"};
+    const Arguments run = {
+        in, at("out.nut"), "--overwrite", "--position", "17,13", "--timecode-size", "1"};
     ASSERT_EQ(burnin(run).exitCode, 0);
     const Clip opaque = decodeAs(at("out.nut"), AV_PIX_FMT_RGBA);
     Arguments kept = run;

@@ -488,6 +488,18 @@ TEST(KeptPictureWatermark, ChangesOnlyItsOwnPixels) {
   }
 }
 
+TEST(KeptFacts, TheRunSaysWhereTheTurnIsLost) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=160x96:rate=25", "-frames:v", "1", "-pix_fmt",
+          "yuv420p", at("plain.mov")});
+  ffmpeg({"-i", at("plain.mov"), "-c", "copy", "-metadata:s:v", "rotate=180", at("in.mov")});
+  for (const auto& [out, isLost] : {std::pair{"out.mp4", false}, std::pair{"out.nut", true}}) {
+    const Outcome outcome =
+        burnin({at("in.mov"), at(out), "--size", "1", "--codec", "libx264:preset=ultrafast"});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_EQ(outcome.err.find("is turned") != std::string::npos, isLost) << out;
+  }
+}
+
 TEST(KeptFacts, FullRangeIsToldOrTheRunSaysWhatBecomesOfIt) {
   ffmpeg({"-f", "lavfi", "-i", "color=white:size=160x96:rate=25", "-frames:v", "2", "-c:v", "mjpeg",
           "-pix_fmt", "yuvj420p", at("in.avi")});

@@ -3,8 +3,11 @@
 
 #include "media/component.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
+#include <string_view>
 
 namespace nkdraw::media {
 
@@ -23,6 +26,12 @@ Frame upright(const AVFrame& frame, const Orientation& orientation) {
     }
   }
   return shown;
+}
+
+bool tellsOrientation(const AVOutputFormat& format) {
+  constexpr std::string_view kQuickTimeFamily[] = {"mov", "mp4", "ipod", "3gp",
+                                                   "3g2", "f4v", "ismv", "psp"};
+  return std::ranges::find(kQuickTimeFamily, format.name) != std::end(kQuickTimeFamily);
 }
 
 Orientation orientationOf(const AVStream& video) {

@@ -28,6 +28,9 @@ struct Orientation {
 /// The frame as it is shown. Its format must have Components without shared chroma.
 [[nodiscard]] Frame upright(const AVFrame& frame, const Orientation& orientation);
 
+/// Whether files of this format tell players how to turn the frames.
+[[nodiscard]] bool tellsOrientation(const AVOutputFormat& format);
+
 /// By the stream's display matrix; upright without one, and if it does more than turn by quarters
 /// and mirror.
 [[nodiscard]] Orientation orientationOf(const AVStream& video);

@@ -154,6 +154,8 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
     noteRange(plan, input);
   if (plan.codec && !plan.codec->note.empty())
     plan.notes.push_back(plan.codec->note);
+  if (plan.format != nullptr && !job.orientation.isUpright() && !tellsOrientation(*plan.format))
+    plan.notes.emplace_back("this kind of file does not tell players how the picture is turned");
   return plan;
 }
 

@@ -39,7 +39,7 @@ const Kind kKinds[] = {
     {"MPEG-2 transport stream", ".ts", {"-c:v", "mpeg2video", "-b:v", "4M"}},
     {"MPEG-2 4:2:2 in MXF", ".mxf", {"-c:v", "mpeg2video", "-pix_fmt", "yuv422p", "-b:v", "10M"}},
     {"FFV1, 10 bits", ".mkv", {"-c:v", "ffv1", "-pix_fmt", "yuv422p10le"}},
-    {"JPEG 2000", ".mxf", {"-c:v", "jpeg2000", "-pix_fmt", "yuv422p10le"}},
+    {"JPEG 2000", ".mov", {"-c:v", "jpeg2000", "-pix_fmt", "yuv420p"}},
     {"Motion JPEG", ".avi", {"-c:v", "mjpeg", "-pix_fmt", "yuvj422p"}},
     {"DV", ".avi", {"-c:v", "dvvideo"}, "testsrc2=size=720x576:rate=25"},
     {"VP9", ".webm", {"-c:v", "libvpx-vp9", "-b:v", "500k"}},
@@ -52,10 +52,16 @@ std::string videoOf(const std::string& path) {
                   "stream=codec_name,profile,pix_fmt", "-of", "default=nokey=1:nw=1", path});
   std::string text = probe.out;
   text.erase(text.find_last_not_of('\n') + 1);
+  // Of a transport stream, ffprobe lists the streams a second time, by program.
+  if (const std::size_t half = text.size() / 2; text.substr(0, half) == text.substr(half + 1))
+    text.erase(half);
   for (std::size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at))
     text.replace(at, 1, ", ");
-  const std::size_t none = text.find("unknown, ");
-  return none != std::string::npos ? text.erase(none, std::string_view("unknown, ").size()) : text;
+  for (const std::string_view none : {", unknown", ", 0"}) {
+    if (const std::size_t at = text.find(std::string(none) + ","); at != std::string::npos)
+      text.erase(at, none.size());
+  }
+  return text;
 }
 
 std::string tableText() {

@@ -104,7 +104,7 @@ const Case kCases[] = {
      {"-c:v", "mjpeg", "-pix_fmt", "yuvj420p"},
      "in.avi",
      "out.mkv",
-     {},
+     {"--lossless"},
      AV_PIX_FMT_YUV420P,
      true},
     {"FullRange10",

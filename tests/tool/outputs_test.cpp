@@ -183,7 +183,7 @@ TEST(DryRun, SaysWhatWouldBeDoneAndWritesNothing) {
   for (const char* words :
        {"in place", "rawvideo, 5 frames", "uyvy", "320x180", "25 frames/s", "progressive",
         "10:00:00:00, the video's tag", "LTC row \"10:00:00:00\": 16,150 to 103,160, magnified 1",
-        "text 1 \"Reel 7\": 20,20 to 163,50, magnified 3", "frames 1 to 3", "unchanged",
+        "text 1 \"Reel 7\": 20,20 to 67,30, magnified 1", "frames 1 to 3", "unchanged",
         "out.mov: mov"})
     EXPECT_NE(outcome.out.find(words), std::string::npos) << words << "\n" << outcome.out;
   EXPECT_EQ(filesAtWork().size(), 1U);

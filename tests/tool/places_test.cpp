@@ -54,6 +54,7 @@ TEST(Places, GiveTheRowsThatAreTouchedWithoutOverlaps) {
   request.clock = true;
   request.position = Point{0, 200};
   request.size = 2;
+  request.textSize = 3;
   request.texts = {{{0, 230}, "A"}, {{0, 0}, "B"}, {{0, 449}, "C"}};
   const auto rows = planOverlay(request, frames, midnight({25, 1})).rows();
   ASSERT_EQ(rows.size(), 3U);

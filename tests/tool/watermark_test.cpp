@@ -120,7 +120,7 @@ TEST(BurntWatermark, LeavesTheCodecsNameInTheFormatLine) {
   for (const auto& [layout, name] : {std::pair{"uyvy", "UYVY"}, std::pair{"v210", "v210"}}) {
     const std::string in = makeClip(layout, "black", 1), out = at("named.nut");
     expectBurnt({in, out, "--format-line", "--watermark", makeLogo(), "--watermark-at", "0,300",
-                 "--position", "0,200"});
+                 "--position", "0,200", "--text-size", "3"});
     EXPECT_EQ(readText(decodeAs(out, AV_PIX_FMT_GRAY8), 0, 32, 18, 3, 24),
               std::string("29.97 NUT ") + name + " 640x360 p")
         << layout;

@@ -262,11 +262,11 @@ TEST(BadFiles, SuffixThatNamesNoVideoFile) {
   expectFailure({clip(), at("out")}, kUsage, "suffix");
   expectFailure({clip(), at("out.txt")}, kUsage, "suffix");
   expectFailure({clip(), at("out.wav")}, kUsage, "suffix");
-  expectFailure({clip(), at("out.jpg")}, kUsage, "suffix");
   expectFailure({clip(), at("out.m3u8")}, kUsage, "suffix");
 }
 TEST(BadFiles, PictureWithoutAFrame) {
   expectFailure({clip(), at("out.png")}, kUsage, "--still");
+  expectFailure({clip(), at("out.jpg")}, kUsage, "frame%04d.png");
 }
 TEST(BadFiles, FileThatDoesNotHoldTheSound) {
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-f", "lavfi", "-i", "sine",

@@ -44,7 +44,7 @@ void checkPictureName(const std::string& output, bool still) {
                   "name an output that ends in .png, .tif, .dpx or .jpg");
   if (still || kind == nullptr || isSequenceName(output))
     return;
-  const std::string suffix(kind->suffix);
+  const std::string suffix(kind->sequence ? kind->suffix : "png");
   throw Failure(ExitCode::kUsage, "a picture needs a frame", output,
                 "give --still N, or name a sequence such as frame%04d." + suffix);
 }

@@ -4,6 +4,7 @@
 #include "media/failure.h"
 #include "media/output_file.h"
 #include "media/pipe_name.h"
+#include "media/timecode_source.h"
 
 #include <cmath>
 #include <initializer_list>
@@ -51,6 +52,13 @@ ClipPair::ClipPair(const std::string& first, const std::string& second, const st
     throw Failure(ExitCode::kInput, "the clips differ in their frame rate",
                   both(a, rateText(frames.rate), b, rateText(other.rate)),
                   "convert one of them first");
+}
+
+void ClipPair::beginDamage(OnDamage action) {
+  for (MediaInput* const clip : {&a, &b}) {
+    clip->damage().setAction(action);
+    clip->damage().setTimecode(timecodeOf(clip->file(), clip->video(), frames.rate));
+  }
 }
 
 FrameCount countOf(MediaInput& input) {

@@ -18,6 +18,9 @@ struct ClipPair {
   ClipPair(const std::string& a, const std::string& b, const std::string& output,
            const InputShape& shape = {});
 
+  /// What to do about damaged frames.
+  void beginDamage(OnDamage action);
+
   MediaInput a, b;
   FrameKind frames;  // of the first clip; the second differs only in its origin
 };

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Damaged frames of a clip: the run stops at the first one, or goes on and lists them at the end.
+// The damaged frames of a clip: the run stops at the first one, or goes on and lists them at the
+// end.
 #pragma once
 
 #include "media/timecode_source.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,28 +21,34 @@ enum class OnDamage {
 
 class DamageList {
  public:
+  /// `path` is the clip, for messages.
   explicit DamageList(std::string path) : path_(std::move(path)) {}
 
-  /// What to do from now on, and the first frame's timecode for messages.
-  void begin(OnDamage action, const TimecodeStart& timecode);
+  /// What to do from now on.
+  void setAction(OnDamage action) { action_ = action; }
+  /// The first frame's timecode, for messages.
+  void setTimecode(const TimecodeStart& timecode) { timecode_ = timecode; }
+  [[nodiscard]] OnDamage action() const { return action_; }
   [[nodiscard]] bool goesOn() const { return action_ == OnDamage::kContinue; }
+
+  /// "frame 17 (00:00:00:17)"
+  [[nodiscard]] std::string describe(std::int64_t index) const;
 
   /// Frame `index` is damaged; `why` in a few words. Throws Failure if the run is to stop.
   void note(std::int64_t index, const std::string& why);
-  /// The file ends too early.
+  /// The file ends too early; only for runs that go on.
   void noteEnd(const std::string& why) { end_ = why; }
 
-  /// Tells the user on standard error, one frame a line.
-  void report() const;
-  /// "3 frames", or none if all is well.
-  [[nodiscard]] std::optional<std::string> summary() const;
+  /// Lists them on standard error, one a line. Returns whether there are any.
+  [[nodiscard]] bool report() const;
+  /// "in.mov (3 frames)"
+  [[nodiscard]] std::string summary() const;
 
  private:
   struct Damage {
     std::int64_t index;
     std::string why;
   };
-  [[nodiscard]] std::string describe(std::int64_t index) const;
 
   std::string path_;
   OnDamage action_ = OnDamage::kStop;
@@ -48,5 +56,9 @@ class DamageList {
   std::vector<Damage> frames_;
   std::string end_;
 };
+
+/// Lists the damage of the clips. If there is any, throws the Failure that ends a run whose output
+/// is complete all the same.
+void reportDamage(std::initializer_list<const DamageList*> clips);
 
 }  // namespace nkdraw::media

@@ -20,6 +20,7 @@ constexpr std::string_view kDamageWords[] = {
     "error count",
     "damaged",
     "CRC mismatch",
+    "chain broken",
     "ac tex",
     "ac-tex",
     "overread",
@@ -49,31 +50,41 @@ bool isVideoDecoder(void* reporter) {
 
 }  // namespace
 
-void DecoderLog::note(std::int64_t packet) {
+void DecoderLog::note(std::int64_t packet, const std::string& message) {
   const std::lock_guard hold(lock_);
-  packets_.insert(packet);
-  any_ = true;
+  messages_.try_emplace(packet, message);
+  newest_ = std::max(newest_, packet);
 }
 
-bool DecoderLog::takes(std::int64_t packet) {
+std::optional<std::string> DecoderLog::take(std::int64_t packet) {
   const std::lock_guard hold(lock_);
-  return packets_.erase(packet) != 0;
+  const auto found = messages_.find(packet);
+  if (found == messages_.end())
+    return std::nullopt;
+  std::string message = std::move(found->second);
+  messages_.erase(found);
+  return message;
 }
 
-bool DecoderLog::takeAny() {
+std::int64_t DecoderLog::newest() {
   const std::lock_guard hold(lock_);
-  return std::exchange(any_, false);
+  return newest_;
 }
 
-void noteDecoderMessage(void* reporter, const char* message) {
+void DecoderLog::forgetBefore(std::int64_t packet) {
+  const std::lock_guard hold(lock_);
+  messages_.erase(messages_.begin(), messages_.lower_bound(packet));
+}
+
+void noteDecoderMessage(void* reporter, const std::string& message) {
   if (!isVideoDecoder(reporter))
     return;
-  auto& context = *static_cast<AVCodecContext*>(reporter);
-  const std::string_view text = message;
-  const bool tells = std::ranges::any_of(
-      kDamageWords, [&](std::string_view words) { return text.find(words) != text.npos; });
+  const auto& context = *static_cast<AVCodecContext*>(reporter);
+  const bool tells = std::ranges::any_of(kDamageWords, [&](std::string_view words) {
+    return message.find(words) != std::string::npos;
+  });
   if (tells && context.opaque != nullptr)
-    static_cast<DecoderLog*>(context.opaque)->note(context.reordered_opaque);
+    static_cast<DecoderLog*>(context.opaque)->note(context.reordered_opaque, message);
 }
 
 }  // namespace nkdraw::media

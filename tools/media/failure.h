@@ -15,6 +15,7 @@ enum class ExitCode : int {
   kInput = 2,       ///< the input can't be read, or holds no usable video
   kOutput = 3,      ///< the output can't be written
   kProcessing = 4,  ///< decoding, converting, drawing or encoding failed
+  kDamaged = 5,     ///< done, but frames of the input are damaged
 };
 
 /// Ends the run with one line, "WHAT: WHERE; ADVICE".

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/libav_log.h"
 
+#include "media/decoder_log.h"
 #include "media/libav.h"
 
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
+#include <string_view>
+#include <utility>
 
 namespace nkdraw::media {
 namespace {
@@ -13,10 +16,27 @@ namespace {
 /// Messages of the Matroska and QuickTime demuxers.
 constexpr const char* kCutMessages[] = {"ended prematurely", "partial file"};
 
+/// Messages of the Matroska and NUT demuxers, which then look for the next frame that is whole.
+constexpr const char* kPassedOver[] = {"exceeds containing master element",
+                                       "invalid as first byte of an EBML number",
+                                       "exceeds max length", "no checksum"};
+
 std::mutex lastErrorLock;  // FFmpeg's threads log too
 std::string firstError, lastError;
 bool sawCut = false;
 bool shown = false;
+
+/// A file's `opaque` tells of it; demuxers log from the thread that reads.
+void noteDemuxerMessage(void* reporter, const std::string& line) {
+  const AVClass* const kind = reporter != nullptr ? *static_cast<AVClass**>(reporter) : nullptr;
+  if (kind == nullptr || std::string_view(kind->class_name) != "AVFormatContext")
+    return;
+  auto& file = *static_cast<AVFormatContext*>(reporter);
+  for (const char* const words : kPassedOver) {
+    if (file.iformat != nullptr && line.find(words) != std::string::npos)
+      file.opaque = &file;
+  }
+}
 
 void keepErrors(void* reporter, int level, const char* format, va_list arguments) {
   if (shown) {
@@ -37,6 +57,8 @@ void keepErrors(void* reporter, int level, const char* format, va_list arguments
   line.erase(line.find_last_not_of(" .") + 1);
   if (line.empty())
     return;
+  noteDecoderMessage(reporter, line);
+  noteDemuxerMessage(reporter, line);
   const std::lock_guard hold(lastErrorLock);
   lastError = line;
   if (firstError.empty())
@@ -75,6 +97,10 @@ std::string lastLibavError() {
 bool libavSawCut() {
   const std::lock_guard hold(lastErrorLock);
   return sawCut;
+}
+
+bool takeDemuxerComplaint(AVFormatContext& file) {
+  return std::exchange(file.opaque, nullptr) != nullptr;
 }
 
 std::string explained(int error, const std::string& reported) {

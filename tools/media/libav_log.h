@@ -5,6 +5,8 @@
 
 #include <string>
 
+struct AVFormatContext;
+
 namespace nkdraw::media {
 
 /// Chooses whether to show them from now on.
@@ -21,6 +23,9 @@ void forgetLibavErrors();
 
 /// Whether FFmpeg logged that a file is truncated; its demuxers report this only in messages.
 [[nodiscard]] bool libavSawCut();
+
+/// Whether the demuxer of this file logged, since the last call, that it passed over damage.
+[[nodiscard]] bool takeDemuxerComplaint(AVFormatContext& file);
 
 /// The text of an error code, followed by a logged error, by default the last one.
 [[nodiscard]] std::string explained(int error, const std::string& reported = lastLibavError());

@@ -80,6 +80,12 @@ bool isCut(const AVPacket& packet, const AVInputFormat& format) {
   return (packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && std::string_view(format.name) != "mpegts";
 }
 
+/// FFmpeg's demuxer of GXF ends a file with an unnamed error.
+bool isEnd(int error, AVFormatContext& file) {
+  return error == AVERROR_EOF ||
+         (error == -1 && std::string_view(file.iformat->name) == "gxf" && avio_feof(file.pb) != 0);
+}
+
 }  // namespace
 
 void MediaInput::open(const AVInputFormat* demuxer, Options& options) {
@@ -141,6 +147,12 @@ MediaInput::MediaInput(const std::string& path, const InputShape& shape)
     throw Failure(ExitCode::kInput, "the video has no frame size", path, "check it with ffprobe");
   if (isSequence)
     describePictures();
+}
+
+MediaInput MediaInput::again() const {
+  MediaInput other(path_, shape_);
+  other.damage_.setAction(damage_.action());
+  return other;
 }
 
 void MediaInput::readOnly(const AVStream& stream) {
@@ -218,9 +230,13 @@ bool MediaInput::readNext(AVPacket& packet) {
     return false;
   const int error = av_read_frame(file_.get(), &packet);
   throwIfInterrupted();
-  if (error == AVERROR_EOF ? libavSawCut() : error < 0 || isCut(packet, *file_->iformat))
-    throw Failure(ExitCode::kInput, "the file breaks off", path_,
-                  explained(error < 0 ? error : AVERROR_EOF) + "; the input may be incomplete");
+  if (isEnd(error, *file_) ? libavSawCut() : error < 0 || isCut(packet, *file_->iformat)) {
+    const std::string why = explained(error < 0 ? error : AVERROR_EOF);
+    if (!damage_.goesOn())
+      throw Failure(ExitCode::kInput, "the file breaks off", path_,
+                    why + "; the input may be incomplete");
+    damage_.noteEnd("the file breaks off, " + why);
+  }
   // After a seek FFmpeg gives a cover picture the time of the place.
   if (error >= 0 && isCover(*file_->streams[packet.stream_index]))
     packet.pts = packet.dts = AV_NOPTS_VALUE;

@@ -5,6 +5,7 @@
 
 #include "media/dpx_header.h"
 #include "media/image_sequence.h"
+#include "media/damage.h"
 #include "media/input_shape.h"
 #include "media/libav.h"
 
@@ -29,11 +30,13 @@ class MediaInput {
   explicit MediaInput(const std::string& path, const InputShape& shape = {});
 
   /// The same file, opened once more.
-  [[nodiscard]] MediaInput again() const { return MediaInput(path_, shape_); }
+  [[nodiscard]] MediaInput again() const;
 
   [[nodiscard]] const std::string& path() const { return path_; }
   /// The pictures of an image sequence; none for all else.
   [[nodiscard]] const std::optional<PictureRun>& pictures() const { return pictures_; }
+  /// What is known of damaged frames; whoever reads frames notes them here.
+  [[nodiscard]] DamageList& damage() { return damage_; }
   [[nodiscard]] AVFormatContext& file() { return *file_; }
   [[nodiscard]] AVStream& video() { return *file_->streams[videoIndex_]; }
   [[nodiscard]] bool isVideo(const AVPacket& packet) const {
@@ -69,6 +72,7 @@ class MediaInput {
   void describePictures();
 
   std::string path_;
+  DamageList damage_{path_};
   InputShape shape_;
   InputContext file_;
   int videoIndex_ = -1;

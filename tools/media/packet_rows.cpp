@@ -2,8 +2,10 @@
 #include "media/packet_rows.h"
 
 #include "media/failure.h"
+#include "media/media_input.h"
 
 #include <cstring>
+#include <string>
 
 namespace nkdraw::media {
 namespace {
@@ -83,12 +85,12 @@ Picture PacketRows::rowsOf(AVPacket& packet) {
   return picture;
 }
 
-Picture PacketRows::rowsOf(AVPacket& packet, std::int64_t index, const std::string& path) {
+Picture PacketRows::rowsOf(AVPacket& packet, std::int64_t index, MediaInput& input) {
   const Picture rows = rowsOf(packet);
   if (rows.planes[0] == nullptr)
-    throw Failure(ExitCode::kInput, "a frame is cut short", path,
-                  "frame " + std::to_string(index) + " has " + std::to_string(packet.size) +
-                      " bytes; the input may be incomplete");
+    throw Failure(ExitCode::kInput, "a frame is cut short", input.path(),
+                  input.damage().describe(index) + " has " + std::to_string(packet.size) +
+                      " bytes; give --on-damage continue to go on");
   return rows;
 }
 

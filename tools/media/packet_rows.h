@@ -9,9 +9,10 @@
 #include "media/libav.h"
 
 #include <cstdint>
-#include <string>
 
 namespace nkdraw::media {
+
+class MediaInput;
 
 class PacketRows {
  public:
@@ -22,8 +23,8 @@ class PacketRows {
   /// The rows of the frame in this packet, whose data must be writable. A picture without planes if
   /// the packet is too short for a frame.
   [[nodiscard]] Picture rowsOf(AVPacket& packet);
-  /// The same for frame `index` of the clip `path`. Throws Failure if the packet is too short.
-  [[nodiscard]] Picture rowsOf(AVPacket& packet, std::int64_t index, const std::string& path);
+  /// The same for frame `index` of the clip. Throws Failure if the packet is too short.
+  [[nodiscard]] Picture rowsOf(AVPacket& packet, std::int64_t index, MediaInput& input);
 
   /// Converts the packet's frame to the form that every file format holds: packed rows, top row
   /// first.

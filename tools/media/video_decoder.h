@@ -18,6 +18,9 @@ class VideoDecoder {
   /// be decoded are skipped before the first frame, and throw Failure after it.
   void decode(const AVPacket* packet, const TakeFrame& take);
 
+  /// FFmpeg's own object, for who decodes otherwise.
+  [[nodiscard]] AVCodecContext& context() { return *decoder_; }
+
  private:
   std::string name_;
   CodecContext decoder_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/video_feed.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace nkdraw::media {
@@ -34,14 +35,16 @@ void VideoFeed::readOthersUntil(const std::function<bool()>& done) {
 }
 
 PacketFeed::PacketFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others,
-                       FrameRange /*wanted*/)
-    : VideoFeed(input, frames, others) {}
+                       FrameRange wanted)
+    : VideoFeed(input, frames, others), wanted_(wanted), repair_(input) {}
 
 bool PacketFeed::next(Packet& packet, std::int64_t& index) {
   packet = makePacket();
   while (read(*packet)) {
     if (packet->size > 0) {  // AVI marks a repeated frame with an empty packet
       index = indexOf(packet->pts != AV_NOPTS_VALUE ? packet->pts : packet->dts);
+      if (wanted_.contains(index))
+        repair_.repair(packet, index);
       return true;
     }
     av_packet_unref(packet.get());
@@ -54,28 +57,75 @@ DecodedFeed::DecodedFeed(MediaInput& input, const FrameKind& frames, const TakeP
     : VideoFeed(input, frames, others),
       frames_(frames),
       wanted_(wanted),
-      decoder_(*input.video().codecpar, input.video().time_base, input.path()) {}
+      decoder_(*input.video().codecpar, input.video().time_base, input.path()),
+      gap_(input, frames.rate) {}
 
 void DecodedFeed::decodeMore() {
-  const auto keep = [this](AVFrame& decoded) {
-    ready_.push_back(makeFrame());
-    av_frame_move_ref(ready_.back().get(), &decoded);
-  };
   const Packet packet = makePacket();
   ended_ = !read(*packet);
-  decoder_.decode(ended_ ? nullptr : packet.get(), keep);
+  decoder_.decode(ended_ ? nullptr : packet.get(), ready_);
+}
+
+bool DecodedFeed::fits(const WatchedFrame& taken) const {
+  return taken.frame != nullptr && taken.frame->width == frames_.width &&
+         taken.frame->height == frames_.height;
+}
+
+/// The frame to show instead of one that is lost: the one before, at the beginning the one after.
+Frame DecodedFeed::repeated() const {
+  const auto next =
+      std::ranges::find_if(ready_, [&](const WatchedFrame& each) { return fits(each); });
+  const AVFrame* const shown = last_ != nullptr       ? last_.get()
+                               : next != ready_.end() ? next->frame.get()
+                                                      : nullptr;
+  if (shown == nullptr)
+    return nullptr;
+  Frame frame = owned<Frame>(av_frame_clone(shown));
+  av_frame_remove_side_data(frame.get(), AV_FRAME_DATA_A53_CC);  // captions are not said twice
+  return frame;
+}
+
+void DecodedFeed::check(WatchedFrame& taken, std::int64_t index) {
+  DamageList& damage = input().damage();
+  if (damage.goesOn() && taken.damage.empty() && !fits(taken))
+    taken.damage = "lost, it has another size";
+  if (!taken.damage.empty())
+    damage.note(index, taken.damage);
+  if (taken.damage.empty())
+    checkSize(*taken.frame, frames_, input().path(), index);
+}
+
+/// Shows the frame before in the place of one that the file has lost.
+bool DecodedFeed::fill(std::int64_t missing, Frame& frame, std::int64_t& index) {
+  if (wanted_.contains(missing))
+    input().damage().note(missing, "lost, the file has no data for it");
+  frame = repeated();
+  index = missing;
+  return frame != nullptr;
 }
 
 bool DecodedFeed::next(Frame& frame, std::int64_t& index) {
   while (ready_.empty() && !ended_)
     decodeMore();
-  if (ready_.empty())
+  const bool more = !ready_.empty();
+  if (more)
+    index = indexOf(ready_.front().time);
+  const auto missing = more ? gap_.missingBefore(index) : gap_.missingAtEnd();
+  if (missing && (more || last_ != nullptr || wanted_.contains(*missing)))
+    return fill(*missing, frame, index);
+  if (!more)
     return false;
-  frame = std::move(ready_.front());
+  WatchedFrame taken = std::move(ready_.front());
   ready_.pop_front();
-  index = indexOf(frame->best_effort_timestamp);
   if (wanted_.contains(index))
-    checkSize(*frame, frames_, input().path(), index);
+    check(taken, index);
+  if (taken.frame == nullptr || (!taken.damage.empty() && !fits(taken)))
+    taken.frame = repeated();
+  if (taken.frame == nullptr)
+    return next(frame, index);
+  if (input().damage().goesOn() && fits(taken))
+    last_ = owned<Frame>(av_frame_clone(taken.frame.get()));
+  frame = std::move(taken.frame);
   return true;
 }
 

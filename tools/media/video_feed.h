@@ -5,11 +5,13 @@
 #pragma once
 
 #include "media/clip_facts.h"
+#include "media/frame_gap.h"
 #include "media/frame_kind.h"
 #include "media/libav.h"
 #include "media/media_input.h"
+#include "media/packet_repair.h"
 #include "media/timecode_source.h"
-#include "media/video_decoder.h"
+#include "media/watched_decoder.h"
 
 #include <cstdint>
 #include <deque>
@@ -45,12 +47,16 @@ class VideoFeed {
 class PacketFeed : public VideoFeed {
  public:
   using Unit = Packet;
-  /// The input must outlive the feed. `wanted` is a parameter of all feeds; here it has no effect.
+  /// The input must outlive the feed. Damage is noted only of the frames in `wanted`.
   PacketFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others = {},
              FrameRange wanted = {});
 
   /// The next frame and its number; false at the end. Throws Failure or Interrupted.
   [[nodiscard]] bool next(Packet& packet, std::int64_t& index);
+
+ private:
+  FrameRange wanted_;
+  PacketRepair repair_;
 };
 
 /// Decoded frames, in the pixel format that they decode to.
@@ -61,16 +67,23 @@ class DecodedFeed : public VideoFeed {
   DecodedFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others = {},
               FrameRange wanted = {});
 
-  /// As above; also throws Failure if a frame can't be decoded or has another size.
+  /// As above; also throws Failure if a frame has another size, or if one of those wanted is
+  /// damaged and the run is to stop then. A lost frame repeats the one before.
   [[nodiscard]] bool next(Frame& frame, std::int64_t& index);
 
  private:
   void decodeMore();
+  [[nodiscard]] bool fits(const WatchedFrame& taken) const;
+  void check(WatchedFrame& taken, std::int64_t index);
+  [[nodiscard]] Frame repeated() const;
+  [[nodiscard]] bool fill(std::int64_t missing, Frame& frame, std::int64_t& index);
 
   FrameKind frames_;
   FrameRange wanted_;
-  VideoDecoder decoder_;
-  std::deque<Frame> ready_;
+  WatchedDecoder decoder_;
+  std::deque<WatchedFrame> ready_;
+  Frame last_;  // the last whole one, if the run goes on after damage
+  FrameGap gap_;
   bool ended_ = false;
 };
 

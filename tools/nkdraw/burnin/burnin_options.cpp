@@ -32,8 +32,8 @@ constexpr char kMore[] =
     "  nkdraw burnin --layout v210 --pattern-size 1280x720 bars.mov\n"
     "      A moving test pattern with timecode.\n"
     "\n"
-    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing; 129, 130 and 143\n"
-    "interrupted. More in nkdraw(1).";
+    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing, 5 done, but frames of the\n"
+    "input are damaged; 129, 130 and 143 interrupted. More in nkdraw(1).";
 
 /// Printable ASCII: there is no way to draw the other glyphs, and control codes have no meaningful
 /// ones.
@@ -69,6 +69,7 @@ void BurninArguments::addTo(CLI::App& command) {
   delivery_.addTo(command);
   streams_.addTo(command);
   sequences_.addTo(command);
+  damage_.addTo(command);
   pipes_.addTo(command);
   addPatternTo(command);
   plain.addFlag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
@@ -151,6 +152,9 @@ BurninOptions BurninArguments::read() const {
   options.recordTimecode = recordTimecode_;
   options.overlay.vitc = options.overlay.vitc || recordTimecode_;
   options.delivery = delivery_.read(options.output, options.still);
+  if (damage_.given() && !options.input)
+    throw Failure(ExitCode::kUsage, "the test pattern is never damaged", "--on-damage",
+                  "leave it out");
   options.streams = streams_.read(options.input && !options.still);
   if (options.delivery.viewingCopy && !options.streams.noAudio && !options.streams.audio.asked)
     options.streams.audio.asked = "aac";
@@ -168,6 +172,7 @@ void BurninArguments::readFiles(BurninOptions& options) const {
     options.input = input_;
   options.inputShape = pipes_.input();
   options.format = pipes_.format();
+  options.onDamage = damage_.read();
   options.output = output_.value_or(*input_);
   options.inputShape.startNumber = sequences_.startNumber(*input_, options.output);
   if (options.output.empty() || input_->empty())

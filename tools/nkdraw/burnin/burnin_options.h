@@ -9,6 +9,7 @@
 #include "burnin/overlay_plan.h"
 #include "burnin/sequence_options.h"
 #include "burnin/stream_options.h"
+#include "cli/damage_options.h"
 #include "cli/pipe_options.h"
 #include "cli/run_options.h"
 #include "cli/using_media.h"
@@ -37,6 +38,7 @@ inline constexpr char kRecordOption[] = "--record-timecode";
 
 /// The request for one run.
 struct BurninOptions : RunOptions {
+  OnDamage onDamage = OnDamage::kStop;
   std::optional<std::string> input;  // none: the test pattern
   InputShape inputShape;             // what the input does not tell itself
   std::string output;
@@ -86,6 +88,7 @@ class BurninArguments {
   StreamArguments streams_;
   PipeArguments pipes_;
   SequenceArguments sequences_;
+  DamageArguments damage_;
   bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, frameNumber_ = false,
        formatLine_ = false;
   bool fill_ = false, noFill_ = false;

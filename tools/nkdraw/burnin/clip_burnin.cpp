@@ -159,11 +159,13 @@ void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions
 void burnClip(const BurninOptions& options) {
   checkIsAnother(options.output, *options.input, "the output is the input");
   MediaInput input(*options.input, options.inputShape);
+  input.damage().setAction(options.onDamage);
   const ClipPlan plan = planClip(input, options);
   if (writesSequence(options))
     checkSequenceOutput(input, plan, options);
   else
     checkOutput(options.output, options);
+  input.damage().setTimecode(plan.job.timecode);
   if (!announce(options, [&](std::FILE* to) { describe(to, input, plan, options); }))
     return;
   if (options.still)
@@ -176,6 +178,7 @@ void burnClip(const BurninOptions& options) {
     std::fprintf(stderr, "nkdraw: note: %s\n", note.c_str());
   if (!options.verbose)
     reportStreams(input, plan);
+  reportDamage({&input.damage()});
 }
 
 }  // namespace nkdraw::tool

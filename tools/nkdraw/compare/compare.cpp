@@ -186,6 +186,7 @@ Compared writeComparison(ClipPair& clips, const ComparePlan& plan, const Compare
 
 void compareClips(const CompareOptions& options) {
   ClipPair clips(options.a, options.b, options.output.value_or(""), options.inputShape);
+  clips.beginDamage(options.onDamage);
   const ComparePlan plan = planCompare(clips, options);
   checkNames(options);
   if (!announce(options, [&](std::FILE* to) { describe(to, clips, plan, options); }))
@@ -194,6 +195,7 @@ void compareClips(const CompareOptions& options) {
   if (compared.longer != nullptr)
     std::fprintf(stderr, "nkdraw: %s is longer: the first %lld frames were compared\n",
                  compared.longer->path().c_str(), static_cast<long long>(compared.frames));
+  reportDamage({&clips.a.damage(), &clips.b.damage()});
 }
 
 void compareOrList(const CompareOptions& options) {

@@ -30,8 +30,8 @@ constexpr char kMore[] =
     "  nkdraw compare --list\n"
     "      All modes with their options.\n"
     "\n"
-    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing; 129, 130 and 143\n"
-    "interrupted. More in nkdraw(1).";
+    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing, 5 done, but frames of the\n"
+    "input are damaged; 129, 130 and 143 interrupted. More in nkdraw(1).";
 
 struct ChannelName {
   std::string_view name;
@@ -98,6 +98,7 @@ void CompareArguments::addTo(CLI::App& command) {
   addModeTo(command);
   addLookTo(command);
   addWritingTo(command);
+  damage_.addTo(command);
   pipes_.addTo(command);
   plain.addFlag("--list", plain_.list, "List the modes, and which options each takes");
   plain.addFlag("-v,--verbose", plain_.verbose, "Say more, with FFmpeg's messages");
@@ -156,6 +157,7 @@ CompareOptions CompareArguments::read() const {
                   "give A, B and OUTPUT; see nkdraw compare --help");
   options.inputShape = pipes_.input();
   options.format = pipes_.format();
+  options.onDamage = damage_.read();
   options.output = given(output_);
   options.report = given(report_);
   if (!options.output && !options.report)

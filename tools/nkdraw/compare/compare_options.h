@@ -3,6 +3,7 @@
 // The command line of `nkdraw compare`.
 #pragma once
 
+#include "cli/damage_options.h"
 #include "cli/pipe_options.h"
 #include "cli/run_options.h"
 #include "cli/using_media.h"
@@ -20,6 +21,7 @@ namespace nkdraw::tool {
 
 /// The request for one run.
 struct CompareOptions : RunOptions {
+  OnDamage onDamage = OnDamage::kStop;
   InputShape inputShape;              // what a piped input does not tell itself
   std::optional<std::string> format;  // of the output; none: by its name
   std::string a, b;
@@ -46,6 +48,7 @@ class CompareArguments {
 
   CompareOptions plain_;  // values that need no interpretation
   PipeArguments pipes_;
+  DamageArguments damage_;
   std::string output_, report_, codec_;
   std::string mode_ = "difference", amount_, channel_, wipe_, flipFirst_, flipSecond_, gridPixels_;
   std::optional<std::string> splitX_, splitY_, grid_, threshold_, gain_, block_;

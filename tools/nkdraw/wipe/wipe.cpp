@@ -31,7 +31,9 @@ struct ClipFrame {
 template <class Feed, class Pass, class Mix>
 void join(ClipPair& clips, const WipePlan& plan, Pass pass, Mix mix) {
   using Data = std::remove_reference_t<decltype(*std::declval<typename Feed::Unit&>())>;
-  FrameCursor<Feed> a(clips.a, clips.frames), b(clips.b, clips.frames);
+  FrameCursor<Feed> a(clips.a, clips.frames, TakePacket(),
+                      FrameRange{0, plan.at + plan.duration - 1});
+  FrameCursor<Feed> b(clips.b, clips.frames);
   a.passUntil(plan.at, [&](auto& frame, std::int64_t index) {
     pass(ClipFrame<Data>{*frame, clips.a, index}, index);
   });
@@ -81,7 +83,7 @@ class InPlaceJoin {
     return &clip == &clips_.a ? rowsA_ : rowsB_;
   }
   Picture rowsOf(const ClipPacket& frame) {
-    return rowsFor(frame.clip).rowsOf(frame.data, frame.index, frame.clip.path());
+    return rowsFor(frame.clip).rowsOf(frame.data, frame.index, frame.clip);
   }
 
   void pass(const ClipPacket& frame, std::int64_t index) {
@@ -172,6 +174,7 @@ class TranscodeJoin {
 
 void wipeClips(const WipeOptions& options) {
   ClipPair clips(options.a, options.b, options.output, options.inputShape);
+  clips.beginDamage(options.onDamage);
   const WipePlan plan = planWipe(clips, options);
   checkOutput(options.output, options);
   if (!announce(options, [&](std::FILE* to) { describe(to, clips, plan, options); }))
@@ -182,6 +185,7 @@ void wipeClips(const WipeOptions& options) {
   else
     TranscodeJoin(clips, plan, writer).run();
   writer.finish();
+  reportDamage({&clips.a.damage(), &clips.b.damage()});
 }
 
 void wipeOrList(const WipeOptions& options) {

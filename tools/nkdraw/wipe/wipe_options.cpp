@@ -31,8 +31,8 @@ constexpr char kMore[] =
     "      A cross-fade of one second into a viewing copy.\n"
     "  nkdraw wipe --list\n"
     "\n"
-    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing; 129, 130 and 143\n"
-    "interrupted. More in nkdraw(1).";
+    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing, 5 done, but frames of the\n"
+    "input are damaged; 129, 130 and 143 interrupted. More in nkdraw(1).";
 
 struct AudioName {
   std::string_view name;
@@ -60,6 +60,7 @@ void WipeArguments::addTo(CLI::App& command) {
   plain.add("OUTPUT", plain_.output, "", "The clip to write; its suffix says what kind of file");
   addTransitionTo(command);
   addWritingTo(command);
+  damage_.addTo(command);
   pipes_.addTo(command);
   plain.addFlag("--list", plain_.list, "List the wipes");
   plain.addFlag("-v,--verbose", plain_.verbose, "Say more, with FFmpeg's messages");
@@ -110,6 +111,7 @@ WipeOptions WipeArguments::read() const {
                   "give both, for example --at 4.5 --duration 25f");
   options.inputShape = pipes_.input();
   options.format = pipes_.format();
+  options.onDamage = damage_.read();
   options.word = readWord();
   options.codec.asked = given(codec_);
   options.audio.codec.asked = given(audioCodec_);

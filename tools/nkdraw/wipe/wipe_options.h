@@ -3,6 +3,7 @@
 // The command line of `nkdraw wipe`.
 #pragma once
 
+#include "cli/damage_options.h"
 #include "cli/pipe_options.h"
 #include "cli/run_options.h"
 #include "cli/using_media.h"
@@ -21,6 +22,7 @@ namespace nkdraw::tool {
 
 /// The request for one run.
 struct WipeOptions : RunOptions {
+  OnDamage onDamage = OnDamage::kStop;
   InputShape inputShape;              // what a piped input does not tell itself
   std::optional<std::string> format;  // of the output; none: by its name
   std::string a, b, output;
@@ -49,6 +51,7 @@ class WipeArguments {
   WipeOptions plain_;  // values that need no interpretation
   std::string wipe_ = "dissolve", audio_ = "crossfade", codec_, audioCodec_;
   PipeArguments pipes_;
+  DamageArguments damage_;
   bool swap_ = false;
 };
 

@@ -1,0 +1,234 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Damaged frames: named, and on request passed over without loss of any other.
+#include "clip.h"
+#include "program.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <random>
+
+namespace {
+
+using nkdraw::media::InputContext;
+using nkdraw::media::makePacket;
+using nkdraw::media::Packet;
+
+constexpr int kInput = 2, kProcessing = 4, kDamaged = 5;
+constexpr std::size_t kFrames = 12;
+constexpr std::int64_t kBad = 7;  // the packet that is damaged
+const char kBadName[] = "frame 7 (00:00:00:07)";
+
+using Harm = std::function<void(AVPacket&)>;
+
+/// Copies a file, with packet `number` of its first stream of `kind` changed.
+void copyWith(const Harm& harm, const std::string& from, const std::string& to,
+              AVMediaType kind = AVMEDIA_TYPE_VIDEO, std::int64_t number = kBad) {
+  AVFormatContext* opened = nullptr;
+  ASSERT_GE(avformat_open_input(&opened, from.c_str(), nullptr, nullptr), 0);
+  const InputContext input(opened);
+  ASSERT_GE(avformat_find_stream_info(opened, nullptr), 0);
+  const int harmed = av_find_best_stream(opened, kind, -1, -1, nullptr, 0);
+  AVFormatContext* out = nullptr;
+  ASSERT_GE(avformat_alloc_output_context2(&out, nullptr, nullptr, to.c_str()), 0);
+  for (unsigned i = 0; i < opened->nb_streams; ++i) {
+    AVStream& stream = *avformat_new_stream(out, nullptr);
+    avcodec_parameters_copy(stream.codecpar, opened->streams[i]->codecpar);
+    stream.time_base = opened->streams[i]->time_base;
+    stream.avg_frame_rate = opened->streams[i]->avg_frame_rate;
+  }
+  ASSERT_GE(avio_open(&out->pb, to.c_str(), AVIO_FLAG_WRITE), 0);
+  ASSERT_GE(avformat_write_header(out, nullptr), 0);
+  const Packet packet = makePacket();
+  for (std::int64_t count = 0; av_read_frame(opened, packet.get()) >= 0;) {
+    const int index = packet->stream_index;
+    if (index == harmed && count++ == number) {
+      ASSERT_GE(av_packet_make_writable(packet.get()), 0);
+      harm(*packet);
+    }
+    av_packet_rescale_ts(packet.get(), opened->streams[index]->time_base,
+                         out->streams[index]->time_base);
+    ASSERT_GE(av_interleaved_write_frame(out, packet.get()), 0);
+  }
+  av_write_trailer(out);
+  avio_closep(&out->pb);
+  avformat_free_context(out);
+}
+
+/// Overwrites 200 bytes with noise, from that share of the packet on.
+Harm noiseAt(double share) {
+  return [share](AVPacket& packet) {
+    std::mt19937 random(11);
+    const auto begin = static_cast<std::ptrdiff_t>(packet.size * share);
+    const std::ptrdiff_t end = std::min<std::ptrdiff_t>(packet.size, begin + 200);
+    for (std::ptrdiff_t i = begin; i < end; ++i)
+      packet.data[i] = static_cast<std::uint8_t>(random());
+  };
+}
+
+void cutShort(AVPacket& packet) {
+  av_shrink_packet(&packet, packet.size / 2);
+}
+
+const Arguments kPicture = {"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25"};
+
+Arguments joined(Arguments all, const Arguments& more) {
+  all.insert(all.end(), more.begin(), more.end());
+  return all;
+}
+
+/// A sound clip of twelve frames, and its copy with damage.
+struct Pair {
+  std::string whole, harmed;
+};
+Pair clips(const std::string& suffix, const Arguments& codec, const Harm& harm) {
+  const Pair pair = {at("whole" + suffix), at("harmed" + suffix)};
+  ffmpeg(joined(joined(kPicture, {"-frames:v", std::to_string(kFrames)}),
+                joined(codec, {pair.whole})));
+  copyWith(harm, pair.whole, pair.harmed);
+  return pair;
+}
+
+/// `nkdraw burnin` of the same text into every frame.
+Outcome burn(const std::string& in, const std::string& out, const Arguments& more = {}) {
+  return burnin(joined({in, at(out), "--no-ltc", "--text", "0,0,A"}, more));
+}
+
+void expectNamed(const Outcome& outcome) {
+  EXPECT_EQ(outcome.exitCode, kDamaged) << outcome.err;
+  EXPECT_NE(outcome.err.find(kBadName), std::string::npos) << outcome.err;
+}
+
+/// How a frame comes out.
+enum class Fate { kPartial, kRepeated };
+
+struct Damage {
+  const char* name;
+  std::string suffix;
+  Arguments codec;
+  double share;
+  Fate fate;
+  bool alone = true;  // no other frame suffers
+};
+
+class DamagedFrames : public testing::TestWithParam<Damage> {};
+
+const Damage kDamage[] = {
+    {"ProResSlice", ".mov", {"-c:v", "prores_ks"}, 0.5, Fate::kPartial},
+    {"ProResHeader", ".mov", {"-c:v", "prores_ks"}, 0, Fate::kRepeated},
+    {"DNxHD", ".mov", {"-c:v", "dnxhd", "-profile:v", "dnxhr_hq"}, 0.5, Fate::kRepeated},
+    {"MJPEG", ".avi", {"-c:v", "mjpeg", "-q:v", "3"}, 0.5, Fate::kPartial},
+    {"PNG", ".mov", {"-c:v", "png"}, 0.5, Fate::kRepeated},
+    {"FFV1", ".mkv", {"-c:v", "ffv1", "-level", "3", "-slicecrc", "1"}, 0.9, Fate::kPartial},
+    {"H264Intra", ".mov", {"-c:v", "libx264", "-g", "1"}, 0.3, Fate::kPartial},
+    {"H264Header", ".mov", {"-c:v", "libx264", "-g", "1"}, 0, Fate::kRepeated},
+    {"H264", ".mov", {"-c:v", "libx264", "-bf", "0"}, 0.3, Fate::kPartial, false},
+    {"MPEG2", ".ts", {"-c:v", "mpeg2video", "-g", "4"}, 0.4, Fate::kPartial, false},
+    {"MPEG2Header", ".mov", {"-c:v", "mpeg2video", "-g", "4"}, 0, Fate::kRepeated, false},
+};
+
+}  // namespace
+
+TEST_P(DamagedFrames, StopTheRunByNumberAndTimecode) {
+  const Damage& damage = GetParam();
+  const Pair pair = clips(damage.suffix, damage.codec, noiseAt(damage.share));
+  expectRefusal({"burnin", pair.harmed, at("out.mkv"), "--codec", "ffv1"}, kProcessing, kBadName);
+}
+
+TEST_P(DamagedFrames, AreListedAndKeepTheCount) {
+  const Damage& damage = GetParam();
+  const Pair pair = clips(damage.suffix, damage.codec, noiseAt(damage.share));
+  ASSERT_EQ(burn(pair.whole, "good.mkv", {"--codec", "ffv1"}).exitCode, 0);
+  expectNamed(burn(pair.harmed, "out.mkv", {"--codec", "ffv1", "--on-damage", "continue"}));
+  const Clip good = decode(at("good.mkv")), out = decode(at("out.mkv"));
+  ASSERT_EQ(good.frames.size(), kFrames);
+  ASSERT_EQ(out.frames.size(), kFrames);
+  for (std::size_t i = 0; i < kFrames; ++i) {
+    const bool spared = i < kBad || (damage.alone && i > kBad);
+    EXPECT_TRUE(!spared || out.frames[i] == good.frames[i]) << i;
+  }
+  EXPECT_FALSE(out.frames[kBad] == good.frames[kBad]);
+  EXPECT_EQ(out.frames[kBad] == out.frames[kBad - 1], damage.fate == Fate::kRepeated);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, DamagedFrames, testing::ValuesIn(kDamage),
+                         [](const testing::TestParamInfo<Damage>& each) {
+                           return std::string(each.param.name);
+                         });
+
+TEST(DamagedFrames, AreNoneInAWholeClipSoTheRunEndsWell) {
+  ffmpeg(joined(kPicture, {"-frames:v", "12", "-c:v", "libx264", at("in.mov")}));
+  const Outcome outcome = burn(at("in.mov"), "out.mov", {"--on-damage", "continue"});
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(outcome.err, "");
+}
+
+TEST(DamagedFrames, OutsideTheRangeDoNotMatter) {
+  const Pair pair = clips(".mov", {"-c:v", "prores_ks"}, noiseAt(0));
+  EXPECT_EQ(burn(pair.harmed, "before.mov", {"--frames", "0-6"}).exitCode, 0);
+  EXPECT_EQ(burn(pair.harmed, "after.mov", {"--frames", "8-11"}).exitCode, 0);
+}
+
+TEST(DamagedFrames, AtTheBeginningRepeatTheOneAfter) {
+  ffmpeg(joined(kPicture, {"-frames:v", "12", "-c:v", "prores_ks", at("whole.mov")}));
+  copyWith(noiseAt(0), at("whole.mov"), at("in.mov"), AVMEDIA_TYPE_VIDEO, 0);
+  const Outcome outcome =
+      burn(at("in.mov"), "out.mkv", {"--codec", "ffv1", "--on-damage", "continue"});
+  EXPECT_EQ(outcome.exitCode, kDamaged) << outcome.err;
+  const Clip out = decode(at("out.mkv"));
+  ASSERT_EQ(out.frames.size(), kFrames);
+  EXPECT_TRUE(out.frames[0] == out.frames[1]);
+}
+
+TEST(DamagedFrames, AtTheEndRepeatTheOneBefore) {
+  ffmpeg(joined(kPicture, {"-frames:v", "12", "-c:v", "prores_ks", at("whole.mov")}));
+  copyWith(noiseAt(0), at("whole.mov"), at("in.mov"), AVMEDIA_TYPE_VIDEO, 11);
+  const Outcome outcome =
+      burn(at("in.mov"), "out.mkv", {"--codec", "ffv1", "--on-damage", "continue"});
+  EXPECT_EQ(outcome.exitCode, kDamaged) << outcome.err;
+  const Clip out = decode(at("out.mkv"));
+  ASSERT_EQ(out.frames.size(), kFrames);
+  EXPECT_TRUE(out.frames[11] == out.frames[10]);
+}
+
+TEST(UncompressedFrames, CutShortStopTheRun) {
+  const Pair pair = clips(".avi", {"-c:v", "v210"}, cutShort);
+  expectRefusal({"burnin", pair.harmed, at("out.avi")}, kInput, kBadName);
+}
+
+TEST(UncompressedFrames, CutShortAreCompletedFromTheFrameBefore) {
+  for (const char* codec : {"v210", "rawvideo"}) {
+    const Pair pair = clips(
+        ".avi", {"-c:v", codec, "-pix_fmt", codec[0] == 'v' ? "yuv422p10le" : "bgra"}, cutShort);
+    ASSERT_EQ(burn(pair.whole, "good.avi", {"--overwrite"}).exitCode, 0);
+    expectNamed(burn(pair.harmed, "out.avi", {"--overwrite", "--on-damage", "continue"}));
+    const Clip good = decode(at("good.avi")), out = decode(at("out.avi"));
+    ASSERT_EQ(out.frames.size(), kFrames);
+    for (std::size_t i = 0; i < kFrames; ++i)
+      EXPECT_EQ(out.frames[i] == good.frames[i], i != kBad) << codec << i;
+  }
+}
+
+TEST(DamagedPairs, AreNamedByWipeAndCompare) {
+  const Pair pair = clips(".mov", {"-c:v", "prores_ks"}, noiseAt(0));
+  const Arguments wipe = {"wipe", pair.whole,   pair.harmed, at("out.mkv"), "--at",
+                          "6f",   "--duration", "4f",        "--codec",     "ffv1"};
+  const Arguments compare = {"compare", pair.whole, pair.harmed, "--report", at("report.csv")};
+  for (const Arguments& command : {wipe, compare}) {
+    expectRefusal(command, kProcessing, kBadName);
+    expectNamed(nkdrawTool(joined(command, {"--on-damage", "continue"})));
+  }
+  EXPECT_EQ(decode(at("out.mkv")).frames.size(), 6 + kFrames);
+  EXPECT_EQ(nkdrawTool({"wipe", pair.harmed, pair.whole, at("early.mkv"), "--at", "1f",
+                        "--duration", "4f"})
+                .exitCode,
+            0);
+}
+
+TEST(TheOptionForDamage, TakesStopAndContinueAlone) {
+  expectRefusal({"burnin", at("in.mov"), at("out.mov"), "--on-damage", "mark"}, 1, "--on-damage");
+  expectRefusal({"burnin", "--layout", "v210", at("out.mov"), "--on-damage", "stop"}, 1,
+                "never damaged");
+}

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Frames that a file should have and has not, because the demuxer passed over damage.
+#pragma once
+
+#include "media/media_input.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace nkdraw::media {
+
+class FrameGap {
+ public:
+  /// The input must outlive it.
+  FrameGap(MediaInput& input, AVRational rate) : input_(input), rate_(rate) {}
+
+  /// The frame `index` comes next: the number of a frame that is missing before it, if any. To be
+  /// asked again until there is none.
+  [[nodiscard]] std::optional<std::int64_t> missingBefore(std::int64_t index);
+  /// The same at the end of the file.
+  [[nodiscard]] std::optional<std::int64_t> missingAtEnd();
+
+ private:
+  MediaInput& input_;
+  AVRational rate_;
+  std::optional<std::int64_t> expected_;  // the next number
+  std::int64_t end_ = 0;                  // of the gap
+};
+
+}  // namespace nkdraw::media

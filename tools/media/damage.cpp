@@ -42,7 +42,7 @@ void reportDamage(std::initializer_list<const DamageList*> clips) {
   }
   if (!damaged.empty())
     throw Failure(ExitCode::kDamaged, "the input is damaged", damaged,
-                  "the output is complete, look at these frames");
+                  "the output is written all the same, look at these frames");
 }
 
 }  // namespace nkdraw::media

@@ -18,7 +18,7 @@ using nkdraw::media::Packet;
 
 constexpr int kInput = 2, kProcessing = 4, kDamaged = 5;
 constexpr std::size_t kFrames = 12;
-constexpr std::int64_t kBad = 7;  // the packet that is damaged
+constexpr std::size_t kBad = 7;  // the packet that is damaged
 const char kBadName[] = "frame 7 (00:00:00:07)";
 
 using Harm = std::function<void(AVPacket&)>;
@@ -121,8 +121,12 @@ const Damage kDamage[] = {
     {"DNxHD", ".mov", {"-c:v", "dnxhd", "-profile:v", "dnxhr_hq"}, 0.5, Fate::kRepeated},
     {"MJPEG", ".avi", {"-c:v", "mjpeg", "-q:v", "3"}, 0.5, Fate::kPartial},
     {"PNG", ".mov", {"-c:v", "png"}, 0.5, Fate::kRepeated},
-    {"FFV1", ".mkv", {"-c:v", "ffv1", "-level", "3", "-slicecrc", "1"}, 0.9, Fate::kPartial},
-    {"H264Intra", ".mov", {"-c:v", "libx264", "-g", "1"}, 0.3, Fate::kPartial},
+    {"FFV1",
+     ".mkv",
+     {"-c:v", "ffv1", "-level", "3", "-slicecrc", "1", "-g", "1"},
+     0.9,
+     Fate::kPartial},
+    {"H264Intra", ".mov", {"-c:v", "libx264", "-g", "1"}, 0.3, Fate::kRepeated},
     {"H264Header", ".mov", {"-c:v", "libx264", "-g", "1"}, 0, Fate::kRepeated},
     {"H264", ".mov", {"-c:v", "libx264", "-bf", "0"}, 0.3, Fate::kPartial, false},
     {"MPEG2", ".ts", {"-c:v", "mpeg2video", "-g", "4"}, 0.4, Fate::kPartial, false},
@@ -199,16 +203,13 @@ TEST(UncompressedFrames, CutShortStopTheRun) {
 }
 
 TEST(UncompressedFrames, CutShortAreCompletedFromTheFrameBefore) {
-  for (const char* codec : {"v210", "rawvideo"}) {
-    const Pair pair = clips(
-        ".avi", {"-c:v", codec, "-pix_fmt", codec[0] == 'v' ? "yuv422p10le" : "bgra"}, cutShort);
-    ASSERT_EQ(burn(pair.whole, "good.avi", {"--overwrite"}).exitCode, 0);
-    expectNamed(burn(pair.harmed, "out.avi", {"--overwrite", "--on-damage", "continue"}));
-    const Clip good = decode(at("good.avi")), out = decode(at("out.avi"));
-    ASSERT_EQ(out.frames.size(), kFrames);
-    for (std::size_t i = 0; i < kFrames; ++i)
-      EXPECT_EQ(out.frames[i] == good.frames[i], i != kBad) << codec << i;
-  }
+  const Pair pair = clips(".avi", {"-c:v", "v210"}, cutShort);
+  ASSERT_EQ(burn(pair.whole, "good.avi").exitCode, 0);
+  expectNamed(burn(pair.harmed, "out.avi", {"--on-damage", "continue"}));
+  const Clip good = decode(at("good.avi")), out = decode(at("out.avi"));
+  ASSERT_EQ(out.frames.size(), kFrames);
+  for (std::size_t i = 0; i < kFrames; ++i)
+    EXPECT_EQ(out.frames[i] == good.frames[i], i != kBad) << i;
 }
 
 TEST(DamagedPairs, AreNamedByWipeAndCompare) {

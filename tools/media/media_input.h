@@ -3,9 +3,9 @@
 // Reads a media file, packet by packet.
 #pragma once
 
+#include "media/damage.h"
 #include "media/dpx_header.h"
 #include "media/image_sequence.h"
-#include "media/damage.h"
 #include "media/input_shape.h"
 #include "media/libav.h"
 

@@ -90,7 +90,7 @@ Picture PacketRows::rowsOf(AVPacket& packet, std::int64_t index, MediaInput& inp
   if (rows.planes[0] == nullptr)
     throw Failure(ExitCode::kInput, "a frame is cut short", input.path(),
                   input.damage().describe(index) + " has " + std::to_string(packet.size) +
-                      " bytes; give --on-damage continue to go on");
+                      " bytes; the input may be incomplete");
   return rows;
 }
 

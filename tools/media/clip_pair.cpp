@@ -57,7 +57,7 @@ ClipPair::ClipPair(const std::string& first, const std::string& second, const st
 void ClipPair::beginDamage(OnDamage action) {
   for (MediaInput* const clip : {&a, &b}) {
     clip->damage().setAction(action);
-    clip->damage().setTimecode(timecodeOf(clip->file(), clip->video(), frames.rate));
+    clip->damage().setTimecode(timecodeOf(*clip, frames.rate));
   }
 }
 

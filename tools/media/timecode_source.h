@@ -4,7 +4,6 @@
 #pragma once
 
 #include "media/libav.h"
-#include "media/media_input.h"
 
 #include <nkdraw/platform/timecode.h>
 
@@ -13,6 +12,8 @@
 #include <string>
 
 namespace nkdraw::media {
+
+class MediaInput;
 
 /// The first frame's timecode.
 struct TimecodeStart {

@@ -12,6 +12,7 @@
 #include "media/image_sequence.h"
 #include "media/read_back.h"
 #include "media/sequence_output.h"
+#include "media/video_encoder.h"
 
 #include <cstdint>
 #include <limits>

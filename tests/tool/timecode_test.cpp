@@ -128,11 +128,11 @@ TEST(TimecodeStart, IsMidnightForAClipWithout) {
 }
 
 TEST(TimecodeStart, MayDropFramesAt11988) {
-  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=224x108:rate=120000/1001", "-frames:v", "2", "-c:v",
-          "v210", at("in.mov")});
-  ASSERT_EQ(burnin(with({at("in.mov"), at("out.nut"), "--start-timecode", "00:00:59;119"}, kLook))
-                .exitCode,
-            0);
+  const Outcome outcome =
+      burnin(with({"--layout", "v210", "--pattern-size", "224x108", "--pattern-rate", "119.88",
+                   "--pattern-frames", "2", "--start-timecode", "00:00:59;119", at("out.nut")},
+                  kLook));
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   const Clip grey = decodeAs(at("out.nut"), AV_PIX_FMT_GRAY8);
   EXPECT_EQ(readText(grey, 0, 8, 20, 2, 12), "00:00:59;119");
   EXPECT_EQ(readText(grey, 1, 8, 20, 2, 12), "00:01:00;008");

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kWidth = 320, kHeight = 180, kFrames = 3;
+constexpr int kWidth = 320, kFrames = 3;
 constexpr int kUsage = 1, kInput = 2, kOutput = 3;
 
 /// Pictures in this format, the first with the number 5.

@@ -51,6 +51,7 @@ class Capture {
     for (const std::string& argument : arguments)
       argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
+    setenv("LSAN_OPTIONS", "print_suppressions=0:suppressions=" NKDRAW_LEAKS, 1);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC;

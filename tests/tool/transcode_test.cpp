@@ -273,8 +273,6 @@ TEST(TranscodeSizes, TakesOddOnes) {
 }
 
 TEST(TranscodeCodecs, SayNothing) {
-  // The leak sanitizer would report memory that libx265 does not free.
-  setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
   ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "3", "-c:v", "v210",
           at("in.mov")});
   for (const char* codec :

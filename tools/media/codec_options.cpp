@@ -62,7 +62,7 @@ std::string nominalDNxHD(const EncoderTask& task) {
   const double wanted = static_cast<double>(task.source.bitRate) / 1e6;
   std::ranges::sort(rates, {}, [&](int rate) { return std::abs(rate - wanted); });
   for (const int rate : rates) {
-    const std::string text = "profile=dnxhd:b=" + std::to_string(rate) + "M";
+    std::string text = "profile=dnxhd:b=" + std::to_string(rate) + "M";
     if (opens(task, text))
       return text;
   }
@@ -71,7 +71,7 @@ std::string nominalDNxHD(const EncoderTask& task) {
 
 std::string dnx(const EncoderTask& task) {
   if (task.sameCodec && task.source.profile == FF_PROFILE_DNXHD && task.source.bitRate > 0) {
-    if (const std::string nominal = nominalDNxHD(task); !nominal.empty())
+    if (std::string nominal = nominalDNxHD(task); !nominal.empty())
       return nominal;
   }
   if (task.sameCodec && task.source.profile > FF_PROFILE_DNXHD)

@@ -57,8 +57,7 @@ PlacedText readText(const std::string& argument) {
 }  // namespace
 
 void BurninArguments::addTo(CLI::App& command) {
-  command.description(kDescription);
-  command.footer(kMore);
+  describe(command, kDescription, kMore);
   OptionGroup plain(command);
   plain.add("INPUT", input_, "", "The clip; left out with --layout");
   plain.add("OUTPUT", output_, "", "The clip to write; its suffix says what kind of file");
@@ -87,11 +86,9 @@ void BurninArguments::addOverlayTo(CLI::App& command) {
   group.addFlag("--clock", clock_, "A row with the time of day");
   group.addFlag("--frame-number", frameNumber_, "A row with the number of the frame, from 0");
   group.addFlag("--format-line", formatLine_, "A line that names the source's format");
-  group
-      .add("--text", texts_, "X,Y,TEXT",
-           "A text with its upper left corner at that pixel, up to\n"
-           "ten times")
-      .allow_extra_args(false);
+  group.add("--text", texts_, "X,Y,TEXT",
+            "A text with its upper left corner at that pixel, up to\n"
+            "ten times");
   group.add(kStartOption, startTimecode_, "HH:MM:SS:FF",
             "The first frame's timecode, instead of the file's;\n"
             "';' before the frames counts drop-frame");

@@ -23,10 +23,8 @@ void DeliveryArguments::addTo(CLI::App& command) {
   group.addFlag(kLossless, lossless_, "Uncompressed or FFV1, by layout and kind of file");
   group.addFlag(kViewingCopy, viewingCopy_,
                 "H.264 4:2:0 that browsers play, with the index in front");
-  group
-      .add(kContainerOption, containerOptions_, "KEY=VALUE",
-           "An option of FFmpeg's muxer; may be repeated")
-      .allow_extra_args(false);
+  group.add(kContainerOption, containerOptions_, "KEY=VALUE",
+            "An option of FFmpeg's muxer; may be repeated");
 }
 
 void DeliveryArguments::checkStill() const {

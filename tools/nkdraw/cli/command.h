@@ -7,12 +7,19 @@
 #include "cli/using_media.h"
 #include "media/libav_log.h"
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 #include <string>
 
+namespace CLI {
+class App;
+}
+
 namespace nkdraw::tool {
+
+/// A new sub-command's own part of the command line.
+[[nodiscard]] CLI::App& addSubCommand(CLI::App& app, const std::string& name);
+/// Whether the user chose it.
+[[nodiscard]] bool isAsked(const CLI::App& command);
 
 /// A sub-command, which has added its options to the command line and runs with the parsed values.
 class Command {
@@ -33,11 +40,11 @@ class Command {
 template <class Arguments, auto work>
 class SubCommand final : public Command {
  public:
-  SubCommand(CLI::App& app, const std::string& name) : command_(*app.add_subcommand(name)) {
+  SubCommand(CLI::App& app, const std::string& name) : command_(addSubCommand(app, name)) {
     arguments_.addTo(command_);
   }
 
-  [[nodiscard]] bool asked() const override { return command_.parsed(); }
+  [[nodiscard]] bool asked() const override { return isAsked(command_); }
 
   void run() override {
     const auto options = arguments_.read();

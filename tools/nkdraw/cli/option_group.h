@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Options under one heading in a sub-command's help.
+// Options under one heading in a sub-command's help. The parser stays behind this header: its own
+// takes longer to compile than most of the command.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
+#include <optional>
 #include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
 
 namespace nkdraw::tool {
 
@@ -15,28 +21,26 @@ class OptionGroup {
   explicit OptionGroup(CLI::App& command, const char* heading = nullptr)
       : command_(command), heading_(heading) {}
 
-  /// Adds an option whose value, shown as `type` in the help, is stored in `value`. `value` and the
-  /// result are as in CLI11; both must outlive the command line.
-  template <class Value>
-  CLI::Option& add(const char* name, Value& value, const char* type, const char* meaning) const {
-    return placed(*command_.add_option(name, value, meaning)->type_name(type));
-  }
+  /// Adds an option whose value, shown as `type` in the help, is stored in `value`, which must
+  /// outlive the command line. One that fills a list takes one value each time it is given. A name
+  /// without dashes is the place of an argument.
+  void add(const char* name, std::string& value, const char* type, const char* meaning) const;
+  void add(const char* name, std::optional<std::string>& value, const char* type,
+           const char* meaning) const;
+  void add(const char* name, std::vector<std::string>& values, const char* type,
+           const char* meaning) const;
   /// Adds a name that an option had in the version before: it works, but the help doesn't list it.
-  template <class Value>
-  void addOldName(const char* name, Value& value) const {
-    command_.add_option(name, value)->group("");
-  }
-  void addFlag(const char* name, bool& value, const char* meaning) const {
-    placed(*command_.add_flag(name, value, meaning));
-  }
+  void addOldName(const char* name, std::optional<std::string>& value) const;
+  void addFlag(const char* name, bool& value, const char* meaning) const;
 
  private:
-  CLI::Option& placed(CLI::Option& option) const {
-    return heading_ != nullptr ? *option.group(heading_) : option;
-  }
+  CLI::Option& placed(CLI::Option& option) const;
 
   CLI::App& command_;
   const char* heading_;
 };
+
+/// Gives a sub-command's help its first line, and what stands below the options.
+void describe(CLI::App& command, const char* description, const char* footer);
 
 }  // namespace nkdraw::tool

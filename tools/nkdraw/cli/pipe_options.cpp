@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "cli/pipe_options.h"
 
+#include "cli/option_group.h"
 #include "cli/option_values.h"
 
 #include <algorithm>

@@ -3,12 +3,15 @@
 // Options for inputs and outputs that are pipes, shared by the sub-commands that read clips.
 #pragma once
 
-#include "cli/option_group.h"
 #include "cli/using_media.h"
 #include "media/input_shape.h"
 
 #include <optional>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace nkdraw::tool {
 

@@ -89,8 +89,7 @@ std::optional<int> readPlace(const std::string& option, const std::optional<std:
 }  // namespace
 
 void CompareArguments::addTo(CLI::App& command) {
-  command.description(kDescription);
-  command.footer(kMore);
+  describe(command, kDescription, kMore);
   OptionGroup plain(command);
   plain.add("A", plain_.a, "", "The first clip");
   plain.add("B", plain_.b, "", "The second clip, of the same size and rate");

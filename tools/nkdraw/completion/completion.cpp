@@ -8,6 +8,8 @@
 #include "completion/scripts.h"
 #include "media/failure.h"
 
+#include <CLI/CLI.hpp>
+
 #include <cstdio>
 
 namespace nkdraw::tool {
@@ -29,8 +31,7 @@ struct CompletionOptions {
 class CompletionArguments {
  public:
   void addTo(CLI::App& command) {
-    command.description(kDescription);
-    command.footer(kMore);
+    describe(command, kDescription, kMore);
     OptionGroup(command).add("SHELL", options_.shell, "", "bash, zsh or fish");
     options_.program = command.get_parent();
   }

@@ -39,8 +39,7 @@ void checkTaken(const char* what, bool takes, const std::optional<std::string>& 
 }  // namespace
 
 void ConfigArguments::addTo(CLI::App& command) {
-  command.description(kDescription);
-  command.footer(kMore);
+  describe(command, kDescription, kMore);
   OptionGroup plain(command);
   plain.add("ACTION", action_, "", "list, get, set, unset, reset or path");
   plain.add("KEY", key_, "", "The setting; see nkdraw config list");

@@ -36,8 +36,7 @@ constexpr UnitRule kUnitRules[] = {{1, 1, ""},
 }  // namespace
 
 void DrawArguments::addTo(CLI::App& command) {
-  command.description(kDescription);
-  command.footer(kMore);
+  describe(command, kDescription, kMore);
   OptionGroup plain(command);
   plain.add("SCRIPT", plain_.script, "", "What to draw; - is the standard input");
   plain.add("OUTPUT", plain_.output, "",

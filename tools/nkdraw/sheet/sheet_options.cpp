@@ -45,8 +45,7 @@ const KindName& kindNamed(const std::string& name) {
 }  // namespace
 
 void SheetArguments::addTo(CLI::App& command) {
-  command.description(kDescription);
-  command.footer(kMore);
+  describe(command, kDescription, kMore);
   OptionGroup plain(command);
   plain.add("KIND", kind_, "",
             "wipes (each at five positions), modes, glyphs, shapes\n"

@@ -52,8 +52,7 @@ AudioMode readAudio(const std::string& text) {
 }  // namespace
 
 void WipeArguments::addTo(CLI::App& command) {
-  command.description(kDescription);
-  command.footer(kMore);
+  describe(command, kDescription, kMore);
   OptionGroup plain(command);
   plain.add("A", plain_.a, "", "The clip that plays first");
   plain.add("B", plain_.b, "", "The clip that follows, of the same size and rate");

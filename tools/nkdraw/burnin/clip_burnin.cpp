@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "burnin/burnin.h"
 
+#include "burnin/clip_description.h"
 #include "burnin/clip_frames.h"
 #include "burnin/clip_plan.h"
 #include "burnin/range_check.h"
@@ -166,7 +167,7 @@ void burnClip(const BurninOptions& options) {
   else
     checkOutput(options.output, options);
   input.damage().setTimecode(plan.job.timecode);
-  if (!announce(options, [&](std::FILE* to) { describe(to, input, plan, options); }))
+  if (!announce(options, [&](Description& to) { describe(to, input, plan, options); }))
     return;
   if (options.still)
     writeClipStill(input, plan, options);

@@ -16,6 +16,7 @@
 #include "media/stream_facts.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <iterator>
 #include <utility>
 
@@ -175,58 +176,6 @@ void reportStreams(MediaInput& input, const ClipPlan& plan) {
                    describeStream(*input.file().streams[i]).c_str(),
                    planText(plan.streams[i]).c_str());
   }
-}
-
-void describe(std::FILE* to, const Job& job) {
-  std::fprintf(to, "frames    %dx%d%s, %s, %s\n", job.shown.width, job.shown.height,
-               job.orientation.isUpright() ? "" : " when shown upright",
-               rateText(job.frames.rate).c_str(),
-               job.frames.interlaced ? "interlaced" : "progressive");
-  if (job.inPlace)
-    std::fprintf(to, "layout    %s: %s\n", std::string(job.layout->name).c_str(),
-                 std::string(job.layout->description).c_str());
-  std::fprintf(to, "timecode  %s, %s%s\n", timecodeText(job.timecode, 0).c_str(),
-               job.timecode.origin.c_str(),
-               countsAllFrames(job.timecode, job.frames.rate)
-                   ? ""
-                   : "; not written to the file, which would count otherwise at this rate");
-  for (const TextBox& box : job.plan.boxes)
-    std::fprintf(to, "burn in   %s \"%s\": %d,%d to %lld,%lld, magnified %u\n", box.what.c_str(),
-                 box.text.c_str(), box.at.x, box.at.y, static_cast<long long>(box.right() - 1),
-                 static_cast<long long>(box.bottom() - 1), box.magnification);
-  for (const LayerBox& layer : job.plan.layers)
-    std::fprintf(to, "burn in   %s, %s: %d,%d to %d,%d\n", layer.what.c_str(), layer.source.c_str(),
-                 layer.at.x, layer.at.y, layer.at.x + layer.size.x - 1,
-                 layer.at.y + layer.size.y - 1);
-  std::fprintf(to, "written   %s\n",
-               job.range.isWhole() ? "all frames" : ("frames " + rangeText(job.range)).c_str());
-}
-
-void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan,
-              const BurninOptions& options) {
-  const std::int64_t frames = input.video().nb_frames;  // 0 if the file doesn't tell
-  std::fprintf(to, "input     %s: %s, %s%s\n", input.path().c_str(), input.file().iformat->name,
-               avcodec_get_name(input.video().codecpar->codec_id),
-               frames > 0 ? (", " + std::to_string(frames) + " frames").c_str() : "");
-  std::fprintf(to, "method    %s\n",
-               plan.job.inPlace ? "in place: the file's own frames are drawn on"
-                                : "transcode: frames are decoded, drawn on and encoded");
-  if (!plan.job.inPlace)
-    std::fprintf(to, "picture   %s\n", pictureText(plan.picture).c_str());
-  describe(to, plan.job);
-  for (std::size_t i = 0; i < plan.streams.size(); ++i) {
-    if (plan.streams[i].action != StreamAction::kBurn)
-      std::fprintf(to, "stream %zu  %s: %s\n", i, describeStream(*input.file().streams[i]).c_str(),
-                   planText(plan.streams[i]).c_str());
-  }
-  const std::string codec = options.still ? "one picture"
-                            : plan.codec  ? deliveryText(*plan.codec, *plan.format)
-                                          : "unchanged";
-  std::fprintf(to, "codec     %s\n", codec.c_str());
-  std::fprintf(to, "output    %s%s%s\n", options.output.c_str(), plan.format != nullptr ? ": " : "",
-               plan.format != nullptr ? plan.format->name : "");
-  for (const std::string& note : plan.notes)
-    std::fprintf(to, "note      %s\n", note.c_str());
 }
 
 }  // namespace nkdraw::tool

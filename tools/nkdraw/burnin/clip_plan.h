@@ -12,7 +12,6 @@
 #include "media/media_input.h"
 #include "media/stream_copy.h"
 
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
@@ -43,9 +42,5 @@ struct ClipPlan {
 
 /// Says on standard error which streams are converted or left out.
 void reportStreams(MediaInput& input, const ClipPlan& plan);
-
-/// Describes the plan for a user, one fact per line.
-void describe(std::FILE* to, const Job& job);
-void describe(std::FILE* to, MediaInput& input, const ClipPlan& plan, const BurninOptions& options);
 
 }  // namespace nkdraw::tool

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "burnin/burnin.h"
 
+#include "burnin/clip_description.h"
 #include "burnin/clip_plan.h"
 #include "burnin/layer_sources.h"
 #include "burnin/picture_burner.h"
 #include "burnin/sequence_burnin.h"
 #include "burnin/test_pattern.h"
+#include "cli/media_pieces.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
 #include "media/delivery.h"
@@ -231,15 +233,18 @@ PatternOutput planOutput(const Job& job, const BurninOptions& options) {
   return output;
 }
 
-void describe(std::FILE* to, const Job& job, const PatternOutput& output,
+void describe(Description& to, const Job& job, const PatternOutput& output,
               const BurninOptions& options) {
-  std::fprintf(to, "input     test pattern\n");
-  describe(to, job);
-  std::fprintf(to, "codec     %s\n",
-               options.still  ? "one picture"
-               : output.codec ? deliveryText(*output.codec, *output.format).c_str()
-                              : "uncompressed");
-  std::fprintf(to, "output    %s\n", options.output.c_str());
+  constexpr char kOutput[] = "/outputs/0";
+  to.add("input", "", {{"input", nullptr, "test pattern"}});
+  describe(to, job, options.pattern.frames);
+  to.add("codec", kOutput,
+         {encoderPiece(output.codec ? &*output.codec : nullptr,
+                       options.still  ? "one picture"
+                       : output.codec ? deliveryText(*output.codec, *output.format)
+                                      : "uncompressed")});
+  const Json format = output.format != nullptr ? Json(output.format->name) : Json(nullptr);
+  to.add("output", kOutput, {{"path", options.output}, {"format", format, ""}});
 }
 
 }  // namespace
@@ -248,7 +253,7 @@ void burnPattern(const BurninOptions& options) {
   const Job job = planPattern(options);
   const PatternOutput output = planOutput(job, options);
   checkOutput(options.output, options);
-  if (!announce(options, [&](std::FILE* to) { describe(to, job, output, options); }))
+  if (!announce(options, [&](Description& to) { describe(to, job, output, options); }))
     return;
   if (options.still)
     writePatternStill(job, options);

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "cli/run_options.h"
 
+#include "cli/description.h"
 #include "cli/option_group.h"
 #include "cli/using_media.h"
 #include "media/failure.h"
 #include "media/output_file.h"
+
+#include <cstdio>
 
 namespace nkdraw::tool {
 
@@ -21,6 +24,15 @@ void checkOutput(const std::string& path, const RunOptions& options) {
 void checkIsAnother(const std::string& output, const std::string& other, const std::string& what) {
   if (isSameFile(output, other))
     throw Failure(ExitCode::kUsage, what, output, "choose another name");
+}
+
+bool announce(const RunOptions& options, const std::function<void(Description&)>& describe) {
+  if (options.dryRun || options.verbose) {
+    Description description;
+    describe(description);
+    description.print(options.dryRun ? stdout : stderr);
+  }
+  return !options.dryRun;
 }
 
 }  // namespace nkdraw::tool

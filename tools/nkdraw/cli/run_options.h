@@ -5,11 +5,12 @@
 
 #include "cli/progress.h"
 
-#include <cstdio>
+#include <functional>
 #include <string>
 
 namespace nkdraw::tool {
 
+class Description;
 class OptionGroup;
 
 struct RunOptions {
@@ -29,13 +30,9 @@ void checkOutput(const std::string& path, const RunOptions& options);
 /// Throws the Failure `what` if `output` is the same file as `other`.
 void checkIsAnother(const std::string& output, const std::string& other, const std::string& what);
 
-/// Calls `describe` to tell the user what the run does, if that was requested. Returns whether the
-/// run continues.
-template <class Describe>
-[[nodiscard]] bool announce(const RunOptions& options, Describe describe) {
-  if (options.dryRun || options.verbose)
-    describe(options.dryRun ? stdout : stderr);
-  return !options.dryRun;
-}
+/// Tells the user what the run does, as `describe` says it, if that was requested. Returns whether
+/// the run continues.
+[[nodiscard]] bool announce(const RunOptions& options,
+                            const std::function<void(Description&)>& describe);
 
 }  // namespace nkdraw::tool

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "cli/command.h"
+#include "cli/media_pieces.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
 #include "compare/compare_options.h"
@@ -122,24 +123,45 @@ Compared forEachPair(ClipPair& clips, Take take) {
   }
 }
 
-void describe(std::FILE* to, ClipPair& clips, const ComparePlan& plan,
+void describeReport(Description& to, ClipPair& clips, const CompareOptions& options) {
+  if (!options.report)
+    return to.add("", "", {{"report", nullptr}});
+  const AVPixelFormat as = comparedFormat(decodedFormat(clips.a), decodedFormat(clips.b));
+  to.add("report", "/report",
+         {{"path", *options.report}, ": compared as ", {"pixel_format", av_get_pix_fmt_name(as)}});
+}
+
+void describeDisplay(Description& to, const ComparePlan& plan, const CompareOptions& options) {
+  to.addList("/outputs");
+  if (!options.output)
+    return to.add("", "", {{"mode", nullptr}});
+  constexpr char kOutput[] = "/outputs/0";
+  const MuxMode& mode = *options.display.mode;
+  to.add("mode", "/mode",
+         {{"name", std::string(mode.name)}, ": ", {"description", std::string(mode.description)}});
+  to.add("codec", kOutput, {encoderPiece(&*plan.codec, codecText(*plan.codec))});
+  to.add("output", kOutput, {{"path", *options.output}, ": ", {"format", plan.format->name}});
+}
+
+void describe(Description& to, ClipPair& clips, const ComparePlan& plan,
               const CompareOptions& options) {
   for (MediaInput* const clip : {&clips.a, &clips.b})
-    std::fprintf(to, "input     %s: %s, %s, %s\n", clip->path().c_str(), clip->file().iformat->name,
-                 avcodec_get_name(clip->video().codecpar->codec_id),
-                 av_get_pix_fmt_name(decodedFormat(*clip)));
-  std::fprintf(to, "frames    %dx%d, %s\n", clips.frames.width, clips.frames.height,
-               rateText(clips.frames.rate).c_str());
-  if (options.report)
-    std::fprintf(
-        to, "report    %s: compared as %s\n", options.report->c_str(),
-        av_get_pix_fmt_name(comparedFormat(decodedFormat(clips.a), decodedFormat(clips.b))));
-  if (!options.output)
-    return;
-  std::fprintf(to, "mode      %s: %s\n", std::string(options.display.mode->name).c_str(),
-               std::string(options.display.mode->description).c_str());
-  std::fprintf(to, "codec     %s\n", codecText(*plan.codec).c_str());
-  std::fprintf(to, "output    %s: %s\n", options.output->c_str(), plan.format->name);
+    to.add("input", "/inputs/-",
+           {{"path", clip->path()},
+            ": ",
+            formatPiece(*clip),
+            ", ",
+            codecPiece(*clip),
+            ", ",
+            {"pixel_format", av_get_pix_fmt_name(decodedFormat(*clip))}});
+  to.add("frames", "/frames",
+         {{"width", clips.frames.width},
+          "x",
+          {"height", clips.frames.height},
+          ", ",
+          ratePiece(clips.frames.rate)});
+  describeReport(to, clips, options);
+  describeDisplay(to, plan, options);
 }
 
 /// The outputs must not be the inputs, or each other.
@@ -189,7 +211,7 @@ void compareClips(const CompareOptions& options) {
   clips.beginDamage(options.onDamage);
   const ComparePlan plan = planCompare(clips, options);
   checkNames(options);
-  if (!announce(options, [&](std::FILE* to) { describe(to, clips, plan, options); }))
+  if (!announce(options, [&](Description& to) { describe(to, clips, plan, options); }))
     return;
   const Compared compared = writeComparison(clips, plan, options);
   if (compared.longer != nullptr)

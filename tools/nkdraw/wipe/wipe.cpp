@@ -8,6 +8,7 @@
 #include "media/stream_facts.h"
 #include "media/video_feed.h"
 #include "wipe/join_writer.h"
+#include "wipe/wipe_description.h"
 #include "wipe/wipe_names.h"
 #include "wipe/wipe_plan.h"
 
@@ -177,7 +178,7 @@ void wipeClips(const WipeOptions& options) {
   clips.beginDamage(options.onDamage);
   const WipePlan plan = planWipe(clips, options);
   checkOutput(options.output, options);
-  if (!announce(options, [&](std::FILE* to) { describe(to, clips, plan, options); }))
+  if (!announce(options, [&](Description& to) { describe(to, clips, plan, options); }))
     return;
   JoinWriter writer(clips, plan, options);
   if (plan.isInPlace())

@@ -105,36 +105,6 @@ void planTimes(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {
     failTooShort(clips.b, plan.duration);
 }
 
-void describeTransition(std::FILE* to, ClipPair& clips, const WipePlan& plan) {
-  std::fprintf(to, "wipe      %s%s%s\n", wipeText(plan.word & NKWipeLastNumber).c_str(),
-               (plan.word & NKWipeSwap) != 0 ? ", inputs swapped" : "",
-               plan.backwards ? ", backwards" : "");
-  std::fprintf(to, "from      %s, for %lld frames\n", frameText(plan.at, clips.frames.rate).c_str(),
-               static_cast<long long>(plan.duration));
-  if (const FrameCount b = countOf(clips.b); b.frames > 0)
-    std::fprintf(to, "written   %s%lld frames\n", b.exact ? "" : "about ",
-                 static_cast<long long>(plan.at + b.frames));
-}
-
-std::string describeTrack(const AudioTrackPlan& track, AudioMode mode) {
-  const auto name = [](std::optional<int> stream) {
-    return stream ? "stream " + std::to_string(*stream) : std::string("silence");
-  };
-  return name(track.a) + (mode == AudioMode::kCut ? ", cut to " : ", faded into ") + name(track.b) +
-         ": " + track.codec.codec->name;
-}
-
-/// The streams of a clip that the output leaves out.
-void describeLeftOut(std::FILE* to, MediaInput& clip, bool audio) {
-  for (unsigned i = 0; i < clip.file().nb_streams; ++i) {
-    const AVStream& stream = *clip.file().streams[i];
-    if (&stream == &clip.video() || (audio && stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO))
-      continue;
-    std::fprintf(to, "left out  stream %u of %s (%s)\n", i, clip.path().c_str(),
-                 describeStream(stream).c_str());
-  }
-}
-
 }  // namespace
 
 void failTooShort(const MediaInput& clip, std::int64_t needed) {
@@ -173,26 +143,6 @@ WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
   else if (timecode.known)
     plan.timecodeTag = timecodeText(timecode, 0);
   return plan;
-}
-
-void describe(std::FILE* to, ClipPair& clips, const WipePlan& plan, const WipeOptions& options) {
-  for (MediaInput* const clip : {&clips.a, &clips.b})
-    std::fprintf(to, "input     %s: %s, %s\n", clip->path().c_str(), clip->file().iformat->name,
-                 avcodec_get_name(clip->video().codecpar->codec_id));
-  std::fprintf(to, "method    %s\n",
-               plan.isInPlace() ? "in place: frames outside the transition are copied"
-                                : "transcode: frames are decoded, wiped and encoded");
-  std::fprintf(to, "frames    %dx%d, %s\n", clips.frames.width, clips.frames.height,
-               rateText(clips.frames.rate).c_str());
-  std::fprintf(to, "layout    %s: %s\n", std::string(plan.layout->name).c_str(),
-               std::string(plan.layout->description).c_str());
-  describeTransition(to, clips, plan);
-  for (const AudioTrackPlan& track : plan.audio)
-    std::fprintf(to, "sound     %s\n", describeTrack(track, options.audio.mode).c_str());
-  for (MediaInput* const clip : {&clips.a, &clips.b})
-    describeLeftOut(to, *clip, !plan.audio.empty());
-  std::fprintf(to, "codec     %s\n", plan.codec ? codecText(*plan.codec).c_str() : "unchanged");
-  std::fprintf(to, "output    %s: %s\n", options.output.c_str(), plan.format->name);
 }
 
 }  // namespace nkdraw::tool

@@ -12,7 +12,6 @@
 #include "wipe/wipe_options.h"
 
 #include <cstdint>
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
@@ -45,8 +44,5 @@ struct WipePlan {
 
 /// Throws the Failure for a clip without the frame `index` that the transition needs.
 [[noreturn]] void failTooShort(const MediaInput& clip, std::int64_t needed);
-
-/// Describes the plan for a user, one fact per line.
-void describe(std::FILE* to, ClipPair& clips, const WipePlan& plan, const WipeOptions& options);
 
 }  // namespace nkdraw::tool

@@ -119,7 +119,7 @@ void BurninArguments::addWritingTo(CLI::App& command) {
   group.add("--still", still_, "N", "Frame N as a picture: .png, .tif, .dpx or .jpg");
   addProgress(group, run_);
   group.addFlag("--overwrite", run_.overwrite, "Replace OUTPUT if it exists");
-  group.addFlag("--dry-run", run_.dryRun, "Say what would be done and write nothing");
+  addDryRun(group, run_);
 }
 
 void BurninArguments::addPatternTo(CLI::App& command) {
@@ -137,6 +137,7 @@ BurninOptions BurninArguments::read() const {
   options.libraryAlpha = keepAlpha_;
   if (listLayouts_)
     return options;
+  checkRun(options);
   readFiles(options);
   readOverlay(options.overlay);
   readRange(options);

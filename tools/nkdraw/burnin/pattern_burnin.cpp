@@ -237,6 +237,7 @@ void describe(Description& to, const Job& job, const PatternOutput& output,
               const BurninOptions& options) {
   constexpr char kOutput[] = "/outputs/0";
   to.add("input", "", {{"input", nullptr, "test pattern"}});
+  to.add("", "", {{"method", "in-place"}, {"picture", nullptr}});
   describe(to, job, options.pattern.frames);
   to.add("codec", kOutput,
          {encoderPiece(output.codec ? &*output.codec : nullptr,
@@ -245,6 +246,8 @@ void describe(Description& to, const Job& job, const PatternOutput& output,
                                       : "uncompressed")});
   const Json format = output.format != nullptr ? Json(output.format->name) : Json(nullptr);
   to.add("output", kOutput, {{"path", options.output}, {"format", format, ""}});
+  to.addList(std::string(kOutput) + "/streams");
+  to.addList("/notes");
 }
 
 }  // namespace

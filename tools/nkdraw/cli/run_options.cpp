@@ -17,6 +17,17 @@ void addProgress(const OptionGroup& group, RunOptions& options) {
             "a terminal), json or none");
 }
 
+void addDryRun(const OptionGroup& group, RunOptions& options) {
+  group.addFlag("--dry-run", options.dryRun, "Say what would be done and write nothing");
+  group.addFlag("--json", options.json, "With --dry-run: say it as a JSON object, for programs");
+}
+
+void checkRun(const RunOptions& options) {
+  if (options.json && !options.dryRun)
+    throw Failure(ExitCode::kUsage, "only a dry run is told as JSON", "--json",
+                  "give --dry-run, too");
+}
+
 void checkOutput(const std::string& path, const RunOptions& options) {
   checkOutputName(path, options.overwrite, "choose another name or give --overwrite");
 }
@@ -30,7 +41,10 @@ bool announce(const RunOptions& options, const std::function<void(Description&)>
   if (options.dryRun || options.verbose) {
     Description description;
     describe(description);
-    description.print(options.dryRun ? stdout : stderr);
+    if (options.json)
+      description.printJson(stdout);
+    else
+      description.print(options.dryRun ? stdout : stderr);
   }
   return !options.dryRun;
 }

@@ -14,7 +14,7 @@ class Description;
 class OptionGroup;
 
 struct RunOptions {
-  bool overwrite = false, dryRun = false, verbose = false;
+  bool overwrite = false, dryRun = false, json = false, verbose = false;
   std::string progress = "line";
 
   /// Throws Failure for a form that isn't known.
@@ -23,6 +23,12 @@ struct RunOptions {
 
 /// Adds the option for the progress.
 void addProgress(const OptionGroup& group, RunOptions& options);
+
+/// Adds the options for a dry run.
+void addDryRun(const OptionGroup& group, RunOptions& options);
+
+/// Throws Failure for options that don't go together.
+void checkRun(const RunOptions& options);
 
 /// Throws the Failure for an output that can't be written, without touching any file.
 void checkOutput(const std::string& path, const RunOptions& options);

@@ -144,13 +144,14 @@ void CompareArguments::addWritingTo(CLI::App& command) {
             "Encode with this encoder of FFmpeg (losslessly, by\nkind of file)");
   addProgress(group, plain_);
   group.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT and the report if they exist");
-  group.addFlag("--dry-run", plain_.dryRun, "Say what would be done and write nothing");
+  addDryRun(group, plain_);
 }
 
 CompareOptions CompareArguments::read() const {
   CompareOptions options = plain_;
   if (options.list)
     return options;
+  checkRun(options);
   if (options.a.empty() || options.b.empty())
     throw Failure(ExitCode::kUsage, "a file name is missing", "nkdraw compare",
                   "give A, B and OUTPUT; see nkdraw compare --help");

@@ -93,7 +93,7 @@ void WipeArguments::addWritingTo(CLI::App& command) {
             "by layout and kind of file)");
   addProgress(group, plain_);
   group.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT if it exists");
-  group.addFlag("--dry-run", plain_.dryRun, "Say what would be done and write nothing");
+  addDryRun(group, plain_);
 }
 
 WipeOptions WipeArguments::read() const {
@@ -101,6 +101,7 @@ WipeOptions WipeArguments::read() const {
   options.audio.mode = readAudio(audio_);
   if (options.list)
     return options;
+  checkRun(options);
   if (options.a.empty() || options.b.empty() || options.output.empty())
     throw Failure(ExitCode::kUsage, "a file name is missing", "nkdraw wipe",
                   "give A, B and OUTPUT; see nkdraw wipe --help");

@@ -8,7 +8,9 @@
 #include "media/encoder.h"
 #include "media/libav.h"
 #include "media/media_input.h"
+#include "media/stream_plan.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,10 +19,12 @@ namespace nkdraw::media {
 /// One output file.
 struct OutputRequest {
   std::string path;
+  std::optional<std::string> format;  ///< the kind of file; none: by the path
   CodecRequest codec = {"--codec", {}};
   bool lossless = false;
   bool viewingCopy = false;
   std::vector<std::string> containerOptions;  ///< "KEY=VALUE", for FFmpeg's muxer
+  StreamRequest streams;
 
   /// Whether the video may stay as it is stored.
   [[nodiscard]] bool leavesVideo() const { return !codec.asked && !viewingCopy; }

@@ -65,11 +65,10 @@ void BurninArguments::addTo(CLI::App& command) {
   addLookTo(command);
   layers_.addTo(command);
   addWritingTo(command);
-  delivery_.addTo(command);
-  streams_.addTo(command);
+  outputs_.addTo(command);
   sequences_.addTo(command);
   damage_.addTo(command);
-  pipes_.addTo(command);
+  pipes_.addInputTo(command);
   addPatternTo(command);
   plain.addFlag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
   plain.addFlag("-v,--verbose", run_.verbose, "Say more, with FFmpeg's messages");
@@ -141,6 +140,7 @@ BurninOptions BurninArguments::read() const {
   readFiles(options);
   readOverlay(options.overlay);
   readRange(options);
+  readOutputs(options);
   readPattern(options);
   if (startTimecode_ && startTimecode_->empty())
     badValue(kStartOption, "", "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
@@ -149,13 +149,9 @@ BurninOptions BurninArguments::read() const {
     badValue(kRecordOption, "", "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
   options.recordTimecode = recordTimecode_;
   options.overlay.vitc = options.overlay.vitc || recordTimecode_;
-  options.delivery = delivery_.read(options.output, options.still);
   if (damage_.given() && !options.input)
     throw Failure(ExitCode::kUsage, "the test pattern is never damaged", "--on-damage",
                   "leave it out");
-  options.streams = streams_.read(options.input && !options.still);
-  if (options.delivery.viewingCopy && !options.streams.noAudio && !options.streams.audio.asked)
-    options.streams.audio.asked = "aac";
   return options;
 }
 
@@ -163,19 +159,29 @@ void BurninArguments::readFiles(BurninOptions& options) const {
   if (!input_)
     throw Failure(ExitCode::kUsage, "no files named", "nkdraw burnin",
                   "give INPUT and OUTPUT; see nkdraw burnin --help");
-  if (!output_ && !layout_)
+  const bool several = outputs_.namesAny();
+  if (!output_ && !layout_ && !several)
     throw Failure(ExitCode::kUsage, "only one file named", *input_,
                   "give INPUT and OUTPUT, or --layout for a test pattern");
-  if (output_)
-    options.input = input_;
-  options.inputShape = pipes_.input();
-  options.format = pipes_.format();
-  options.onDamage = damage_.read();
-  options.output = output_.value_or(*input_);
-  options.inputShape.startNumber = sequences_.startNumber(*input_, options.output);
-  if (options.output.empty() || input_->empty())
+  if (several && layout_)
+    throw Failure(ExitCode::kUsage, "the test pattern is written to one file", "--output",
+                  "leave it out, and name that file alone");
+  if (input_->empty())
     throw Failure(ExitCode::kUsage, "a file name is empty", "nkdraw burnin",
                   "give INPUT and OUTPUT");
+  if (output_ || several)
+    options.input = input_;
+  options.inputShape = pipes_.input();
+  options.onDamage = damage_.read();
+}
+
+void BurninArguments::readOutputs(BurninOptions& options) const {
+  const bool hasStreams = options.input && !options.still;
+  options.outputs = outputs_.read(options.input ? output_ : input_, options.still, hasStreams);
+  const std::string& name = options.output().path;
+  options.inputShape.startNumber = sequences_.startNumber(*input_, name);
+  for (const OutputRequest& output : options.outputs)
+    checkPictureName(output.path, options.still);
 }
 
 void BurninArguments::readOverlay(OverlayRequest& overlay) const {
@@ -238,7 +244,6 @@ void BurninArguments::readStill(BurninOptions& options) const {
                                           "write the number of a frame, counted from 0");
     options.range = {frame, frame};
   }
-  checkPictureName(options.output, options.still);
 }
 
 void BurninArguments::readRange(BurninOptions& options) const {

@@ -3,12 +3,11 @@
 // The command line of `nkdraw burnin`.
 #pragma once
 
-#include "burnin/delivery_options.h"
 #include "burnin/job.h"
 #include "burnin/layer_options.h"
+#include "burnin/output_options.h"
 #include "burnin/overlay_plan.h"
 #include "burnin/sequence_options.h"
-#include "burnin/stream_options.h"
 #include "cli/damage_options.h"
 #include "cli/pipe_options.h"
 #include "cli/run_options.h"
@@ -39,20 +38,20 @@ inline constexpr char kRecordOption[] = "--record-timecode";
 /// The request for one run.
 struct BurninOptions : RunOptions {
   OnDamage onDamage = OnDamage::kStop;
-  std::optional<std::string> input;  // none: the test pattern
-  InputShape inputShape;             // what the input does not tell itself
-  std::string output;
-  std::optional<std::string> format;  // of the output; none: by its name
+  std::optional<std::string> input;    // none: the test pattern
+  InputShape inputShape;               // what the input does not tell itself
+  std::vector<OutputRequest> outputs;  // one or more
   OverlayRequest overlay;
   std::optional<std::string> startTimecode, recordTimecode;
   FrameRange range;
   bool libraryAlpha = false;
-  bool still = false;  // the range is one frame, the output a picture
-  OutputRequest delivery;
-  StreamRequest streams;
+  bool still = false;              // the range is one frame, the output a picture
   const Layout* layout = nullptr;  // of the test pattern
   PatternOptions pattern;
   bool listLayouts = false;
+
+  /// The only output, of what is written alone.
+  [[nodiscard]] const OutputRequest& output() const { return outputs.front(); }
 };
 
 /// The options on the command line.
@@ -70,6 +69,7 @@ class BurninArguments {
   void addWritingTo(CLI::App& group);
   void addPatternTo(CLI::App& group);
   void readFiles(BurninOptions& options) const;
+  void readOutputs(BurninOptions& options) const;
   void readOverlay(OverlayRequest& overlay) const;
   void readLook(OverlayRequest& overlay) const;
   void readTexts(OverlayRequest& overlay) const;
@@ -84,8 +84,7 @@ class BurninArguments {
       still_;
   std::optional<std::string> layout_, patternSize_, patternRate_, patternFrames_;
   LayerArguments layers_;
-  DeliveryArguments delivery_;
-  StreamArguments streams_;
+  OutputArguments outputs_;
   PipeArguments pipes_;
   SequenceArguments sequences_;
   DamageArguments damage_;

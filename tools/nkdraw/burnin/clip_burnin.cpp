@@ -1,110 +1,96 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "burnin/burnin.h"
 
+#include "burnin/burnt_decoder.h"
 #include "burnin/clip_description.h"
 #include "burnin/clip_frames.h"
+#include "burnin/clip_output.h"
 #include "burnin/clip_plan.h"
 #include "burnin/range_check.h"
 #include "burnin/sequence_burnin.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
-#include "media/clip_facts.h"
 #include "media/failure.h"
-#include "media/first_look.h"
-#include "media/light_levels.h"
 #include "media/output_file.h"
-#include "media/read_back.h"
 #include "media/still.h"
-#include "media/stream_facts.h"
-#include "media/video_encoder.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace nkdraw::tool {
 namespace {
 
+/// Reads and burns each frame once, and writes it into every output.
 class ClipWriter {
  public:
   ClipWriter(MediaInput& input, const ClipPlan& plan, const BurninOptions& options)
       : input_(input),
         plan_(plan),
-        delivery_(options.delivery),
-        file_(options.output, options.overwrite),
-        output_(file_.temporary(), *plan.format, options.output),
-        copier_(input, output_, plan.streams, plan.window, plan.timecodeTag),
-        progress_(expectedFrames(input, plan.job.range), options.progressForm()) {}
+        progress_(expectedFrames(input, plan.job.range), options.progressForm()) {
+    for (const OutputPlan& output : plan.outputs)
+      outputs_.push_back(std::make_unique<ClipOutput>(input, plan, output, options.overwrite));
+  }
 
+  /// All outputs get their names, or none.
   void write() {
-    read_.continues = plan_.job.inPlace ? writeInPlace() : writeTranscoded();
+    for (const auto& output : outputs_) {
+      if (output->plan().inPlace)
+        packets_.emplace_back(*output, input_, plan_.job);
+      else
+        frames_.push_back(std::make_unique<FrameSink>(*output, input_, plan_));
+    }
+    read_.continues = plan_.job.inPlace ? burnPackets() : burnDecoded();
     checkRead(read_, input_, plan_.job.range);
-    copier_.finish();
-    output_.finish();
-    checkReadable(file_.temporary(), *plan_.format, file_.path());
-    file_.commit();
+    for (const auto& output : outputs_)
+      output->finish();
+    for (const auto& output : outputs_)
+      output->commit();
   }
 
  private:
-  bool writeInPlace() {
+  /// Draws on the file's own frames, which are also decoded for outputs that encode them.
+  bool burnPackets() {
     InPlaceFrames frames(input_, plan_.job);
-    AVStream& video = copier_.video();
-    const bool sameKind = isSameKind(*input_.file().iformat, *plan_.format);
-    copyCodec(input_.video(), video, *plan_.format);
-    if (!sameKind) {
-      frames.makePlain();
-      describeRaw(video, *plan_.job.layout, plan_.job.frames, *plan_.format);
-    }
-    output_.begin(muxerOptions(delivery_, *plan_.format));
-    return burnRange(input_, plan_.job, frames, others_, [&](AVPacket& packet, std::int64_t index) {
-      if (!sameKind && isOnTheGrid(packet, index))
-        writeByNumber(packet, index);
-      else
-        copier_.writeVideo(packet);
-      noteFrame(index);
-    });
-  }
-
-  /// Whether the packet's time is the exact time of its number, within the precision of the input's
-  /// time base, and no earlier packet has this time.
-  bool isOnTheGrid(const AVPacket& packet, std::int64_t index) const {
-    const AVStream& video = input_.video();
-    if (packet.pts == AV_NOPTS_VALUE || video.start_time == AV_NOPTS_VALUE || index < next_)
-      return false;
-    const std::int64_t exact =
-        video.start_time + av_rescale_q(index, av_inv_q(plan_.job.frames.rate), video.time_base);
-    return std::abs(packet.pts - exact) <= 1;
-  }
-
-  /// Gives the packet its exact time, which Matroska rounds to milliseconds.
-  void writeByNumber(AVPacket& packet, std::int64_t index) {
-    next_ = index + 1;
-    packet.pts = packet.dts = index - plan_.job.range.first;
-    packet.duration = 1;
-    copier_.writeEncoded(packet, av_inv_q(plan_.job.frames.rate));
-  }
-
-  bool writeTranscoded() {
-    const Frame example = exampleOf(input_, plan_.picture.drawn);
-    if (plan_.first != nullptr)
-      completeFrom(*plan_.first, input_.video(), *example);
-    VideoEncoder encoder(*plan_.codec, *example, plan_.job.frames, *plan_.format);
-    encoder.describeTo(copier_.video());
-    copier_.video().codecpar->field_order =
-        fieldOrderFor(input_.video(), plan_.first.get(), plan_.codec->codec->id);
-    if (plan_.first != nullptr)
-      copyLightLevels(*plan_.first, copier_.video());
-    output_.begin(muxerOptions(delivery_, *plan_.format));
-    const auto take = [&](AVPacket& packet) { copier_.writeEncoded(packet, encoder.timeBase()); };
-    TranscodedFrames frames(plan_.job, plan_.picture.drawn);
-    FramePlaces places;
+    std::optional<BurntDecoder> decoder;
+    if (!frames_.empty())
+      decoder.emplace(input_, plan_,
+                      [this](AVFrame& frame, std::int64_t index) { encode(frame, index); });
     const bool pastRange =
-        burnRange(input_, plan_.job, frames, others_, [&](AVFrame& frame, std::int64_t index) {
-          encoder.encode(&frame, places.placeOf(index - plan_.job.range.first), take);
+        burnRange(input_, plan_.job, frames, others_, [&](AVPacket& packet, std::int64_t index) {
+          for (PacketSink& sink : packets_)
+            sink.write(packet, index, frames);
+          if (decoder)
+            decoder->decode(packet, index);
           noteFrame(index);
         });
-    encoder.encode(nullptr, 0, take);
+    if (decoder)
+      decoder->finish();
+    finishEncoding();
     return pastRange;
+  }
+
+  bool burnDecoded() {
+    TranscodedFrames frames(plan_.job, plan_.picture.drawn);
+    const bool pastRange =
+        burnRange(input_, plan_.job, frames, others_, [&](AVFrame& frame, std::int64_t index) {
+          encode(frame, index);
+          noteFrame(index);
+        });
+    finishEncoding();
+    return pastRange;
+  }
+
+  void encode(AVFrame& frame, std::int64_t index) {
+    for (const auto& sink : frames_)
+      sink->encode(frame, index);
+  }
+
+  void finishEncoding() {
+    for (const auto& sink : frames_)
+      sink->finish();
   }
 
   void noteFrame(std::int64_t index) {
@@ -114,15 +100,20 @@ class ClipWriter {
 
   MediaInput& input_;
   const ClipPlan& plan_;
-  const OutputRequest& delivery_;
-  OutputFile file_;
-  MediaOutput output_;
-  StreamCopier copier_;
+  std::vector<std::unique_ptr<ClipOutput>> outputs_;
+  std::vector<PacketSink> packets_;
+  std::vector<std::unique_ptr<FrameSink>> frames_;
   Progress progress_;
-  OtherPackets others_ = {[this](AVPacket& packet) { copier_.write(packet); },
-                          [this] { return copier_.audioIsThrough(); }};
+  OtherPackets others_ = {[this](AVPacket& packet) {
+                            for (const auto& output : outputs_)
+                              output->writeOther(packet);
+                          },
+                          [this] {
+                            return std::ranges::all_of(outputs_, [](const auto& output) {
+                              return output->copier().audioIsThrough();
+                            });
+                          }};
   RangeRead read_;
-  std::int64_t next_ = 0;  // the lowest number that is still free
 };
 
 /// Passes on the frames of the range, burnt. Returns whether the video continues past it.
@@ -144,11 +135,12 @@ bool burnStill(MediaInput& input, const ClipPlan& plan, const TakeFrame& take) {
 }
 
 void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
-  OutputFile file(options.output, options.overwrite);
+  const std::string& name = plan.output().request.path;
+  OutputFile file(name, options.overwrite);
   RangeRead read;
   read.continues = burnStill(input, plan, [&](AVFrame& frame) {
     if (read.written == 0)
-      writeStill(frame, file.temporary(), options.output, plan.job.orientation);
+      writeStill(frame, file.temporary(), name, plan.job.orientation);
     read.note(plan.job.range.first);
   });
   checkRead(read, input, plan.job.range);
@@ -158,20 +150,24 @@ void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions
 }  // namespace
 
 void burnClip(const BurninOptions& options) {
-  checkIsAnother(options.output, *options.input, "the output is the input");
+  for (const OutputRequest& output : options.outputs)
+    checkIsAnother(output.path, *options.input, "the output is the input");
   MediaInput input(*options.input, options.inputShape);
   input.damage().setAction(options.onDamage);
   const ClipPlan plan = planClip(input, options);
-  if (writesSequence(options))
+  const bool sequence = !options.still && writesSequence(options.output());
+  if (sequence)
     checkSequenceOutput(input, plan, options);
-  else
-    checkOutput(options.output, options);
+  for (const OutputRequest& output : options.outputs) {
+    if (!sequence)
+      checkOutput(output.path, options);
+  }
   input.damage().setTimecode(plan.job.timecode);
-  if (!announce(options, [&](Description& to) { describe(to, input, plan, options); }))
+  if (!announce(options, [&](Description& to) { describe(to, input, plan); }))
     return;
   if (options.still)
     writeClipStill(input, plan, options);
-  else if (writesSequence(options))
+  else if (sequence)
     writeSequence(input, plan, options);
   else
     ClipWriter(input, plan, options).write();

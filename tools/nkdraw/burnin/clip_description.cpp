@@ -10,8 +10,6 @@
 namespace nkdraw::tool {
 namespace {
 
-constexpr char kOutput[] = "/outputs/0";
-
 /// By the StreamAction.
 constexpr const char* kActions[] = {"burn", "copy", "convert", "chapters", "timecode", "leave-out"};
 
@@ -109,11 +107,12 @@ void describeRange(Description& to, FrameRange range, std::int64_t frames) {
 }
 
 /// The video itself needs no line.
-void describeStreams(Description& to, MediaInput& input, const ClipPlan& plan) {
-  const std::string list = std::string(kOutput) + "/streams";
+void describeStreams(Description& to, MediaInput& input, const OutputPlan& output,
+                     const std::string& place) {
+  const std::string list = place + "/streams";
   to.addList(list);
-  for (std::size_t i = 0; i < plan.streams.size(); ++i) {
-    const StreamPlan& stream = plan.streams[i];
+  for (std::size_t i = 0; i < output.streams.size(); ++i) {
+    const StreamPlan& stream = output.streams[i];
     const bool isVideo = stream.action == StreamAction::kBurn;
     to.add(isVideo ? "" : "stream " + std::to_string(i), list + "/-",
            {{"index", i, ""},
@@ -128,16 +127,19 @@ void describeStreams(Description& to, MediaInput& input, const ClipPlan& plan) {
   }
 }
 
-void describeOutput(Description& to, const ClipPlan& plan, const BurninOptions& options) {
-  to.add("codec", kOutput,
-         {encoderPiece(plan.codec ? &*plan.codec : nullptr,
-                       options.still ? "one picture"
-                       : plan.codec  ? deliveryText(*plan.codec, *plan.format)
-                                     : "unchanged")});
-  const Json format = plan.format != nullptr ? Json(plan.format->name) : Json(nullptr);
-  to.add("output", kOutput,
-         {{"path", options.output},
-          {"format", format, plan.format != nullptr ? ": " + std::string(plan.format->name) : ""}});
+void describeOutput(Description& to, MediaInput& input, const OutputPlan& output,
+                    const std::string& place) {
+  const bool still = output.format == nullptr;
+  describeStreams(to, input, output, place);
+  to.add("codec", place,
+         {encoderPiece(output.codec ? &*output.codec : nullptr,
+                       still          ? "one picture"
+                       : output.codec ? deliveryText(*output.codec, *output.format)
+                                      : "unchanged")});
+  to.add("output", place,
+         {{"path", output.request.path},
+          {"format", still ? Json(nullptr) : Json(output.format->name),
+           still ? "" : ": " + std::string(output.format->name)}});
 }
 
 }  // namespace
@@ -154,13 +156,12 @@ void describe(Description& to, const Job& job, std::int64_t frames) {
   describeRange(to, job.range, frames);
 }
 
-void describe(Description& to, MediaInput& input, const ClipPlan& plan,
-              const BurninOptions& options) {
+void describe(Description& to, MediaInput& input, const ClipPlan& plan) {
   describeInput(to, input);
   describeMethod(to, plan);
   describe(to, plan.job, input.video().nb_frames);
-  describeStreams(to, input, plan);
-  describeOutput(to, plan, options);
+  for (std::size_t i = 0; i < plan.outputs.size(); ++i)
+    describeOutput(to, input, plan.outputs[i], "/outputs/" + std::to_string(i));
   to.addList("/notes");
   for (const std::string& note : plan.notes)
     to.addText("note", "/notes/-", note);

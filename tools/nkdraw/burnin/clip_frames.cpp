@@ -22,10 +22,8 @@ InPlaceFrames::InPlaceFrames(MediaInput& input, const Job& job)
 AVPacket& InPlaceFrames::burn(AVPacket& packet, std::int64_t index) {
   if (av_packet_make_writable(&packet) < 0)
     throw std::bad_alloc();
-  const Picture rows = rows_.rowsOf(packet, index, input_);
-  burner_.burn(rows, index, captionsOf(packet));
-  if (plain_)
-    rows_.makePlain(packet, rows);
+  burnt_ = rows_.rowsOf(packet, index, input_);
+  burner_.burn(burnt_, index, captionsOf(packet));
   return packet;
 }
 

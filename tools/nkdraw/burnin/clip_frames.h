@@ -25,18 +25,18 @@ class InPlaceFrames {
   using Feed = PacketFeed;
   InPlaceFrames(MediaInput& input, const Job& job);
 
-  /// Also converts frames to the plain form, for an output in another file format than the input.
-  void makePlain() { plain_ = true; }
-
   /// Burns into the packet of frame `index`. Throws Failure if the frame is truncated.
   [[nodiscard]] AVPacket& burn(AVPacket& packet, std::int64_t index);
+  /// Converts another owner of the data of the packet burnt last to the plain form, for an output
+  /// in another file format than the input.
+  void makePlain(AVPacket& packet) const { rows_.makePlain(packet, burnt_); }
   [[nodiscard]] Burner& burner() { return burner_.burner(); }
 
  private:
   MediaInput& input_;
   PacketRows rows_;
   PictureBurner burner_;
-  bool plain_ = false;
+  Picture burnt_;
 };
 
 /// For all other clips: draws on decoded frames, in their own format if that can be drawn on, else

@@ -9,10 +9,6 @@
 #include "media/failure.h"
 #include "media/first_look.h"
 #include "media/frame_converter.h"
-#include "media/image_sequence.h"
-#include "media/picture_kind.h"
-#include "media/range_signal.h"
-#include "media/stream_codec.h"
 #include "media/stream_facts.h"
 
 #include <algorithm>
@@ -40,68 +36,6 @@ TimeWindow windowOf(MediaInput& input, const Job& job) {
   return {.shift = first, .video = first, .first = first, .end = end};
 }
 
-const AVOutputFormat& outputFormat(const BurninOptions& options) {
-  return writesSequence(options) ? sequenceFormat() : formatFor(options.output, options.format);
-}
-
-CodecChoice chooseCodec(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
-  const AVPixelFormat drawn = plan.picture.drawn;
-  return writesSequence(options)
-             ? sequenceCodec(options.delivery.codec, drawn, options.output)
-             : chooseDelivery(options.delivery, sourceVideo(input, plan.job.frames, drawn),
-                              *plan.format);
-}
-
-std::vector<StreamPlan> videoAlone(MediaInput& input) {
-  const StreamPlan none = {
-      StreamAction::kLeaveOut, "this kind of output holds one video alone", {}};
-  std::vector<StreamPlan> streams(input.file().nb_streams, none);
-  streams[static_cast<std::size_t>(input.video().index)] = {StreamAction::kBurn, {}, {}};
-  return streams;
-}
-
-void planOutput(ClipPlan& plan, MediaInput& input, const BurninOptions& options) {
-  const Job& job = plan.job;
-  const bool counts = countsAllFrames(job.timecode, job.frames.rate);
-  if (!counts)
-    plan.timecodeTag = "";
-  else if (job.timecode.known)
-    plan.timecodeTag = timecodeText(job.timecode, job.range.first);
-  if (!job.inPlace)
-    plan.codec = chooseCodec(input, plan, options);
-  plan.streams = holdsVideoAlone(*plan.format) ? videoAlone(input)
-                                               : planStreams(input, *plan.format, options.streams);
-  for (StreamPlan& stream : plan.streams) {
-    if (!counts && stream.action == StreamAction::kTimecode)
-      stream = {StreamAction::kLeaveOut, "files count timecode otherwise at this frame rate", {}};
-  }
-}
-
-/// Whether the output holds frames as they are stored; a still is made from them.
-bool staysInPlace(MediaInput& input, const Layout& layout, const AVOutputFormat* format,
-                  const BurninOptions& options) {
-  if (format == nullptr)
-    return true;
-  return options.delivery.leavesVideo() && !isAlwaysEncoded(*format) &&
-         (isSameKind(*input.file().iformat, *format) || keeps(*format, layout));
-}
-
-/// What becomes of a range that the output can't tell.
-void noteRange(ClipPlan& plan, MediaInput& input) {
-  const Frame example = exampleOf(input, plan.picture.drawn);
-  if (plan.first != nullptr)
-    completeFrom(*plan.first, input.video(), *example);
-  const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(plan.picture.drawn);
-  const bool isYUV = (facts.flags & AV_PIX_FMT_FLAG_RGB) == 0 && facts.nb_components >= 3;
-  if (!isYUV || !usesFullRange(*example))
-    return;
-  const FullRange fate = fullRangeIn(*plan.codec->codec, *plan.format);
-  if (fate == FullRange::kUntold)
-    plan.notes.emplace_back("the full range is kept, but this kind of file does not tell players");
-  if (fate == FullRange::kGivenUp)
-    plan.notes.emplace_back("the full range becomes studio range: the output could not tell it");
-}
-
 FrameKind shownFrames(const Job& job) {
   FrameKind shown = job.frames;
   if (job.orientation.turned)
@@ -109,33 +43,26 @@ FrameKind shownFrames(const Job& job) {
   return shown;
 }
 
-}  // namespace
-
-std::optional<TimecodeStart> recordTimecode(const BurninOptions& options, AVRational rate) {
-  if (!options.recordTimecode)
-    return std::nullopt;
-  return timecodeFromText(*options.recordTimecode, rate, kRecordOption);
-}
-
-ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
-  ClipPlan plan;
+/// How the frames are stored and drawn on.
+void planPicture(ClipPlan& plan, MediaInput& input, const Layout* own) {
   Job& job = plan.job;
-  const Layout* const own = ownLayout(input);
   job.orientation = orientationOf(input.video());
-  if (!options.still)
-    plan.format = &outputFormat(options);
-  job.inPlace = own != nullptr && job.orientation.isUpright() &&
-                staysInPlace(input, *own, plan.format, options);
-  if (!job.inPlace)
+  job.inPlace = std::ranges::any_of(plan.outputs, &OutputPlan::inPlace);
+  const bool encodes = !std::ranges::all_of(plan.outputs, &OutputPlan::inPlace);
+  if (encodes)
     plan.picture = formatsFor(decodedFormat(input));
   job.layout = job.inPlace ? own : &layoutOf(canvasKindFor(plan.picture.drawn).type);
   job.frames = framesOf(input, own);
-  if (!job.inPlace) {
+  if (encodes) {
     plan.first = firstLook(input);
     job.frames.interlaced = isInterlaced(input.video(), plan.first.get());
   }
   job.frames.pairs = isYCbCr(job.layout->type);
   job.shown = shownFrames(job);
+}
+
+/// What is burnt into which frames.
+void planBurn(Job& job, MediaInput& input, const BurninOptions& options) {
   job.timecode = options.startTimecode
                      ? timecodeFromText(*options.startTimecode, job.frames.rate, kStartOption)
                      : timecodeOf(input, job.frames.rate);
@@ -146,17 +73,44 @@ ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
                          recordTimecode(options, job.frames.rate));
   job.captions = captionsFor(job);
   job.sound = job.plan.request.meters ? soundOf(input) : nullptr;
-  plan.window = windowOf(input, job);
-  if (!options.still)
-    planOutput(plan, input, options);
-  plan.notes = formatNotes(plan.picture, plan.codec);
-  std::ranges::copy(sequenceNotes(input), std::back_inserter(plan.notes));
-  if (plan.codec && !writesSequence(options))
-    noteRange(plan, input);
-  if (plan.codec && !plan.codec->note.empty())
-    plan.notes.push_back(plan.codec->note);
-  if (plan.format != nullptr && !job.orientation.isUpright() && !tellsOrientation(*plan.format))
-    plan.notes.emplace_back("this kind of file does not tell players how the picture is turned");
+}
+
+void gatherNotes(ClipPlan& plan, MediaInput& input) {
+  plan.notes = sequenceNotes(input);
+  for (const OutputPlan& output : plan.outputs) {
+    for (const std::string& note : output.notes)
+      plan.notes.push_back(prefixOf(plan, output) + note);
+  }
+}
+
+}  // namespace
+
+std::optional<TimecodeStart> recordTimecode(const BurninOptions& options, AVRational rate) {
+  if (!options.recordTimecode)
+    return std::nullopt;
+  return timecodeFromText(*options.recordTimecode, rate, kRecordOption);
+}
+
+std::string prefixOf(const ClipPlan& plan, const OutputPlan& output) {
+  return plan.outputs.size() > 1 ? output.request.path + ": " : "";
+}
+
+ClipPlan planClip(MediaInput& input, const BurninOptions& options) {
+  ClipPlan plan;
+  const Layout* const own = ownLayout(input);
+  plan.outputs = beginOutputs(input, own, options);
+  planPicture(plan, input, own);
+  planBurn(plan.job, input, options);
+  plan.window = windowOf(input, plan.job);
+  if (!countsAllFrames(plan.job.timecode, plan.job.frames.rate))
+    plan.timecodeTag = "";
+  else if (plan.job.timecode.known)
+    plan.timecodeTag = timecodeText(plan.job.timecode, plan.job.range.first);
+  for (OutputPlan& output : plan.outputs) {
+    if (output.format != nullptr)
+      planOutput(output, plan, input);
+  }
+  gatherNotes(plan, input);
   return plan;
 }
 
@@ -169,12 +123,14 @@ std::string rangeText(FrameRange range) {
 }
 
 void reportStreams(MediaInput& input, const ClipPlan& plan) {
-  for (std::size_t i = 0; i < plan.streams.size(); ++i) {
-    const StreamAction action = plan.streams[i].action;
-    if (action == StreamAction::kConvert || action == StreamAction::kLeaveOut)
-      std::fprintf(stderr, "nkdraw: note: stream %zu (%s) is %s\n", i,
-                   describeStream(*input.file().streams[i]).c_str(),
-                   planText(plan.streams[i]).c_str());
+  for (const OutputPlan& output : plan.outputs) {
+    for (std::size_t i = 0; i < output.streams.size(); ++i) {
+      const StreamPlan& stream = output.streams[i];
+      if (stream.action == StreamAction::kConvert || stream.action == StreamAction::kLeaveOut)
+        std::fprintf(stderr, "nkdraw: note: %sstream %zu (%s) is %s\n",
+                     prefixOf(plan, output).c_str(), i,
+                     describeStream(*input.file().streams[i]).c_str(), planText(stream).c_str());
+    }
   }
 }
 

@@ -6,9 +6,9 @@
 
 #include "burnin/burnin_options.h"
 #include "burnin/job.h"
+#include "burnin/output_plan.h"
 #include "burnin/picture_formats.h"
 #include "cli/using_media.h"
-#include "media/delivery.h"
 #include "media/media_input.h"
 #include "media/stream_copy.h"
 
@@ -21,13 +21,14 @@ namespace nkdraw::tool {
 struct ClipPlan {
   Job job;
   PictureFormats picture;
-  Frame first;                             // the first decoded one, if it was looked at
-  const AVOutputFormat* format = nullptr;  // null for a still
-  std::optional<CodecChoice> codec;        // if frames are encoded
-  std::vector<StreamPlan> streams;         // empty for a still
+  Frame first;  // the first decoded one, if it was looked at
   TimeWindow window;
   std::optional<std::string> timecodeTag;  // the first written frame's; empty to drop the input's
+  std::vector<OutputPlan> outputs;         // one or more
   std::vector<std::string> notes;          // what a user should know that is not as asked or usual
+
+  /// The only output, of what is written alone.
+  [[nodiscard]] const OutputPlan& output() const { return outputs.front(); }
 };
 
 /// The record timecode of the clip's first frame, if asked for. Throws Failure.
@@ -42,5 +43,8 @@ struct ClipPlan {
 
 /// Says on standard error which streams are converted or left out.
 void reportStreams(MediaInput& input, const ClipPlan& plan);
+
+/// What stands before words about one of several outputs: its name.
+[[nodiscard]] std::string prefixOf(const ClipPlan& plan, const OutputPlan& output);
 
 }  // namespace nkdraw::tool

@@ -150,7 +150,7 @@ void decodePattern(const Job& job, const TakeFrame& take) {
 void writeRaw(const Job& job, const BurninOptions& options, MediaOutput& output, AVStream& stream) {
   describeRaw(stream, *job.layout, job.frames, output.format());
   describeColours(job, *stream.codecpar, stream.codecpar->color_space);
-  output.begin(muxerOptions(options.delivery, output.format()));
+  output.begin(muxerOptions(options.output(), output.format()));
   Progress progress(job.range.last - job.range.first + 1, options.progressForm());
   PatternSource(job).run([&](AVPacket& packet) {
     packet.stream_index = stream.index;
@@ -168,7 +168,7 @@ void writeEncoded(const Job& job, const CodecChoice& choice, const BurninOptions
   describeColours(job, *example, example->colorspace);
   VideoEncoder encoder(choice, *example, job.frames, output.format());
   encoder.describeTo(stream);
-  output.begin(muxerOptions(options.delivery, output.format()));
+  output.begin(muxerOptions(options.output(), output.format()));
   const auto write = [&](AVPacket& packet) {
     packet.stream_index = stream.index;
     output.write(packet, encoder.timeBase());
@@ -184,8 +184,8 @@ void writeEncoded(const Job& job, const CodecChoice& choice, const BurninOptions
 
 void writePatternClip(const Job& job, const BurninOptions& options, const AVOutputFormat& format,
                       const std::optional<CodecChoice>& choice) {
-  OutputFile file(options.output, options.overwrite);
-  MediaOutput output(file.temporary(), format, options.output);
+  OutputFile file(options.output().path, options.overwrite);
+  MediaOutput output(file.temporary(), format, options.output().path);
   AVStream& stream = output.addStream();
   if (countsAllFrames(job.timecode, job.frames.rate))
     av_dict_set(&stream.metadata, "timecode", timecodeText(job.timecode, job.range.first).c_str(),
@@ -196,13 +196,14 @@ void writePatternClip(const Job& job, const BurninOptions& options, const AVOutp
   else
     writeRaw(job, options, output, stream);
   output.finish();
-  checkReadable(file.temporary(), format, options.output);
+  checkReadable(file.temporary(), format, options.output().path);
   file.commit();
 }
 
 void writePatternStill(const Job& job, const BurninOptions& options) {
-  OutputFile file(options.output, options.overwrite);
-  decodePattern(job, [&](AVFrame& frame) { writeStill(frame, file.temporary(), options.output); });
+  OutputFile file(options.output().path, options.overwrite);
+  decodePattern(
+      job, [&](AVFrame& frame) { writeStill(frame, file.temporary(), options.output().path); });
   file.commit();
 }
 
@@ -216,19 +217,19 @@ PatternOutput planOutput(const Job& job, const BurninOptions& options) {
   PatternOutput output;
   if (options.still)
     return output;
-  if (writesSequence(options))
-    throw Failure(ExitCode::kUsage, "the test pattern is written as a clip", options.output,
+  if (writesSequence(options.output()))
+    throw Failure(ExitCode::kUsage, "the test pattern is written as a clip", options.output().path,
                   "write .mov, and a sequence from that");
-  output.format = &formatFor(options.output, options.format);
+  output.format = &formatFor(options.output().path, options.output().format);
   const bool holdsRaw = containerOf(output.format->name) != 0 || keepsAnyRaw(*output.format);
-  if (options.delivery.leavesVideo() && holdsRaw) {
-    checkKeeps(*output.format, *job.layout, options.delivery.codec.option);
+  if (options.output().leavesVideo() && holdsRaw) {
+    checkKeeps(*output.format, *job.layout, options.output().codec.option);
   } else {
     SourceVideo source;
     source.codec = job.layout->codec;
     source.pixelFormat = job.layout->pixelFormat;
     source.frames = job.frames;
-    output.codec = chooseDelivery(options.delivery, source, *output.format);
+    output.codec = chooseDelivery(options.output(), source, *output.format);
   }
   return output;
 }
@@ -245,7 +246,7 @@ void describe(Description& to, const Job& job, const PatternOutput& output,
                        : output.codec ? deliveryText(*output.codec, *output.format)
                                       : "uncompressed")});
   const Json format = output.format != nullptr ? Json(output.format->name) : Json(nullptr);
-  to.add("output", kOutput, {{"path", options.output}, {"format", format, ""}});
+  to.add("output", kOutput, {{"path", options.output().path}, {"format", format, ""}});
   to.addList(std::string(kOutput) + "/streams");
   to.addList("/notes");
 }
@@ -255,7 +256,7 @@ void describe(Description& to, const Job& job, const PatternOutput& output,
 void burnPattern(const BurninOptions& options) {
   const Job job = planPattern(options);
   const PatternOutput output = planOutput(job, options);
-  checkOutput(options.output, options);
+  checkOutput(options.output().path, options);
   if (!announce(options, [&](Description& to) { describe(to, job, output, options); }))
     return;
   if (options.still)

@@ -54,20 +54,21 @@ class SequenceWriter {
   SequenceWriter(MediaInput& input, const ClipPlan& plan, const BurninOptions& options)
       : input_(input),
         plan_(plan),
+        output_(plan.output()),
         first_(firstNumber(input, plan.job.range, options)),
-        file_(options.output, options.overwrite),
+        file_(options.output().path, options.overwrite),
         header_(headerFor(input, plan)),
-        toPicture_(plan.codec->pixelFormat, plan.job.frames.interlaced),
+        toPicture_(output_.codec->pixelFormat, plan.job.frames.interlaced),
         progress_(expectedFrames(input, plan.job.range)) {}
 
   void write() {
     const Job& job = plan_.job;
-    const Frame example = exampleOf(input_, plan_.codec->pixelFormat);
+    const Frame example = exampleOf(input_, output_.codec->pixelFormat);
     forgetYCbCr(*example);
     // Encoders of pictures take interlacing for an order of rows in the file.
     FrameKind pictures = job.frames;
     pictures.interlaced = false;
-    VideoEncoder encoder(*plan_.codec, *example, pictures, *plan_.format);
+    VideoEncoder encoder(*output_.codec, *example, pictures, *output_.format);
     const auto take = [&](AVPacket& packet) { writePicture(packet); };
     TranscodedFrames frames(job, plan_.picture.drawn);
     const OtherPackets none = {{}, [] { return true; }};
@@ -86,7 +87,7 @@ class SequenceWriter {
   void writePicture(const AVPacket& packet) {
     const std::span<const std::uint8_t> bytes(packet.data, static_cast<std::size_t>(packet.size));
     const std::int64_t number = first_ + packet.pts;
-    if (plan_.codec->codec->id != AV_CODEC_ID_DPX)
+    if (output_.codec->codec->id != AV_CODEC_ID_DPX)
       return file_.write(number, bytes);
     DPXFacts facts = header_;
     const std::int64_t index = indexes_[static_cast<std::size_t>(packet.pts)];
@@ -103,12 +104,13 @@ class SequenceWriter {
   void finish() {
     checkRead(read_, input_, plan_.job.range);
     for (const std::int64_t number : {first_, first_ + read_.written - 1})
-      checkReadable(file_.temporary(number), *plan_.format, file_.nameOf(number));
+      checkReadable(file_.temporary(number), *output_.format, file_.nameOf(number));
     file_.commit();
   }
 
   MediaInput& input_;
   const ClipPlan& plan_;
+  const OutputPlan& output_;
   std::int64_t first_;
   SequenceOutput file_;
   DPXFacts header_;
@@ -120,8 +122,8 @@ class SequenceWriter {
 
 }  // namespace
 
-bool writesSequence(const BurninOptions& options) {
-  return !options.still && !options.format && isSequenceName(options.output);
+bool writesSequence(const OutputRequest& output) {
+  return !output.format && isSequenceName(output.path);
 }
 
 std::vector<std::string> sequenceNotes(const MediaInput& input) {
@@ -144,12 +146,12 @@ void checkSequenceOutput(MediaInput& input, const ClipPlan& plan, const BurninOp
   const std::int64_t count = expectedFrames(input, range);
   const std::int64_t last = count > 0 ? first + count - 1 : std::numeric_limits<int>::max();
   if (last > std::numeric_limits<int>::max())
-    throw Failure(ExitCode::kUsage, "the pictures' numbers are too large", options.output,
+    throw Failure(ExitCode::kUsage, "the pictures' numbers are too large", options.output().path,
                   "give a lower --start-number");
   if (input.pictures())
-    checkIsAnother(pictureName(options.output, first), pictureName(input.path(), first),
+    checkIsAnother(pictureName(options.output().path, first), pictureName(input.path(), first),
                    "the output is the input");
-  checkSequence(options.output, first, last, options.overwrite);
+  checkSequence(options.output().path, first, last, options.overwrite);
 }
 
 void writeSequence(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {

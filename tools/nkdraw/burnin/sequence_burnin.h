@@ -13,7 +13,7 @@
 namespace nkdraw::tool {
 
 /// Whether the output is an image sequence.
-[[nodiscard]] bool writesSequence(const BurninOptions& options);
+[[nodiscard]] bool writesSequence(const OutputRequest& output);
 
 /// What a user should know about an input that is an image sequence.
 [[nodiscard]] std::vector<std::string> sequenceNotes(const MediaInput& input);

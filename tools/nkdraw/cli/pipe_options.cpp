@@ -30,13 +30,24 @@ std::string readName(const std::string& option, const std::optional<std::string>
   return text.value_or("");
 }
 
+constexpr char kHeading[] = "Pipes: - is the standard input or output";
+
 }  // namespace
 
+void addFormatTo(CLI::App& command, std::optional<std::string>& format) {
+  OptionGroup(command, kHeading)
+      .add("--format", format, "NAME",
+           "Kind of file to write: mov, avi, matroska, nut, y4m,\n"
+           "rawvideo ... (by OUTPUT's suffix; nut for a pipe)");
+}
+
 void PipeArguments::addTo(CLI::App& command) {
-  OptionGroup group(command, "Pipes: - is the standard input or output");
-  group.add("--format", format_, "NAME",
-            "Kind of file to write: mov, avi, matroska, nut, y4m,\n"
-            "rawvideo ... (by OUTPUT's suffix; nut for a pipe)");
+  addFormatTo(command, format_);
+  addInputTo(command);
+}
+
+void PipeArguments::addInputTo(CLI::App& command) {
+  OptionGroup group(command, kHeading);
   group.add("--input-format", inputFormat_, "NAME",
             "Kind of file to read, where its content does not tell");
   group.add("--input-size", inputSize_, "WxH", "Frame size of raw video");

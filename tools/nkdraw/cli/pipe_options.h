@@ -19,6 +19,8 @@ class PipeArguments {
  public:
   /// Adds them to the command line of a sub-command, which they must outlive.
   void addTo(CLI::App& command);
+  /// Adds those for the input alone.
+  void addInputTo(CLI::App& command);
 
   /// What is told about the input. Throws Failure for impossible values.
   [[nodiscard]] InputShape input() const;
@@ -28,6 +30,9 @@ class PipeArguments {
  private:
   std::optional<std::string> format_, inputFormat_, inputSize_, inputLayout_, inputRate_;
 };
+
+/// Adds the option that names the kind of file to write, stored in `format`.
+void addFormatTo(CLI::App& command, std::optional<std::string>& format);
 
 /// The frames a second in the value of an option: "25", "29.97", "30000/1001". Throws badValue's
 /// Failure.

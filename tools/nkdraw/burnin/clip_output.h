@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// One output of a run while it is written: its file, the streams beside the video, and the two ways
+// that burnt frames get into it.
+#pragma once
+
+#include "burnin/clip_frames.h"
+#include "burnin/clip_plan.h"
+#include "cli/using_media.h"
+#include "media/frame_kind.h"
+#include "media/media_output.h"
+#include "media/output_file.h"
+#include "media/stream_copy.h"
+#include "media/video_encoder.h"
+
+#include <cstdint>
+
+namespace nkdraw::tool {
+
+/// Nothing appears under the output's name before commit().
+class ClipOutput {
+ public:
+  /// Throws Failure if the file can't be written.
+  ClipOutput(MediaInput& input, const ClipPlan& plan, const OutputPlan& output, bool overwrite);
+  ClipOutput(const ClipOutput&) = delete;
+  ClipOutput& operator=(const ClipOutput&) = delete;
+
+  [[nodiscard]] const OutputPlan& plan() const { return plan_; }
+  [[nodiscard]] StreamCopier& copier() { return copier_; }
+
+  /// Writes the header, once the video's stream is described.
+  void begin();
+  /// Writes a packet of another stream, which stays as it is.
+  void writeOther(const AVPacket& packet);
+  /// Writes the rest, and reads the file back. Throws Failure if it can't be read.
+  void finish();
+  void commit() { file_.commit(); }
+
+ private:
+  const OutputPlan& plan_;
+  OutputFile file_;
+  MediaOutput output_;
+  StreamCopier copier_;
+  Packet own_ = makePacket();
+};
+
+/// Writes the file's own frames, burnt.
+class PacketSink {
+ public:
+  PacketSink(ClipOutput& output, MediaInput& input, const Job& job);
+
+  /// Writes the frame `index`, which stays as it is; its rows are those that `frames` burnt.
+  void write(const AVPacket& burnt, std::int64_t index, const InPlaceFrames& frames);
+
+ private:
+  [[nodiscard]] bool isOnTheGrid(std::int64_t index) const;
+  void writeByNumber(std::int64_t index);
+
+  ClipOutput& output_;
+  const AVStream& video_;  // the input's
+  const Job& job_;
+  bool sameKind_;  // of file as the input
+  Packet own_ = makePacket();
+  std::int64_t next_ = 0;  // the lowest number that is still free
+};
+
+/// Encodes burnt frames.
+class FrameSink {
+ public:
+  FrameSink(ClipOutput& output, MediaInput& input, const ClipPlan& plan);
+
+  void encode(AVFrame& frame, std::int64_t index);
+  /// Encodes what is left, at the end.
+  void finish();
+
+ private:
+  void write(AVPacket& packet) { output_.copier().writeEncoded(packet, encoder_.timeBase()); }
+
+  ClipOutput& output_;
+  std::int64_t first_;
+  VideoEncoder encoder_;
+  FramePlaces places_;
+};
+
+}  // namespace nkdraw::tool

@@ -318,25 +318,3 @@ TEST(StreamsTags, OfAUsersOwnAreKept) {
     EXPECT_NE(tags.find("tag:title=reel\n"), std::string::npos) << tags;
   }
 }
-
-TEST(StreamsChapters, OfARangeAreCutToIt) {
-  std::ofstream(at("chapters.txt"))
-      << ";FFMETADATA1\n[CHAPTER]\nTIMEBASE=1/1000\nSTART=0\nEND=400\ntitle=One\n"
-         "[CHAPTER]\nTIMEBASE=1/1000\nSTART=400\nEND=800\ntitle=Two\n";
-  ffmpeg(joined(
-      {kVideo,
-       {"-i", at("chapters.txt"), "-map_metadata", "1", "-c:v", "mpeg2video", at("in.mov")}}));
-  const auto chapters = [](const std::string& path) {
-    return runProgram("ffprobe",
-                      {"-v", "error", "-show_entries",
-                       "chapter=start_time,end_time:chapter_tags=title", "-of", "csv=p=0", path})
-        .out;
-  };
-  for (const char* out : {"out.mov", "out.mkv"}) {
-    const Outcome whole = burn(at("in.mov"), at(out));
-    EXPECT_EQ(whole.err, "");
-    EXPECT_EQ(chapters(at(out)), "0.000000,0.400000,One\n0.400000,0.800000,Two\n");
-  }
-  ASSERT_EQ(burn(at("in.mov"), at("out.mkv"), {"--frames", "5-14"}).exitCode, 0);
-  EXPECT_EQ(chapters(at("out.mkv")), "0.000000,0.200000,One\n0.200000,0.400000,Two\n");
-}

@@ -51,8 +51,9 @@ AudioEncoder::AudioEncoder(const CodecChoice& choice, const AudioShape& shape,
 void AudioEncoder::open(const AVOutputFormat& format) {
   encoder_->sample_rate = shape_.rate;
   encoder_->time_base = {1, shape_.rate};
-  encoder_->sample_fmt =
-      choice_.codec->sample_fmts != nullptr ? choice_.codec->sample_fmts[0] : AV_SAMPLE_FMT_S16;
+  encoder_->sample_fmt = sampleFormatFor(*choice_.codec, shape_);
+  if (av_get_packed_sample_fmt(encoder_->sample_fmt) == AV_SAMPLE_FMT_S32)
+    encoder_->bits_per_raw_sample = shape_.bits;
   if (av_channel_layout_copy(&encoder_->ch_layout, &shape_.layout) < 0)
     throw std::bad_alloc();
   if ((format.flags & AVFMT_GLOBALHEADER) != 0)

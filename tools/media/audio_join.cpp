@@ -65,7 +65,7 @@ class AudioJoin::Track {
  public:
   Track(ClipPair& clips, const AudioTrackPlan& plan, const AudioRequest& request, Overlap overlap,
         MediaOutput& output)
-      : shape_(*plan.model),
+      : shape_(shapeFor(*plan.model, *plan.codec.codec, output.format())),
         a_(readerFor(clips.a, plan.a, shape_, request)),
         b_(readerFor(clips.b, plan.b, shape_, request)),
         encoder_(plan.codec, shape_, output.format()),

@@ -1,33 +1,12 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/sound_converter.h"
 
-#include "media/container_streams.h"
 #include "media/time_window.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace nkdraw::media {
 namespace {
-
-/// The sample rate of the track, or the nearest one that the encoder and the format have.
-int rateFor(const AVCodec& codec, const AVOutputFormat& format, int rate) {
-  const int only = soundRateOf(format);
-  const int wanted = only != 0 ? only : rate;
-  int best = 0;
-  for (const int* each = codec.supported_samplerates; each != nullptr && *each != 0; ++each) {
-    if (best == 0 || std::abs(*each - wanted) < std::abs(best - wanted))
-      best = *each;
-  }
-  return best != 0 ? best : wanted;
-}
-
-AudioShape shapeFor(const AVCodecParameters& track, const AVCodec& codec,
-                    const AVOutputFormat& format) {
-  AudioShape shape(track);
-  shape.rate = rateFor(codec, format, track.sample_rate);
-  return shape;
-}
 
 /// Without an end or an origin, all of it.
 std::size_t momentsUntil(std::int64_t end, std::int64_t origin, int rate) {

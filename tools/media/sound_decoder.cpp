@@ -31,22 +31,6 @@ CodecContext openDecoder(const AVStream& stream, const std::string& path,
 
 }  // namespace
 
-AudioShape::AudioShape(const AVCodecParameters& track) : rate(track.sample_rate) {
-  if (track.ch_layout.order == AV_CHANNEL_ORDER_UNSPEC)
-    av_channel_layout_default(&layout, track.ch_layout.nb_channels);
-  else if (av_channel_layout_copy(&layout, &track.ch_layout) < 0)
-    throw std::bad_alloc();
-}
-
-AudioShape::AudioShape(const AudioShape& other) : rate(other.rate) {
-  if (av_channel_layout_copy(&layout, &other.layout) < 0)
-    throw std::bad_alloc();
-}
-
-AudioShape::~AudioShape() {
-  av_channel_layout_uninit(&layout);
-}
-
 SoundDecoder::SoundDecoder(const AVStream& stream, const AudioShape& shape, SoundSource source)
     : stream_(stream),
       shape_(shape),

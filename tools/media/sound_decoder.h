@@ -3,6 +3,7 @@
 // Decodes one audio stream into samples without gaps.
 #pragma once
 
+#include "media/audio_shape.h"
 #include "media/libav.h"
 
 #include <cstddef>
@@ -12,23 +13,6 @@
 #include <vector>
 
 namespace nkdraw::media {
-
-/// Sample rate and channels. Samples are doubles, which hold every PCM format without loss; the
-/// channels of one moment lie side by side.
-struct AudioShape {
-  /// The shape of a track; unnamed channels get the usual layout.
-  explicit AudioShape(const AVCodecParameters& track);
-  AudioShape(const AudioShape& other);
-  AudioShape& operator=(const AudioShape&) = delete;
-  ~AudioShape();
-
-  [[nodiscard]] std::size_t channels() const {
-    return static_cast<std::size_t>(layout.nb_channels);
-  }
-
-  int rate = 0;
-  AVChannelLayout layout = {};
-};
 
 /// How a stream is decoded: where from, and what a message says.
 struct SoundSource {

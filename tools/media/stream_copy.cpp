@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/stream_copy.h"
 
+#include "media/chapters.h"
 #include "media/own_tags.h"
 
 #include <algorithm>
@@ -30,7 +31,7 @@ StreamCopier::StreamCopier(MediaInput& input, MediaOutput& output,
   for (unsigned i = 0; i < input.file().nb_streams; ++i)
     addStream(*input.file().streams[i], plans[i]);
   copyTags(timecode);
-  copyChapters();
+  copyChapters(input.file(), window_, output.file());
 }
 
 void StreamCopier::addStream(const AVStream& from, const StreamPlan& plan) {
@@ -56,41 +57,6 @@ void StreamCopier::copyTags(const std::optional<std::string>& timecode) {
     setTimecodeTag(output_, video(), *timecode);
   keepTimecodeTag(output_, video());
   keepOwnTags(output_);
-}
-
-void StreamCopier::copyChapters() {
-  AVFormatContext& to = output_.file();
-  const AVFormatContext& from = input_.file();
-  if (from.nb_chapters == 0)
-    return;
-  to.chapters = static_cast<AVChapter**>(av_calloc(from.nb_chapters, sizeof(AVChapter*)));
-  if (to.chapters == nullptr)
-    throw std::bad_alloc();
-  for (unsigned i = 0; i < from.nb_chapters; ++i)
-    copyChapter(*from.chapters[i]);
-}
-
-/// Adds what the window holds of a chapter.
-void StreamCopier::copyChapter(const AVChapter& source) {
-  const auto ticks = [&](std::int64_t time) {
-    return av_rescale_q(time, kMicroseconds, source.time_base);
-  };
-  const std::int64_t shift = ticks(window_.shift);
-  const std::int64_t end =
-      window_.isWhole() ? source.end : std::min(source.end, ticks(window_.end));
-  const std::int64_t start = std::max(source.start, shift);
-  if (!window_.isWhole() && end <= start)
-    return;
-  auto* const chapter = static_cast<AVChapter*>(av_mallocz(sizeof(AVChapter)));
-  if (chapter == nullptr)
-    throw std::bad_alloc();
-  chapter->id = source.id;
-  chapter->time_base = source.time_base;
-  chapter->start = start - shift;
-  chapter->end = end - shift;
-  av_dict_copy(&chapter->metadata, source.metadata, 0);
-  AVFormatContext& to = output_.file();
-  to.chapters[to.nb_chapters++] = chapter;
 }
 
 void StreamCopier::write(AVPacket& packet) {

@@ -44,8 +44,6 @@ class StreamCopier {
  private:
   void addStream(const AVStream& from, const StreamPlan& plan);
   void copyTags(const std::optional<std::string>& timecode);
-  void copyChapters();
-  void copyChapter(const AVChapter& source);
 
   MediaInput& input_;
   MediaOutput& output_;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/stream_plan.h"
 
+#include "media/audio_shape.h"
+#include "media/chapters.h"
 #include "media/container_streams.h"
 #include "media/failure.h"
 #include "media/stream_facts.h"
@@ -71,16 +73,24 @@ void checkIsSound(const Case& each) {
                       "); the input may be incomplete, or leave it out with " + kNoAudio);
 }
 
+/// Says what is lost of the samples. Throws Failure if the encoder does not take the channels.
+StreamPlan encoded(const Case& each, StreamPlan plan) {
+  static_cast<void>(shapeFor(each.codec(), *plan.codec.codec, each.format));
+  if (const int bits = fewerBits(*plan.codec.codec, each.codec()); bits > 0)
+    plan.reason += ", which leaves " + std::to_string(bits) + " bits";
+  return plan;
+}
+
 StreamPlan planSound(const Case& each) {
   const CodecRequest& audio = each.request.audio;
   if (each.request.noAudio)
     return leftOut(kNoAudio);
   checkIsSound(each);
-  if (audio.asked && *audio.asked != "copy") {
-    StreamPlan plan = {StreamAction::kConvert, audio.option,
-                       namedEncoder(audio, AVMEDIA_TYPE_AUDIO, each.format)};
-    return plan;
-  }
+  const bool staysAAC = each.request.keepAAC && each.codec().codec_id == AV_CODEC_ID_AAC &&
+                        keepsStream(each.format, each.codec());
+  if (audio.asked && *audio.asked != "copy" && !staysAAC)
+    return encoded(each, {StreamAction::kConvert, audio.option,
+                          namedEncoder(audio, AVMEDIA_TYPE_AUDIO, each.format)});
   if (keepsStream(each.format, each.codec()))
     return copied();
   const AVCodec* const usual = usualSoundEncoder(each.format, each.codec());
@@ -89,7 +99,7 @@ StreamPlan planSound(const Case& each) {
                      ", or leave it out with " + kNoAudio);
   StreamPlan plan = converted(each, *usual);
   plan.codec.option = audio.option;
-  return plan;
+  return encoded(each, plan);
 }
 
 bool isText(AVCodecID codec) {
@@ -150,7 +160,8 @@ StreamPlan planData(const Case& each) {
   if (codec.codec_tag == kTimecodeTag)
     return {StreamAction::kLeaveOut, std::string(each.format.name) + " files hold no timecode"};
   if (isOfChapters(each))
-    return {StreamAction::kChapters, {}};
+    return {StreamAction::kChapters,
+            holdsChapters(each.format) ? "" : "left out with the chapters"};
   if (each.request.noData)
     return leftOut(kNoData);
   const bool fits = isSameKind(*each.input.file().iformat, each.format) &&
@@ -205,7 +216,7 @@ std::string planText(const StreamPlan& plan) {
       return std::string("converted to ") + avcodec_get_name(plan.codec.codec->id) + ": " +
              plan.reason;
     case StreamAction::kChapters:
-      return "kept as chapters";
+      return plan.reason.empty() ? "kept as chapters" : plan.reason;
     case StreamAction::kTimecode:
       return "kept as the video's timecode";
     case StreamAction::kLeaveOut:

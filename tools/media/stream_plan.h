@@ -19,7 +19,7 @@ enum class StreamAction {
   kBurn,      ///< it is the video that is drawn on
   kCopy,      ///< its packets are copied
   kConvert,   ///< it is decoded and encoded
-  kChapters,  ///< it holds the names of the chapters, which are written
+  kChapters,  ///< it holds the names of the chapters, which are written or left out
   kTimecode,  ///< its timecode is written as the video's, which makes a new track where there are
               ///< any
   kLeaveOut,  ///< it is not written
@@ -28,6 +28,7 @@ enum class StreamAction {
 /// What a user asks of the streams beside the video, for one output.
 struct StreamRequest {
   CodecRequest audio = {"--audio-codec", {}};  ///< "copy" is a name, too
+  bool keepAAC = false;                        ///< AAC stays, whatever `audio` says
   bool noAudio = false;
   bool noSubtitles = false;
   bool noData = false;  ///< data, attachments and cover pictures
@@ -36,7 +37,7 @@ struct StreamRequest {
 /// One stream's action.
 struct StreamPlan {
   StreamAction action = StreamAction::kLeaveOut;
-  std::string reason;      ///< of kConvert and kLeaveOut
+  std::string reason;      ///< of kConvert and kLeaveOut, and of chapters that are left out
   CodecChoice codec = {};  ///< of kConvert
 };
 

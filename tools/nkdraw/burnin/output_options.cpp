@@ -23,8 +23,10 @@ OutputRequest requestOf(const std::string& path, const std::optional<std::string
   request.path = path;
   request.format = format;
   request.streams = std::move(streams);
-  if (request.viewingCopy && !request.streams.noAudio && !request.streams.audio.asked)
+  if (request.viewingCopy && !request.streams.noAudio && !request.streams.audio.asked) {
     request.streams.audio.asked = "aac";
+    request.streams.keepAAC = true;
+  }
   return request;
 }
 

@@ -3,6 +3,7 @@
 
 #include "burnin/clip_plan.h"
 #include "burnin/sequence_burnin.h"
+#include "media/chapters.h"
 #include "media/clip_facts.h"
 #include "media/first_look.h"
 #include "media/frame_converter.h"
@@ -97,6 +98,8 @@ void planOutput(OutputPlan& output, const ClipPlan& plan, MediaInput& input) {
       output.notes.push_back(output.codec->note);
   }
   planStreamsOf(output, plan.job, input);
+  if (const auto lost = lostChapters(input.file(), plan.window, *output.format))
+    output.notes.push_back(*lost);
   if (!plan.job.orientation.isUpright() && !tellsOrientation(*output.format))
     output.notes.emplace_back("this kind of file does not tell players how the picture is turned");
 }

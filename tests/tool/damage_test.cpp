@@ -2,71 +2,17 @@
 //
 // Damaged frames: named, and on request passed over without loss of any other.
 #include "clip.h"
+#include "harm.h"
 #include "program.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
-#include <random>
-
 namespace {
-
-using nkdraw::media::InputContext;
-using nkdraw::media::makePacket;
-using nkdraw::media::Packet;
 
 constexpr int kInput = 2, kProcessing = 4, kDamaged = 5;
 constexpr std::size_t kFrames = 12;
 constexpr std::size_t kBad = 7;  // the packet that is damaged
 const char kBadName[] = "frame 7 (00:00:00:07)";
-
-using Harm = std::function<void(AVPacket&)>;
-
-/// Copies a file, with packet `number` of its first stream of `kind` changed.
-void copyWith(const Harm& harm, const std::string& from, const std::string& to,
-              AVMediaType kind = AVMEDIA_TYPE_VIDEO, std::int64_t number = kBad) {
-  AVFormatContext* opened = nullptr;
-  ASSERT_GE(avformat_open_input(&opened, from.c_str(), nullptr, nullptr), 0);
-  const InputContext input(opened);
-  ASSERT_GE(avformat_find_stream_info(opened, nullptr), 0);
-  const int harmed = av_find_best_stream(opened, kind, -1, -1, nullptr, 0);
-  AVFormatContext* out = nullptr;
-  ASSERT_GE(avformat_alloc_output_context2(&out, nullptr, nullptr, to.c_str()), 0);
-  for (unsigned i = 0; i < opened->nb_streams; ++i) {
-    AVStream& stream = *avformat_new_stream(out, nullptr);
-    avcodec_parameters_copy(stream.codecpar, opened->streams[i]->codecpar);
-    stream.time_base = opened->streams[i]->time_base;
-    stream.avg_frame_rate = opened->streams[i]->avg_frame_rate;
-  }
-  ASSERT_GE(avio_open(&out->pb, to.c_str(), AVIO_FLAG_WRITE), 0);
-  ASSERT_GE(avformat_write_header(out, nullptr), 0);
-  const Packet packet = makePacket();
-  for (std::int64_t count = 0; av_read_frame(opened, packet.get()) >= 0;) {
-    const int index = packet->stream_index;
-    if (index == harmed && count++ == number) {
-      ASSERT_GE(av_packet_make_writable(packet.get()), 0);
-      harm(*packet);
-    }
-    av_packet_rescale_ts(packet.get(), opened->streams[index]->time_base,
-                         out->streams[index]->time_base);
-    ASSERT_GE(av_interleaved_write_frame(out, packet.get()), 0);
-  }
-  av_write_trailer(out);
-  avio_closep(&out->pb);
-  avformat_free_context(out);
-}
-
-/// Overwrites 200 bytes with noise, from that share of the packet on.
-Harm noiseAt(double share) {
-  return [share](AVPacket& packet) {
-    std::mt19937 random(11);
-    const auto begin = static_cast<std::ptrdiff_t>(packet.size * share);
-    const std::ptrdiff_t end = std::min<std::ptrdiff_t>(packet.size, begin + 200);
-    for (std::ptrdiff_t i = begin; i < end; ++i)
-      packet.data[i] = static_cast<std::uint8_t>(random());
-  };
-}
 
 void cutShort(AVPacket& packet) {
   av_shrink_packet(&packet, packet.size / 2);
@@ -87,7 +33,7 @@ Pair clips(const std::string& suffix, const Arguments& codec, const Harm& harm) 
   const Pair pair = {at("whole" + suffix), at("harmed" + suffix)};
   ffmpeg(joined(joined(kPicture, {"-frames:v", std::to_string(kFrames)}),
                 joined(codec, {pair.whole})));
-  copyWith(harm, pair.whole, pair.harmed);
+  copyWith(harm, pair.whole, pair.harmed, AVMEDIA_TYPE_VIDEO, kBad);
   return pair;
 }
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The damaged frames of a clip: the run stops at the first one, or goes on and lists them at the
-// end.
+// The damaged frames of a clip, and what else is damaged in it: the run stops at the first one, or
+// goes on and lists them at the end.
 #pragma once
 
+#include "media/libav.h"
 #include "media/timecode_source.h"
 
 #include <cstdint>
@@ -36,6 +37,11 @@ class DamageList {
 
   /// Frame `index` is damaged; `why` in a few words. Throws Failure if the run is to stop.
   void note(std::int64_t index, const std::string& why);
+  /// A packet of another stream is damaged, at that time in microseconds, or AV_NOPTS_VALUE. Throws
+  /// Failure if the run is to stop.
+  void noteStream(const AVStream& stream, std::int64_t time, const std::string& why);
+  /// Whether this frame is known to be damaged.
+  [[nodiscard]] bool contains(std::int64_t index) const;
   /// The file ends too early; only for runs that go on.
   void noteEnd(const std::string& why) { end_ = why; }
 
@@ -54,6 +60,7 @@ class DamageList {
   OnDamage action_ = OnDamage::kStop;
   std::optional<TimecodeStart> timecode_;
   std::vector<Damage> frames_;
+  std::vector<std::string> packets_;  // of other streams, in words
   std::string end_;
 };
 

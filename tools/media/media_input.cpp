@@ -147,6 +147,7 @@ MediaInput::MediaInput(const std::string& path, const InputShape& shape)
     throw Failure(ExitCode::kInput, "the video has no frame size", path, "check it with ffprobe");
   if (isSequence)
     describePictures();
+  promised_.emplace(*file_, video(), frameRate());
 }
 
 MediaInput MediaInput::again() const {
@@ -158,6 +159,8 @@ MediaInput MediaInput::again() const {
 void MediaInput::readOnly(const AVStream& stream) {
   for (unsigned i = 0; i < file_->nb_streams; ++i)
     file_->streams[i]->discard = file_->streams[i] == &stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+  if (&stream != &video())
+    promised_.reset();
 }
 
 void MediaInput::startAt(const StartPoint& start) {
@@ -219,6 +222,17 @@ bool MediaInput::read(AVPacket& packet) {
   return false;
 }
 
+/// Why the file breaks off with this packet or error; empty if it does not. A packet of another
+/// stream that is damaged before the end is no break.
+std::string MediaInput::breakOf(int error, const AVPacket& packet) {
+  if (isEnd(error, *file_) && !libavSawCut())
+    return promised_ ? promised_->missing() : std::string();
+  if (error < 0)
+    return explained(error);
+  const bool matters = isVideo(packet) || file_->pb == nullptr || avio_feof(file_->pb) != 0;
+  return matters && isCut(packet, *file_->iformat) ? explained(AVERROR_EOF) : std::string();
+}
+
 bool MediaInput::readNext(AVPacket& packet) {
   throwIfInterrupted();
   if (!returned_.empty()) {
@@ -230,8 +244,9 @@ bool MediaInput::readNext(AVPacket& packet) {
     return false;
   const int error = av_read_frame(file_.get(), &packet);
   throwIfInterrupted();
-  if (isEnd(error, *file_) ? libavSawCut() : error < 0 || isCut(packet, *file_->iformat)) {
-    const std::string why = explained(error < 0 ? error : AVERROR_EOF);
+  if (error >= 0 && isVideo(packet) && promised_)
+    promised_->note(packet);
+  if (const std::string why = breakOf(error, packet); !why.empty()) {
     if (!damage_.goesOn())
       throw Failure(ExitCode::kInput, "the file breaks off", path_,
                     why + "; the input may be incomplete");

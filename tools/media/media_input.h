@@ -8,6 +8,7 @@
 #include "media/image_sequence.h"
 #include "media/input_shape.h"
 #include "media/libav.h"
+#include "media/promised_end.h"
 
 #include <cstdint>
 #include <deque>
@@ -66,6 +67,7 @@ class MediaInput {
 
  private:
   bool readNext(AVPacket& packet);
+  [[nodiscard]] std::string breakOf(int error, const AVPacket& packet);
 
   const AVInputFormat* findPictures(Options& options);
   void open(const AVInputFormat* demuxer, Options& options);
@@ -76,7 +78,8 @@ class MediaInput {
   InputShape shape_;
   InputContext file_;
   int videoIndex_ = -1;
-  std::int64_t toSkip_ = 0;  // packets of the video
+  std::optional<PromisedEnd> promised_;  // none when the video isn't read
+  std::int64_t toSkip_ = 0;              // packets of the video
   std::optional<PictureRun> pictures_;
   DPXFacts header_;               // of the first picture
   std::int64_t nextPicture_ = 0;  // counted from the first

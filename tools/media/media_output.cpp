@@ -6,6 +6,7 @@
 #include "media/libav_log.h"
 #include "media/pipe_name.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <string_view>
 #include <utility>
@@ -137,10 +138,17 @@ void MediaOutput::checkTaken(const std::string& option) {
                   std::string("see ffmpeg -h muxer=") + file_->oformat->name);
 }
 
-void MediaOutput::write(AVPacket& packet, AVRational timeBase) {
+int MediaOutput::tryWrite(AVPacket& packet, AVRational timeBase) {
   av_packet_rescale_ts(&packet, timeBase, file_->streams[packet.stream_index]->time_base);
   packet.pos = -1;
-  if (const int error = av_interleaved_write_frame(file_, &packet); error < 0)
+  const int error = av_interleaved_write_frame(file_, &packet);
+  if (error < 0 && error != AVERROR_INVALIDDATA && error != AVERROR(EINVAL))
+    fail("the output can't be written", error);
+  return std::min(error, 0);
+}
+
+void MediaOutput::write(AVPacket& packet, AVRational timeBase) {
+  if (const int error = tryWrite(packet, timeBase); error < 0)
     fail("the output can't be written", error);
 }
 

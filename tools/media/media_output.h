@@ -41,6 +41,8 @@ class MediaOutput {
   void begin(const std::vector<std::string>& options = {});
   /// Writes a packet of the stream `stream_index`, with times in `timeBase`. Takes over its data.
   void write(AVPacket& packet, AVRational timeBase);
+  /// The same, but returns FFmpeg's error if the packet itself can't be in such a file, else 0.
+  [[nodiscard]] int tryWrite(AVPacket& packet, AVRational timeBase);
   /// Writes the rest of the file and closes it.
   void finish();
 

@@ -12,6 +12,7 @@ namespace nkdraw::media {
 namespace {
 
 constexpr std::int64_t kSmallestGap = 20000;  // files round their times
+constexpr std::int64_t kRoundedTime = 1000;   // behind a packet that was lost
 
 CodecContext openDecoder(const AVStream& stream, const std::string& path,
                          const std::string& advice) {
@@ -102,13 +103,23 @@ void SoundDecoder::append(const AVFrame& frame) {
       source_.origin = time;
     if (expected_ == AV_NOPTS_VALUE)
       skipOrFill(av_rescale_q(time - source_.origin, kMicroseconds, moment));
-    else if (time - expected_ > kSmallestGap)
+    else if (time - expected_ > (lost_ ? kRoundedTime : kSmallestGap))
       skipOrFill(av_rescale_q(time - expected_, kMicroseconds, moment));
     expected_ = time;
+    lost_ = false;
   }
   if (expected_ != AV_NOPTS_VALUE)
     expected_ += av_rescale(frame.nb_samples, AV_TIME_BASE, frame.sample_rate);
   convert(&frame);
+}
+
+void SoundDecoder::complain(int error, const AVPacket* packet) {
+  if (!source_.damaged)
+    throw Failure(ExitCode::kProcessing, "the sound can't be decoded", source_.path,
+                  explained(error) + "; " + source_.advice);
+  const bool timed = packet != nullptr && packet->pts != AV_NOPTS_VALUE;
+  lost_ = true;
+  source_.damaged(timed ? packet->pts : AV_NOPTS_VALUE, "it can't be decoded");
 }
 
 void SoundDecoder::decode(const AVPacket* packet) {
@@ -120,8 +131,7 @@ void SoundDecoder::decode(const AVPacket* packet) {
     av_frame_unref(frame_.get());
   }
   if (error != AVERROR(EAGAIN) && error != AVERROR_EOF)
-    throw Failure(ExitCode::kProcessing, "the sound can't be decoded", source_.path,
-                  explained(error) + "; " + source_.advice);
+    complain(error, packet);
   if (packet == nullptr)
     convert(nullptr);
 }

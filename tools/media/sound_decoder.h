@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -20,6 +21,9 @@ struct SoundSource {
   std::string advice;                    // how to run without this sound
   std::int64_t origin = AV_NOPTS_VALUE;  // in microseconds: where the samples begin; without one,
                                          // with the stream's first
+  std::function<void(std::int64_t time, const std::string& why)> damaged = {};
+  ///< told of packets that can't be decoded, with their time in the stream's time base; silence
+  ///< takes their place. Without it they end the run.
 };
 
 class SoundDecoder {
@@ -40,6 +44,7 @@ class SoundDecoder {
 
  private:
   void append(const AVFrame& frame);
+  void complain(int error, const AVPacket* packet);
   void skipOrFill(std::int64_t moments);
   void convert(const AVFrame* frame);
   void openResampler(const AVFrame& frame);
@@ -56,6 +61,7 @@ class SoundDecoder {
   std::size_t used_ = 0;                    // of ready_
   std::size_t toSkip_ = 0;                  // moments before the origin
   std::int64_t expected_ = AV_NOPTS_VALUE;  // time of the next frame, in microseconds
+  bool lost_ = false;                       // whether frames before the next one are lost
 };
 
 }  // namespace nkdraw::media

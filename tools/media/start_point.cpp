@@ -10,6 +10,7 @@
 #include <iterator>
 #include <limits>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace nkdraw::media {
@@ -37,6 +38,14 @@ const IndexedKind* indexedKind(const AVInputFormat& format) {
 bool isIntraOnly(AVCodecID codec) {
   const AVCodecDescriptor* const facts = avcodec_descriptor_get(codec);
   return facts != nullptr && (facts->props & AV_CODEC_PROP_INTRA_ONLY) != 0;
+}
+
+/// A subtitle may begin long before the frames that it is shown with.
+bool hasSubtitles(const AVFormatContext& file) {
+  const std::span streams(file.streams, file.nb_streams);
+  return std::ranges::any_of(streams, [](const AVStream* stream) {
+    return stream->codecpar->codec_type == AVMEDIA_TYPE_SUBTITLE;
+  });
 }
 
 /// Tries start points on one clip.
@@ -156,12 +165,14 @@ StartPoint startFor(MediaInput& input, const StartRequest& request) {
   const bool even = av_cmp_q(video.r_frame_rate, video.avg_frame_rate) == 0;
   std::int64_t limit = request.frame - (even ? 0 : 1);
   try {
-    if (const IndexedKind* const kind = indexedKind(format)) {
+    const IndexedKind* const kind = indexedKind(format);
+    const bool reads = request.otherStreams && hasSubtitles(input.file());
+    if (kind != nullptr && (kind->ownPlaces || !reads)) {
       if (request.otherStreams && !kind->ownPlaces)
         limit -= av_rescale_q(kInterleaving, {1, 1}, av_inv_q(request.rate));
       return limit > 0 ? Search(input, request.rate).byIndex(limit) : StartPoint{};
     }
-    if ((format.flags & AVFMT_TS_DISCONT) != 0)
+    if (kind != nullptr || (format.flags & AVFMT_TS_DISCONT) != 0)
       return Search(input, request.rate).byReading(limit);
   } catch (const Failure&) {
     // Reading from the beginning will tell, if it matters.

@@ -2,6 +2,8 @@
 #include "media/stream_route.h"
 
 #include "media/container_streams.h"
+#include "media/libav_log.h"
+#include "media/packet_watch.h"
 #include "media/pcm_cut.h"
 #include "media/sound_converter.h"
 #include "media/stream_facts.h"
@@ -30,16 +32,39 @@ class RouteBase : public StreamRoute {
            av_compare_ts(timeOf(packet), inputTime(), window().end, kMicroseconds) >= 0;
   }
 
+  /// Cuts the time for which a subtitle is shown to the window.
+  void cutToWindow(AVPacket& packet) const {
+    if (window().isWhole() || packet.pts == AV_NOPTS_VALUE || packet.duration <= 0)
+      return;
+    const auto ticks = [&](std::int64_t time) {
+      return av_rescale_q_rnd(time, kMicroseconds, inputTime(), AV_ROUND_UP);
+    };
+    const std::int64_t begin = std::max(packet.pts, ticks(window().first));
+    const std::int64_t end = std::min(packet.pts + packet.duration, ticks(window().end));
+    if (begin >= end)
+      return;
+    packet.pts = packet.dts = begin;
+    packet.duration = end - begin;
+  }
+
   /// Writes a packet whose times, in `timeBase`, are `later` microseconds less than the input's.
   void write(AVPacket& packet, AVRational timeBase, std::int64_t later) {
-    moveBy(later - window().shift, packet, timeBase);
-    packet.stream_index = ends_.to.index;
+    place(packet, timeBase, later);
     ends_.output.write(packet, timeBase);
+  }
+  /// The same for a packet of the input's: FFmpeg's error if it can't be in such a file, else 0.
+  [[nodiscard]] int tryWrite(AVPacket& packet) {
+    place(packet, inputTime(), 0);
+    return ends_.output.tryWrite(packet, inputTime());
   }
 
  private:
   static std::int64_t timeOf(const AVPacket& packet) {
     return packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
+  }
+  void place(AVPacket& packet, AVRational timeBase, std::int64_t later) {
+    moveBy(later - window().shift, packet, timeBase);
+    packet.stream_index = ends_.to.index;
   }
   [[nodiscard]] bool isTimed(const AVPacket& packet) const {
     return !window().isWhole() && timeOf(packet) != AV_NOPTS_VALUE;
@@ -51,38 +76,56 @@ class RouteBase : public StreamRoute {
 class CopyRoute final : public RouteBase {
  public:
   explicit CopyRoute(const RouteEnds& ends)
-      : RouteBase(ends), through_(ends.from.codecpar->codec_type != AVMEDIA_TYPE_AUDIO) {
+      : RouteBase(ends),
+        watch_(ends.input, ends.from, true),
+        through_(ends.from.codecpar->codec_type != AVMEDIA_TYPE_AUDIO) {
     copyCodec(ends.from, ends.to, ends.output.format());
   }
 
   void take(AVPacket& packet) override {
+    if (ends().from.codecpar->codec_type == AVMEDIA_TYPE_SUBTITLE)
+      cutToWindow(packet);
     if (isBefore(packet))
       return;
     if (isAfter(packet))
       through_ = true;
     else
-      write(packet, inputTime(), 0);
+      copy(packet);
   }
   /// Only sound is waited for.
   [[nodiscard]] bool isThrough() const override { return through_; }
 
  private:
+  void copy(AVPacket& packet) {
+    watch_.check(packet);
+    const std::int64_t time = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
+    forgetLibavErrors();
+    if (const int error = tryWrite(packet); error < 0)
+      watch_.note(time, explained(error, firstLibavError()) + ", left out");
+  }
+
+  PacketWatch watch_;
   bool through_;
 };
 
 class CutRoute final : public RouteBase {
  public:
   explicit CutRoute(const RouteEnds& ends)
-      : RouteBase(ends), cut_(ends.from, ends.window, countsSamples(ends.output.format())) {
+      : RouteBase(ends),
+        watch_(ends.input, ends.from, false),
+        cut_(ends.from, ends.window, countsSamples(ends.output.format())) {
     copyCodec(ends.from, ends.to, ends.output.format());
   }
 
   void take(AVPacket& packet) override {
+    if (!isBefore(packet) && !isAfter(packet))
+      watch_.check(packet);
     cut_.cut(packet, [&](AVPacket& part) { write(part, cut_.timeBase(), window().first); });
   }
   [[nodiscard]] bool isThrough() const override { return cut_.isThrough(); }
 
  private:
+  PacketWatch watch_;
   PCMCut cut_;
 };
 
@@ -90,14 +133,18 @@ class SoundRoute final : public RouteBase {
  public:
   SoundRoute(const RouteEnds& ends, const CodecChoice& choice)
       : RouteBase(ends),
+        watch_(ends.input, ends.from, false),
         converter_(ends.from, choice, ends.output.format(),
                    {ends.input.path(), "leave it out with --no-audio",
-                    ends.window.hasFirst() ? ends.window.first : AV_NOPTS_VALUE},
+                    ends.window.hasFirst() ? ends.window.first : AV_NOPTS_VALUE,
+                    [this](std::int64_t time, const std::string& why) { note(time, why); }},
                    ends.window.end) {
     converter_.describeTo(ends.to);
   }
 
   void take(AVPacket& packet) override {
+    if (!isBefore(packet) && !isAfter(packet) && (packet.flags & AV_PKT_FLAG_CORRUPT) != 0)
+      watch_.check(packet);
     converter_.convert(&packet, takePart_);
     if (isAfter(packet))
       through_ = true;
@@ -106,6 +153,17 @@ class SoundRoute final : public RouteBase {
   [[nodiscard]] bool isThrough() const override { return through_ || converter_.isThrough(); }
 
  private:
+  /// Damage before or after the window does not matter.
+  void note(std::int64_t time, const std::string& why) {
+    const auto compare = [&](std::int64_t moment) {
+      return av_compare_ts(time, inputTime(), moment, kMicroseconds);
+    };
+    if (time == AV_NOPTS_VALUE || window().isWhole() ||
+        (compare(window().first) >= 0 && compare(window().end) < 0))
+      watch_.note(time, why);
+  }
+
+  PacketWatch watch_;
   SoundConverter converter_;
   bool through_ = false;
   TakePacket takePart_ = [this](AVPacket& part) {
@@ -123,6 +181,7 @@ class SubtitleRoute final : public RouteBase {
   }
 
   void take(AVPacket& packet) override {
+    cutToWindow(packet);
     if (!isBefore(packet) && !isAfter(packet))
       converter_.convert(packet,
                          [&](AVPacket& text) { write(text, SubtitleConverter::timeBase(), 0); });

@@ -36,20 +36,56 @@ void VideoFeed::readOthersUntil(const std::function<bool()>& done) {
 
 PacketFeed::PacketFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others,
                        FrameRange wanted)
-    : VideoFeed(input, frames, others), wanted_(wanted), repair_(input) {}
+    : VideoFeed(input, frames, others),
+      wanted_(wanted),
+      repair_(input),
+      gap_(input, frames.rate),
+      rate_(frames.rate) {}
 
-bool PacketFeed::next(Packet& packet, std::int64_t& index) {
+/// AVI marks a repeated frame with an empty packet.
+bool PacketFeed::readFrame(Packet& packet) {
   packet = makePacket();
   while (read(*packet)) {
-    if (packet->size > 0) {  // AVI marks a repeated frame with an empty packet
-      index = indexOf(packet->pts != AV_NOPTS_VALUE ? packet->pts : packet->dts);
-      if (wanted_.contains(index))
-        repair_.repair(packet, index);
+    if (packet->size > 0)
       return true;
-    }
     av_packet_unref(packet.get());
   }
+  packet.reset();
   return false;
+}
+
+/// Shows the frame before in the place of one that the file has lost.
+bool PacketFeed::fill(std::int64_t missing, Packet& packet, std::int64_t& index) {
+  if (wanted_.contains(missing))
+    input().damage().note(missing, "lost, the file has no data for it");
+  if (last_ == nullptr)
+    return false;
+  const AVStream& video = input().video();
+  const std::int64_t first = video.start_time != AV_NOPTS_VALUE ? video.start_time : 0;
+  packet = owned<Packet>(av_packet_clone(last_.get()));
+  packet->pts = packet->dts = first + av_rescale_q(missing, av_inv_q(rate_), video.time_base);
+  av_packet_free_side_data(packet.get());  // captions are not said twice
+  index = missing;
+  return true;
+}
+
+bool PacketFeed::next(Packet& packet, std::int64_t& index) {
+  if (waiting_ == nullptr && readFrame(waiting_))
+    number_ = indexOf(waiting_->pts != AV_NOPTS_VALUE ? waiting_->pts : waiting_->dts);
+  const bool more = waiting_ != nullptr;
+  while (const auto missing = more ? gap_.missingBefore(number_) : gap_.missingAtEnd()) {
+    if (fill(*missing, packet, index))
+      return true;
+  }
+  if (!more)
+    return false;
+  packet = std::move(waiting_);
+  index = number_;
+  if (wanted_.contains(index))
+    repair_.repair(packet, index);
+  if (input().damage().goesOn())
+    last_ = owned<Packet>(av_packet_clone(packet.get()));
+  return true;
 }
 
 DecodedFeed::DecodedFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others,

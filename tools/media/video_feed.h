@@ -51,12 +51,21 @@ class PacketFeed : public VideoFeed {
   PacketFeed(MediaInput& input, const FrameKind& frames, const TakePacket& others = {},
              FrameRange wanted = {});
 
-  /// The next frame and its number; false at the end. Throws Failure or Interrupted.
+  /// The next frame and its number; false at the end. A frame that the file has lost repeats the
+  /// one before, or ends the run. Throws Failure or Interrupted.
   [[nodiscard]] bool next(Packet& packet, std::int64_t& index);
 
  private:
+  [[nodiscard]] bool readFrame(Packet& packet);
+  [[nodiscard]] bool fill(std::int64_t missing, Packet& packet, std::int64_t& index);
+
   FrameRange wanted_;
   PacketRepair repair_;
+  FrameGap gap_;
+  AVRational rate_;
+  Packet waiting_;           // read, and not yet returned
+  std::int64_t number_ = 0;  // of that
+  Packet last_;              // the last one, if the run goes on after damage
 };
 
 /// Decoded frames, in the pixel format that they decode to.

@@ -25,6 +25,15 @@ const Kind kKinds[] = {
     {"DV", {"-c:v", "dvvideo", "-pix_fmt", "yuv420p"}, "25", "720x576"},
 };
 
+/// What FFmpeg says while it decodes the file, which it leaves at the first error.
+std::string complaintOf(const std::string& name) {
+  std::string said = runProgram("ffmpeg", {"-nostdin", "-v", "error", "-xerror", "-i", at(name),
+                                           "-f", "null", "-"})
+                         .err;
+  const std::size_t path = said.find(at(name));
+  return path != std::string::npos ? said.erase(path, at(name).size()) : said;
+}
+
 }  // namespace
 
 TEST_P(GXF, IsKeptAndReadWithoutAComplaint) {
@@ -42,10 +51,8 @@ TEST_P(GXF, IsKeptAndReadWithoutAComplaint) {
   ffmpeg(make);
   const Outcome outcome = burnin({at("in.gxf"), at("out.gxf"), "--no-data"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
-  const Outcome played = runProgram(
-      "ffmpeg", {"-nostdin", "-v", "error", "-xerror", "-i", at("out.gxf"), "-f", "null", "-"});
-  EXPECT_EQ(played.exitCode, 0);
-  EXPECT_EQ(played.err, "");
+  // FFmpeg complains of the end of every GXF with DV, its own ones too.
+  EXPECT_EQ(complaintOf("out.gxf"), std::string(kind.name) == "DV" ? complaintOf("in.gxf") : "");
   EXPECT_EQ(decode(at("out.gxf")).frames.size(), 10U);
   EXPECT_EQ(codecOf(at("out.gxf")), codecOf(at("in.gxf")));
 }

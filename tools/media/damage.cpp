@@ -44,7 +44,8 @@ void DamageList::noteStream(const AVStream& stream, std::int64_t time, const std
   if (!goesOn())
     throw Failure(ExitCode::kProcessing, "a packet of the input is damaged", path_,
                   text + "; give --on-damage continue to go on");
-  packets_.push_back(text);
+  if (std::ranges::find(packets_, text) == packets_.end())  // each output may tell it
+    packets_.push_back(text);
 }
 
 bool DamageList::contains(std::int64_t index) const {

@@ -222,9 +222,9 @@ TEST(WipeRefusal, OfAKindOfFileThatDoesNotKeepTheLayoutNamesOthers) {
 }
 
 TEST(WipeRefusal, OfSoundThatTheFileDoesNotHold) {
-  expectRefusal(
-      command("wipe", makeClip("a.mov"), makeClip("b.mov"), at("out.mp4"), {"--codec", "mpeg4"}),
-      kUsage, "--audio-codec");
+  expectRefusal(command("wipe", makeClip("a.mov"), makeClip("b.mov"), at("out.mp4"),
+                        {"--codec", "mpeg4", "--audio-codec", "flac"}),
+                kUsage, "does not hold this codec: mp4, flac");
 }
 
 TEST(WipeRefusal, OfAClipWhoseLengthShowsOnlyWhileItIsRead) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/audio_encoder.h"
 
+#include "media/container_streams.h"
 #include "media/failure.h"
 #include "media/libav_log.h"
 #include "media/media_output.h"
@@ -17,7 +18,7 @@ bool isPCM(AVCodecID codec) {
 
 /// PCM that loses nothing of the decoder's output; for lossy codecs 24 bits are enough.
 AVCodecID pcmFor(const AVCodecParameters& track, const AVOutputFormat& format) {
-  if (isPCM(track.codec_id) && holds(format, track.codec_id) &&
+  if (isPCM(track.codec_id) && keepsCodec(format, track.codec_id) &&
       avcodec_find_encoder(track.codec_id) != nullptr)
     return track.codec_id;
   const AVSampleFormat samples =
@@ -33,7 +34,10 @@ CodecChoice chooseAudioCodec(const CodecRequest& request, const AVCodecParameter
   if (request.asked)
     return namedEncoder(request, AVMEDIA_TYPE_AUDIO, format);
   const AVCodecID id = pcmFor(track, format);
-  if (!holds(format, id))
+  const AVCodec* const usual = usualSoundEncoder(format, track);
+  if (!keepsCodec(format, id) && usual != nullptr)
+    return {usual, AV_PIX_FMT_NONE, {}, request.option};
+  if (!keepsCodec(format, id))
     throw Failure(ExitCode::kUsage, "this kind of file does not hold uncompressed sound",
                   format.name, "choose an " + request.option + ", for example aac, or " + silent);
   return {avcodec_find_encoder(id), AV_PIX_FMT_NONE, {}, request.option};

@@ -15,8 +15,8 @@
 namespace nkdraw::media {
 
 /// The encoder that the request names, else PCM: the track's own kind if the output format can hold
-/// it, or PCM of the same depth. `silent` is the name of the option for no sound, for messages.
-/// Throws Failure.
+/// it, or PCM of the same depth, or else the usual encoder for such files. `silent` is the name of
+/// the option for no sound, for messages. Throws Failure.
 [[nodiscard]] CodecChoice chooseAudioCodec(const CodecRequest& request,
                                            const AVCodecParameters& track,
                                            const AVOutputFormat& format, const std::string& silent);

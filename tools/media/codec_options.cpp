@@ -82,14 +82,69 @@ std::string dnx(const EncoderTask& task) {
   return facts.comp[0].depth > 8 ? "profile=dnxhr_hqx" : "profile=dnxhr_hq";
 }
 
+/// AVC-Intra by the tag that QuickTime files give it: ai5q, ai12.
+struct IntraClass {
+  char digit;  // the third letter
+  int number;
+};
+constexpr IntraClass kIntraClasses[] = {{'5', 50}, {'1', 100}, {'2', 200}};
+
+/// The class of AVC-Intra, whose frames all have the same size; 0 for other video.
+int intraClass(const EncoderTask& task) {
+  constexpr double kMost100 = 150e6 / 30;  // bits for a frame of class 100 and 1080 lines, or less
+  const SourceVideo& source = task.source;
+  const char digit = static_cast<char>(source.tag >> 16 & 0xFF);
+  const auto* const tagged = std::ranges::find(kIntraClasses, digit, &IntraClass::digit);
+  if ((source.tag & 0xFFFF) == MKTAG('a', 'i', 0, 0) && tagged != std::end(kIntraClasses))
+    return tagged->number;
+  if (!source.intra.sameSize || source.bitRate <= 0)
+    return 0;
+  if (task.pixelFormat == AV_PIX_FMT_YUV420P10LE)
+    return 50;
+  const double share = source.frames.height < 1080 ? 0.5 : 1.0;
+  return static_cast<double>(source.bitRate) / av_q2d(source.frames.rate) > kMost100 * share ? 200
+                                                                                             : 100;
+}
+
+/// AVC-Intra of the source's class, if x264 makes that for such frames.
+std::string avcIntra(const EncoderTask& task) {
+  const int number = task.sameCodec && task.source.intra.isIntra ? intraClass(task) : 0;
+  const std::string text = "avcintra-class=" + std::to_string(number);
+  return number > 0 && std::string_view(task.encoder.name) == "libx264" && opens(task, text)
+             ? text
+             : std::string();
+}
+
 std::string h264(const EncoderTask& task) {
-  const bool isIntra = task.sameCodec && task.source.profile != FF_PROFILE_UNKNOWN &&
+  const bool isNamed = task.source.profile != FF_PROFILE_UNKNOWN &&
                        (task.source.profile & FF_PROFILE_H264_INTRA) != 0;
+  const bool isIntra = task.sameCodec && (isNamed || task.source.intra.isIntra);
+  if (std::string intra = avcIntra(task); !intra.empty())
+    return intra;
   return rateOr(task, "crf=18") + (isIntra ? ":g=1" : "");
 }
 
 std::string hevc(const EncoderTask& task) {
   return rateOr(task, "crf=18");
+}
+
+/// IMX and other MPEG-2 without prediction, coded as the source. Frames of one size fill a buffer
+/// of a frame each.
+std::string intraMPEG2(const EncoderTask& task) {
+  const IntraLook& look = task.source.intra;
+  const auto flag = [](const char* key, bool on) {
+    return std::string(":") + key + (on ? "=1" : "=0");
+  };
+  const std::string rate = std::to_string(task.source.bitRate);
+  const std::string size = std::to_string(
+      std::lround(static_cast<double>(task.source.bitRate) / av_q2d(task.source.frames.rate)));
+  const bool fixed = look.sameSize && task.source.bitRate > 0;
+  return ":g=1:bf=0:dc=" + std::to_string(look.precision) +
+         flag("non_linear_quant", look.nonLinear) + flag("intra_vlc", look.intraTable) +
+         flag("alternate_scan", look.alternateScan) +
+         (fixed ? ":minrate=" + rate + ":bufsize=" + size + ":rc_init_occupancy=" + size +
+                      ":rc_max_vbv_use=1:rc_min_vbv_use=1:qmin=1:qmax=28"
+                : std::string());
 }
 
 /// MPEG-2 tells its largest rate, and a placeholder if that varies.
@@ -103,8 +158,11 @@ std::string mpeg2(const EncoderTask& task) {
   const bool reorders = !task.sameCodec || task.source.reorders;
   const std::string fields = task.source.frames.interlaced ? ":flags=+ildct+ilme" : "";
   // A second entry of "flags" would replace the first.
-  return (quality == kQuantizer2 && !fields.empty() ? quality + "+ildct+ilme" : quality + fields) +
-         ":g=" + halfSecond(task.source) + ":bf=" + (reorders ? "2" : "0");
+  const std::string common =
+      quality == kQuantizer2 && !fields.empty() ? quality + "+ildct+ilme" : quality + fields;
+  if (task.sameCodec && task.source.intra.isIntra)
+    return common + intraMPEG2(task);
+  return common + ":g=" + halfSecond(task.source) + ":bf=" + (reorders ? "2" : "0");
 }
 
 /// Bits that the picture has for each one that the source keeps; 1 is lossless.

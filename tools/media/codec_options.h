@@ -5,6 +5,7 @@
 #pragma once
 
 #include "media/frame_kind.h"
+#include "media/intra_look.h"
 #include "media/libav.h"
 
 #include <cstdint>
@@ -19,6 +20,8 @@ struct SourceVideo {
   int profile = FF_PROFILE_UNKNOWN;
   AVPixelFormat pixelFormat = AV_PIX_FMT_NONE;  // of the frames that come
   std::int64_t bitRate = 0;                     // 0 if unknown
+  std::uint32_t tag = 0;                        // of the codec in its file, or 0
+  IntraLook intra;
   bool reorders = true;  // whether frames are stored in another order than shown
   FrameKind frames;
 };

@@ -140,6 +140,12 @@ CodecChoice ownDelivery(const SourceVideo& source, const AVOutputFormat& format,
              : otherDelivery(own.has_value(), source, format, request);
 }
 
+/// Whether chooseCodec finds a lossless encoding.
+bool hasLossless(AVPixelFormat drawn, const AVOutputFormat& format) {
+  return streamCodec(drawn, format, {}) || losslessEncoding(drawn, format) ||
+         losslessEncoding(drawnFormat(drawn), format);
+}
+
 /// The profile that the options name by its number.
 std::string profileText(const CodecChoice& choice) {
   Options options;
@@ -169,6 +175,9 @@ SourceVideo sourceVideo(MediaInput& input, const FrameKind& frames, AVPixelForma
   source.pixelFormat = drawn;
   source.bitRate = codec.bit_rate > 0 ? codec.bit_rate : shareOfTheFile(input);
   source.reorders = codec.video_delay > 0;
+  source.tag = codec.codec_tag;
+  if (codec.codec_id == AV_CODEC_ID_MPEG2VIDEO || codec.codec_id == AV_CODEC_ID_H264)
+    source.intra = lookForIntra(input);
   source.frames = frames;
   return source;
 }
@@ -181,6 +190,16 @@ CodecChoice chooseDelivery(const OutputRequest& request, const SourceVideo& sour
     return viewingCopy(format, request.codec);
   return request.lossless ? losslessDelivery(source, format, request.codec)
                           : ownDelivery(source, format, request.codec);
+}
+
+CodecChoice chooseJoined(const CodecRequest& request, const SourceVideo& source,
+                         const AVOutputFormat& format) {
+  if (request.asked || isAlwaysEncoded(format) || hasLossless(source.pixelFormat, format))
+    return chooseCodec(request, source.pixelFormat, format);
+  CodecChoice choice = usualDelivery(source, format, request);
+  choice.note = std::string("the video becomes ") + avcodec_get_name(choice.codec->id) + ": " +
+                format.name + " files hold no lossless video";
+  return choice;
 }
 
 std::vector<std::string> muxerOptions(const OutputRequest& request, const AVOutputFormat& format) {

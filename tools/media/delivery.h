@@ -44,6 +44,11 @@ struct OutputRequest {
 [[nodiscard]] CodecChoice chooseDelivery(const OutputRequest& request, const SourceVideo& source,
                                          const AVOutputFormat& format);
 
+/// The encoder for joined clips: as named, else lossless where the kind of file holds that, else
+/// its usual codec, which the choice's note says. Throws Failure.
+[[nodiscard]] CodecChoice chooseJoined(const CodecRequest& request, const SourceVideo& source,
+                                       const AVOutputFormat& format);
+
 /// The options for the output's muxer, "KEY=VALUE".
 [[nodiscard]] std::vector<std::string> muxerOptions(const OutputRequest& request,
                                                     const AVOutputFormat& format);

@@ -36,6 +36,8 @@ void Burner::burn(std::uint8_t* canvas, std::int64_t index, Captions captions) {
     extras.levels = meters_->levels();
     extras.peaks = meters_->peaks();
   }
+  extras.damaged =
+      job_.plan.request.markDamage && job_.damage != nullptr && job_.damage->contains(index);
   session_.burn(canvas, index, extras);
 }
 

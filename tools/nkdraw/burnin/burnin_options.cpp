@@ -68,6 +68,10 @@ void BurninArguments::addTo(CLI::App& command) {
   outputs_.addTo(command);
   sequences_.addTo(command);
   damage_.addTo(command);
+  OptionGroup(command, "What is burnt in")
+      .addFlag("--mark-damage", markDamage_,
+               "DAMAGED in the middle of damaged and repeated frames;\n"
+               "with --on-damage continue");
   pipes_.addInputTo(command);
   addPatternTo(command);
   plain.addFlag("--list-layouts", listLayouts_, "List the layouts that are drawn on in place");
@@ -149,6 +153,10 @@ BurninOptions BurninArguments::read() const {
     badValue(kRecordOption, "", "write HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame");
   options.recordTimecode = recordTimecode_;
   options.overlay.vitc = options.overlay.vitc || recordTimecode_;
+  options.overlay.markDamage = markDamage_;
+  if (markDamage_ && options.onDamage != OnDamage::kContinue)
+    throw Failure(ExitCode::kUsage, "an option without what it is for", "--mark-damage",
+                  "give --on-damage continue");
   if (damage_.given() && !options.input)
     throw Failure(ExitCode::kUsage, "the test pattern is never damaged", "--on-damage",
                   "leave it out");

@@ -91,7 +91,7 @@ class BurninArguments {
   bool ltc_ = false, noLtc_ = false, vitc_ = false, clock_ = false, frameNumber_ = false,
        formatLine_ = false;
   bool fill_ = false, noFill_ = false;
-  bool keepAlpha_ = false;
+  bool keepAlpha_ = false, markDamage_ = false;
   RunOptions run_;
   bool listLayouts_ = false;
 };

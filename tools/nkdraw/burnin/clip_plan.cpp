@@ -67,6 +67,7 @@ void planBurn(Job& job, MediaInput& input, const BurninOptions& options) {
                      ? timecodeFromText(*options.startTimecode, job.frames.rate, kStartOption)
                      : timecodeOf(input, job.frames.rate);
   job.range = options.range;
+  job.damage = &input.damage();
   job.libraryAlpha = options.libraryAlpha;
   checkRange(input, job.range);
   job.plan = planOverlay(options.overlay, job.shown, job.timecode,

@@ -5,6 +5,7 @@
 
 #include "burnin/overlay_plan.h"
 #include "cli/using_media.h"
+#include "media/damage.h"
 #include "media/frame_kind.h"
 #include "media/layouts.h"
 #include "media/orientation.h"
@@ -28,6 +29,7 @@ struct Job {
   TimecodeStart timecode;
   OverlayPlan plan;
   FrameRange range;
+  const DamageList* damage = nullptr;            // of the clip, whose frames are marked
   std::shared_ptr<const CaptionTrack> captions;  // from a separate file
   std::shared_ptr<const SoundTrack> sound;       // for the meters
 };

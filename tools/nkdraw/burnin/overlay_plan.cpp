@@ -183,6 +183,17 @@ void planTexts(OverlayPlan& plan, const FrameKind& frames) {
   }
 }
 
+/// The mark of damaged frames, in the middle.
+void planMark(OverlayPlan& plan, const FrameKind& frames) {
+  if (!plan.request.markDamage)
+    return;
+  TextBox box = {
+      "damage mark", "DAMAGED", {}, textSize(plan.request, frames), TextContent::kDamage};
+  box.at = {even((frames.width - static_cast<int>(box.right())) / 2),
+            even((frames.height - static_cast<int>(box.bottom())) / 2)};
+  addBox(plan, box, frames);
+}
+
 /// The panel, including the mark of the faintest peak below it.
 constexpr Point kMeterPanel = {281, 213};
 
@@ -294,6 +305,7 @@ OverlayPlan planOverlay(const OverlayRequest& request, const FrameKind& frames,
   planRows(plan, frames, timecode);
   planFormatLine(plan, frames);
   planTexts(plan, frames);
+  planMark(plan, frames);
   planLayers(plan, frames);
   return plan;
 }

@@ -43,7 +43,7 @@ struct CaptionRequest {
 /// The user's request. Anything not set is derived from the frame.
 struct OverlayRequest {
   bool ltc = true, vitc = false, clock = false, frameNumber = false, formatLine = false,
-       fill = true;
+       fill = true, markDamage = false;
   std::optional<Point> position, formatAt;
   std::optional<unsigned> size;      // magnification of the timecode rows, 1 to 20
   std::optional<unsigned> textSize;  // and of the format line and the texts
@@ -59,6 +59,7 @@ enum class TextContent {
   kFixed,        ///< `text` as it is
   kTimecode,     ///< the source's timecode, behind a label
   kRecord,       ///< the record timecode, behind a label if the source's shows
+  kDamage,       ///< `text`, in damaged frames alone
   kFrameNumber,  ///< the number of the frame in the clip, from 0
 };
 

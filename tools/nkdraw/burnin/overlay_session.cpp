@@ -161,16 +161,17 @@ void OverlaySession::burn(std::uint8_t* canvas, std::int64_t index, const FrameE
   frame.captionData = extras.captions.data();
   frame.captionBytes = static_cast<std::uint32_t>(extras.captions.size());
   BurnIn(&frame, extras.levels, extras.peaks, 0);
-  drawOwnTexts(index);
+  drawOwnTexts(index, extras.damaged);
 }
 
 /// In the overlay's look: the surface still has its canvas and the colours of its texts.
-void OverlaySession::drawOwnTexts(std::int64_t index) {
+void OverlaySession::drawOwnTexts(std::int64_t index, bool damaged) {
   constexpr int kCellHeight = static_cast<int>(kGlyphHeight);
   for (const TextBox& box : plan_.boxes) {
-    if (box.content == TextContent::kOverlay)
+    const bool isMark = box.content == TextContent::kDamage;
+    if (box.content == TextContent::kOverlay || (isMark && !damaged))
       continue;
-    const std::string text = box.content == TextContent::kFixed
+    const std::string text = box.content == TextContent::kFixed || isMark
                                  ? box.text
                                  : rowText(box.content, timecode_, plan_, index);
     tagRECT place = {box.at.x, box.at.y, width_,

@@ -23,6 +23,7 @@ using Captions = std::span<const std::uint8_t>;
 struct FrameExtras {
   Captions captions;
   const std::uint32_t *levels = nullptr, *peaks = nullptr;
+  bool damaged = false;
 };
 
 /// Burns a plan into the frames of one clip.
@@ -43,7 +44,7 @@ class OverlaySession : private CNkOverlay {
   void place(const OverlayPlan& plan);
   void placeTexts();
   [[nodiscard]] bool draws(const std::string& what) const;
-  void drawOwnTexts(std::int64_t index);
+  void drawOwnTexts(std::int64_t index, bool damaged);
   void placeLayers(const OverlayRequest& request);
   void openCaptions(const HZWVIDEO& header, const CaptionRequest& request);
 

@@ -12,6 +12,7 @@
 #include "wipe/wipe_names.h"
 #include "wipe/wipe_plan.h"
 
+#include <cstdio>
 #include <type_traits>
 #include <utility>
 
@@ -186,6 +187,8 @@ void wipeClips(const WipeOptions& options) {
   else
     TranscodeJoin(clips, plan, writer).run();
   writer.finish();
+  if (plan.codec && !plan.codec->note.empty())
+    std::fprintf(stderr, "nkdraw: note: %s\n", plan.codec->note.c_str());
   reportDamage({&clips.a.damage(), &clips.b.damage()});
 }
 

@@ -86,11 +86,12 @@ void WipeArguments::addWritingTo(CLI::App& command) {
   group.add("--audio", audio_, "HOW",
             "The sound: crossfade during the transition (default),\n"
             "cut in its middle, or none");
+  group.addFlag("--no-audio", noAudio_, "The same as --audio none");
   group.add("--audio-codec", audioCodec_, "NAME[:KEY=VALUE...]",
-            "Encode sound with this encoder of FFmpeg (PCM)");
+            "Encode sound with this encoder of FFmpeg (PCM, or what\nsuits the kind of file)");
   group.add("--codec", codec_, "NAME[:KEY=VALUE...]",
             "Encode video with this encoder of FFmpeg (losslessly,\n"
-            "by layout and kind of file)");
+            "by layout and kind of file; else its usual codec)");
   addProgress(group, plain_);
   group.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT if it exists");
   addDryRun(group, plain_);
@@ -98,7 +99,12 @@ void WipeArguments::addWritingTo(CLI::App& command) {
 
 WipeOptions WipeArguments::read() const {
   WipeOptions options = plain_;
-  options.audio.mode = readAudio(audio_);
+  options.audio.mode = noAudio_ ? AudioMode::kNone : readAudio(audio_);
+  if (noAudio_ && (audio_ != "crossfade" || !audioCodec_.empty()))
+    throw Failure(
+        ExitCode::kUsage, "options that exclude each other",
+        std::string(audioCodec_.empty() ? "--audio" : "--audio-codec") + " and --no-audio",
+        "give one of them");
   if (options.list)
     return options;
   checkRun(options);

@@ -52,7 +52,7 @@ class WipeArguments {
   std::string wipe_ = "dissolve", audio_ = "crossfade", codec_, audioCodec_;
   PipeArguments pipes_;
   DamageArguments damage_;
-  bool swap_ = false;
+  bool swap_ = false, noAudio_ = false;
 };
 
 }  // namespace nkdraw::tool

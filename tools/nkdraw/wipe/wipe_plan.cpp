@@ -2,6 +2,7 @@
 #include "wipe/wipe_plan.h"
 
 #include "cli/option_values.h"
+#include "media/delivery.h"
 #include "media/drawn_format.h"
 #include "media/failure.h"
 #include "media/media_output.h"
@@ -78,7 +79,8 @@ void planFrames(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {
       commonFormat(wipedFormat(decodedFormat(clips.a)), wipedFormat(decodedFormat(clips.b)));
   plan.layout = wipeLayoutOf(
       plan.drawn == AV_PIX_FMT_YUV422P10 ? AV_CODEC_ID_V210 : AV_CODEC_ID_RAWVIDEO, plan.drawn);
-  plan.codec = chooseCodec(options.codec, plan.drawn, *plan.format);
+  plan.codec =
+      chooseJoined(options.codec, sourceVideo(clips.a, clips.frames, plan.drawn), *plan.format);
 }
 
 void planTimes(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {

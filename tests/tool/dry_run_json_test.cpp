@@ -168,7 +168,8 @@ TEST(DryRunJSON, SaysHowFramesAreEncodedAndWhatBecomesOfStreams) {
   EXPECT_EQ(said["picture"], json({{"decoded", "yuv420p"}, {"drawn", "yuv420p"}}));
   EXPECT_TRUE(said["layout"].is_null());
   EXPECT_EQ(output["codec"]["pixel_format"], "yuv420p");
-  EXPECT_EQ(output["codec"]["options"], json({{"g", "4"}, {"bf", "0"}}));
+  EXPECT_EQ(output["codec"]["options"],
+            json({{"g", "4"}, {"bf", "0"}, {"gop_timecode", "10:00:00:00"}}));
   const json& streams = output["streams"];
   ASSERT_EQ(streams.size(), 3U);
   EXPECT_EQ(streams[0]["action"], "burn");

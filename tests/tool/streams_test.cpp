@@ -299,7 +299,7 @@ TEST(StreamsDryRun, ListsWhatBecomesOfEach) {
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   for (const char* words :
        {"audio, pcm_s16le: converted to aac: mpegts files do not keep pcm_s16le",
-        "data, none: left out: mpegts files hold no timecode"})
+        "data, none: kept as the video's timecode"})
     EXPECT_NE(outcome.out.find(words), std::string::npos) << outcome.out;
 }
 

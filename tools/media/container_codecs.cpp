@@ -30,6 +30,20 @@ constexpr Held kHeld[] = {
     {"vob", {AV_CODEC_ID_MPEG2VIDEO, AV_CODEC_ID_MPEG1VIDEO, kNone, kNone, kNone}},
 };
 
+/// What FFmpeg's muxers say they hold, and refuse when the file begins.
+constexpr Held kRefused[] = {
+    {"mov", {AV_CODEC_ID_VP8, AV_CODEC_ID_VP9, AV_CODEC_ID_AV1, kNone, kNone}},
+};
+
+const Held* entryOf(std::span<const Held> table, const AVOutputFormat& format) {
+  const auto found = std::ranges::find(table, format.name, &Held::muxer);
+  return found != table.end() ? &*found : nullptr;
+}
+
+bool has(const Held* entry, AVCodecID codec) {
+  return entry != nullptr && std::ranges::find(entry->codecs, codec) != std::end(entry->codecs);
+}
+
 /// What each kind of file usually holds, best first; FFmpeg's own default for kinds that are not
 /// here.
 struct Usual {
@@ -59,9 +73,9 @@ constexpr std::string_view kFamily[] = {"mov", "mp4", "ipod", "3gp", "3g2", "f4v
 }  // namespace
 
 bool carries(const AVOutputFormat& format, AVCodecID codec) {
-  const auto* const held = std::ranges::find(kHeld, format.name, &Held::muxer);
-  return held != std::end(kHeld) ? std::ranges::find(held->codecs, codec) != std::end(held->codecs)
-                                 : holds(format, codec);
+  const Held* const held = entryOf(kHeld, format);
+  return held != nullptr ? has(held, codec)
+                         : holds(format, codec) && !has(entryOf(kRefused, format), codec);
 }
 
 std::span<const AVCodecID> usualCodecs(const AVOutputFormat& format) {

@@ -5,6 +5,7 @@
 #include "media/chapters.h"
 #include "media/container_streams.h"
 #include "media/failure.h"
+#include "media/kept_timecode.h"
 #include "media/stream_facts.h"
 
 #include <algorithm>
@@ -141,12 +142,6 @@ StreamPlan planVideo(const Case& each) {
   return copied();
 }
 
-/// Kinds of files that have a place for the timecode of the video.
-bool keepsTimecode(const AVOutputFormat& format) {
-  constexpr std::string_view kKinds[] = {"mov", "mp4", "matroska", "avi", "nut", "mxf", "gxf"};
-  return std::ranges::find(kKinds, format.name) != std::end(kKinds);
-}
-
 /// QuickTime stores the names of chapters in a stream.
 bool isOfChapters(const Case& each) {
   return each.codec().codec_tag == kTextTag && each.codec().codec_id == AV_CODEC_ID_BIN_DATA &&
@@ -155,7 +150,8 @@ bool isOfChapters(const Case& each) {
 
 StreamPlan planData(const Case& each) {
   const AVCodecParameters& codec = each.codec();
-  if (codec.codec_tag == kTimecodeTag && keepsTimecode(each.format))
+  if (codec.codec_tag == kTimecodeTag &&
+      (holdsTimecode(each.format) || each.request.timecodeInVideo))
     return {StreamAction::kTimecode, {}};
   if (codec.codec_tag == kTimecodeTag)
     return {StreamAction::kLeaveOut, std::string(each.format.name) + " files hold no timecode"};

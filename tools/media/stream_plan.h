@@ -31,7 +31,8 @@ struct StreamRequest {
   bool keepAAC = false;                        ///< AAC stays, whatever `audio` says
   bool noAudio = false;
   bool noSubtitles = false;
-  bool noData = false;  ///< data, attachments and cover pictures
+  bool noData = false;           ///< data, attachments and cover pictures
+  bool timecodeInVideo = false;  ///< the encoded video tells it, whatever the kind of file
 };
 
 /// One stream's action.

@@ -8,6 +8,7 @@
 #include "burnin/clip_plan.h"
 #include "burnin/range_check.h"
 #include "burnin/sequence_burnin.h"
+#include "cli/note.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
 #include "media/failure.h"
@@ -15,7 +16,6 @@
 #include "media/still.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -172,7 +172,7 @@ void burnClip(const BurninOptions& options) {
   else
     ClipWriter(input, plan, options).write();
   for (const std::string& note : plan.notes)
-    std::fprintf(stderr, "nkdraw: note: %s\n", note.c_str());
+    printNote(note);
   if (!options.verbose)
     reportStreams(input, plan);
   reportDamage({&input.damage()});

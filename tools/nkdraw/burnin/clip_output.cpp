@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "burnin/clip_output.h"
 
+#include "cli/note.h"
 #include "media/clip_facts.h"
 #include "media/first_look.h"
+#include "media/kept_timecode.h"
 #include "media/light_levels.h"
 #include "media/read_back.h"
 #include "media/stream_facts.h"
@@ -50,6 +52,12 @@ void ClipOutput::finish() {
   copier_.finish();
   output_.finish();
   checkReadable(file_.temporary(), *plan_.format, file_.path());
+  lost_ = foundLoss(file_.temporary(), file_.path(), *plan_.format, plan_.timecode);
+}
+
+void ClipOutput::commit() {
+  file_.commit();
+  printNote(lost_);
 }
 
 PacketSink::PacketSink(ClipOutput& output, MediaInput& input, const Job& job)

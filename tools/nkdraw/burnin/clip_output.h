@@ -14,6 +14,7 @@
 #include "media/video_encoder.h"
 
 #include <cstdint>
+#include <string>
 
 namespace nkdraw::tool {
 
@@ -34,7 +35,8 @@ class ClipOutput {
   void writeOther(const AVPacket& packet);
   /// Writes the rest, and reads the file back. Throws Failure if it can't be read.
   void finish();
-  void commit() { file_.commit(); }
+  /// Gives the file its name. One line says if it does not tell the timecode that it should.
+  void commit();
 
  private:
   const OutputPlan& plan_;
@@ -42,6 +44,7 @@ class ClipOutput {
   MediaOutput output_;
   StreamCopier copier_;
   Packet own_ = makePacket();
+  std::string lost_;  // of the timecode
 };
 
 /// Writes the file's own frames, burnt.

@@ -7,6 +7,7 @@
 #include "media/clip_facts.h"
 #include "media/first_look.h"
 #include "media/frame_converter.h"
+#include "media/gop_timecode.h"
 #include "media/image_sequence.h"
 #include "media/layouts.h"
 #include "media/media_output.h"
@@ -40,6 +41,17 @@ std::vector<StreamPlan> videoAlone(MediaInput& input) {
   std::vector<StreamPlan> streams(input.file().nb_streams, none);
   streams[static_cast<std::size_t>(input.video().index)] = {StreamAction::kBurn, {}, {}};
   return streams;
+}
+
+void planTimecode(OutputPlan& output, const ClipPlan& plan, MediaInput& input) {
+  output.timecode = {plan.timecodeTag.value_or(""), plan.job.frames.rate,
+                     output.codec ? output.codec->codec->id : input.video().codecpar->codec_id};
+  if (output.codec)
+    output.request.streams.timecodeInVideo =
+        writeGOPTimecode(*output.codec, output.timecode.text, output.timecode.rate);
+  const std::string lost = foreseenLoss(*output.format, output.timecode);
+  if (!lost.empty())
+    output.notes.push_back(lost);
 }
 
 void planStreamsOf(OutputPlan& output, const Job& job, MediaInput& input) {
@@ -97,6 +109,7 @@ void planOutput(OutputPlan& output, const ClipPlan& plan, MediaInput& input) {
     if (!output.codec->note.empty())
       output.notes.push_back(output.codec->note);
   }
+  planTimecode(output, plan, input);
   planStreamsOf(output, plan.job, input);
   if (const auto lost = lostChapters(input.file(), plan.window, *output.format))
     output.notes.push_back(*lost);

@@ -7,6 +7,7 @@
 #include "burnin/burnin_options.h"
 #include "cli/using_media.h"
 #include "media/delivery.h"
+#include "media/kept_timecode.h"
 #include "media/media_input.h"
 #include "media/stream_plan.h"
 
@@ -23,6 +24,7 @@ struct OutputPlan {
   const AVOutputFormat* format = nullptr;  // null for a still
   bool inPlace = false;                    // it holds the file's own frames, or shows one
   std::optional<CodecChoice> codec;        // if frames are encoded
+  OutputTimecode timecode;                 // that it should tell
   std::vector<StreamPlan> streams;         // empty for a still
   std::vector<std::string> notes;          // what a user should know of this output
 };

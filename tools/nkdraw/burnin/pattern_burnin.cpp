@@ -8,11 +8,14 @@
 #include "burnin/sequence_burnin.h"
 #include "burnin/test_pattern.h"
 #include "cli/media_pieces.h"
+#include "cli/note.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
 #include "media/delivery.h"
 #include "media/failure.h"
+#include "media/gop_timecode.h"
 #include "media/interrupt.h"
+#include "media/kept_timecode.h"
 #include "media/media_output.h"
 #include "media/output_file.h"
 #include "media/read_back.h"
@@ -182,22 +185,33 @@ void writeEncoded(const Job& job, const CodecChoice& choice, const BurninOptions
   encoder.encode(nullptr, 0, write);
 }
 
-void writePatternClip(const Job& job, const BurninOptions& options, const AVOutputFormat& format,
-                      const std::optional<CodecChoice>& choice) {
-  OutputFile file(options.output().path, options.overwrite);
-  MediaOutput output(file.temporary(), format, options.output().path);
+/// What is written: null and none for a still.
+struct PatternOutput {
+  const AVOutputFormat* format = nullptr;
+  std::optional<CodecChoice> codec;
+  OutputTimecode timecode;
+  std::string note;  // of what the kind of file does not hold
+};
+
+void writePatternClip(const Job& job, const BurninOptions& options, const PatternOutput& plan) {
+  const AVOutputFormat& format = *plan.format;
+  const std::string& path = options.output().path;
+  OutputFile file(path, options.overwrite);
+  MediaOutput output(file.temporary(), format, path);
   AVStream& stream = output.addStream();
   if (countsAllFrames(job.timecode, job.frames.rate))
     av_dict_set(&stream.metadata, "timecode", timecodeText(job.timecode, job.range.first).c_str(),
                 0);
   keepTimecodeTag(output, stream);
-  if (choice)
-    writeEncoded(job, *choice, options, output, stream);
+  if (plan.codec)
+    writeEncoded(job, *plan.codec, options, output, stream);
   else
     writeRaw(job, options, output, stream);
   output.finish();
-  checkReadable(file.temporary(), format, options.output().path);
+  checkReadable(file.temporary(), format, path);
+  const std::string lost = foundLoss(file.temporary(), path, format, plan.timecode);
   file.commit();
+  printNote(lost);
 }
 
 void writePatternStill(const Job& job, const BurninOptions& options) {
@@ -207,11 +221,15 @@ void writePatternStill(const Job& job, const BurninOptions& options) {
   file.commit();
 }
 
-/// What is written: null and none for a still.
-struct PatternOutput {
-  const AVOutputFormat* format = nullptr;
-  std::optional<CodecChoice> codec;
-};
+void planTimecode(PatternOutput& output, const Job& job) {
+  const bool counts = countsAllFrames(job.timecode, job.frames.rate);
+  const std::string first = counts ? timecodeText(job.timecode, job.range.first) : "";
+  if (output.codec)
+    writeGOPTimecode(*output.codec, first, job.frames.rate);
+  output.timecode = {job.timecode.known ? first : "", job.frames.rate,
+                     output.codec ? output.codec->codec->id : job.layout->codec};
+  output.note = foreseenLoss(*output.format, output.timecode);
+}
 
 PatternOutput planOutput(const Job& job, const BurninOptions& options) {
   PatternOutput output;
@@ -231,6 +249,7 @@ PatternOutput planOutput(const Job& job, const BurninOptions& options) {
     source.frames = job.frames;
     output.codec = chooseDelivery(options.output(), source, *output.format);
   }
+  planTimecode(output, job);
   return output;
 }
 
@@ -249,6 +268,8 @@ void describe(Description& to, const Job& job, const PatternOutput& output,
   to.add("output", kOutput, {{"path", options.output().path}, {"format", format, ""}});
   to.addList(std::string(kOutput) + "/streams");
   to.addList("/notes");
+  if (!output.note.empty())
+    to.addText("note", "/notes/-", output.note);
 }
 
 }  // namespace
@@ -262,7 +283,8 @@ void burnPattern(const BurninOptions& options) {
   if (options.still)
     writePatternStill(job, options);
   else
-    writePatternClip(job, options, *output.format, output.codec);
+    writePatternClip(job, options, output);
+  printNote(output.note);
 }
 
 }  // namespace nkdraw::tool

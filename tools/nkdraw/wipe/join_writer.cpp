@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "wipe/join_writer.h"
 
+#include "cli/note.h"
+#include "media/kept_timecode.h"
 #include "media/read_back.h"
 #include "media/stream_facts.h"
 
@@ -8,7 +10,7 @@ namespace nkdraw::tool {
 
 JoinWriter::JoinWriter(ClipPair& clips, const WipePlan& plan, const WipeOptions& options)
     : file_(options.output, options.overwrite),
-      format_(plan.format),
+      plan_(plan),
       output_(file_.temporary(), *plan.format, options.output),
       video_(output_.addStream()),
       sound_(clips, plan.audio, options.audio, {plan.at, plan.at + plan.duration}, output_),
@@ -37,8 +39,12 @@ void JoinWriter::finish() {
   sound_.advanceTo(places_.next());
   sound_.finish();
   output_.finish();
-  checkReadable(file_.temporary(), *format_, file_.path());
+  checkReadable(file_.temporary(), *plan_.format, file_.path());
+  const std::string lost =
+      foundLoss(file_.temporary(), file_.path(), *plan_.format, plan_.timecode);
   file_.commit();
+  printNote(lost);
+  printNote(plan_.note);
 }
 
 }  // namespace nkdraw::tool

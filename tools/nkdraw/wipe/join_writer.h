@@ -35,7 +35,7 @@ class JoinWriter {
 
  private:
   OutputFile file_;
-  const AVOutputFormat* format_;
+  const WipePlan& plan_;
   MediaOutput output_;
   AVStream& video_;
   AudioJoin sound_;

@@ -107,6 +107,9 @@ void describe(Description& to, ClipPair& clips, const WipePlan& plan, const Wipe
          {encoderPiece(plan.codec ? &*plan.codec : nullptr,
                        plan.codec ? codecText(*plan.codec) : "unchanged")});
   to.add("output", kOutput, {{"path", options.output}, ": ", {"format", plan.format->name}});
+  to.addList("/notes");
+  if (!plan.note.empty())
+    to.addText("note", "/notes/-", plan.note);
 }
 
 }  // namespace nkdraw::tool

@@ -5,6 +5,7 @@
 #include "media/delivery.h"
 #include "media/drawn_format.h"
 #include "media/failure.h"
+#include "media/gop_timecode.h"
 #include "media/media_output.h"
 #include "media/packet_rows.h"
 #include "media/pipe_name.h"
@@ -128,6 +129,20 @@ void checkSoundCanBeRead(ClipPair& clips, const AudioRequest& request) {
   }
 }
 
+void planTimecode(WipePlan& plan, ClipPair& clips) {
+  const AVRational rate = clips.frames.rate;
+  const TimecodeStart timecode = timecodeOf(clips.a, rate);
+  if (!countsAllFrames(timecode, rate))
+    plan.timecodeTag = "";
+  else if (timecode.known)
+    plan.timecodeTag = timecodeText(timecode, 0);
+  plan.timecode = {plan.timecodeTag.value_or(""), rate,
+                   plan.codec ? plan.codec->codec->id : plan.layout->codec};
+  if (plan.codec)
+    writeGOPTimecode(*plan.codec, plan.timecode.text, rate);
+  plan.note = foreseenLoss(*plan.format, plan.timecode);
+}
+
 }  // namespace
 
 WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
@@ -139,11 +154,7 @@ WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
   planFrames(plan, clips, options);
   checkSoundCanBeRead(clips, options.audio);
   plan.audio = planAudio(clips, options.audio, *plan.format);
-  const TimecodeStart timecode = timecodeOf(clips.a, clips.frames.rate);
-  if (!countsAllFrames(timecode, clips.frames.rate))
-    plan.timecodeTag = "";
-  else if (timecode.known)
-    plan.timecodeTag = timecodeText(timecode, 0);
+  planTimecode(plan, clips);
   return plan;
 }
 

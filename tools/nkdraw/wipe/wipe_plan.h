@@ -6,6 +6,7 @@
 #include "cli/using_media.h"
 #include "media/audio_join.h"
 #include "media/clip_pair.h"
+#include "media/kept_timecode.h"
 #include "media/layouts.h"
 #include "media/video_encoder.h"
 #include "wipe/frame_wiper.h"
@@ -30,6 +31,8 @@ struct WipePlan {
   std::optional<CodecChoice> codec;  // if frames are encoded
   std::vector<AudioTrackPlan> audio;
   std::optional<std::string> timecodeTag;  // empty to drop the first clip's
+  OutputTimecode timecode;                 // that the output should tell
+  std::string note;                        // that it doesn't
 
   [[nodiscard]] bool isInPlace() const { return drawn == AV_PIX_FMT_NONE; }
   /// The progress at frame `index` of the transition.

@@ -56,6 +56,21 @@ TEST(Delivery, TenBitH264IsNotTaggedAsAVCIntra) {
   expectPlays("out.mov");
 }
 
+TEST(Delivery, FFV1GoesIntoQuickTimeFilesByName) {
+  makeClip("in.mkv", "320x180", {"-c:v", "ffv1"});
+  ASSERT_EQ(burnin({at("in.mkv"), at("out.mov"), "--codec", "ffv1"}).exitCode, 0);
+  EXPECT_TRUE(videoOf("out.mov").starts_with("ffv1/")) << videoOf("out.mov");
+  expectPlays("out.mov");
+}
+
+TEST(Delivery, WebVideoIsNotTriedInQuickTimeFiles) {
+  makeClip("in.webm", "320x180", {"-c:v", "libvpx"});
+  const Outcome outcome = burnin({at("in.webm"), at("out.mov")});
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_NE(outcome.err.find("mov files hold no vp8"), std::string::npos) << outcome.err;
+  expectPlays("out.mov");
+}
+
 TEST(Delivery, HEVCHasTheTagThatPlayersTake) {
   makeClip("in.mov", "320x180", {"-c:v", "prores_ks"});
   for (const char* out : {"out.mov", "out.mp4"}) {

@@ -263,6 +263,16 @@ TEST(Sequence, RefusesWhatMakesNoSense) {
   expectRefusal({"burnin", "--layout", "uyvy", at("o%04d.png")}, kUsage, "as a clip");
 }
 
+TEST(Sequence, IsRefusedWithOptionsThatItDoesNotHave) {
+  const std::string in = at("in%04d.png");
+  for (const Arguments& option : {Arguments{"--lossless"}, Arguments{"--viewing-copy"},
+                                  Arguments{"--container-option", "movflags=+faststart"}}) {
+    Arguments run = {"burnin", in, at("o%04d.png")};
+    run.insert(run.end(), option.begin(), option.end());
+    expectRefusal(run, kUsage, option.front());
+  }
+}
+
 TEST(Sequence, TakesAnEncodersOptions) {
   makePictures("in%04d.tif", "rgb24", 1);
   ASSERT_EQ(burnSmall({at("in%04d.tif"), at("a%04d.tif")}).exitCode, 0);

@@ -6,6 +6,7 @@
 #include "media/libav_log.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace nkdraw::media {
 namespace {
@@ -17,6 +18,12 @@ const AVCodec* findEncoder(const std::string& name, AVMediaType type) {
   const AVCodecDescriptor* const codec =
       type == AVMEDIA_TYPE_VIDEO ? avcodec_descriptor_get_by_name(name.c_str()) : nullptr;
   return codec != nullptr ? avcodec_find_encoder(codec->id) : nullptr;
+}
+
+/// FFmpeg reads FFV1 from QuickTime files, though its muxer does not list it.
+bool canHold(const AVOutputFormat& format, AVCodecID codec) {
+  return keepsCodec(format, codec) ||
+         (codec == AV_CODEC_ID_FFV1 && std::string_view(format.name) == "mov");
 }
 
 }  // namespace
@@ -31,7 +38,7 @@ CodecChoice namedEncoder(const CodecRequest& request, AVMediaType type,
     throw Failure(ExitCode::kUsage,
                   std::string("no such ") + av_get_media_type_string(type) + " encoder", name,
                   "see ffmpeg -encoders");
-  if (!keepsCodec(format, codec->id))
+  if (!canHold(format, codec->id))
     throw Failure(ExitCode::kUsage, "the output's kind of file does not hold this codec",
                   std::string(format.name) + ", " + name,
                   "choose another suffix or " + request.option);

@@ -33,7 +33,8 @@ constexpr char kMore[] =
     "      A moving test pattern with timecode.\n"
     "\n"
     "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing, 5 done, but frames of the\n"
-    "input are damaged; 129, 130 and 143 interrupted. More in nkdraw(1).";
+    "input are damaged; 129, 130 and 143 interrupted; 141 nobody reads the\n"
+    "output's pipe. More in nkdraw(1).";
 
 /// Printable ASCII: there is no way to draw the other glyphs, and control codes have no meaningful
 /// ones.

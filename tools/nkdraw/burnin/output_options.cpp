@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
+#include <utility>
 
 namespace nkdraw::tool {
 namespace {
@@ -34,6 +35,18 @@ std::filesystem::path placeOf(const OutputRequest& output) {
   return isPipedOutput(output.path)
              ? std::filesystem::path(outputUrl(output.path))
              : std::filesystem::weakly_canonical(std::filesystem::absolute(output.path));
+}
+
+/// Each picture is a file of its own, encoded by the suffix. Throws Failure.
+void checkPictures(const OutputRequest& output) {
+  const bool isSequence = !output.format && isSequenceName(output.path);
+  for (const auto& [given, option] : {std::pair{output.lossless, "--lossless"},
+                                      {output.viewingCopy, "--viewing-copy"},
+                                      {!output.containerOptions.empty(), "--container-option"}}) {
+    if (isSequence && given)
+      throw Failure(ExitCode::kUsage, "an option that image sequences do not have", option,
+                    "leave it out; --codec sets options of the pictures' encoder");
+  }
 }
 
 /// Throws Failure for outputs that can't be written together.
@@ -107,6 +120,8 @@ std::vector<OutputRequest> OutputArguments::read(const std::optional<std::string
                     "give INPUT and OUTPUT");
     outputs.push_back(requestOf(*each.path, each.format, each.delivery.read(*each.path, isStill),
                                 each.streams.read(streams)));
+    if (!isStill)
+      checkPictures(outputs.back());
   }
   checkTogether(outputs, isStill);
   return outputs;

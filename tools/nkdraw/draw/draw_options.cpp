@@ -22,7 +22,10 @@ constexpr char kMore[] =
     "  nkdraw draw examples/draw/pie.nkd pie.png --layout bgra --size 320x180\n"
     "  nkdraw draw --clip slate.nkd slate.raw --layout v210 --size 1920x1080\n"
     "  printf 'circle 160 90 80' | nkdraw draw - circle.png --layout uyvy --size 320x180\n"
-    "  nkdraw draw --list-verbs";
+    "  nkdraw draw --list-verbs\n"
+    "\n"
+    "Exit status: 0 done, 1 usage, 2 input, 3 output, 4 processing; 129, 130 and 143 interrupted;\n"
+    "141 nobody reads the output's pipe. More in nkdraw(1).";
 
 struct UnitRule {
   int columns, rows;  // that a size is a multiple of

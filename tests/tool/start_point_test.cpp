@@ -43,6 +43,11 @@ Arguments with(Arguments all, const Arguments& more) {
   return all;
 }
 
+/// With key frames at 84 and 98.
+const Arguments kShortGroups =
+    with({"-c:v", "libx264", "-pix_fmt", "yuv420p"},
+         {"-x264-params", "open-gop=1:keyint=14:scenecut=0:bframes=3:b-pyramid=normal"});
+
 const ClipKind kKinds[] = {
     {"UncompressedMOV", "clip.mov", "null", {"-c:v", "v210"}, true},
     {"UncompressedAVI", "clip.avi", "null", {"-c:v", "rawvideo", "-pix_fmt", "uyvy422"}, true},
@@ -53,6 +58,9 @@ const ClipKind kKinds[] = {
      with(kH264, {"-x264-params", "open-gop=1:scenecut=0"}), true},
     {"H264WithOpenGroupsInMatroska", "clip.mkv", "null",
      with(kH264, {"-x264-params", "open-gop=1:scenecut=0"}), true},
+    {"H264WithOpenGroupsAndAKeyFrameAtTheEnd", "clip.mov", "null", kShortGroups, true},
+    {"H264WithOpenGroupsAndAKeyFrameAtTheEndInATransportStream", "clip.ts", "null", kShortGroups,
+     true},
     {"H264WithGradualRefresh", "clip.mp4", "null",
      with(kH264, {"-bf", "0", "-x264-params", "intra-refresh=1"}), true},
     {"H264InAVI", "clip.avi", "null", kH264, false},

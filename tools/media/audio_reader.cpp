@@ -9,10 +9,8 @@ namespace nkdraw::media {
 namespace {
 
 std::int64_t startOfVideo(MediaInput& input) {
-  const AVStream& video = input.video();
-  return video.start_time != AV_NOPTS_VALUE
-             ? av_rescale_q(video.start_time, video.time_base, kMicroseconds)
-             : 0;
+  const std::int64_t shown = input.start().shown;
+  return shown != AV_NOPTS_VALUE ? av_rescale_q(shown, input.video().time_base, kMicroseconds) : 0;
 }
 
 }  // namespace

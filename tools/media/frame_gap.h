@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Frames that a file should have and has not, because the demuxer passed over damage.
+// Frames that a file should have and has not, because the demuxer passed over damage, or because
+// packets are missing in a transport stream.
 #pragma once
 
 #include "media/media_input.h"
@@ -22,10 +23,16 @@ class FrameGap {
   [[nodiscard]] std::optional<std::int64_t> missingAtEnd();
 
  private:
+  [[nodiscard]] bool isDamage(std::int64_t index);
+  [[nodiscard]] bool lacksPackets(std::int64_t index) const;
+
   MediaInput& input_;
   AVRational rate_;
   std::optional<std::int64_t> expected_;  // the next number
   std::int64_t end_ = 0;                  // of the gap
+  bool complained_ = false;               // the demuxer did
+  std::int64_t steps_ = 0;                // frames that came without a gap
+  std::int64_t gaps_ = 0;                 // those that are meant
 };
 
 }  // namespace nkdraw::media

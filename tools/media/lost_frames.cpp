@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/lost_frames.h"
 
+#include "media/video_start.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -10,9 +12,7 @@ namespace {
 constexpr std::size_t kMostPending = 512;  // no decoder holds more
 
 bool isInOrder(AVCodecID codec) {
-  const AVCodecDescriptor* const facts = avcodec_descriptor_get(codec);
-  return codec == AV_CODEC_ID_FFV1 ||
-         (facts != nullptr && (facts->props & AV_CODEC_PROP_INTRA_ONLY) != 0);
+  return codec == AV_CODEC_ID_FFV1 || isIntraOnly(codec);
 }
 
 }  // namespace

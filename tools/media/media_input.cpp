@@ -148,12 +148,20 @@ MediaInput::MediaInput(const std::string& path, const InputShape& shape)
   if (isSequence)
     describePictures();
   promised_.emplace(*file_, video(), frameRate());
+  joined_.emplace(*file_, videoIndex_);
 }
 
 MediaInput MediaInput::again() const {
   MediaInput other(path_, shape_);
   other.damage_.setAction(damage_.action());
+  other.start_ = start_;
   return other;
+}
+
+const VideoStart& MediaInput::start() {
+  if (!start_)
+    start_ = findVideoStart(*this);
+  return *start_;
 }
 
 void MediaInput::readOnly(const AVStream& stream) {
@@ -233,6 +241,34 @@ std::string MediaInput::breakOf(int error, const AVPacket& packet) {
   return matters && isCut(packet, *file_->iformat) ? explained(AVERROR_EOF) : std::string();
 }
 
+void MediaInput::noteVideo(const AVPacket& packet) {
+  if (promised_)
+    promised_->note(packet);
+  if ((packet.flags & AV_PKT_FLAG_CORRUPT) != 0)
+    noteBroken(packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts);
+}
+
+void MediaInput::noteBroken(std::int64_t time) {
+  if (time != AV_NOPTS_VALUE && std::string_view(file_->iformat->name) == "mpegts")
+    broken_.push_back(time);
+}
+
+bool MediaInput::lacksPackets(std::int64_t from, std::int64_t to) const {
+  return std::ranges::any_of(broken_,
+                             [&](std::int64_t time) { return time >= from && time <= to; });
+}
+
+/// FFmpeg's error, or what it returns otherwise.
+int MediaInput::readJoined(AVPacket& packet) {
+  int error = av_read_frame(file_.get(), &packet);
+  while (error >= 0 && !joined_->join(packet)) {
+    av_packet_unref(&packet);
+    error = av_read_frame(file_.get(), &packet);
+  }
+  throwIfInterrupted();
+  return error;
+}
+
 bool MediaInput::readNext(AVPacket& packet) {
   throwIfInterrupted();
   if (!returned_.empty()) {
@@ -242,10 +278,9 @@ bool MediaInput::readNext(AVPacket& packet) {
   }
   if (pictures_ && nextPicture_++ >= pictures_->count)
     return false;
-  const int error = av_read_frame(file_.get(), &packet);
-  throwIfInterrupted();
-  if (error >= 0 && isVideo(packet) && promised_)
-    promised_->note(packet);
+  const int error = readJoined(packet);
+  if (error >= 0 && isVideo(packet))
+    noteVideo(packet);
   if (const std::string why = breakOf(error, packet); !why.empty()) {
     if (!damage_.goesOn())
       throw Failure(ExitCode::kInput, "the file breaks off", path_,

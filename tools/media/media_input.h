@@ -7,8 +7,10 @@
 #include "media/dpx_header.h"
 #include "media/image_sequence.h"
 #include "media/input_shape.h"
+#include "media/joined_times.h"
 #include "media/libav.h"
 #include "media/promised_end.h"
+#include "media/video_start.h"
 
 #include <cstdint>
 #include <deque>
@@ -44,6 +46,10 @@ class MediaInput {
     return packet.stream_index == videoIndex_;
   }
 
+  /// Which frame is number 0. Is found out when it is first asked for, from a pipe by reading
+  /// ahead.
+  [[nodiscard]] const VideoStart& start();
+
   /// From now on packets of other streams need not be read.
   void readOnly(const AVStream& stream);
 
@@ -62,11 +68,22 @@ class MediaInput {
   /// is truncated, and Interrupted after a signal.
   [[nodiscard]] bool read(AVPacket& packet);
 
+  /// Whether times of the video have jumped back so far; what follows is moved, so that they run
+  /// on.
+  [[nodiscard]] bool timesJumped() const { return joined_->jumped(); }
+  /// A packet or frame of the video, of this time, is damaged; in a transport stream others may be
+  /// missing beside it.
+  void noteBroken(std::int64_t time);
+  /// Whether packets of the video may be missing between these times, as far as it was read.
+  [[nodiscard]] bool lacksPackets(std::int64_t from, std::int64_t to) const;
+
   /// The next reads return these packets, which were read before.
   void giveBack(std::vector<Packet> packets);
 
  private:
   bool readNext(AVPacket& packet);
+  [[nodiscard]] int readJoined(AVPacket& packet);
+  void noteVideo(const AVPacket& packet);
   [[nodiscard]] std::string breakOf(int error, const AVPacket& packet);
 
   const AVInputFormat* findPictures(Options& options);
@@ -84,6 +101,9 @@ class MediaInput {
   DPXFacts header_;               // of the first picture
   std::int64_t nextPicture_ = 0;  // counted from the first
   std::deque<Packet> returned_;   // to be read again
+  std::optional<VideoStart> start_;
+  std::optional<JoinedTimes> joined_;
+  std::vector<std::int64_t> broken_;  // times in the video beside which packets are missing
 };
 
 }  // namespace nkdraw::media

@@ -7,6 +7,7 @@
 #include "media/video_decoder.h"
 
 #include <algorithm>
+#include <deque>
 #include <iterator>
 #include <limits>
 #include <optional>
@@ -26,18 +27,13 @@ constexpr IndexedKind kIndexedKinds[] = {{"mov", true},  {"matroska", false}, {"
 
 // In interleaved files sound lies at most so far from the frames that it belongs to.
 constexpr std::int64_t kInterleaving = 5;  // seconds
-constexpr int kMostAttempts = 6;
+constexpr std::size_t kMostAttempts = 6;
 
 const IndexedKind* indexedKind(const AVInputFormat& format) {
   const auto* const found = std::ranges::find_if(kIndexedKinds, [&](const IndexedKind& kind) {
     return std::string_view(format.name).starts_with(kind.format);
   });
   return found != std::end(kIndexedKinds) ? found : nullptr;
-}
-
-bool isIntraOnly(AVCodecID codec) {
-  const AVCodecDescriptor* const facts = avcodec_descriptor_get(codec);
-  return facts != nullptr && (facts->props & AV_CODEC_PROP_INTRA_ONLY) != 0;
 }
 
 /// A subtitle may begin long before the frames that it is shown with.
@@ -54,7 +50,7 @@ class Search {
   Search(const MediaInput& input, AVRational rate)
       : rate_(rate),
         probe_(input.again()),
-        first_(probe_.video().start_time),
+        first_(probe_.start().first),
         timeBase_(probe_.video().time_base) {}
 
   /// By the file's index; `limit` is the last frame that may be the first one read.
@@ -67,6 +63,7 @@ class Search {
     return FrameClock(timeBase_, rate_, first_).indexOf(time);
   }
   [[nodiscard]] bool showsBy(std::int64_t limit, MediaInput& input, AVPacket& key) const;
+  [[nodiscard]] bool isGood(const StartPoint& start, std::int64_t limit) const;
 
   AVRational rate_;
   MediaInput probe_;
@@ -110,8 +107,8 @@ bool Search::showsBy(std::int64_t limit, MediaInput& input, AVPacket& key) const
   };
   for (bool more = true; !shown && more; more = nextOfVideo(input, key))
     decoder.decode(&key, note);
-  if (!shown)
-    decoder.decode(nullptr, note);
+  // What only the end brings forth may lack frames: behind an open group FFmpeg's H.264 decoder
+  // then drops all but the key frame.
   return shown && *shown <= limit;
 }
 
@@ -119,7 +116,7 @@ StartPoint Search::byIndex(std::int64_t limit) {
   const Packet key = makePacket();
   std::int64_t time = first_ + av_rescale_q(limit, av_inv_q(rate_), timeBase_);
   std::int64_t step = std::max<std::int64_t>(av_rescale_q(1, {1, 1}, timeBase_), 1);
-  for (int i = 0; i < kMostAttempts && time > first_; ++i) {
+  for (std::size_t i = 0; i < kMostAttempts && time > first_; ++i) {
     StartPoint start{time, 0};
     probe_.startAt(start);
     if (!findKey(probe_, *key, start.skipped))
@@ -134,24 +131,34 @@ StartPoint Search::byIndex(std::int64_t limit) {
   return {};
 }
 
+bool Search::isGood(const StartPoint& start, std::int64_t limit) const {
+  MediaInput again = probe_.again();
+  again.readOnly(again.video());
+  again.startAt(start);
+  const Packet packet = makePacket();
+  return nextOfVideo(again, *packet) && showsBy(limit, again, *packet);
+}
+
 StartPoint Search::byReading(std::int64_t limit) {
   probe_.readOnly(probe_.video());
-  StartPoint start;
+  std::deque<StartPoint> keys;  // the last ones
   const Packet packet = makePacket();
   std::int64_t last = std::numeric_limits<std::int64_t>::min();
   for (std::int64_t count = 0; nextOfVideo(probe_, *packet); ++count) {
-    if (packet->dts == AV_NOPTS_VALUE || packet->dts < last)
-      return {};  // the times jump
+    if (packet->dts == AV_NOPTS_VALUE || packet->dts < last || probe_.timesJumped())
+      return {};
     last = packet->dts;
     if (numberOf(packet->dts) > limit)
       break;
     const bool isKey = (packet->flags & AV_PKT_FLAG_KEY) != 0 && packet->pts != AV_NOPTS_VALUE;
     if (isKey && numberOf(packet->pts) <= limit)
-      start.skipped = count;
+      keys.push_front({std::nullopt, count});
+    if (keys.size() > kMostAttempts)
+      keys.pop_back();
   }
-  MediaInput again = probe_.again();
-  again.startAt(start);
-  return nextOfVideo(again, *packet) && showsBy(limit, again, *packet) ? start : StartPoint{};
+  const auto good =
+      std::ranges::find_if(keys, [&](const StartPoint& each) { return isGood(each, limit); });
+  return good != keys.end() ? *good : StartPoint{};
 }
 
 }  // namespace
@@ -159,7 +166,8 @@ StartPoint Search::byReading(std::int64_t limit) {
 StartPoint startFor(MediaInput& input, const StartRequest& request) {
   const AVStream& video = input.video();
   const AVInputFormat& format = *input.file().iformat;
-  if (request.frame == 0 || video.start_time == AV_NOPTS_VALUE || isPipedInput(input.path()))
+  if (request.frame == 0 || video.start_time == AV_NOPTS_VALUE || isPipedInput(input.path()) ||
+      input.start().first == AV_NOPTS_VALUE)
     return {};
   // Two frames of a varying rate may have the same number.
   const bool even = av_cmp_q(video.r_frame_rate, video.avg_frame_rate) == 0;

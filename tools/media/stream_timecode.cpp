@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/stream_timecode.h"
 
-#include "media/failure.h"
+#include "media/lookahead.h"
 #include "media/video_decoder.h"
 
 #include <algorithm>
@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <cstring>
 #include <iterator>
-#include <vector>
 
 extern "C" {
 #include <libavutil/timecode.h>
@@ -58,31 +57,6 @@ constexpr Source kSources[] = {
     {AV_CODEC_ID_MPEG2VIDEO, "the MPEG-2 GOP header", gopText},
     {AV_CODEC_ID_H264, "the H.264 picture timing", pictureText},
     {AV_CODEC_ID_HEVC, "the HEVC picture timing", pictureText},
-};
-
-/// Reads the next packets and gives them out again.
-class Lookahead {
- public:
-  explicit Lookahead(MediaInput& input) : input_(input) {}
-  Lookahead(const Lookahead&) = delete;
-  Lookahead& operator=(const Lookahead&) = delete;
-  ~Lookahead() { input_.giveBack(std::move(packets_)); }
-
-  /// The next packet of the video; null at the end.
-  [[nodiscard]] const AVPacket* next() {
-    for (;;) {
-      Packet packet = makePacket();
-      if (!input_.read(*packet))
-        return nullptr;
-      packets_.push_back(std::move(packet));
-      if (input_.isVideo(*packets_.back()))
-        return packets_.back().get();
-    }
-  }
-
- private:
-  MediaInput& input_;
-  std::vector<Packet> packets_;
 };
 
 std::string textOfFirstFrame(MediaInput& input, const Source& source) {

@@ -9,7 +9,7 @@ namespace nkdraw::media {
 VideoFeed::VideoFeed(MediaInput& input, const FrameKind& frames, TakePacket others)
     : input_(input),
       others_(std::move(others)),
-      clock_(input.video().time_base, frames.rate, input.video().start_time) {
+      clock_(input.video().time_base, frames.rate, input.start().first) {
   if (!others_)
     input.readOnly(input.video());
 }
@@ -99,7 +99,12 @@ DecodedFeed::DecodedFeed(MediaInput& input, const FrameKind& frames, const TakeP
 void DecodedFeed::decodeMore() {
   const Packet packet = makePacket();
   ended_ = !read(*packet);
+  const std::size_t known = ready_.size();
   decoder_.decode(ended_ ? nullptr : packet.get(), ready_);
+  for (std::size_t i = known; i < ready_.size(); ++i) {
+    if (!ready_[i].damage.empty())
+      input().noteBroken(ready_[i].time);
+  }
 }
 
 bool DecodedFeed::fits(const WatchedFrame& taken) const {

@@ -10,6 +10,7 @@
 #include "media/first_look.h"
 #include "media/frame_converter.h"
 #include "media/stream_facts.h"
+#include "media/time_window.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -19,20 +20,23 @@
 namespace nkdraw::tool {
 namespace {
 
+/// Without frames at the beginning that can't be decoded, so that timecode tracks, which begin with
+/// the file, agree with the picture.
 TimeWindow windowOf(MediaInput& input, const Job& job) {
-  constexpr AVRational kMicroseconds = {1, AV_TIME_BASE};
-  AVStream& video = input.video();
-  const std::int64_t fileStart =
-      input.file().start_time != AV_NOPTS_VALUE ? input.file().start_time : 0;
+  const VideoStart& start = input.start();
+  const std::int64_t told = input.file().start_time;
   const std::int64_t videoStart =
-      video.start_time != AV_NOPTS_VALUE
-          ? av_rescale_q(video.start_time, video.time_base, kMicroseconds)
-          : fileStart;
-  if (job.range.isWhole())
-    return {.shift = fileStart, .video = videoStart};
+      start.shown != AV_NOPTS_VALUE
+          ? av_rescale_q(start.shown, input.video().time_base, kMicroseconds)
+          : (told != AV_NOPTS_VALUE ? told : 0);
+  if (job.range.isWhole() && start.undecodable == 0)
+    return {.shift = told != AV_NOPTS_VALUE ? std::min(told, videoStart) : videoStart,
+            .video = videoStart};
   const AVRational frameTime = av_inv_q(job.frames.rate);
-  const std::int64_t first = videoStart + av_rescale_q(job.range.first, frameTime, kMicroseconds);
-  const std::int64_t end = videoStart + av_rescale_q(job.range.last + 1, frameTime, kMicroseconds);
+  const auto timeOf = [&](std::int64_t frame) {
+    return videoStart + av_rescale_q(std::min(frame, kMostFrames), frameTime, kMicroseconds);
+  };
+  const std::int64_t first = timeOf(job.range.first), end = timeOf(job.range.end());
   return {.shift = first, .video = first, .first = first, .end = end};
 }
 
@@ -78,6 +82,10 @@ void planBurn(Job& job, MediaInput& input, const BurninOptions& options) {
 
 void gatherNotes(ClipPlan& plan, MediaInput& input) {
   plan.notes = sequenceNotes(input);
+  if (const std::int64_t count = input.start().undecodable; count > 0)
+    plan.notes.push_back("the first " + (count == 1 ? "frame" : std::to_string(count) + " frames") +
+                         " can't be decoded without what came before; numbers, timecode and sound "
+                         "begin with the frame after");
   for (const OutputPlan& output : plan.outputs) {
     for (const std::string& note : output.notes)
       plan.notes.push_back(prefixOf(plan, output) + note);

@@ -18,6 +18,9 @@ namespace {
 /// No frame has this number or a higher one; 0 if the file doesn't tell. Frames are numbered by
 /// their time, so a clip with gaps has higher numbers than frames.
 std::int64_t boundOf(MediaInput& input) {
+  // Where times may jump, the length is an estimate.
+  if ((input.file().iformat->flags & AVFMT_TS_DISCONT) != 0)
+    return 0;
   const AVStream& video = input.video();
   const AVRational frameTime = av_inv_q(input.frameRate());
   std::int64_t byTime = 0;

@@ -141,9 +141,12 @@ void MediaOutput::checkTaken(const std::string& option) {
 int MediaOutput::tryWrite(AVPacket& packet, AVRational timeBase) {
   av_packet_rescale_ts(&packet, timeBase, file_->streams[packet.stream_index]->time_base);
   packet.pos = -1;
+  const int stream = packet.stream_index;
   const int error = av_interleaved_write_frame(file_, &packet);
   if (error < 0 && error != AVERROR_INVALIDDATA && error != AVERROR(EINVAL))
     fail("the output can't be written", error);
+  if (error >= 0)
+    written_.insert(stream);
   return std::min(error, 0);
 }
 

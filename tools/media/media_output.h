@@ -6,6 +6,7 @@
 #include "media/libav.h"
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,10 @@ class MediaOutput {
   void write(AVPacket& packet, AVRational timeBase);
   /// The same, but returns FFmpeg's error if the packet itself can't be in such a file, else 0.
   [[nodiscard]] int tryWrite(AVPacket& packet, AVRational timeBase);
+  /// Whether a packet of this stream has been written.
+  [[nodiscard]] bool hasPackets(const AVStream& stream) const {
+    return written_.contains(stream.index);
+  }
   /// Writes the rest of the file and closes it.
   void finish();
 
@@ -55,6 +60,7 @@ class MediaOutput {
   bool piped_;
   AVFormatContext* file_ = nullptr;
   Options options_;
+  std::set<int> written_;  // streams
 };
 
 }  // namespace nkdraw::media

@@ -46,6 +46,17 @@ void StreamCopier::addStream(const AVStream& from, const StreamPlan& plan) {
     videoIndex_ = to.index;
   else
     routes_.back() = routeFor({input_, from, output_, to, window_}, plan);
+  if (from.codecpar->codec_type == AVMEDIA_TYPE_AUDIO)
+    sounds_.push_back({&from, &to});
+}
+
+std::vector<const AVStream*> StreamCopier::silentStreams() const {
+  std::vector<const AVStream*> silent;
+  for (const Pair& sound : sounds_) {
+    if (!output_.hasPackets(*sound.to))
+      silent.push_back(sound.from);
+  }
+  return silent;
 }
 
 void StreamCopier::copyTags(const std::optional<std::string>& timecode) {

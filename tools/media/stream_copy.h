@@ -38,6 +38,8 @@ class StreamCopier {
   void writeEncoded(AVPacket& packet, AVRational timeBase);
   /// Writes what converters still hold, at the end.
   void finish();
+  /// The input's streams of sound that should be written, and of which no packet was.
+  [[nodiscard]] std::vector<const AVStream*> silentStreams() const;
   /// Whether all audio is past the end of the window.
   [[nodiscard]] bool audioIsThrough() const;
 
@@ -49,6 +51,10 @@ class StreamCopier {
   MediaOutput& output_;
   TimeWindow window_;
   std::vector<std::unique_ptr<StreamRoute>> routes_;  // for each of the input's streams, or null
+  struct Pair {
+    const AVStream *from, *to;
+  };
+  std::vector<Pair> sounds_;
   int videoIndex_ = -1;
 };
 

@@ -3,9 +3,11 @@
 
 #include "cli/note.h"
 #include "media/clip_facts.h"
+#include "media/container_codecs.h"
 #include "media/first_look.h"
 #include "media/kept_timecode.h"
 #include "media/light_levels.h"
+#include "media/pipe_name.h"
 #include "media/read_back.h"
 #include "media/stream_facts.h"
 
@@ -37,7 +39,8 @@ ClipOutput::ClipOutput(MediaInput& input, const ClipPlan& plan, const OutputPlan
     : plan_(output),
       file_(output.request.path, overwrite),
       output_(file_.temporary(), *output.format, output.request.path),
-      copier_(input, output_, output.streams, plan.window, plan.timecodeTag) {}
+      copier_(input, output_, output.streams, plan.window, plan.timecodeTag),
+      prefix_(prefixOf(plan, output)) {}
 
 void ClipOutput::begin() {
   output_.begin(muxerOptions(plan_.request, *plan_.format));
@@ -50,14 +53,27 @@ void ClipOutput::writeOther(const AVPacket& packet) {
 
 void ClipOutput::finish() {
   copier_.finish();
+  noteSilence();
   output_.finish();
   checkReadable(file_.temporary(), *plan_.format, file_.path());
   lost_ = foundLoss(file_.temporary(), file_.path(), *plan_.format, plan_.timecode);
 }
 
+/// FFmpeg writes no empty tracks into these files, unless they are written in pieces.
+void ClipOutput::noteSilence() {
+  if (!isQuickTimeFamily(output_.format()) || isPipedOutput(plan_.request.path))
+    return;
+  for (const AVStream* const stream : copier_.silentStreams())
+    silent_.push_back(prefix_ + "stream " + std::to_string(stream->index) + " (" +
+                      describeStream(*stream) +
+                      ") is left out: it has no sound in the frames that are written");
+}
+
 void ClipOutput::commit() {
   file_.commit();
   printNote(lost_);
+  for (const std::string& note : silent_)
+    printNote(note);
 }
 
 PacketSink::PacketSink(ClipOutput& output, MediaInput& input, const Job& job)

@@ -15,6 +15,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace nkdraw::tool {
 
@@ -39,12 +40,16 @@ class ClipOutput {
   void commit();
 
  private:
+  void noteSilence();
+
   const OutputPlan& plan_;
   OutputFile file_;
   MediaOutput output_;
   StreamCopier copier_;
   Packet own_ = makePacket();
-  std::string lost_;  // of the timecode
+  std::string lost_;    // of the timecode
+  std::string prefix_;  // of the notes about sound
+  std::vector<std::string> silent_;
 };
 
 /// Writes the file's own frames, burnt.

@@ -9,8 +9,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <random>
+#include <utility>
 
 extern "C" {
 #include <libavutil/display.h>
@@ -75,7 +77,7 @@ unsigned blackOf(AVPixelFormat format, int component) {
   const bool alpha = (facts.flags & AV_PIX_FMT_FLAG_ALPHA) != 0;
   const int depth = facts.comp[component].depth;
   if (alpha && component == facts.nb_components - 1)
-    return (1U << depth) - 1;
+    return Component(format, component).most();
   if ((facts.flags & AV_PIX_FMT_FLAG_RGB) != 0 || facts.nb_components < 3)
     return 0;
   return component == 0 ? 16U << (depth - 8) : 1U << (depth - 1);
@@ -149,11 +151,58 @@ TEST(FrameCanvas, DrawsUprightInTurnedAndMirroredFrames) {
   }
 }
 
+TEST(FrameCanvas, KeepsFloatingPointOfAnyValue) {
+  constexpr int kWidth = 24, kHeight = 16;
+  for (const AVPixelFormat format : {AV_PIX_FMT_GBRPF32LE, AV_PIX_FMT_GBRPF32BE}) {
+    const Frame before = makeFrame(format, kWidth, kHeight);
+    std::mt19937 random(7);
+    for (int plane = 0; plane < 3; ++plane) {
+      for (std::ptrdiff_t i = 0; i < std::ptrdiff_t{before->linesize[plane]} * kHeight; ++i)
+        before->data[plane][i] = static_cast<std::uint8_t>(random());
+    }
+    const Frame after = makeFrame(format, kWidth, kHeight);
+    av_frame_copy(after.get(), before.get());
+    FrameCanvas canvas({format, kWidth, kHeight}, {{kTop, kBottom}}, {});
+    canvas.draw(*after,
+                [&](std::uint8_t* pixels) { drawBlack(canvas.layout().type, pixels, kWidth); });
+    for (int plane = 0; plane < 3; ++plane) {
+      for (int y = 0; y < kHeight; ++y) {
+        for (int x = 0; x < kWidth; ++x) {
+          const std::ptrdiff_t at = std::ptrdiff_t{before->linesize[plane]} * y + 4 * x;
+          constexpr std::uint8_t kZero[4] = {};
+          const bool drawn = inRectangle({kWidth, kHeight, {}}, kWidth, kHeight, x, y);
+          const std::uint8_t* const expected = drawn ? kZero : before->data[plane] + at;
+          ASSERT_EQ(std::memcmp(after->data[plane] + at, expected, sizeof kZero), 0)
+              << x << "," << y;
+        }
+      }
+    }
+  }
+}
+
+TEST(Component, OfFloatingPointGoesFromZeroToOne) {
+  const Frame frame = makeFrame(AV_PIX_FMT_GRAYF32, 1, 1);
+  const Component component(AV_PIX_FMT_GRAYF32, 0);
+  float sample = 0;
+  for (const auto& [stored, read] : {std::pair{0.0F, 0U},
+                                     {-1.0F, 0U},
+                                     {1.0F, 65535U},
+                                     {7.5F, 65535U},
+                                     {0.5F, 32768U},
+                                     {std::nanf(""), 0U}}) {
+    std::memcpy(frame->data[0], &stored, sizeof stored);
+    EXPECT_EQ(component.get(*frame, 0, 0), read);
+  }
+  component.put(*frame, 0, 0, 65535);
+  std::memcpy(&sample, frame->data[0], sizeof sample);
+  EXPECT_EQ(sample, 1.0F);
+}
+
 TEST(FrameCanvas, ComponentsAreWhatFFmpegReads) {
   for (const AVPixFmtDescriptor* facts = av_pix_fmt_desc_next(nullptr); facts != nullptr;
        facts = av_pix_fmt_desc_next(facts)) {
     const AVPixelFormat format = av_pix_fmt_desc_get_id(facts);
-    if (!hasComponents(format))
+    if (!hasComponents(format) || (facts->flags & AV_PIX_FMT_FLAG_FLOAT) != 0)
       continue;
     const Frame frame = randomFrame(format, 16, 8);
     for (int i = 0; i < facts->nb_components; ++i) {

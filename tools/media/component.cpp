@@ -7,11 +7,14 @@
 namespace nkdraw::media {
 namespace {
 
-constexpr int kByteBits = 8, kWordBits = 16;
+constexpr int kByteBits = 8, kWordBits = 16, kFloatBits = 32;
+
+bool has(AVPixelFormat format, std::uint64_t flag) {
+  return (av_pix_fmt_desc_get(format)->flags & flag) != 0;
+}
 
 constexpr std::uint64_t kOutOfReach = AV_PIX_FMT_FLAG_BITSTREAM | AV_PIX_FMT_FLAG_HWACCEL |
-                                      AV_PIX_FMT_FLAG_PAL | AV_PIX_FMT_FLAG_BAYER |
-                                      AV_PIX_FMT_FLAG_FLOAT;
+                                      AV_PIX_FMT_FLAG_PAL | AV_PIX_FMT_FLAG_BAYER;
 
 /// Formats whose descriptions don't tell where their samples are, or which are neither YCbCr nor
 /// RGB.
@@ -24,17 +27,22 @@ bool hasComponents(AVPixelFormat format) {
   if (facts == nullptr || (facts->flags & kOutOfReach) != 0 || facts->nb_components == 0 ||
       std::ranges::find(kOthers, format) != std::end(kOthers))
     return false;
+  const int most = has(format, AV_PIX_FMT_FLAG_FLOAT) ? kFloatBits : kWordBits;
   return std::ranges::all_of(
       std::span(facts->comp, facts->nb_components),
-      [](const AVComponentDescriptor& each) { return each.shift + each.depth <= kWordBits; });
+      [most](const AVComponentDescriptor& each) { return each.shift + each.depth <= most; });
 }
 
 Component::Component(AVPixelFormat format, int number)
     : place_(av_pix_fmt_desc_get(format)->comp[number]),
-      mask_((1U << place_.depth) - 1),
-      isByte_(place_.shift + place_.depth <= kByteBits) {
-  const bool bigEndian = (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_BE) != 0;
+      isFloat_(has(format, AV_PIX_FMT_FLAG_FLOAT)) {
   const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(format);
+  const bool bigEndian = has(format, AV_PIX_FMT_FLAG_BE);
+  isSwapped_ = bigEndian != (std::endian::native == std::endian::big);
+  if (isFloat_)
+    place_.depth = kWordBits;
+  mask_ = (1U << place_.depth) - 1;
+  isByte_ = place_.shift + place_.depth <= kByteBits;
   if ((facts.flags & AV_PIX_FMT_FLAG_RGB) == 0 && (number == 1 || number == 2)) {
     columnShift_ = facts.log2_chroma_w;
     rowShift_ = facts.log2_chroma_h;

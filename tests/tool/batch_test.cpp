@@ -53,7 +53,8 @@ TEST(Batch, RunsEveryRowAndGoesOnAfterAFailure) {
   EXPECT_EQ(outcome.exitCode, 2) << "the first failure's";
   EXPECT_NE(outcome.err.find(path + " row 3: cannot read the input"), std::string::npos)
       << outcome.err;
-  EXPECT_NE(outcome.err.find(path + " row 4: not run"), std::string::npos) << outcome.err;
+  EXPECT_NE(outcome.err.find(path + " row 4: no such option: --no-such"), std::string::npos)
+      << outcome.err;
   EXPECT_NE(outcome.err.find("2 of 4 done"), std::string::npos) << outcome.err;
   EXPECT_EQ(readText(decodeAs(at("one.mov"), AV_PIX_FMT_GRAY8), 1, 8, 20, 2, 11), "10:00:00:01");
   EXPECT_EQ(readText(decodeAs(at("four.mov"), AV_PIX_FMT_GRAY8), 1, 8, 20, 2, 12), "FRAME 000001");
@@ -69,12 +70,17 @@ TEST(Batch, TellsWhatIsWrongWithTheList) {
   for (const Case& each : {Case{"", "names no columns"},
                            {"in.mov,out.mov\n", "names no columns"},
                            {"input,output\na,b,c\n", "row 2"},
+                           {"input,output\n\n", "no rows"},
+                           {"input,output\na,b\nc,./b\n", "rows 2 and 3"},
                            {"input,output\n\"a,b\n", "doesn't end"}}) {
     const Outcome outcome = burnin({"--batch", list(each.text)});
     EXPECT_EQ(outcome.exitCode, 2) << each.text;
     EXPECT_NE(outcome.err.find(each.words), std::string::npos) << outcome.err;
   }
   EXPECT_EQ(burnin({"--batch", at("none.csv")}).exitCode, 2);
+  const Outcome folder = burnin({"--batch", at("")});
+  EXPECT_EQ(folder.exitCode, 2);
+  EXPECT_NE(folder.err.find("directory"), std::string::npos) << folder.err;
 }
 
 TEST(ProgressJson, IsOneObjectALineOnStandardError) {

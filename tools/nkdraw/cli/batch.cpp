@@ -3,20 +3,24 @@
 
 #include "cli/program.h"
 #include "media/interrupt.h"
+#include "media/pipe_name.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 
 namespace nkdraw::tool {
 namespace {
 
 using Cells = std::vector<std::string>;
 
-constexpr const char* kFileColumns[] = {"input", "second", "script", "output"};
+constexpr char kOutputColumn[] = "output";
+constexpr const char* kFileColumns[] = {"input", "second", "script", kOutputColumn};
 constexpr char kOptionsColumn[] = "options", kYes[] = "yes";
 constexpr char kBatchOption[] = "--batch";
 
@@ -70,9 +74,11 @@ class CsvReader {
 
 std::string readText(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  if (!file)
+  file.peek();  // a folder can be opened, but not read
+  if (file.fail() && !file.eof())
     throw Failure(ExitCode::kInput, "cannot read the list", path,
                   std::string(std::strerror(errno)) + "; check the name");
+  file.clear();
   constexpr char kMark[] = "\xEF\xBB\xBF";  // that some programs write in front of UTF-8
   std::string text(std::istreambuf_iterator<char>(file), {});
   return text.starts_with(kMark) ? text.substr(std::strlen(kMark)) : text;
@@ -114,12 +120,29 @@ std::vector<std::string> withoutList(std::vector<std::string> arguments) {
 int runRow(std::vector<std::string> arguments, const BatchRow& row, const std::string& path) {
   std::ranges::copy(row.arguments, std::back_inserter(arguments));
   Program program;
-  const std::optional<int> code = program.parse(arguments);
-  if (code) {
-    report(path + " row " + std::to_string(row.number) + ": not run");
-    return *code;
+  const std::string where = path + " row " + std::to_string(row.number) + ": ";
+  const std::optional<int> code = program.parse(arguments, where);
+  return code ? *code : program.run(where);
+}
+
+/// Throws Failure if two rows write one file.
+void checkOutputs(const std::vector<BatchRow>& rows, const std::string& path) {
+  std::map<std::filesystem::path, int> writers;
+  for (const BatchRow& row : rows) {
+    if (row.output.empty() || isPipedOutput(row.output))
+      continue;
+    const auto place = std::filesystem::weakly_canonical(std::filesystem::absolute(row.output));
+    if (const auto [first, isNew] = writers.emplace(place, row.number); !isNew)
+      throw Failure(ExitCode::kInput, "two rows write one file", row.output,
+                    path + " rows " + std::to_string(first->second) + " and " +
+                        std::to_string(row.number) + "; choose another name");
   }
-  return program.run(path + " row " + std::to_string(row.number) + ": ");
+}
+
+std::string outputOf(const Cells& header, const Cells& cells) {
+  const auto column =
+      static_cast<std::size_t>(std::ranges::find(header, kOutputColumn) - header.begin());
+  return column < cells.size() ? cells[column] : "";
 }
 
 }  // namespace
@@ -139,8 +162,12 @@ std::vector<BatchRow> readBatch(const std::string& path) {
                     "row " + std::to_string(number) + "; put quotes around commas");
     auto arguments = argumentsOf(header, cells);
     if (!arguments.empty())
-      rows.push_back({number, std::move(arguments)});
+      rows.push_back({number, std::move(arguments), outputOf(header, cells)});
   }
+  if (rows.empty())
+    throw Failure(ExitCode::kInput, "the list has no rows below the first", path,
+                  "write one for each run");
+  checkOutputs(rows, path);
   return rows;
 }
 

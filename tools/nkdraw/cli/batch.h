@@ -12,12 +12,14 @@ namespace nkdraw::tool {
 struct BatchRow {
   int number;
   std::vector<std::string> arguments;
+  std::string output;  // that the row names, if it does
 };
 
 /// The rows below the first, which names the columns: "input", "output", "second" and "script" hold
 /// file names, given in the order of the columns; "options" holds words as on a command line; any
 /// other column is the option of that name, such as "start-timecode", and a flag where the cell
-/// says "yes". Empty cells add nothing, and empty rows no run. Throws Failure.
+/// says "yes". Empty cells add nothing, and empty rows no run. Throws Failure, also if there is no
+/// run, or two write one file.
 [[nodiscard]] std::vector<BatchRow> readBatch(const std::string& path);
 
 /// Runs the rows one after the other, each with `arguments`, the program's without --batch. A row

@@ -27,6 +27,14 @@ int reported(ExitCode code, const std::string& line) {
   return static_cast<int>(code);
 }
 
+/// The first of the words that nothing took which looks like an option.
+std::string unknownOption(const CLI::App& app) {
+  const std::vector<std::string> words = app.remaining(true);
+  const auto found =
+      std::ranges::find_if(words, [](const std::string& word) { return word.starts_with('-'); });
+  return found != words.end() ? *found : "";
+}
+
 }  // namespace
 
 void report(std::string line) {
@@ -47,22 +55,26 @@ Program::Program() : app_("Draws into video frames in their native layout.", "nk
         ->type_name("LIST.csv");
 }
 
-int Program::explain(const CLI::ParseError& error) {
+int Program::explain(const CLI::ParseError& error, const std::string& where) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
     return app_.exit(error);  // help or version
   if (const auto unknown = app_.remaining(); !unknown.empty() && app_.get_subcommands().empty())
     return reported(ExitCode::kUsage,
-                    "no such command: " + unknown.front() + "; see nkdraw --help");
-  return reported(ExitCode::kUsage, std::string("bad arguments: ") + error.what() +
+                    where + "no such command: " + unknown.front() + "; see nkdraw --help");
+  if (const std::string option = unknownOption(app_); !option.empty())
+    return reported(ExitCode::kUsage, where + "no such option: " + option +
+                                          "; see nkdraw COMMAND --help, or write ./" + option +
+                                          " for a file of this name");
+  return reported(ExitCode::kUsage, where + "bad arguments: " + error.what() +
                                         "; see nkdraw --help or nkdraw COMMAND --help");
 }
 
-std::optional<int> Program::parse(std::vector<std::string> arguments) {
+std::optional<int> Program::parse(std::vector<std::string> arguments, const std::string& where) {
   std::ranges::reverse(arguments);  // as CLI11 takes them
   try {
     app_.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
-    return explain(error);
+    return explain(error, where);
   }
   return std::nullopt;
 }

@@ -26,8 +26,9 @@ class Program {
   Program& operator=(const Program&) = delete;
 
   /// Parses the arguments behind the program's name. Returns the exit code if there is nothing to
-  /// run: after the help, or after a line that says what is wrong.
-  [[nodiscard]] std::optional<int> parse(std::vector<std::string> arguments);
+  /// run: after the help, or after a line that says what is wrong; `where` stands in front of it.
+  [[nodiscard]] std::optional<int> parse(std::vector<std::string> arguments,
+                                         const std::string& where = "");
 
   /// The list of runs that the user gave with --batch; empty if there is none.
   [[nodiscard]] const std::string& batch() const { return batch_; }
@@ -40,7 +41,7 @@ class Program {
 
  private:
   void add(std::unique_ptr<Command> command);
-  [[nodiscard]] int explain(const CLI::ParseError& error);
+  [[nodiscard]] int explain(const CLI::ParseError& error, const std::string& where);
 
   CLI::App app_;
   std::vector<std::unique_ptr<Command>> commands_;

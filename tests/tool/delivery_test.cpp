@@ -251,3 +251,56 @@ TEST(Delivery, ADryRunTellsTheEncoderAndItsOptions) {
   EXPECT_NE(outcome.out.find("libx264, yuv420p, profile=high:crf=20, avc1"), std::string::npos)
       << outcome.out;
 }
+
+TEST(Delivery, KeepsTheOrderOfFields) {
+  for (const std::string order : {"tff", "bff"}) {
+    const std::string in = order + ".mov", out = order + ".mp4";
+    makeClip(in, "720x480", {"-vf", "setfield=" + order, "-c:v", "v210"});
+    const Outcome outcome = burnin({at(in), at(out), "--codec", "libx264:preset=ultrafast"});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_EQ(fieldOrderOf(at(out)), order == "tff" ? AV_FIELD_TT : AV_FIELD_BB);
+  }
+}
+
+TEST(Delivery, OfFieldsIntoMXFTakesWhatHasFields) {
+  for (const std::string size : {"1920x1080", "720x576"}) {
+    makeClip(size + ".mov", size, {"-vf", "setfield=tff", "-c:v", "v210"});
+    const Outcome outcome = burnin({at(size + ".mov"), at(size + ".mxf")});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+    const bool isHD = size.starts_with("1920");
+    EXPECT_TRUE(videoOf(size + ".mxf").starts_with(isHD ? "dnxhd/DNXHD" : "mpeg2video/4:2:2"))
+        << videoOf(size + ".mxf");
+    EXPECT_EQ(fieldOrderOf(at(size + ".mxf")), AV_FIELD_TT);
+    expectPlays(size + ".mxf");
+  }
+}
+
+TEST(Lossless, KeepsTwelveBitsAndAlpha) {
+  makeClip("in.mov", "320x180", {"-vf", "format=yuva444p10le", "-c:v", "prores_ks"});
+  for (const char* const out : {"out.mov", "out.mkv"}) {
+    const Outcome outcome = burnin({at("in.mov"), at(out), "--lossless"});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_TRUE(videoOf(out).starts_with("ffv1/")) << videoOf(out);
+    EXPECT_TRUE(videoOf(out).ends_with("/yuva444p16le")) << videoOf(out);
+  }
+}
+
+TEST(Lossless, IsRefusedWhereNothingHoldsTheFrames) {
+  makeClip("in%04d.exr", "320x180", {"-pix_fmt", "gbrpf32le"});
+  expectRefusal({"burnin", at("in%04d.exr"), at("out.mov"), "--lossless"}, kUsage, "without loss");
+}
+
+TEST(Delivery, AnEncoderThatTheFileRefusesIsNamedBeforeItIsOpened) {
+  makeClip("in.mp4", "320x180", {"-c:v", "libx264", "-pix_fmt", "yuv420p"});
+  expectRefusal({"burnin", at("in.mp4"), at("out.mov"), "--codec", "libsvtav1"}, kUsage,
+                "libsvtav1");
+  expectRefusal({"burnin", at("in.mp4"), at("out.mkv"), "--codec", "libsvtav1",
+                 "--container-option", "nosuch=1"},
+                kUsage, "nosuch");
+}
+
+TEST(Delivery, OfVideoIntoASoundFileIsRefused) {
+  makeClip("in.mp4", "320x180", {"-c:v", "libx264", "-pix_fmt", "yuv420p"});
+  for (const char* const name : {"out.mp3", "out.flac", "out.aiff"})
+    expectRefusal({"burnin", at("in.mp4"), at(name)}, kUsage, "names no video file");
+}

@@ -214,6 +214,30 @@ TEST(BadFiles, OutputIsALinkToTheInput) {
   fs::create_symlink(clip(), at("link.mov"));
   expectFailure({clip(), at("link.mov"), "--overwrite"}, kUsage, "the output is the input");
 }
+TEST(BadFiles, OutputIsWhatTheOverlayReads) {
+  const std::string other = at("other.mov");
+  std::filesystem::copy_file(clip(), other);
+  const Arguments overwrite = {"burnin", clip(), other, "--overwrite"};
+  const auto refuse = [&](const Arguments& more, const char* words) {
+    Arguments arguments = overwrite;
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    expectRefusal(arguments, kUsage, words);
+  };
+  refuse({"--watermark", other, "--watermark-at", "0,0"}, "the output is the watermark");
+  refuse({"--captions-file", other}, "the output is the captions' file");
+}
+
+TEST(BadFiles, OptionThatNobodyKnows) {
+  expectRefusal({"burnin", "--fram", "1-2", at("in.mov"), at("out.mov")}, kUsage,
+                "no such option: --fram;");
+  expectRefusal({"burnin", "-dash.mov", at("out.mov")}, 1, "./-dash.mov");
+}
+
+TEST(BadFiles, SizeOfAFileThatTellsItsOwn) {
+  expectRefusal({"burnin", "--input-size", "640x480", clip(), at("out.mov")}, kUsage,
+                "--input-size");
+}
+
 TEST(BadFiles, OutputExists) {
   write(at("out.mov"), "precious");
   expectFailure({clip(), at("out.mov")}, kOutput, "--overwrite");

@@ -201,12 +201,23 @@ TEST(Sequence, OfV210BecomesTenBitDPX) {
   EXPECT_NE(outcome.err.find("yuv422p10le become gbrp10"), std::string::npos) << outcome.err;
 }
 
-TEST(Sequence, OfEXRIsConvertedAndTheRunSaysSo) {
+TEST(Sequence, OfEXRKeepsFloatingPointOutsideTheText) {
   makePictures("in%04d.exr", "gbrpf32le");
   const Outcome outcome = burnSmall({at("in%04d.exr"), at("out%04d.exr")});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
-  EXPECT_NE(outcome.err.find("gbrpf32le are drawn on in"), std::string::npos) << outcome.err;
-  EXPECT_EQ(decode(picture("out", 7, ".exr")).format, AV_PIX_FMT_GBRPF32LE);
+  EXPECT_EQ(outcome.err.find("drawn on in"), std::string::npos) << outcome.err;
+  const Clip before = decode(picture("in", 7, ".exr")), after = decode(picture("out", 7, ".exr"));
+  ASSERT_EQ(after.format, AV_PIX_FMT_GBRPF32LE);
+  ASSERT_EQ(after.frames[0].size(), before.frames[0].size());
+  int drawn = 0;
+  for (std::size_t i = 0; i < before.frames[0].size(); ++i) {
+    const std::size_t sample = i / sizeof(float);
+    const bool inText = sample / kWidth % 180 < kDrawnRows && sample % kWidth < kDrawnColumns;
+    const bool equal = before.frames[0][i] == after.frames[0][i];
+    ASSERT_TRUE(equal || inText) << "sample " << sample;
+    drawn += equal ? 0 : 1;
+  }
+  EXPECT_GT(drawn, 0);
 }
 
 TEST(Sequence, EndsAtAGapAndTheRunSaysSo) {
@@ -325,4 +336,17 @@ TEST(StillAsJPEG, HasTheColoursOfTheFrame) {
   EXPECT_NEAR(back.frames[0][last], 0xC0, 2);  // rounding of the JPEG
   EXPECT_NEAR(back.frames[0][last + 1], 0x20, 2);
   EXPECT_NEAR(back.frames[0][last + 2], 0x40, 2);
+}
+
+TEST(Sequence, WithAnEmptyPictureIsDamagedThere) {
+  makePictures("in%04d.png", "rgb24");
+  std::ofstream(picture("in", 6, ".png"), std::ios::trunc);
+  const Outcome stopped = burnSmall({at("in%04d.png"), at("out%04d.png")});
+  EXPECT_EQ(stopped.exitCode, 4) << stopped.err;
+  EXPECT_NE(stopped.err.find("frame 1 "), std::string::npos) << stopped.err;
+  const Outcome outcome =
+      burnSmall({at("in%04d.png"), at("out%04d.png"), "--on-damage", "continue"});
+  EXPECT_EQ(outcome.exitCode, 5) << outcome.err;
+  for (const int number : {5, 6, 7})
+    EXPECT_TRUE(exists(picture("out", number, ".png"))) << number;
 }

@@ -10,7 +10,7 @@
 namespace nkdraw::media {
 namespace {
 
-constexpr char kQuantizer2[] = "flags=+qscale:global_quality=236";  // 2 times FF_QP2LAMBDA
+constexpr char kQuantizer2[] = "global_quality=236:flags=+qscale";  // 2 times FF_QP2LAMBDA
 
 /// The source's bit rate, or `quality` where it says nothing, or is so low that texts would blur.
 std::string rateOr(const EncoderTask& task, const std::string& quality) {
@@ -59,7 +59,9 @@ bool opens(const EncoderTask& task, const std::string& text) {
 std::string nominalDNxHD(const EncoderTask& task) {
   int rates[] = {36,  42,  45,  60,  63,  75,  80,  84,  85,  90,  100, 110, 115, 120,
                  145, 175, 180, 185, 220, 240, 290, 350, 365, 390, 440, 730, 880};
-  const double wanted = static_cast<double>(task.source.bitRate) / 1e6;
+  constexpr double kUsualRate = 185;  // of 1080 lines in 10 bits
+  const double wanted =
+      task.sameCodec ? static_cast<double>(task.source.bitRate) / 1e6 : kUsualRate;
   std::ranges::sort(rates, {}, [&](int rate) { return std::abs(rate - wanted); });
   for (const int rate : rates) {
     std::string text = "profile=dnxhd:b=" + std::to_string(rate) + "M";
@@ -76,6 +78,9 @@ std::string dnx(const EncoderTask& task) {
   }
   if (task.sameCodec && task.source.profile > FF_PROFILE_DNXHD)
     return "profile=" + std::to_string(task.source.profile);
+  // DNxHR has no fields.
+  if (task.source.frames.interlaced)
+    return nominalDNxHD(task);
   const AVPixFmtDescriptor& facts = *av_pix_fmt_desc_get(task.pixelFormat);
   if (facts.log2_chroma_w == 0)
     return "profile=dnxhr_444";
@@ -152,14 +157,13 @@ std::string mpeg2(const EncoderTask& task) {
   constexpr std::int64_t kAnyRate = 100'000'000;
   const std::int64_t rate = task.source.bitRate;
   const std::string text = std::to_string(rate);
-  const std::string quality = task.sameCodec && rate > 0 && rate < kAnyRate
-                                  ? "b=" + text + ":maxrate=" + text + ":bufsize=" + text
-                                  : kQuantizer2;
-  const bool reorders = !task.sameCodec || task.source.reorders;
-  const std::string fields = task.source.frames.interlaced ? ":flags=+ildct+ilme" : "";
+  const std::string fields = task.source.frames.interlaced ? "+ildct+ilme" : "";
+  const bool rated = task.sameCodec && rate > 0 && rate < kAnyRate;
   // A second entry of "flags" would replace the first.
-  const std::string common =
-      quality == kQuantizer2 && !fields.empty() ? quality + "+ildct+ilme" : quality + fields;
+  const std::string common = rated ? "b=" + text + ":maxrate=" + text + ":bufsize=" + text +
+                                         (fields.empty() ? "" : ":flags=" + fields)
+                                   : kQuantizer2 + fields;
+  const bool reorders = !task.sameCodec || task.source.reorders;
   if (task.sameCodec && task.source.intra.isIntra)
     return common + intraMPEG2(task);
   return common + ":g=" + halfSecond(task.source) + ":bf=" + (reorders ? "2" : "0");
@@ -238,6 +242,10 @@ std::span<const char* const> encoderNames(AVCodecID codec) {
   if (row == nullptr)
     return {};
   return std::span(row->encoders).first(row->encoders[1] != nullptr ? 2 : 1);
+}
+
+bool takesSuch(const EncoderTask& task) {
+  return task.encoder.id != AV_CODEC_ID_DNXHD || opens(task, codecOptions(task));
 }
 
 std::string codecOptions(const EncoderTask& task) {

@@ -38,6 +38,10 @@ struct EncoderTask {
 /// The names of FFmpeg's encoders for a codec, best first; empty for codecs with a single one.
 [[nodiscard]] std::span<const char* const> encoderNames(AVCodecID codec);
 
+/// Whether the encoder takes frames of this size, rate and order of fields. DNxHD and DNxHR take
+/// some only.
+[[nodiscard]] bool takesSuch(const EncoderTask& task);
+
 /// "key=value:key=value"
 [[nodiscard]] std::string codecOptions(const EncoderTask& task);
 

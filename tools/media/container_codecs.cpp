@@ -33,6 +33,8 @@ constexpr Held kHeld[] = {
 /// What FFmpeg's muxers say they hold, and refuse when the file begins.
 constexpr Held kRefused[] = {
     {"mov", {AV_CODEC_ID_VP8, AV_CODEC_ID_VP9, AV_CODEC_ID_AV1, kNone, kNone}},
+    {"mp4", {AV_CODEC_ID_VP8, kNone, kNone, kNone, kNone}},
+    {"ipod", {AV_CODEC_ID_VP8, AV_CODEC_ID_VP9, AV_CODEC_ID_AV1, kNone, kNone}},
 };
 
 const Held* entryOf(std::span<const Held> table, const AVOutputFormat& format) {
@@ -72,10 +74,13 @@ constexpr std::string_view kFamily[] = {"mov", "mp4", "ipod", "3gp", "3g2", "f4v
 
 }  // namespace
 
+bool refuses(const AVOutputFormat& format, AVCodecID codec) {
+  return has(entryOf(kRefused, format), codec);
+}
+
 bool carries(const AVOutputFormat& format, AVCodecID codec) {
   const Held* const held = entryOf(kHeld, format);
-  return held != nullptr ? has(held, codec)
-                         : holds(format, codec) && !has(entryOf(kRefused, format), codec);
+  return held != nullptr ? has(held, codec) : holds(format, codec) && !refuses(format, codec);
 }
 
 std::span<const AVCodecID> usualCodecs(const AVOutputFormat& format) {

@@ -13,6 +13,9 @@ namespace nkdraw::media {
 /// whose muxers take anything and write what nobody can read.
 [[nodiscard]] bool carries(const AVOutputFormat& format, AVCodecID codec);
 
+/// Whether FFmpeg's muxer refuses a codec that its lists allow.
+[[nodiscard]] bool refuses(const AVOutputFormat& format, AVCodecID codec);
+
 /// The usual codecs of this kind of file, best first; never empty.
 [[nodiscard]] std::span<const AVCodecID> usualCodecs(const AVOutputFormat& format);
 

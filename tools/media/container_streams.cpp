@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "media/container_streams.h"
 
+#include "media/container_codecs.h"
+
 #include <algorithm>
 #include <iterator>
 #include <span>
@@ -136,6 +138,8 @@ bool keepsCodec(const AVOutputFormat& format, AVCodecID codec) {
       container != nullptr && (container->ofVideo || avcodec_get_type(codec) != AVMEDIA_TYPE_VIDEO);
   if (listed)
     return std::ranges::find(container->kept, codec) != container->kept.end();
+  if (avcodec_get_type(codec) == AVMEDIA_TYPE_VIDEO && refuses(format, codec))
+    return false;
   const int answer = avformat_query_codec(&format, codec, FF_COMPLIANCE_NORMAL);
   // For video without an answer, writing will show.
   return avcodec_get_type(codec) == AVMEDIA_TYPE_VIDEO ? answer != 0 : answer == 1;

@@ -68,17 +68,32 @@ std::optional<Candidate> encoderFor(AVCodecID codec, AVPixelFormat source) {
   return best;
 }
 
-CodecChoice choiceOf(const Candidate& candidate, const SourceVideo& source,
-                     const AVOutputFormat& format, const CodecRequest& request) {
-  const EncoderTask task = {source, *candidate.encoder, candidate.pixelFormat,
-                            candidate.encoder->id == source.codec, format};
-  return {candidate.encoder, candidate.pixelFormat, codecOptions(task), request.option};
+EncoderTask taskOf(const Candidate& candidate, const SourceVideo& source,
+                   const AVOutputFormat& format) {
+  return {source, *candidate.encoder, candidate.pixelFormat, candidate.encoder->id == source.codec,
+          format};
 }
 
-/// Without a request, chooseCodec keeps every bit.
+CodecChoice choiceOf(const Candidate& candidate, const SourceVideo& source,
+                     const AVOutputFormat& format, const CodecRequest& request) {
+  return {candidate.encoder, candidate.pixelFormat, codecOptions(taskOf(candidate, source, format)),
+          request.option};
+}
+
+/// Without a request, chooseCodec keeps every bit, or the most that this kind of file holds.
+CodecChoice nearLossless(const SourceVideo& source, const AVOutputFormat& format,
+                         const CodecRequest& request) {
+  return chooseCodec({request.option, {}}, source.pixelFormat, format);
+}
+
 CodecChoice losslessDelivery(const SourceVideo& source, const AVOutputFormat& format,
                              const CodecRequest& request) {
-  return chooseCodec({request.option, {}}, source.pixelFormat, format);
+  CodecChoice choice = nearLossless(source, format, request);
+  if (!losesNothing(source.pixelFormat, choice.pixelFormat))
+    throw Failure(ExitCode::kUsage, "this kind of file keeps no such frames without loss",
+                  std::string(format.name) + ", " + av_get_pix_fmt_name(source.pixelFormat),
+                  "write .nut, or leave out --lossless");
+  return choice;
 }
 
 CodecChoice viewingCopy(const AVOutputFormat& format, const CodecRequest& request) {
@@ -104,7 +119,7 @@ CodecChoice usualDelivery(const SourceVideo& source, const AVOutputFormat& forma
   std::optional<Candidate> best;
   for (const AVCodecID codec : usualCodecs(format)) {
     const auto each = encoderFor(codec, source.pixelFormat);
-    if (each && (!best || each->loss < best->loss))
+    if (each && (!best || each->loss < best->loss) && takesSuch(taskOf(*each, source, format)))
       best = each;
   }
   if (!best)
@@ -117,7 +132,7 @@ CodecChoice usualDelivery(const SourceVideo& source, const AVOutputFormat& forma
 CodecChoice otherDelivery(bool hasEncoder, const SourceVideo& source, const AVOutputFormat& format,
                           const CodecRequest& request) {
   CodecChoice choice = !hasEncoder && losslessEncoding(source.pixelFormat, format)
-                           ? losslessDelivery(source, format, request)
+                           ? nearLossless(source, format, request)
                            : usualDelivery(source, format, request);
   const bool isRaw = source.codec == AV_CODEC_ID_RAWVIDEO;
   const std::string name = isRaw ? "uncompressed video" : avcodec_get_name(source.codec);
@@ -131,9 +146,9 @@ CodecChoice ownDelivery(const SourceVideo& source, const AVOutputFormat& format,
                         const CodecRequest& request) {
   const bool isRaw = source.codec == AV_CODEC_ID_RAWVIDEO;
   if (isAlwaysEncoded(format) || keepsAnyRaw(format))
-    return losslessDelivery(source, format, request);
+    return nearLossless(source, format, request);
   if (isRaw && losslessEncoding(source.pixelFormat, format))
-    return losslessDelivery(source, format, request);
+    return nearLossless(source, format, request);
   const auto own = encoderFor(source.codec, source.pixelFormat);
   return own && !isRaw && carries(format, source.codec)
              ? choiceOf(*own, source, format, request)

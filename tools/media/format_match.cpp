@@ -52,4 +52,22 @@ AVPixelFormat sameIn(const AVPixelFormat* list, AVPixelFormat wanted) {
   return found;
 }
 
+bool losesNothing(AVPixelFormat from, AVPixelFormat to) {
+  const std::uint64_t alpha = av_pix_fmt_desc_get(from)->flags & AV_PIX_FMT_FLAG_ALPHA;
+  return av_get_pix_fmt_loss(to, from, alpha != 0 ? 1 : 0) == 0;
+}
+
+AVPixelFormat widerIn(const AVPixelFormat* list, AVPixelFormat wanted) {
+  const auto bitsOf = [](AVPixelFormat format) {
+    return av_get_bits_per_pixel(av_pix_fmt_desc_get(format));
+  };
+  AVPixelFormat found = AV_PIX_FMT_NONE;
+  for (; list != nullptr && *list != AV_PIX_FMT_NONE; ++list) {
+    if (losesNothing(wanted, *list) && sws_isSupportedOutput(*list) != 0 &&
+        (found == AV_PIX_FMT_NONE || bitsOf(*list) < bitsOf(found)))
+      found = *list;
+  }
+  return found;
+}
+
 }  // namespace nkdraw::media

@@ -14,6 +14,14 @@ namespace nkdraw::media {
 /// either can be converted to the other without loss.
 [[nodiscard]] bool holdTheSame(AVPixelFormat a, AVPixelFormat b);
 
+/// Whether frames lose nothing when they are converted between these formats: neither bits nor
+/// chroma nor alpha.
+[[nodiscard]] bool losesNothing(AVPixelFormat from, AVPixelFormat to);
+
+/// The smallest format in a list that ends with AV_PIX_FMT_NONE which loses nothing of `wanted`;
+/// AV_PIX_FMT_NONE if there is none.
+[[nodiscard]] AVPixelFormat widerIn(const AVPixelFormat* list, AVPixelFormat wanted);
+
 /// The format in a list that ends with AV_PIX_FMT_NONE which is `wanted`, or holds the same;
 /// AV_PIX_FMT_NONE if there is none. Without a list it is `wanted`.
 [[nodiscard]] AVPixelFormat sameIn(const AVPixelFormat* list, AVPixelFormat wanted);

@@ -56,6 +56,9 @@ const AVInputFormat* demuxerFor(const InputShape& shape, const std::string& name
   std::string wanted = demuxerName(shape);
   if (wanted == kRaw)
     wanted = rawOptions(shape, name, options);
+  else if (shape.width > 0)
+    throw Failure(ExitCode::kUsage, "only raw video has its size from the user", "--input-size",
+                  "leave it out, or give --input-layout too");
   if (shape.rate.num > 0) {
     const std::string rate = std::to_string(shape.rate.num) + "/" + std::to_string(shape.rate.den);
     options.set("framerate", rate.c_str());

@@ -41,15 +41,21 @@ std::optional<LosslessEncoding> losslessEncoding(AVPixelFormat drawn,
     if (each.drawn == drawn && usual && codec != nullptr)
       return LosslessEncoding{codec, each.pixelFormat};
   }
-  const AVCodec* const ffv1 = avcodec_find_encoder(AV_CODEC_ID_FFV1);
   // FFmpeg reads it from QuickTime files as well, where it has the name that it has in AVI.
-  if (ffv1 != nullptr && (holds(format, AV_CODEC_ID_FFV1) || container == kMOV)) {
+  const AVCodec* const ffv1 = holds(format, AV_CODEC_ID_FFV1) || container == kMOV
+                                  ? avcodec_find_encoder(AV_CODEC_ID_FFV1)
+                                  : nullptr;
+  if (ffv1 != nullptr) {
     if (const AVPixelFormat same = sameIn(ffv1->pix_fmts, drawn); same != AV_PIX_FMT_NONE)
       return LosslessEncoding{ffv1, same};
   }
   const AVCodec* const raw = avcodec_find_encoder(AV_CODEC_ID_RAWVIDEO);
   if (raw != nullptr && container == kNUT && avcodec_pix_fmt_to_codec_tag(drawn) != 0)
     return LosslessEncoding{raw, drawn};
+  if (ffv1 != nullptr) {
+    if (const AVPixelFormat wider = widerIn(ffv1->pix_fmts, drawn); wider != AV_PIX_FMT_NONE)
+      return LosslessEncoding{ffv1, wider};
+  }
   return std::nullopt;
 }
 

@@ -265,8 +265,25 @@ int MediaInput::readJoined(AVPacket& packet) {
     av_packet_unref(&packet);
     error = av_read_frame(file_.get(), &packet);
   }
-  throwIfInterrupted();
   return error;
+}
+
+/// FFmpeg ends at an empty picture, as a renderer leaves when it fails. Here it is one that can't
+/// be decoded, and the next ones follow.
+int MediaInput::readPicture(AVPacket& packet) {
+  constexpr int kBytes = 16;
+  const int error = av_read_frame(file_.get(), &packet);
+  if (error != AVERROR_EOF)
+    return error;
+  if (av_new_packet(&packet, kBytes) < 0)
+    throw std::bad_alloc();
+  std::fill_n(packet.data, kBytes, std::uint8_t{0});
+  packet.stream_index = videoIndex_;
+  packet.pts = packet.dts = nextPicture_ - 1;
+  packet.duration = 1;
+  // Behind the last one there is nowhere to go.
+  static_cast<void>(av_seek_frame(file_.get(), videoIndex_, nextPicture_, AVSEEK_FLAG_BACKWARD));
+  return 0;
 }
 
 bool MediaInput::readNext(AVPacket& packet) {
@@ -278,7 +295,8 @@ bool MediaInput::readNext(AVPacket& packet) {
   }
   if (pictures_ && nextPicture_++ >= pictures_->count)
     return false;
-  const int error = readJoined(packet);
+  const int error = pictures_ ? readPicture(packet) : readJoined(packet);
+  throwIfInterrupted();
   if (error >= 0 && isVideo(packet))
     noteVideo(packet);
   if (const std::string why = breakOf(error, packet); !why.empty()) {

@@ -84,6 +84,7 @@ class MediaInput {
   bool readNext(AVPacket& packet);
   [[nodiscard]] int readJoined(AVPacket& packet);
   void noteVideo(const AVPacket& packet);
+  int readPicture(AVPacket& packet);
   [[nodiscard]] std::string breakOf(int error, const AVPacket& packet);
 
   const AVInputFormat* findPictures(Options& options);

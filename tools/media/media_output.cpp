@@ -29,10 +29,15 @@ void setMuxerOptions(const std::vector<std::string>& options, Options& all) {
   }
 }
 
+/// Sound files whose only video is a cover picture.
+bool holdsCoversOnly(const AVOutputFormat& format) {
+  return format.video_codec == AV_CODEC_ID_PNG && format.audio_codec != AV_CODEC_ID_NONE;
+}
+
 bool holdsVideo(const AVOutputFormat* format) {
   constexpr int kNoSingleFile = AVFMT_NOFILE | AVFMT_NEEDNUMBER;
   return format != nullptr && (format->flags & kNoSingleFile) == 0 &&
-         format->video_codec != AV_CODEC_ID_NONE;
+         format->video_codec != AV_CODEC_ID_NONE && !holdsCoversOnly(*format);
 }
 
 /// FFmpeg's name for Y4M differs from everybody's.

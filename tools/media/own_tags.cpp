@@ -17,7 +17,8 @@ constexpr std::string_view kCoded[] = {
 
 /// Those that describe the file itself, which the writer sets.
 constexpr const char* kOfTheFile[] = {"major_brand", "minor_version", "compatible_brands",
-                                      "creation_time", "encoder"};
+                                      "encoder"};
+constexpr std::string_view kCreation = "creation_time";  // which has a place of its own
 
 template <class Names>
 bool isOneOf(const Names& names, std::string_view name) {
@@ -28,7 +29,7 @@ bool isOwn(std::string_view name) {
   const std::string_view language = "-eng";
   if (name.ends_with(language))
     name.remove_suffix(language.size());
-  return !isOneOf(kCoded, name) && !isOneOf(kOfTheFile, name);
+  return !isOneOf(kCoded, name) && !isOneOf(kOfTheFile, name) && name != kCreation;
 }
 
 bool hasCover(const AVFormatContext& file) {

@@ -67,6 +67,16 @@ void silence(const AVCodec& codec, Options& options) {
   setenv("SVT_LOG", "0", 0);
 }
 
+/// FFmpeg tells libx264 the order of fields with the frames, when its headers are made.
+void tellFieldOrder(const AVCodec& codec, AVFieldOrder order, Options& options) {
+  constexpr char kX264[] = "x264-params";
+  if (std::string_view(codec.name) != "libx264" || order != AV_FIELD_BB)
+    return;
+  const AVDictionaryEntry* const asked = av_dict_get(*options.get(), kX264, nullptr, 0);
+  const std::string more = asked != nullptr ? std::string(":") + asked->value : "";
+  options.set(kX264, ("bff=1" + more).c_str());
+}
+
 /// An encoder without a list accepts every format.
 bool takes(const AVCodec& codec, AVPixelFormat format) {
   if (codec.pix_fmts == nullptr)
@@ -147,6 +157,12 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
   open(first);
 }
 
+/// SVT-AV1 waits for ever when it is closed without a frame, so then it stays open.
+VideoEncoder::~VideoEncoder() {
+  if (!begun_ && std::string_view(choice_.codec->name) == "libsvtav1")
+    static_cast<void>(encoder_.release());
+}
+
 void VideoEncoder::describe(const AVFrame& first, const FrameKind& frames) {
   encoder_->width = choice_.evenSize ? first.width & ~1 : first.width;
   encoder_->height = choice_.evenSize ? first.height & ~1 : first.height;
@@ -178,6 +194,7 @@ void VideoEncoder::open(const AVFrame& first) {
   readOptions(choice_, options);
   options.set(kPixelFormatKey, nullptr);
   addLightLevels(first, *choice_.codec, options);
+  tellFieldOrder(*choice_.codec, encoder_->field_order, options);
   if (!showsLibavMessages())
     silence(*choice_.codec, options);
   forgetLibavErrors();
@@ -204,6 +221,7 @@ void VideoEncoder::describeTo(AVStream& stream) const {
 
 void VideoEncoder::encode(AVFrame* frame, std::int64_t index, const TakePacket& take) {
   AVFrame* converted = nullptr;
+  begun_ = true;
   if (frame != nullptr) {
     converted = &converter_.convert(*frame);
     converted->pts = index;

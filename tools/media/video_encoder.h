@@ -23,6 +23,9 @@ class VideoEncoder {
   /// Encodes frames like `first`, with its colours and shape. Throws Failure.
   VideoEncoder(const CodecChoice& choice, const AVFrame& first, const FrameKind& frames,
                const AVOutputFormat& format);
+  VideoEncoder(const VideoEncoder&) = delete;
+  VideoEncoder& operator=(const VideoEncoder&) = delete;
+  ~VideoEncoder();
 
   /// The description of the video for the output's stream.
   void describeTo(AVStream& stream) const;
@@ -39,6 +42,7 @@ class VideoEncoder {
   const AVOutputFormat& format_;
   CodecContext encoder_;
   FrameConverter converter_;
+  bool begun_ = false;
 };
 
 }  // namespace nkdraw::media

@@ -147,11 +147,22 @@ void writeClipStill(MediaInput& input, const ClipPlan& plan, const BurninOptions
   file.commit();
 }
 
+/// Outputs must not replace what the run reads.
+void checkOutputNames(const BurninOptions& options) {
+  const OverlayRequest& overlay = options.overlay;
+  for (const OutputRequest& output : options.outputs) {
+    checkIsAnother(output.path, *options.input, "the output is the input");
+    if (overlay.watermark)
+      checkIsAnother(output.path, overlay.watermark->path, "the output is the watermark");
+    if (overlay.captions && overlay.captions->file)
+      checkIsAnother(output.path, *overlay.captions->file, "the output is the captions' file");
+  }
+}
+
 }  // namespace
 
 void burnClip(const BurninOptions& options) {
-  for (const OutputRequest& output : options.outputs)
-    checkIsAnother(output.path, *options.input, "the output is the input");
+  checkOutputNames(options);
   MediaInput input(*options.input, options.inputShape);
   input.damage().setAction(options.onDamage);
   const ClipPlan plan = planClip(input, options);

@@ -4,6 +4,7 @@
 // everything lies inside the frame.
 #pragma once
 
+#include "burnin/text_boxes.h"
 #include "cli/option_values.h"
 #include "cli/using_media.h"
 #include "media/canvas_stage.h"
@@ -53,29 +54,6 @@ struct OverlayRequest {
   std::optional<Point> meters;  // the panel's upper left corner
 };
 
-/// Who draws a text, and what it shows.
-enum class TextContent {
-  kOverlay,      ///< drawn by the library's overlay
-  kFixed,        ///< `text` as it is
-  kTimecode,     ///< the source's timecode, behind a label
-  kRecord,       ///< the record timecode, behind a label if the source's shows
-  kDamage,       ///< `text`, in damaged frames alone
-  kFrameNumber,  ///< the number of the frame in the clip, from 0
-};
-
-/// One line of text in the frame. Cells are 8 by 10 pixels times the magnification, plus one line.
-struct TextBox {
-  std::string what;  // "LTC row", "text 2"
-  std::string text;  // an example, if it changes from frame to frame
-  Point at;
-  unsigned magnification;
-  TextContent content = TextContent::kOverlay;
-
-  // The first column and row past the box, even for a box larger than any frame.
-  [[nodiscard]] std::int64_t right() const;
-  [[nodiscard]] std::int64_t bottom() const;
-};
-
 /// A part of the frame that is not text.
 struct LayerBox {
   std::string what;  // "watermark"
@@ -101,10 +79,6 @@ struct OverlayPlan {
 /// At most this many texts, of at most this many characters.
 inline constexpr std::size_t kMostTexts = 10;
 inline constexpr std::size_t kLongestText = 511;
-
-/// What a timecode row shows of the frame `index` frames after the first.
-[[nodiscard]] std::string rowText(TextContent content, const TimecodeStart& timecode,
-                                  const OverlayPlan& plan, std::int64_t index);
 
 /// Throws Failure if something would leave the frame. In interlaced frames rows and sizes become
 /// even; in 4:2:2 a watermark gets an even column. `record` takes the place of the source's

@@ -54,7 +54,8 @@ AVPixelFormat sameIn(const AVPixelFormat* list, AVPixelFormat wanted) {
 
 bool losesNothing(AVPixelFormat from, AVPixelFormat to) {
   const std::uint64_t alpha = av_pix_fmt_desc_get(from)->flags & AV_PIX_FMT_FLAG_ALPHA;
-  return av_get_pix_fmt_loss(to, from, alpha != 0 ? 1 : 0) == 0;
+  return storeAlike(from, to) || holdTheSame(from, to) ||
+         av_get_pix_fmt_loss(to, from, alpha != 0 ? 1 : 0) == 0;
 }
 
 AVPixelFormat widerIn(const AVPixelFormat* list, AVPixelFormat wanted) {

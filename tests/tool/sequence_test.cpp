@@ -116,6 +116,30 @@ TEST(Sequence, OfDPXTellsDropFrameAndItsRate) {
   EXPECT_EQ(timecodeOfDPX(picture("out", 6, ".dpx")), "01:01:00;02");
 }
 
+TEST(Sequence, OfDPXAboveThirtyFramesASecondHasNoTimecodeAndTheRunSaysSo) {
+  makePictures("in%04d.dpx", "rgb24");
+  const std::string note = "the pictures hold no timecode: DPX counts up to 30 frames a second";
+  for (const std::string rate : {"30", "50", "59.94"}) {
+    const std::string out = "at" + rate + "_";
+    const Arguments run = {at("in%04d.dpx"), at(out + "%04d.dpx"), "--start-timecode",
+                           "10:00:00:28",    "--input-rate",       rate};
+    Arguments dry = run;
+    dry.emplace_back("--dry-run");
+    const bool isTold = rate == "30";
+    EXPECT_EQ(burnin(dry).out.find(note) == std::string::npos, isTold);
+    const Outcome outcome = burnSmall(run);
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_EQ(outcome.err, isTold ? "" : "nkdraw: note: " + note + "\n");
+    for (int number = 5; number < 5 + kFrames; ++number) {
+      const Bytes file = bytesOf(picture(out, number, ".dpx"));
+      const bool isUnknown = std::all_of(file.begin() + 1920, file.begin() + 1924,
+                                         [](std::uint8_t byte) { return byte == 0xFF; });
+      EXPECT_NE(isUnknown, isTold) << rate << ", picture " << number;
+    }
+  }
+  EXPECT_EQ(timecodeOfDPX(picture("at30_", 6, ".dpx")), "10:00:00:29");
+}
+
 TEST(Sequence, OfDPXHasAHeaderThatTellsItsOwnSizes) {
   makePictures("in%04d.dpx", "rgb48le", 1);
   for (const std::string order : {"le", "be"}) {

@@ -124,6 +124,10 @@ void insertIndustryParts(std::vector<std::uint8_t>& file) {
 
 }  // namespace
 
+bool countsInDPX(AVRational rate) {
+  return av_cmp_q(rate, {30, 1}) <= 0;
+}
+
 DPXFacts readDPX(const std::string& file) {
   std::vector<std::uint8_t> header(kEnd);
   std::ifstream stream(file, std::ios::binary);
@@ -148,7 +152,8 @@ std::vector<std::uint8_t> withFacts(std::span<const std::uint8_t> bytes, const D
     std::ranges::copy(*facts.colours, file.begin() + kColours);
   if (numberAt(file, kImageOffset) < kEnd)
     insertIndustryParts(file);
-  putWord(file, kTimecode, facts.timecode ? wordOf(*facts.timecode) : kUnknown);
+  const bool isTold = facts.timecode && countsInDPX(facts.rate);
+  putWord(file, kTimecode, isTold ? wordOf(*facts.timecode) : kUnknown);
   if (facts.rate.num > 0)
     putNumber(file, kFrameRate,
               std::bit_cast<std::uint32_t>(static_cast<float>(av_q2d(facts.rate))));

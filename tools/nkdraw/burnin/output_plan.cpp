@@ -49,7 +49,9 @@ void planTimecode(OutputPlan& output, const ClipPlan& plan, MediaInput& input) {
   if (output.codec)
     output.request.streams.timecodeInVideo =
         writeGOPTimecode(*output.codec, output.timecode.text, output.timecode.rate);
-  const std::string lost = foreseenLoss(*output.format, output.timecode);
+  const std::string lost = writesSequence(output.request)
+                               ? lostPictureTimecode(output)
+                               : foreseenLoss(*output.format, output.timecode);
   if (!lost.empty())
     output.notes.push_back(lost);
 }

@@ -140,6 +140,13 @@ std::vector<std::string> sequenceNotes(const MediaInput& input) {
   return notes;
 }
 
+std::string lostPictureTimecode(const OutputPlan& output) {
+  const OutputTimecode& timecode = output.timecode;
+  if (timecode.codec != AV_CODEC_ID_DPX || timecode.text.empty() || countsInDPX(timecode.rate))
+    return {};
+  return "the pictures hold no timecode: DPX counts up to 30 frames a second";
+}
+
 void checkSequenceOutput(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
   const FrameRange& range = plan.job.range;
   const std::int64_t first = firstNumber(input, range, options);

@@ -18,6 +18,9 @@ namespace nkdraw::tool {
 /// What a user should know about an input that is an image sequence.
 [[nodiscard]] std::vector<std::string> sequenceNotes(const MediaInput& input);
 
+/// What a user should know of the timecode that the pictures don't tell; empty for nothing.
+[[nodiscard]] std::string lostPictureTimecode(const OutputPlan& output);
+
 /// Throws Failure if the pictures can't be written there. Touches no file.
 void checkSequenceOutput(MediaInput& input, const ClipPlan& plan, const BurninOptions& options);
 

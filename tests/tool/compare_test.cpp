@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -340,4 +341,53 @@ TEST(CompareDryRun, TellsAndWritesNothing) {
   for (const char* words : {"fade", "63x35", "compared as bgra", "both.mov"})
     EXPECT_NE(outcome.out.find(words), std::string::npos) << words << " in " << outcome.out;
   EXPECT_EQ(filesAtWork(), before);
+}
+
+namespace {
+
+struct LossyKind {
+  const char* suffix;
+  const char* codec;
+};
+class LossyKinds : public testing::TestWithParam<LossyKind> {};
+
+}  // namespace
+
+TEST_P(LossyKinds, GetTheirUsualCodecAndANote) {
+  const auto& [suffix, codec] = GetParam();
+  for (const std::string name : {"a.mov", "b.mov"})
+    ffmpeg({"-f", "lavfi", "-i",
+            std::string(name == "a.mov" ? "testsrc2" : "rgbtestsrc") + "=size=64x36:rate=25",
+            "-frames:v", "3", "-c:v", "rawvideo", "-pix_fmt", "bgra", at(name)});
+  const std::string lossy = at(std::string("out.") + suffix);
+  ASSERT_EQ(
+      nkdrawTool({"compare", at("a.mov"), at("b.mov"), at("out.nut"), "--mode", "average"}).err,
+      "");
+  const Outcome outcome =
+      nkdrawTool({"compare", at("a.mov"), at("b.mov"), lossy, "--mode", "average"});
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_NE(outcome.err.find(std::string("nkdraw: note: the video becomes ") + codec + ": "),
+            std::string::npos)
+      << outcome.err;
+  EXPECT_EQ(codecOf(lossy), codec);
+  const Clip exact = decodeAs(at("out.nut"), AV_PIX_FMT_GRAY8);
+  const Clip near = decodeAs(lossy, AV_PIX_FMT_GRAY8);
+  ASSERT_EQ(near.frames.size(), 3U);
+  for (std::size_t frame = 0; frame < near.frames.size(); ++frame) {
+    int difference = 0;
+    for (std::size_t i = 0; i < exact.frames[frame].size(); ++i)
+      difference += std::abs(exact.frames[frame][i] - near.frames[frame][i]);
+    EXPECT_LT(difference, 8 * 64 * 36) << "frame " << frame;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Compare, LossyKinds,
+                         testing::Values(LossyKind{"mp4", "h264"}, LossyKind{"ts", "h264"},
+                                         LossyKind{"mxf", "mpeg2video"}, LossyKind{"webm", "vp9"}),
+                         [](const auto& kind) { return kind.param.suffix; });
+
+TEST(Compare, OfWhatCannotBeReadBackLeavesNothing) {
+  const std::string a = clipA(), b = clipB();
+  expectRefusal({"compare", a, b, at("out.crc"), "--format", "framecrc", "--codec", "libx264rgb"},
+                3, "can't be read back");
 }

@@ -1,18 +1,21 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "cli/command.h"
 #include "cli/media_pieces.h"
+#include "cli/note.h"
 #include "cli/progress.h"
 #include "cli/run_options.h"
 #include "compare/compare_options.h"
 #include "compare/difference_report.h"
 #include "compare/mux_display.h"
 #include "media/clip_pair.h"
+#include "media/delivery.h"
 #include "media/failure.h"
 #include "media/frame_converter.h"
 #include "media/frame_cursor.h"
 #include "media/media_output.h"
 #include "media/output_file.h"
 #include "media/pipe_name.h"
+#include "media/read_back.h"
 #include "media/video_encoder.h"
 #include "media/video_feed.h"
 
@@ -33,12 +36,20 @@ struct ComparePlan {
   std::optional<CodecChoice> codec;
 };
 
+/// Pictures of both clips, which have the codec of neither.
+SourceVideo shownVideo(const ClipPair& clips) {
+  SourceVideo shown;
+  shown.pixelFormat = kShown;
+  shown.frames = clips.frames;
+  return shown;
+}
+
 ComparePlan planCompare(ClipPair& clips, const CompareOptions& options) {
   ComparePlan plan;
   plan.call = planMux(options.display, clips.frames.width, clips.frames.height);
   if (options.output) {
     plan.format = &formatFor(*options.output, options.format);
-    plan.codec = chooseCodec(options.codec, kShown, *plan.format);
+    plan.codec = chooseJoined(options.codec, shownVideo(clips), *plan.format);
   }
   return plan;
 }
@@ -48,12 +59,13 @@ class DisplayClip {
  public:
   DisplayClip(ClipPair& clips, const ComparePlan& plan, const std::string& path, bool overwrite)
       : file_(path, overwrite),
-        output_(file_.temporary(), *plan.format, path),
+        format_(*plan.format),
+        output_(file_.temporary(), format_, path),
         stream_(output_.addStream()),
         toFirst_(AV_PIX_FMT_BGRA, clips.a.interlaced()),
         toSecond_(AV_PIX_FMT_BGRA, clips.b.interlaced()),
         display_(plan.call, clips.frames.width, clips.frames.height),
-        encoder_(*plan.codec, *example(clips), clips.frames, *plan.format) {
+        encoder_(*plan.codec, *example(clips), clips.frames, format_) {
     encoder_.describeTo(stream_);
     output_.begin();
   }
@@ -74,6 +86,7 @@ class DisplayClip {
   void finish() {
     encoder_.encode(nullptr, 0, take_);
     output_.finish();
+    checkReadable(file_.temporary(), format_, file_.path());
     file_.commit();
   }
 
@@ -87,6 +100,7 @@ class DisplayClip {
   }
 
   OutputFile file_;
+  const AVOutputFormat& format_;
   MediaOutput output_;
   AVStream& stream_;
   FrameConverter toFirst_, toSecond_;
@@ -133,6 +147,7 @@ void describeReport(Description& to, ClipPair& clips, const CompareOptions& opti
 
 void describeDisplay(Description& to, const ComparePlan& plan, const CompareOptions& options) {
   to.addList("/outputs");
+  to.addList("/notes");
   if (!options.output)
     return to.add("", "", {{"mode", nullptr}});
   constexpr char kOutput[] = "/outputs/0";
@@ -141,6 +156,8 @@ void describeDisplay(Description& to, const ComparePlan& plan, const CompareOpti
          {{"name", std::string(mode.name)}, ": ", {"description", std::string(mode.description)}});
   to.add("codec", kOutput, {encoderPiece(&*plan.codec, codecText(*plan.codec))});
   to.add("output", kOutput, {{"path", *options.output}, ": ", {"format", plan.format->name}});
+  if (!plan.codec->note.empty())
+    to.addText("note", "/notes/-", plan.codec->note);
 }
 
 void describe(Description& to, ClipPair& clips, const ComparePlan& plan,
@@ -217,6 +234,8 @@ void compareClips(const CompareOptions& options) {
   if (compared.longer != nullptr)
     std::fprintf(stderr, "nkdraw: %s is longer: the first %lld frames were compared\n",
                  compared.longer->path().c_str(), static_cast<long long>(compared.frames));
+  if (plan.codec)
+    printNote(plan.codec->note);
   reportDamage({&clips.a.damage(), &clips.b.damage()});
 }
 

@@ -17,10 +17,11 @@ namespace {
 constexpr char kDescription[] = "Show two clips in one, or say where they differ.";
 
 constexpr char kMore[] =
-    "Both clips are shown frame by frame as 32-bit RGB; OUTPUT is encoded without loss, and "
+    "Both clips are shown frame by frame as 32-bit RGB. OUTPUT has no sound; it is encoded "
     "without\n"
-    "sound, unless --codec says otherwise. --report compares the decoded frames themselves and\n"
-    "needs no OUTPUT. Frames are compared up to the end of the shorter clip.\n"
+    "loss where it can hold that, else by its usual codec, or by --codec. --report compares the\n"
+    "decoded frames themselves and needs no OUTPUT. Frames are compared up to the end of the\n"
+    "shorter clip.\n"
     "\n"
     "Examples:\n"
     "  nkdraw compare a.mov b.mov --report differences.csv\n"
@@ -141,8 +142,9 @@ void CompareArguments::addWritingTo(CLI::App& command) {
   group.add("--report", report_, "FILE.csv|-",
             "A table: for each frame the pixels that differ, and\n"
             "the largest difference of every channel");
-  group.add("--codec", codec_, "NAME[:KEY=VALUE...]",
-            "Encode with this encoder of FFmpeg (losslessly, by\nkind of file)");
+  group.add(
+      "--codec", codec_, "NAME[:KEY=VALUE...]",
+      "Encode with this encoder of FFmpeg (losslessly, by\nkind of file; else its usual codec)");
   addProgress(group, plain_);
   group.addFlag("--overwrite", plain_.overwrite, "Replace OUTPUT and the report if they exist");
   addDryRun(group, plain_);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-2-Clause
 #include "cli/command.h"
+#include "cli/note.h"
 #include "cli/run_options.h"
 #include "media/drawn_format.h"
 #include "media/frame_converter.h"
@@ -8,11 +9,11 @@
 #include "media/stream_facts.h"
 #include "media/video_feed.h"
 #include "wipe/join_writer.h"
+#include "wipe/left_out.h"
 #include "wipe/wipe_description.h"
 #include "wipe/wipe_names.h"
 #include "wipe/wipe_plan.h"
 
-#include <cstdio>
 #include <type_traits>
 #include <utility>
 
@@ -187,8 +188,9 @@ void wipeClips(const WipeOptions& options) {
   else
     TranscodeJoin(clips, plan, writer).run();
   writer.finish();
-  if (plan.codec && !plan.codec->note.empty())
-    std::fprintf(stderr, "nkdraw: note: %s\n", plan.codec->note.c_str());
+  if (plan.codec)
+    printNote(plan.codec->note);
+  noteLeftOut({&clips.a, &clips.b}, plan, options);
   reportDamage({&clips.a.damage(), &clips.b.damage()});
 }
 

@@ -5,6 +5,7 @@
 #include "cli/option_values.h"
 #include "media/clip_facts.h"
 #include "media/stream_facts.h"
+#include "wipe/left_out.h"
 #include "wipe/wipe_names.h"
 
 #include <nkdraw/constants.h>
@@ -58,18 +59,15 @@ void describeTrack(Description& to, const AudioTrackPlan& track, AudioMode mode)
           {"encoder", track.codec.codec->name}});
 }
 
-/// The streams of a clip that the output leaves out.
-void describeLeftOut(Description& to, MediaInput& clip, bool audio) {
-  for (unsigned i = 0; i < clip.file().nb_streams; ++i) {
-    const AVStream& stream = *clip.file().streams[i];
-    if (&stream == &clip.video() || (audio && stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO))
-      continue;
+void describeLeftOut(Description& to, MediaInput& clip, const WipePlan& plan) {
+  for (const AVStream* const stream : leftOutOf(clip, plan)) {
+    const std::string text = describeStream(*stream);
     to.add("left out", "/left_out/-",
            {"stream ",
-            {"index", i},
+            {"index", stream->index},
             " of ",
             {"path", clip.path()},
-            {"description", describeStream(stream), " (" + describeStream(stream) + ")"}});
+            {"description", text, " (" + text + ")"}});
   }
 }
 
@@ -102,14 +100,16 @@ void describe(Description& to, ClipPair& clips, const WipePlan& plan, const Wipe
     describeTrack(to, track, options.audio.mode);
   to.addList("/left_out");
   for (MediaInput* const clip : {&clips.a, &clips.b})
-    describeLeftOut(to, *clip, !plan.audio.empty());
+    describeLeftOut(to, *clip, plan);
   to.add("codec", kOutput,
          {encoderPiece(plan.codec ? &*plan.codec : nullptr,
                        plan.codec ? codecText(*plan.codec) : "unchanged")});
   to.add("output", kOutput, {{"path", options.output}, ": ", {"format", plan.format->name}});
   to.addList("/notes");
-  if (!plan.note.empty())
-    to.addText("note", "/notes/-", plan.note);
+  for (const std::string& note : {plan.note, plan.codec ? plan.codec->note : std::string()}) {
+    if (!note.empty())
+      to.addText("note", "/notes/-", note);
+  }
 }
 
 }  // namespace nkdraw::tool

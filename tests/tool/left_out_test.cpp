@@ -14,8 +14,8 @@ namespace {
 std::string makeClip(const std::string& name, const Arguments& more = {}) {
   Arguments run = {"-f", "lavfi", "-i", "testsrc2=size=64x36:rate=25:duration=0.4"};
   run.insert(run.end(), more.begin(), more.end());
-  run.insert(run.end(), {"-c:v", "rawvideo", "-pix_fmt", "uyvy422", "-timecode", "10:00:00:00",
-                         "-shortest", at(name)});
+  run.insert(run.end(),
+             {"-c:v", "rawvideo", "-pix_fmt", "uyvy422", "-timecode", "10:00:00:00", at(name)});
   ffmpeg(run);
   return at(name);
 }

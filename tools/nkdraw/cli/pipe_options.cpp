@@ -54,7 +54,8 @@ void PipeArguments::addInputTo(CLI::App& command) {
   group.add("--input-layout", inputLayout_, "NAME",
             "Its layout (--list-layouts), or pixel format of FFmpeg");
   group.add("--input-rate", inputRate_, "RATE",
-            "Its frames a second (25), or those of an image sequence\n(as its header says, or 24)");
+            "Its frames a second (25), or those of an image sequence\nas an input (as its header "
+            "says, or 24)");
 }
 
 InputShape PipeArguments::input() const {

@@ -16,10 +16,11 @@ namespace {
 
 constexpr int kSignalBase = 128;
 
-/// In the order of the help; all but the last three take lists of runs.
+/// In the order of the help.
 constexpr std::unique_ptr<Command> (*kCommands[])(CLI::App&) = {
     addBurnin, addWipe, addCompare, addDraw, addSheet, addConfig, addCompletion};
 
+/// Which take lists of runs.
 constexpr const char* kBatchCommands[] = {"burnin", "wipe", "compare", "draw"};
 
 int reported(ExitCode code, const std::string& line) {

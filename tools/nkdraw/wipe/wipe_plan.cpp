@@ -108,16 +108,6 @@ void planTimes(WipePlan& plan, ClipPair& clips, const WipeOptions& options) {
     failTooShort(clips.b, plan.duration);
 }
 
-}  // namespace
-
-void failTooShort(const MediaInput& clip, std::int64_t needed) {
-  throw Failure(ExitCode::kUsage, "a clip is too short for the transition",
-                clip.path() + ", which needs " + std::to_string(needed) + " frames",
-                "lower --duration or --at");
-}
-
-namespace {
-
 /// Sound is read beside the frames, which takes a file.
 void checkSoundCanBeRead(ClipPair& clips, const AudioRequest& request) {
   for (MediaInput* const clip : {&clips.a, &clips.b}) {
@@ -144,6 +134,12 @@ void planTimecode(WipePlan& plan, ClipPair& clips) {
 }
 
 }  // namespace
+
+void failTooShort(const MediaInput& clip, std::int64_t needed) {
+  throw Failure(ExitCode::kUsage, "a clip is too short for the transition",
+                clip.path() + ", which needs " + std::to_string(needed) + " frames",
+                "lower --duration or --at");
+}
 
 WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
   WipePlan plan;

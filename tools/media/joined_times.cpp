@@ -9,7 +9,9 @@ namespace nkdraw::media {
 namespace {
 
 constexpr AVRational kTolerance = {1, 10};    // seconds; less is no jump
-constexpr AVRational kFarAhead = {43200, 1};  // seconds; less is a gap
+constexpr AVRational kAhead = {10, 1};        // seconds; less is a gap
+constexpr AVRational kFarAhead = {43200, 1};  // seconds; more is no gap, whatever else there is
+constexpr std::int64_t kUsualSteps = 4;       // a stream's own steps that make no jump
 
 /// The demuxers of streams that can be joined byte by byte.
 constexpr std::string_view kJoined[] = {"mpegts", "mpeg"};
@@ -23,15 +25,37 @@ bool canBeJoined(const AVFormatContext& file) {
 JoinedTimes::JoinedTimes(const AVFormatContext& file, int video)
     : file_(file), video_(video), tracks_(canBeJoined(file) ? file.nb_streams : 0) {}
 
-/// A single packet whose time is too late is no jump. FFmpeg takes one far back for an overflow of
-/// the clock, and makes it one far ahead.
-bool JoinedTimes::jumps(const Track& track, std::int64_t time, AVRational timeBase) {
+bool JoinedTimes::jumpsBack(const Track& track, std::int64_t time, AVRational timeBase) {
   if (track.last == AV_NOPTS_VALUE)
     return false;
+  // A single packet whose time is too late is no jump.
   const std::int64_t reached =
       track.before != AV_NOPTS_VALUE ? std::min(track.last, track.before) : track.last;
-  return time + av_rescale_q(1, kTolerance, timeBase) < reached ||
-         time - av_rescale_q(1, kFarAhead, timeBase) > track.last;
+  return time + av_rescale_q(1, kTolerance, timeBase) < reached;
+}
+
+/// A stream with rare packets tells nothing by itself.
+bool JoinedTimes::isUsual(const Track& track, std::int64_t time) const {
+  if (track.jumps < jumps_.size())
+    return false;
+  return track.before == AV_NOPTS_VALUE ||
+         time - track.last <= kUsualSteps * (track.last - track.before);
+}
+
+/// The clock jumps in all streams at once; a stream may rightly pause while others go on. FFmpeg
+/// takes a jump far back for an overflow of the clock, and makes it one far ahead.
+bool JoinedTimes::jumpsAhead(const Track& track, std::int64_t time, AVRational timeBase) const {
+  if (track.last == AV_NOPTS_VALUE && track.jumps == jumps_.size())
+    return false;
+  if (track.last != AV_NOPTS_VALUE && time - av_rescale_q(1, kFarAhead, timeBase) > track.last)
+    return true;
+  const std::int64_t reach = time - av_rescale_q(1, kAhead, timeBase);
+  const auto isBehind = [&](const Track& each) {
+    const auto index = static_cast<std::size_t>(&each - tracks_.data());
+    return each.last == AV_NOPTS_VALUE ||
+           av_compare_ts(each.last, file_.streams[index]->time_base, reach, timeBase) < 0;
+  };
+  return std::ranges::all_of(tracks_, isBehind) && !isUsual(track, time);
 }
 
 void JoinedTimes::follow(Track& track, AVRational timeBase) {
@@ -43,8 +67,10 @@ void JoinedTimes::follow(Track& track, AVRational timeBase) {
 
 void JoinedTimes::move(Track& track, const AVPacket& packet) {
   const AVRational timeBase = file_.streams[packet.stream_index]->time_base;
-  if (jumps(track, packet.dts + track.offset, timeBase)) {
-    track.offset = track.end - packet.dts;
+  const std::int64_t time = packet.dts + track.offset;
+  if (jumpsBack(track, time, timeBase) || jumpsAhead(track, time, timeBase)) {
+    if (track.end != AV_NOPTS_VALUE)
+      track.offset = track.end - packet.dts;
     track.waits = true;
     if (packet.stream_index == video_)
       jumps_.push_back(track.offset);

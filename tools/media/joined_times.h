@@ -19,6 +19,8 @@ class JoinedTimes {
   /// Moves the packet's times behind a jump. To be called with all packets in the file's order.
   /// Returns whether to keep it: not if it would lie over what was before the jump.
   [[nodiscard]] bool join(AVPacket& packet);
+  /// Whether the file is of a kind that can be joined; then it must be told of all streams.
+  [[nodiscard]] bool watches() const { return !tracks_.empty(); }
   /// Whether the video's times have jumped.
   [[nodiscard]] bool jumped() const { return !jumps_.empty(); }
 
@@ -32,7 +34,9 @@ class JoinedTimes {
     bool waits = false;                                           // it jumped before the video
   };
 
-  [[nodiscard]] static bool jumps(const Track& track, std::int64_t time, AVRational timeBase);
+  [[nodiscard]] static bool jumpsBack(const Track& track, std::int64_t time, AVRational timeBase);
+  [[nodiscard]] bool jumpsAhead(const Track& track, std::int64_t time, AVRational timeBase) const;
+  [[nodiscard]] bool isUsual(const Track& track, std::int64_t time) const;
   void move(Track& track, const AVPacket& packet);
   void follow(Track& track, AVRational timeBase);
   static void note(Track& track, const AVPacket& packet);

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <iterator>
 #include <span>
@@ -80,6 +81,9 @@ bool isCut(const AVPacket& packet, const AVInputFormat& format) {
   return (packet.flags & AV_PKT_FLAG_CORRUPT) != 0 && std::string_view(format.name) != "mpegts";
 }
 
+/// More than lie between what is read and what is decoded.
+constexpr std::size_t kMostBroken = 4096;
+
 /// FFmpeg's demuxer of GXF ends a file with an unnamed error.
 bool isEnd(int error, AVFormatContext& file) {
   return error == AVERROR_EOF ||
@@ -149,6 +153,7 @@ MediaInput::MediaInput(const std::string& path, const InputShape& shape)
     describePictures();
   promised_.emplace(*file_, video(), frameRate());
   joined_.emplace(*file_, videoIndex_);
+  known_ = file_->nb_streams;
 }
 
 MediaInput MediaInput::again() const {
@@ -165,7 +170,9 @@ const VideoStart& MediaInput::start() {
 }
 
 void MediaInput::readOnly(const AVStream& stream) {
-  for (unsigned i = 0; i < file_->nb_streams; ++i)
+  only_ = stream.index;
+  // Whether the clock jumps shows in all streams.
+  for (unsigned i = 0; i < file_->nb_streams && !joined_->watches(); ++i)
     file_->streams[i]->discard = file_->streams[i] == &stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
   if (&stream != &video())
     promised_.reset();
@@ -216,6 +223,13 @@ std::uint32_t MediaInput::fileType() const {
   return found != std::end(kFileTypes) ? found->type : 0xFFU;
 }
 
+void MediaInput::noteAbsence() {
+  if (!isAbsent_)
+    std::fprintf(stderr, "nkdraw: note: %s: no video comes for long, it is not looked ahead\n",
+                 path_.c_str());
+  isAbsent_ = true;
+}
+
 void MediaInput::giveBack(std::vector<Packet> packets) {
   std::ranges::move(packets, std::inserter(returned_, returned_.begin()));
 }
@@ -251,6 +265,8 @@ void MediaInput::noteVideo(const AVPacket& packet) {
 void MediaInput::noteBroken(std::int64_t time) {
   if (time != AV_NOPTS_VALUE && std::string_view(file_->iformat->name) == "mpegts")
     broken_.push_back(time);
+  if (broken_.size() > kMostBroken)
+    broken_.pop_front();
 }
 
 bool MediaInput::lacksPackets(std::int64_t from, std::int64_t to) const {
@@ -261,7 +277,8 @@ bool MediaInput::lacksPackets(std::int64_t from, std::int64_t to) const {
 /// FFmpeg's error, or what it returns otherwise.
 int MediaInput::readJoined(AVPacket& packet) {
   int error = av_read_frame(file_.get(), &packet);
-  while (error >= 0 && !joined_->join(packet)) {
+  const auto isWanted = [&] { return !only_ || packet.stream_index == *only_; };
+  while (error >= 0 && (!joined_->join(packet) || !isWanted())) {
     av_packet_unref(&packet);
     error = av_read_frame(file_.get(), &packet);
   }

@@ -77,6 +77,12 @@ class MediaInput {
   /// Whether packets of the video may be missing between these times, as far as it was read.
   [[nodiscard]] bool lacksPackets(std::int64_t from, std::int64_t to) const;
 
+  /// How many streams it had when it was opened.
+  [[nodiscard]] unsigned knownStreams() const { return known_; }
+
+  /// Says in a line, once, that no video came for too long.
+  void noteAbsence();
+
   /// The next reads return these packets, which were read before.
   void giveBack(std::vector<Packet> packets);
 
@@ -96,15 +102,18 @@ class MediaInput {
   InputShape shape_;
   InputContext file_;
   int videoIndex_ = -1;
+  unsigned known_ = 0;                   // streams when it was opened
+  std::optional<int> only_;              // the stream that is read; none: all
   std::optional<PromisedEnd> promised_;  // none when the video isn't read
   std::int64_t toSkip_ = 0;              // packets of the video
   std::optional<PictureRun> pictures_;
   DPXFacts header_;               // of the first picture
   std::int64_t nextPicture_ = 0;  // counted from the first
   std::deque<Packet> returned_;   // to be read again
+  bool isAbsent_ = false;         // the video, for too long
   std::optional<VideoStart> start_;
   std::optional<JoinedTimes> joined_;
-  std::vector<std::int64_t> broken_;  // times in the video beside which packets are missing
+  std::deque<std::int64_t> broken_;  // the last times in the video beside which packets are missing
 };
 
 }  // namespace nkdraw::media

@@ -89,18 +89,23 @@ void AudioEncoder::encode(const double* samples, std::size_t count, const TakePa
   waiting_.insert(waiting_.end(), samples, samples + count * shape_.channels());
   // PCM encoders take frames of any length.
   const auto step = static_cast<std::size_t>(encoder_->frame_size);
-  for (std::size_t there = waiting_.size() / shape_.channels(); there > 0 && there >= step;
-       there = waiting_.size() / shape_.channels())
-    send(step > 0 ? step : there, take);
+  const std::size_t there = waiting_.size() / shape_.channels();
+  const std::size_t each = step > 0 ? step : there;
+  std::size_t first = 0;
+  for (; there > first && there - first >= each; first += each)
+    send(first, each, take);
+  waiting_.erase(waiting_.begin(),
+                 waiting_.begin() + static_cast<std::ptrdiff_t>(first * shape_.channels()));
 }
 
 void AudioEncoder::finish(const TakePacket& take) {
   if (!waiting_.empty())
-    send(waiting_.size() / shape_.channels(), take);
+    send(0, waiting_.size() / shape_.channels(), take);
   encode(nullptr, take);
 }
 
-void AudioEncoder::send(std::size_t count, const TakePacket& take) {
+/// Sends `count` moments of what waits, from `first` on.
+void AudioEncoder::send(std::size_t first, std::size_t count, const TakePacket& take) {
   const Frame frame = makeFrame();
   frame->format = encoder_->sample_fmt;
   frame->nb_samples = static_cast<int>(count);
@@ -108,14 +113,13 @@ void AudioEncoder::send(std::size_t count, const TakePacket& take) {
   if (av_channel_layout_copy(&frame->ch_layout, &shape_.layout) < 0 ||
       av_frame_get_buffer(frame.get(), 0) < 0)
     throw std::bad_alloc();
-  const auto* from = reinterpret_cast<const std::uint8_t*>(waiting_.data());
+  const auto* from =
+      reinterpret_cast<const std::uint8_t*>(waiting_.data() + first * shape_.channels());
   if (const int error = swr_convert(resampler_.get(), frame->extended_data, frame->nb_samples,
                                     &from, frame->nb_samples);
       error < 0)
     throw Failure(ExitCode::kProcessing, "the sound can't be converted", encoder_->codec->name,
                   explained(error) + "; choose another " + choice_.option);
-  waiting_.erase(waiting_.begin(),
-                 waiting_.begin() + static_cast<std::ptrdiff_t>(count * shape_.channels()));
   frame->pts = sent_;
   sent_ += frame->nb_samples;
   encode(frame.get(), take);

@@ -36,7 +36,7 @@ class AudioEncoder {
  private:
   void open(const AVOutputFormat& format);
   void prepareResampler();
-  void send(std::size_t count, const TakePacket& take);
+  void send(std::size_t first, std::size_t count, const TakePacket& take);
   void encode(const AVFrame* frame, const TakePacket& take);
 
   AudioShape shape_;

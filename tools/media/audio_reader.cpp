@@ -35,12 +35,16 @@ void AudioReader::decodeMore() {
 
 std::size_t AudioReader::read(double* samples, std::size_t count) {
   const std::size_t wanted = count * channels_;
-  while (decoder_.ready().size() < wanted && !ended_)
-    decodeMore();
-  const std::span<const double> ready = decoder_.ready();
-  const std::size_t got = std::min(wanted, ready.size());
-  std::copy_n(ready.begin(), got, samples);
-  decoder_.take(got);
+  std::size_t got = 0;
+  while (got < wanted && (!ended_ || !decoder_.ready().empty())) {
+    const std::span<const double> ready = decoder_.ready();
+    const std::size_t part = std::min(wanted - got, ready.size());
+    std::copy_n(ready.begin(), part, samples + got);
+    decoder_.take(part);
+    got += part;
+    if (part == 0)
+      decodeMore();
+  }
   return got / channels_;
 }
 

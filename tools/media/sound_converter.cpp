@@ -29,11 +29,13 @@ SoundConverter::SoundConverter(const AVStream& from, const CodecChoice& choice,
 
 void SoundConverter::convert(const AVPacket* packet, const TakePacket& take) {
   decoder_.decode(packet);
-  const std::size_t count = std::min(decoder_.ready().size() / shape_.channels(), left_);
-  if (count > 0)
-    encoder_.encode(decoder_.ready().data(), count, take);
-  left_ -= count;
-  decoder_.take(decoder_.ready().size());
+  for (auto ready = decoder_.ready(); !ready.empty(); ready = decoder_.ready()) {
+    const std::size_t count = std::min(ready.size() / shape_.channels(), left_);
+    if (count > 0)
+      encoder_.encode(ready.data(), count, take);
+    left_ -= count;
+    decoder_.take(ready.size());
+  }
   if (packet == nullptr)
     encoder_.finish(take);
 }

@@ -90,8 +90,15 @@ void SoundDecoder::skip(std::size_t begin) {
 void SoundDecoder::skipOrFill(std::int64_t moments) {
   if (moments < 0)
     toSkip_ += static_cast<std::size_t>(-moments);
-  else
-    ready_.resize(ready_.size() + static_cast<std::size_t>(moments) * shape_.channels());
+  if (moments <= 0)
+    return;
+  const std::size_t skipped = std::min(toSkip_, static_cast<std::size_t>(moments));
+  toSkip_ -= skipped;
+  if (static_cast<std::size_t>(moments) == skipped)
+    return;
+  second_.resize(static_cast<std::size_t>(shape_.rate) * shape_.channels());
+  silences_.push_back(
+      {ready_.size(), (static_cast<std::size_t>(moments) - skipped) * shape_.channels()});
 }
 
 void SoundDecoder::append(const AVFrame& frame) {
@@ -136,12 +143,31 @@ void SoundDecoder::decode(const AVPacket* packet) {
     convert(nullptr);
 }
 
+std::span<const double> SoundDecoder::ready() const {
+  if (isSilent())
+    return std::span(second_).first(std::min(second_.size(), silences_.front().samples));
+  const std::size_t end = silences_.empty() ? ready_.size() : silences_.front().place;
+  return std::span(ready_).subspan(used_, end - used_);
+}
+
 void SoundDecoder::take(std::size_t samples) {
-  used_ += samples;
-  if (constexpr std::size_t kMuch = 1U << 16; used_ >= kMuch) {
-    ready_.erase(ready_.begin(), ready_.begin() + static_cast<std::ptrdiff_t>(used_));
-    used_ = 0;
+  if (!isSilent()) {
+    used_ += samples;
+    return dropUsed();
   }
+  silences_.front().samples -= samples;
+  if (silences_.front().samples == 0)
+    silences_.pop_front();
+}
+
+void SoundDecoder::dropUsed() {
+  constexpr std::size_t kMuch = 1U << 16;
+  if (used_ < kMuch)
+    return;
+  ready_.erase(ready_.begin(), ready_.begin() + static_cast<std::ptrdiff_t>(used_));
+  for (Silence& silence : silences_)
+    silence.place -= used_;
+  used_ = 0;
 }
 
 }  // namespace nkdraw::media

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <span>
 #include <string>
@@ -34,8 +35,9 @@ class SoundDecoder {
   /// Decodes a packet of the stream; null ends it.
   void decode(const AVPacket* packet);
 
-  /// What has been decoded and not yet taken; the channels of one moment lie side by side.
-  [[nodiscard]] std::span<const double> ready() const { return std::span(ready_).subspan(used_); }
+  /// What comes next of what has been decoded and not yet taken, empty if there is nothing; the
+  /// channels of one moment lie side by side. Behind it there may be more.
+  [[nodiscard]] std::span<const double> ready() const;
   /// Takes the first `samples` of ready().
   void take(std::size_t samples);
 
@@ -43,6 +45,16 @@ class SoundDecoder {
   [[nodiscard]] std::int64_t origin() const { return source_.origin; }
 
  private:
+  /// A gap in the sound, which may be long.
+  struct Silence {
+    std::size_t place;  // in ready_, before which it lies
+    std::size_t samples;
+  };
+
+  [[nodiscard]] bool isSilent() const {
+    return !silences_.empty() && silences_.front().place == used_;
+  }
+  void dropUsed();
   void append(const AVFrame& frame);
   void complain(int error, const AVPacket* packet);
   void skipOrFill(std::int64_t moments);
@@ -58,7 +70,9 @@ class SoundDecoder {
   Resampler resampler_;
   Frame frame_ = makeFrame();
   std::vector<double> ready_;
-  std::size_t used_ = 0;                    // of ready_
+  std::size_t used_ = 0;  // of ready_
+  std::deque<Silence> silences_;
+  std::vector<double> second_;              // of silence
   std::size_t toSkip_ = 0;                  // moments before the origin
   std::int64_t expected_ = AV_NOPTS_VALUE;  // time of the next frame, in microseconds
   bool lost_ = false;                       // whether frames before the next one are lost

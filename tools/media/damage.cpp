@@ -5,11 +5,19 @@
 #include "media/stream_facts.h"
 #include "media/time_window.h"
 
-#include <algorithm>
 #include <cstdio>
 
 namespace nkdraw::media {
 namespace {
+
+constexpr std::size_t kMostNamed = 1000;
+constexpr std::size_t kMostKnown = 4096;  // more than are on their way from decoder to output
+
+/// Says that there are more than were named.
+void reportMore(const std::string& path, std::size_t named, std::size_t count) {
+  if (count > named)
+    std::fprintf(stderr, "nkdraw: damaged: %s, and %zu more\n", path.c_str(), count - named);
+}
 
 /// "3 frames"
 std::string counted(std::size_t count, const std::string& what) {
@@ -36,7 +44,22 @@ void DamageList::note(std::int64_t index, const std::string& why) {
   if (!goesOn())
     throw Failure(ExitCode::kProcessing, "a frame is damaged", path_,
                   describe(index) + ": " + why + "; give --on-damage continue to go on");
-  frames_.push_back({index, why});
+  ++frameCount_;
+  if (frames_.size() < kMostNamed)
+    frames_.push_back({index, why});
+  lastFrames_.insert(index);
+  if (lastFrames_.size() > kMostKnown)
+    lastFrames_.erase(lastFrames_.begin());
+}
+
+/// Each output may tell of a packet, one after the other in each stream.
+bool DamageList::isToldAgain(int stream, std::int64_t time, const std::string& text) {
+  const auto latest = latestPacket_.find(stream);
+  const bool isLater =
+      time == AV_NOPTS_VALUE || latest == latestPacket_.end() || time > latest->second;
+  if (time != AV_NOPTS_VALUE && isLater)
+    latestPacket_[stream] = time;
+  return packets_.size() < kMostNamed ? named_.contains(text) : !isLater;
 }
 
 void DamageList::noteStream(const AVStream& stream, std::int64_t time, const std::string& why) {
@@ -44,29 +67,36 @@ void DamageList::noteStream(const AVStream& stream, std::int64_t time, const std
   if (!goesOn())
     throw Failure(ExitCode::kProcessing, "a packet of the input is damaged", path_,
                   text + "; give --on-damage continue to go on");
-  if (std::ranges::find(packets_, text) == packets_.end())  // each output may tell it
+  if (isToldAgain(stream.index, time, text))
+    return;
+  ++packetCount_;
+  if (packets_.size() < kMostNamed) {
     packets_.push_back(text);
+    named_.insert(text);
+  }
 }
 
 bool DamageList::contains(std::int64_t index) const {
-  return std::ranges::any_of(frames_, [&](const Damage& each) { return each.index == index; });
+  return lastFrames_.contains(index);
 }
 
 bool DamageList::report() const {
   for (const Damage& damage : frames_)
     std::fprintf(stderr, "nkdraw: damaged: %s, %s: %s\n", path_.c_str(),
                  describe(damage.index).c_str(), damage.why.c_str());
+  reportMore(path_, frames_.size(), frameCount_);
   for (const std::string& packet : packets_)
     std::fprintf(stderr, "nkdraw: damaged: %s, %s\n", path_.c_str(), packet.c_str());
+  reportMore(path_, packets_.size(), packetCount_);
   if (!end_.empty())
     std::fprintf(stderr, "nkdraw: damaged: %s, its end: %s\n", path_.c_str(), end_.c_str());
   return !frames_.empty() || !packets_.empty() || !end_.empty();
 }
 
 std::string DamageList::summary() const {
-  std::string count = counted(frames_.size(), "frame");
+  std::string count = counted(frameCount_, "frame");
   if (!packets_.empty())
-    count += ", " + counted(packets_.size(), "packet") + " of other streams";
+    count += ", " + counted(packetCount_, "packet") + " of other streams";
   return path_ + " (" + count + (end_.empty() ? ")" : " and the end)");
 }
 

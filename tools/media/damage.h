@@ -9,7 +9,9 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -40,7 +42,7 @@ class DamageList {
   /// A packet of another stream is damaged, at that time in microseconds, or AV_NOPTS_VALUE. Throws
   /// Failure if the run is to stop.
   void noteStream(const AVStream& stream, std::int64_t time, const std::string& why);
-  /// Whether this frame is known to be damaged.
+  /// Whether this frame is known to be damaged; of the last few thousand.
   [[nodiscard]] bool contains(std::int64_t index) const;
   /// The file ends too early; only for runs that go on.
   void noteEnd(const std::string& why) { end_ = why; }
@@ -59,8 +61,16 @@ class DamageList {
   std::string path_;
   OnDamage action_ = OnDamage::kStop;
   std::optional<TimecodeStart> timecode_;
+  [[nodiscard]] bool isToldAgain(int stream, std::int64_t time, const std::string& text);
+
+  // Of endless inputs only the first are named.
   std::vector<Damage> frames_;
-  std::vector<std::string> packets_;  // of other streams, in words
+  std::size_t frameCount_ = 0;
+  std::set<std::int64_t> lastFrames_;  // their numbers
+  std::vector<std::string> packets_;   // of other streams, in words
+  std::size_t packetCount_ = 0;
+  std::set<std::string> named_;               // the same as packets_
+  std::map<int, std::int64_t> latestPacket_;  // the time of each stream's
   std::string end_;
 };
 

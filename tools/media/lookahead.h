@@ -6,6 +6,7 @@
 #include "media/libav.h"
 #include "media/media_input.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace nkdraw::media {
@@ -18,12 +19,13 @@ class Lookahead {
   Lookahead& operator=(const Lookahead&) = delete;
   ~Lookahead() { input_.giveBack(std::move(packets_)); }
 
-  /// The next packet of the video; null at the end.
+  /// The next packet of the video; null at the end, or where none comes for too long.
   [[nodiscard]] const AVPacket* next();
 
  private:
   MediaInput& input_;
   std::vector<Packet> packets_;
+  std::size_t others_ = 0;  // bytes of other streams
 };
 
 }  // namespace nkdraw::media

@@ -72,7 +72,7 @@ void StreamCopier::copyTags(const std::optional<std::string>& timecode) {
 
 void StreamCopier::write(AVPacket& packet) {
   const auto from = static_cast<std::size_t>(packet.stream_index);
-  // Streams that appear while the file is read are left out.
+  // Streams that appear while the file is read are left out; a note names them at the end.
   if (from < routes_.size() && routes_[from] != nullptr)
     routes_[from]->take(packet);
 }

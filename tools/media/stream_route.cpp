@@ -5,6 +5,7 @@
 #include "media/libav_log.h"
 #include "media/packet_watch.h"
 #include "media/pcm_cut.h"
+#include "media/rising_times.h"
 #include "media/sound_converter.h"
 #include "media/stream_facts.h"
 #include "media/subtitle_converter.h"
@@ -15,7 +16,10 @@ namespace {
 /// What all routes do: they know the window, and write.
 class RouteBase : public StreamRoute {
  public:
-  explicit RouteBase(const RouteEnds& ends) : ends_(ends) {}
+  explicit RouteBase(const RouteEnds& ends)
+      : ends_(ends),
+        times_(ends.output.format(), "stream " + std::to_string(ends.from.index) + " (" +
+                                         describeStream(ends.from) + ")") {}
 
  protected:
   [[nodiscard]] const RouteEnds& ends() const { return ends_; }
@@ -55,7 +59,9 @@ class RouteBase : public StreamRoute {
   /// The same for a packet of the input's: FFmpeg's error if it can't be in such a file, else 0.
   [[nodiscard]] int tryWrite(AVPacket& packet) {
     place(packet, inputTime(), 0);
-    return ends_.output.tryWrite(packet, inputTime());
+    av_packet_rescale_ts(&packet, inputTime(), ends_.to.time_base);
+    times_.raise(packet);
+    return ends_.output.tryWrite(packet, ends_.to.time_base);
   }
 
  private:
@@ -71,6 +77,7 @@ class RouteBase : public StreamRoute {
   }
 
   RouteEnds ends_;
+  RisingTimes times_;
 };
 
 class CopyRoute final : public RouteBase {

@@ -12,6 +12,7 @@
 #include "cli/progress.h"
 #include "cli/run_options.h"
 #include "media/failure.h"
+#include "media/late_streams.h"
 #include "media/output_file.h"
 #include "media/still.h"
 
@@ -184,6 +185,8 @@ void burnClip(const BurninOptions& options) {
     ClipWriter(input, plan, options).write();
   for (const std::string& note : plan.notes)
     printNote(note);
+  if (!options.still && !sequence)
+    printNote(lateStreams(input));
   if (!options.verbose)
     reportStreams(input, plan);
   reportDamage({&input.damage()});

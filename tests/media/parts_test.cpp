@@ -7,6 +7,7 @@
 #include <media/canvas_stage.h>
 #include <media/failure.h>
 #include <media/layouts.h>
+#include <media/output_file.h>
 #include <media/packet_rows.h>
 #include <media/timecode_source.h>
 #include <media/v210_rows.h>
@@ -15,7 +16,10 @@
 
 #include <cstring>
 #include <random>
+#include <string>
 #include <vector>
+
+#include <unistd.h>
 
 using namespace nkdraw::media;
 
@@ -346,4 +350,15 @@ TEST(Numbering, FollowsTheTimesAndCountsOnWithoutThem) {
   EXPECT_EQ(clock.indexOf(667), 5);
   EXPECT_EQ(clock.indexOf(AV_NOPTS_VALUE), 6);
   EXPECT_EQ(clock.indexOf(400), 0) << "none lies before the first";
+}
+
+TEST(OutputFile, TakesBackTheNameThatItGave) {
+  const std::string path = testing::TempDir() + "nkdraw-withdrawn-" + std::to_string(getpid());
+  {
+    OutputFile file(path, false);
+    file.commit();
+    EXPECT_EQ(access(path.c_str(), F_OK), 0);
+    file.withdraw();
+  }
+  EXPECT_NE(access(path.c_str(), F_OK), 0);
 }

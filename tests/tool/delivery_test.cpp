@@ -122,6 +122,14 @@ const Kind kKinds[] = {
      "dnxhd/DNXHD/[0][0][0][0]/yuv422p10le",
      "1280x720"},
     {"H264", "in.mp4", {"-c:v", "libx264", "-pix_fmt", "yuv420p"}, "h264/High/avc1/yuv420p"},
+    {"H264Main",
+     "in.mp4",
+     {"-c:v", "libx264", "-pix_fmt", "yuv420p", "-profile:v", "main"},
+     "h264/Main/avc1/yuv420p"},
+    {"H264Baseline",
+     "in.mp4",
+     {"-c:v", "libx264", "-pix_fmt", "yuv420p", "-profile:v", "baseline"},
+     "h264/Constrained Baseline/avc1/yuv420p"},
     {"H264Deep",
      "in.mov",
      {"-c:v", "libx264", "-pix_fmt", "yuv422p10"},
@@ -283,6 +291,32 @@ TEST(Lossless, KeepsTwelveBitsAndAlpha) {
     EXPECT_TRUE(videoOf(out).starts_with("ffv1/")) << videoOf(out);
     EXPECT_TRUE(videoOf(out).ends_with("/yuva444p16le")) << videoOf(out);
   }
+}
+
+TEST(Delivery, FramesAtFractionsOfMatroskaHaveTheirExactRate) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=60000/1001", "-frames:v", "4", "-c:v",
+          "libx264", "-pix_fmt", "yuv420p", at("in.mkv")});
+  const Outcome outcome = burnin({at("in.mkv"), at("out.mxf")});
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  const Outcome rate = runProgram("ffprobe", {"-v", "error", "-show_entries", "stream=r_frame_rate",
+                                              "-of", "csv=p=0", at("out.mxf")});
+  EXPECT_TRUE(rate.out.starts_with("60000/1001")) << rate.out;
+}
+
+TEST(Delivery, OfAVIFromAPipeHasNoEndThatIsMissing) {
+  makeClip("in.mov", "320x180", {"-c:v", "mjpeg"});
+  ASSERT_EQ(runProgram("sh", {"-c", "ffmpeg -nostdin -v error -i '" + at("in.mov") +
+                                        "' -c copy -f avi - > '" + at("live.avi") + "'"})
+                .exitCode,
+            0);
+  const Outcome outcome = burnin({at("live.avi"), at("out.mov")});
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(decode(at("out.mov")).frames.size(), 3U);
+}
+
+TEST(Lossless, IsRefusedWhereFramesCannotBeDrawnOn) {
+  makeClip("in.nut", "320x180", {"-c:v", "rawvideo", "-pix_fmt", "xyz12le"});
+  expectRefusal({"burnin", at("in.nut"), at("out.mov"), "--lossless"}, kUsage, "xyz12le");
 }
 
 TEST(Lossless, IsRefusedWhereNothingHoldsTheFrames) {

@@ -120,13 +120,30 @@ std::string avcIntra(const EncoderTask& task) {
              : std::string();
 }
 
+/// Profiles below High, which x264 keeps for frames without fields.
+struct LowProfile {
+  int profile;
+  const char* option;
+};
+constexpr LowProfile kLowProfiles[] = {{FF_PROFILE_H264_BASELINE, ":profile=baseline"},
+                                       {FF_PROFILE_H264_CONSTRAINED_BASELINE, ":profile=baseline"},
+                                       {FF_PROFILE_H264_MAIN, ":profile=main"}};
+
+std::string lowProfile(const EncoderTask& task) {
+  const auto* const low =
+      std::ranges::find(kLowProfiles, task.source.profile, &LowProfile::profile);
+  const bool fits =
+      task.sameCodec && !task.source.frames.interlaced && task.pixelFormat == AV_PIX_FMT_YUV420P;
+  return fits && low != std::end(kLowProfiles) ? low->option : "";
+}
+
 std::string h264(const EncoderTask& task) {
   const bool isNamed = task.source.profile != FF_PROFILE_UNKNOWN &&
                        (task.source.profile & FF_PROFILE_H264_INTRA) != 0;
   const bool isIntra = task.sameCodec && (isNamed || task.source.intra.isIntra);
   if (std::string intra = avcIntra(task); !intra.empty())
     return intra;
-  return rateOr(task, "crf=18") + (isIntra ? ":g=1" : "");
+  return rateOr(task, "crf=18") + lowProfile(task) + (isIntra ? ":g=1" : "");
 }
 
 std::string hevc(const EncoderTask& task) {

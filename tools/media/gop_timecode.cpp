@@ -36,7 +36,9 @@ std::string escaped(const std::string& timecode) {
 bool writeGOPTimecode(CodecChoice& choice, const std::string& timecode, AVRational rate) {
   if (!hasOption(*choice.codec))
     return false;
-  if (choice.options.find("timecode") != std::string::npos)
+  Options asked;
+  readOptions(choice, asked);
+  if (av_dict_get(*asked.get(), "gop_timecode", nullptr, 0) != nullptr)
     return true;
   if (timecode.empty() || !countsAt(rate))
     return false;

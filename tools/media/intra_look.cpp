@@ -21,8 +21,9 @@ constexpr int kIdentifier = 8;
 void readExtension(std::span<const std::uint8_t> data, IntraLook& look) {
   auto rest = data;
   while (rest.size() >= kExtensionBytes) {
-    const auto found = std::ranges::search(rest, kExtension);
-    rest = rest.subspan(static_cast<std::size_t>(found.begin() - rest.begin()));
+    const auto found =
+        std::search(rest.begin(), rest.end(), std::begin(kExtension), std::end(kExtension));
+    rest = rest.subspan(static_cast<std::size_t>(found - rest.begin()));
     if (rest.size() < kExtensionBytes)
       return;
     if (rest[4] >> 4 == kIdentifier) {

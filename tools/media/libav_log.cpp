@@ -4,11 +4,13 @@
 #include "media/decoder_log.h"
 #include "media/libav.h"
 
+#include <algorithm>
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <mutex>
+#include <span>
 #include <string_view>
-#include <utility>
 
 namespace nkdraw::media {
 namespace {
@@ -23,19 +25,34 @@ constexpr const char* kPassedOver[] = {"exceeds containing master element",
 
 std::mutex lastErrorLock;  // FFmpeg's threads log too
 std::string firstError, lastError;
-bool sawCut = false;
 bool shown = false;
 
-/// A file's `opaque` tells of it; demuxers log from the thread that reads.
+/// What a demuxer said of its file, as bits in the file's `opaque`.
+constexpr std::uintptr_t kPassed = 1, kCut = 2;
+
+std::uintptr_t saidOf(const AVFormatContext& file) {
+  return reinterpret_cast<std::uintptr_t>(file.opaque);
+}
+
+void say(AVFormatContext& file, std::uintptr_t bits) {
+  file.opaque = reinterpret_cast<void*>(bits);  // NOLINT(performance-no-int-to-ptr)
+}
+
+bool hasAny(const std::string& line, std::span<const char* const> table) {
+  return std::ranges::any_of(
+      table, [&](const char* words) { return line.find(words) != std::string::npos; });
+}
+
+/// Demuxers log from the thread that reads.
 void noteDemuxerMessage(void* reporter, const std::string& line) {
   const AVClass* const kind = reporter != nullptr ? *static_cast<AVClass**>(reporter) : nullptr;
   if (kind == nullptr || std::string_view(kind->class_name) != "AVFormatContext")
     return;
   auto& file = *static_cast<AVFormatContext*>(reporter);
-  for (const char* const words : kPassedOver) {
-    if (file.iformat != nullptr && line.find(words) != std::string::npos)
-      file.opaque = &file;
-  }
+  if (file.iformat == nullptr)
+    return;
+  say(file, saidOf(file) | (hasAny(line, kPassedOver) ? kPassed : 0) |
+                (hasAny(line, kCutMessages) ? kCut : 0));
 }
 
 void keepErrors(void* reporter, int level, const char* format, va_list arguments) {
@@ -63,8 +80,6 @@ void keepErrors(void* reporter, int level, const char* format, va_list arguments
   lastError = line;
   if (firstError.empty())
     firstError = line;
-  for (const char* const words : kCutMessages)
-    sawCut = sawCut || line.find(words) != std::string::npos;
 }
 
 }  // namespace
@@ -94,13 +109,14 @@ std::string lastLibavError() {
   return lastError;
 }
 
-bool libavSawCut() {
-  const std::lock_guard hold(lastErrorLock);
-  return sawCut;
+bool demuxerSawCut(const AVFormatContext& file) {
+  return (saidOf(file) & kCut) != 0;
 }
 
 bool takeDemuxerComplaint(AVFormatContext& file) {
-  return std::exchange(file.opaque, nullptr) != nullptr;
+  const bool complained = (saidOf(file) & kPassed) != 0;
+  say(file, saidOf(file) & ~kPassed);
+  return complained;
 }
 
 std::string explained(int error, const std::string& reported) {

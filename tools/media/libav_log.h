@@ -21,8 +21,8 @@ void forgetLibavErrors();
 /// The last error that FFmpeg logged, without its line end; empty if there was none.
 [[nodiscard]] std::string lastLibavError();
 
-/// Whether FFmpeg logged that a file is truncated; its demuxers report this only in messages.
-[[nodiscard]] bool libavSawCut();
+/// Whether the demuxer of this file logged that it is truncated, which it reports only so.
+[[nodiscard]] bool demuxerSawCut(const AVFormatContext& file);
 
 /// Whether the demuxer of this file logged, since the last call, that it passed over damage.
 [[nodiscard]] bool takeDemuxerComplaint(AVFormatContext& file);

@@ -90,6 +90,26 @@ bool isEnd(int error, AVFormatContext& file) {
          (error == -1 && std::string_view(file.iformat->name) == "gxf" && avio_feof(file.pb) != 0);
 }
 
+/// Matroska stores the time of a frame in nanoseconds, so that 60000/1001 reads as 19001/317.
+AVRational exactRate(AVRational rate) {
+  constexpr double kRounding = 1e-6;
+  for (const int thousands : {24, 30, 48, 60, 120}) {
+    const AVRational exact = {thousands * 1000, 1001};
+    if (std::abs(av_q2d(rate) / av_q2d(exact) - 1) < kRounding)
+      return exact;
+  }
+  return rate;
+}
+
+/// FFmpeg writes this count into AVI files first, and pipes keep it.
+void forgetPlaceholder(const AVFormatContext& file, AVStream& video) {
+  constexpr std::int64_t kPlaceholder = 1 << 30;
+  if (std::string_view(file.iformat->name) != "avi" || video.nb_frames < kPlaceholder)
+    return;
+  video.nb_frames = 0;
+  video.duration = AV_NOPTS_VALUE;
+}
+
 }  // namespace
 
 void MediaInput::open(const AVInputFormat* demuxer, Options& options) {
@@ -151,6 +171,7 @@ MediaInput::MediaInput(const std::string& path, const InputShape& shape)
     throw Failure(ExitCode::kInput, "the video has no frame size", path, "check it with ffprobe");
   if (isSequence)
     describePictures();
+  forgetPlaceholder(*file_, video());
   promised_.emplace(*file_, video(), frameRate());
   joined_.emplace(*file_, videoIndex_);
   known_ = file_->nb_streams;
@@ -193,7 +214,7 @@ void MediaInput::startAt(const StartPoint& start) {
 
 AVRational MediaInput::frameRate() {
   const AVRational rate = av_guess_frame_rate(file_.get(), &video(), nullptr);
-  return rate.num > 0 && rate.den > 0 ? rate : AVRational{25, 1};
+  return rate.num > 0 && rate.den > 0 ? exactRate(rate) : AVRational{25, 1};
 }
 
 bool MediaInput::interlaced() {
@@ -247,7 +268,7 @@ bool MediaInput::read(AVPacket& packet) {
 /// Why the file breaks off with this packet or error; empty if it does not. A packet of another
 /// stream that is damaged before the end is no break.
 std::string MediaInput::breakOf(int error, const AVPacket& packet) {
-  if (isEnd(error, *file_) && !libavSawCut())
+  if (isEnd(error, *file_) && !demuxerSawCut(*file_))
     return promised_ ? promised_->missing() : std::string();
   if (error < 0)
     return explained(error);

@@ -65,7 +65,10 @@ const AVOutputFormat& formatFor(const std::string& path, const std::optional<std
   }
   // Only the suffix, so that a folder's name plays no part.
   const std::string suffix = std::filesystem::path(path).extension().string();
-  const AVOutputFormat* format = av_guess_format(nullptr, suffix.c_str(), nullptr);
+  // FFmpeg would take a DVD's files for those of a Super Video CD.
+  const AVOutputFormat* format = suffix == ".vob"
+                                     ? av_guess_format("vob", nullptr, nullptr)
+                                     : av_guess_format(nullptr, suffix.c_str(), nullptr);
   if (format == nullptr && isPipedOutput(path))
     format = av_guess_format("nut", nullptr, nullptr);
   if (!holdsVideo(format))
@@ -92,6 +95,7 @@ MediaOutput::MediaOutput(const std::string& file, const AVOutputFormat& format, 
       avio_open2(&file_->pb, outputUrl(file).c_str(), AVIO_FLAG_WRITE, &interrupt, nullptr);
   if (error < 0) {
     avformat_free_context(file_);
+    throwIfInterrupted();
     throw Failure(ExitCode::kOutput, "cannot write the output", name_,
                   errorText(error) + "; choose another place");
   }

@@ -131,6 +131,11 @@ void OutputFile::commit() {
   committed_ = true;
 }
 
+void OutputFile::withdraw() {
+  if (committed_ && !oldRights_ && !isPipedOutput(path_))
+    unlink(path_.c_str());
+}
+
 void writeBytes(std::span<const std::uint8_t> bytes, const std::string& file,
                 const std::string& name) {
   const bool standard = outputUrl(file) == kStandardUrl;

@@ -30,6 +30,8 @@ class OutputFile {
   /// Renames the file to its final name, with the permissions of the file that it replaces. Throws
   /// Failure, also if another file has taken the name in the meantime.
   void commit();
+  /// Takes back a name that was given, unless a file was replaced.
+  void withdraw();
 
  private:
   std::string path_;

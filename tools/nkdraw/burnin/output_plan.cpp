@@ -5,7 +5,9 @@
 #include "burnin/sequence_burnin.h"
 #include "media/chapters.h"
 #include "media/clip_facts.h"
+#include "media/failure.h"
 #include "media/first_look.h"
+#include "media/format_match.h"
 #include "media/frame_converter.h"
 #include "media/gop_timecode.h"
 #include "media/image_sequence.h"
@@ -29,7 +31,10 @@ bool staysInPlace(MediaInput& input, const Layout& layout, const OutputPlan& out
 
 CodecChoice chooseCodec(MediaInput& input, const ClipPlan& plan, const OutputPlan& output) {
   const OutputRequest& request = output.request;
-  const AVPixelFormat drawn = plan.picture.drawn;
+  const auto [decoded, drawn] = plan.picture;
+  if (request.lossless && !losesNothing(decoded, drawn))
+    throw Failure(ExitCode::kUsage, "such frames can't be drawn on without loss",
+                  av_get_pix_fmt_name(decoded), "leave out --lossless");
   return writesSequence(request)
              ? sequenceCodec(request.codec, drawn, request.path)
              : chooseDelivery(request, sourceVideo(input, plan.job.frames, drawn), *output.format);

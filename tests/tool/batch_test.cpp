@@ -83,6 +83,25 @@ TEST(Batch, TellsWhatIsWrongWithTheList) {
   EXPECT_NE(folder.err.find("directory"), std::string::npos) << folder.err;
 }
 
+TEST(Batch, ACutFileDoesNotSpoilTheNext) {
+  ffmpeg({"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=25", "-frames:v", "20", "-c:v", "mjpeg",
+          "-movflags", "+faststart", at("whole.mov")});
+  fs::copy_file(at("whole.mov"), at("cut.mov"));
+  fs::resize_file(at("cut.mov"), fs::file_size(at("cut.mov")) * 7 / 10);
+  const std::string path = list("input,output\n" + at("cut.mov") + "," + at("a.mov") + "\n" +
+                                at("whole.mov") + "," + at("b.mov") + "\n");
+  const Outcome outcome = burnin({"--batch", path, "--on-damage", "continue"});
+  EXPECT_EQ(outcome.exitCode, 5) << outcome.err;
+  EXPECT_NE(outcome.err.find("1 of 2 done"), std::string::npos) << outcome.err;
+  EXPECT_EQ(outcome.err.find("whole.mov"), std::string::npos) << outcome.err;
+}
+
+TEST(ProgressJson, IsAlsoToldOfASequence) {
+  const Outcome outcome = burnin({clip("in.mov"), at("p%02d.png"), "--progress", "json"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_NE(outcome.err.find("{\"frame\":2,\"frames\":2"), std::string::npos) << outcome.err;
+}
+
 TEST(ProgressJson, IsOneObjectALineOnStandardError) {
   const Outcome outcome =
       burnin({clip("in.mov"), at("progress.mov"), "--overwrite", "--progress", "json"});

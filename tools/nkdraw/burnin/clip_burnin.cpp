@@ -47,11 +47,23 @@ class ClipWriter {
     checkRead(read_, input_, plan_.job.range);
     for (const auto& output : outputs_)
       output->finish();
-    for (const auto& output : outputs_)
-      output->commit();
+    commitAll();
   }
 
  private:
+  /// Another program may have taken a name in the meantime.
+  void commitAll() {
+    std::size_t named = 0;
+    try {
+      for (; named < outputs_.size(); ++named)
+        outputs_[named]->commit();
+    } catch (...) {
+      while (named > 0)
+        outputs_[--named]->withdraw();
+      throw;
+    }
+  }
+
   /// Draws on the file's own frames, which are also decoded for outputs that encode them.
   bool burnPackets() {
     InPlaceFrames frames(input_, plan_.job);

@@ -38,6 +38,7 @@ class ClipOutput {
   void finish();
   /// Gives the file its name. One line says if it does not tell the timecode that it should.
   void commit();
+  void withdraw() { file_.withdraw(); }
 
  private:
   void noteSilence();

@@ -28,7 +28,7 @@ void DeliveryArguments::addTo(CLI::App& command) {
 }
 
 void DeliveryArguments::checkStill() const {
-  constexpr char kAdvice[] = "leave it out: a still is always PNG";
+  constexpr char kAdvice[] = "leave it out: the suffix of a still says what it is";
   if (codec_)
     badValue(kCodec, *codec_, kAdvice);
   for (const auto& [given, option] : {std::pair{lossless_, kLossless},

@@ -59,7 +59,7 @@ class SequenceWriter {
         file_(options.output().path, options.overwrite),
         header_(headerFor(input, plan)),
         toPicture_(output_.codec->pixelFormat, plan.job.frames.interlaced),
-        progress_(expectedFrames(input, plan.job.range)) {}
+        progress_(expectedFrames(input, plan.job.range), options.progressForm()) {}
 
   void write() {
     const Job& job = plan_.job;

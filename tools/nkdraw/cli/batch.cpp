@@ -122,7 +122,13 @@ int runRow(std::vector<std::string> arguments, const BatchRow& row, const std::s
   Program program;
   const std::string where = path + " row " + std::to_string(row.number) + ": ";
   const std::optional<int> code = program.parse(arguments, where);
-  return code ? *code : program.run(where);
+  if (code)
+    return *code;
+  if (!program.batch().empty()) {
+    report(where + "a list in a list: " + program.batch() + "; leave it out");
+    return static_cast<int>(ExitCode::kUsage);
+  }
+  return program.run(where);
 }
 
 /// Throws Failure if two rows write one file.

@@ -56,6 +56,8 @@ AVPixelFormat usualRawFormat(AVPixelFormat drawn, const AVOutputFormat& format) 
   return usual == AV_PIX_FMT_BGR0 ? AV_PIX_FMT_BGR24 : usual;
 }
 
+AVCodecContext* leftOpen = nullptr;  // each has the one before in its `opaque`
+
 /// Some encoders write to standard error, bypassing FFmpeg's log; each is silenced in its own way.
 void silence(const AVCodec& codec, Options& options) {
   constexpr char kX265[] = "x265-params";
@@ -159,8 +161,10 @@ VideoEncoder::VideoEncoder(const CodecChoice& choice, const AVFrame& first, cons
 
 /// SVT-AV1 waits for ever when it is closed without a frame, so then it stays open.
 VideoEncoder::~VideoEncoder() {
-  if (!begun_ && std::string_view(choice_.codec->name) == "libsvtav1")
-    static_cast<void>(encoder_.release());
+  if (begun_ || std::string_view(choice_.codec->name) != "libsvtav1")
+    return;
+  encoder_->opaque = leftOpen;
+  leftOpen = encoder_.release();
 }
 
 void VideoEncoder::describe(const AVFrame& first, const FrameKind& frames) {

@@ -63,7 +63,7 @@ class Component {
     std::uint32_t bits = 0;
     std::memcpy(&bits, bytes, sizeof bits);
     const auto sample = std::bit_cast<float>(isSwapped_ ? av_bswap32(bits) : bits);
-    const float most = static_cast<float>(mask_);
+    const auto most = static_cast<float>(mask_);
     return sample > 0 ? static_cast<unsigned>(std::lround(std::min(sample, 1.0F) * most)) : 0;
   }
   void setNumber(std::uint8_t* bytes, unsigned value) const {

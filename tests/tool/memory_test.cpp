@@ -23,8 +23,6 @@ void makeClip(const std::string& name, int frames, const Arguments& codec) {
 }
 
 void expectNoGrowth(const Arguments& codec) {
-  // The address sanitizer would keep freed memory.
-  setenv("ASAN_OPTIONS", "quarantine_size_mb=1", 1);
   makeClip("short.mov", kShort, codec);
   makeClip("long.mov", kLong, codec);
   const Outcome shortRun = burnin({at("short.mov"), at("short_out.mov")});
@@ -43,7 +41,6 @@ TEST(Memory, DoesNotGrowWithAClipThatIsConverted) {
 }
 
 TEST(Memory, DoesNotGrowWithTheClipsThatAreJoined) {
-  setenv("ASAN_OPTIONS", "quarantine_size_mb=1", 1);
   const auto join = [](const std::string& clip) {
     return nkdrawTool(
         {"wipe", at(clip), at(clip), at("joined_" + clip), "--at", "2f", "--duration", "10f"});

@@ -197,7 +197,6 @@ TEST(Pipes, RefuseWhatTheyCantDo) {
 }
 
 TEST(Pipes, NeedNoMoreMemoryForMoreFrames) {
-  setenv("ASAN_OPTIONS", "quarantine_size_mb=1", 1);
   const auto peakOf = [](int frames) {
     // Of the largest program in the line.
     return shell("ffmpeg -v error -f lavfi -i color=size=640x360:rate=25 -frames:v " +

@@ -74,31 +74,39 @@ CaptionScreen::CaptionScreen(const HZWVIDEO& video) {
   columns_ = static_cast<std::size_t>(
       std::min(CaptionDecoder::kColumns, (width_ - left_) / (kCellWidth * scale_)));
   top_ = std::min(centred(height_, kScreenHeight * scale_), height_ - kScreenHeight * scale_);
+  made->SetCanvas(nullptr, height_, width_, 0);
+  strips_ = CaptionStrips(
+      {made->PixelType(), made->Pitch(), left_, leftOf(columns_), kCellHeight, scale_});
 }
 
 void CaptionScreen::draw(std::span<const vbi_char> cells, char* pixels, bool boxes) {
-  surface_->SetCanvas(pixels, height_, width_, 0);
   const int lineHeight = kCellHeight * scale_;
-  for (int top = top_; !cells.empty(); cells = cells.subspan(CaptionDecoder::kColumns)) {
-    if (top >= 0 && top <= height_ - lineHeight)
-      drawRow(cells.first(columns_), top, boxes);
-    top += lineHeight;
+  int top = top_;
+  for (std::size_t row = 0; !cells.empty(); ++row, top += lineHeight) {
+    const auto shown = cells.first(columns_);
+    cells = cells.subspan(CaptionDecoder::kColumns);
+    if (top < 0 || top > height_ - lineHeight || std::ranges::none_of(shown, isShown))
+      continue;
+    strips_.lay(shown, row, boxes, pixels, top, [&](char* canvas) {
+      surface_->SetCanvas(canvas, kCellHeight * strips_.linesPerDot(), width_, 0);
+      drawRow(shown, boxes);
+    });
   }
 }
 
-void CaptionScreen::drawRow(std::span<const vbi_char> row, int top, bool boxes) {
+void CaptionScreen::drawRow(std::span<const vbi_char> row, bool boxes) {
   if (boxes)
-    drawBoxes(row, top);
+    drawBoxes(row);
   int left = left_;
   for (const vbi_char& cell : row) {
     if (isShown(cell) && (cell.unicode != ' ' || cell.underline))
-      drawGlyph(cell, left, top);
+      drawGlyph(cell, left);
     left += kCellWidth * scale_;
   }
 }
 
 /// Neighbouring cells of one colour share one box.
-void CaptionScreen::drawBoxes(std::span<const vbi_char> row, int top) {
+void CaptionScreen::drawBoxes(std::span<const vbi_char> row) {
   for (std::size_t first = 0, end = 0; first < row.size(); first = std::max(end, first + 1)) {
     end = first;
     while (end < row.size() && hasBox(row[end]) && row[end].background == row[first].background)
@@ -106,7 +114,7 @@ void CaptionScreen::drawBoxes(std::span<const vbi_char> row, int top) {
     if (end == first)
       continue;
     setColour(row[first].background);
-    for (int y = top; y < top + kCellHeight * scale_; ++y)
+    for (int y = 0; y < kCellHeight * strips_.linesPerDot(); ++y)
       drawRun(leftOf(first), leftOf(end) - 1, y);
   }
 }
@@ -115,10 +123,10 @@ int CaptionScreen::leftOf(std::size_t column) const {
   return left_ + static_cast<int>(column) * kCellWidth * scale_;
 }
 
-void CaptionScreen::drawGlyph(const vbi_char& cell, int left, int top) {
+void CaptionScreen::drawGlyph(const vbi_char& cell, int left) {
   setColour(cell.foreground);
   for (int line = 0; line < kCellHeight; ++line)
-    drawBits(dotsOf(cell, line), left, top + line * scale_);
+    drawBits(dotsOf(cell, line), left, line * strips_.linesPerDot());
 }
 
 /// Eight dots side by side; runs of set dots are drawn together.
@@ -129,7 +137,7 @@ void CaptionScreen::drawBits(unsigned bits, int left, int top) {
       ++end;
     if (end == first)
       continue;
-    for (int y = top; y < top + scale_; ++y)
+    for (int y = top; y < top + strips_.linesPerDot(); ++y)
       drawRun(left + first * scale_, left + end * scale_ - 1, y);
     first = end;
   }

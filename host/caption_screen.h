@@ -4,6 +4,7 @@
 #pragma once
 
 #include "caption_decoder.h"
+#include "caption_strips.h"
 
 #include <nkdraw/draw/draw.h>
 #include <nkdraw/platform/records.h>
@@ -18,7 +19,7 @@ namespace nkdraw {
 /// Where the cells of a screen lie on frames of one kind, and the surface that draws them.
 class CaptionScreen {
  public:
-  /// Has no surface if the library does not draw in frames of this kind.
+  /// Has no surface if the library does not draw in frames of this kind. Throws std::bad_alloc.
   explicit CaptionScreen(const HZWVIDEO& video);
 
   [[nodiscard]] explicit operator bool() const { return surface_ != nullptr; }
@@ -33,14 +34,15 @@ class CaptionScreen {
   };
 
   [[nodiscard]] int leftOf(std::size_t column) const;
-  void drawRow(std::span<const vbi_char> row, int top, bool boxes);
-  void drawBoxes(std::span<const vbi_char> row, int top);
-  void drawGlyph(const vbi_char& cell, int left, int top);
+  void drawRow(std::span<const vbi_char> row, bool boxes);
+  void drawBoxes(std::span<const vbi_char> row);
+  void drawGlyph(const vbi_char& cell, int left);
   void drawBits(unsigned bits, int left, int top);
   void drawRun(int first, int last, int y);
   void setColour(unsigned colour);
 
   std::unique_ptr<NKDraw, Release> surface_;
+  CaptionStrips strips_;
   int width_ = 0, height_ = 0;  // of the frame
   int left_ = 0, top_ = 0;      // of the first cell
   std::size_t columns_ = 0;     // that fit into the frame

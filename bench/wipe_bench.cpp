@@ -124,7 +124,8 @@ const bool added = [] {
       addBoth(work, "BGRA", ptBGRA32, 4, size);
       addBoth(work, "ARGB64", ptARGB64, 8, size);
     }
-    for (const Work* const work : {&kPatterns[0], &kDissolves[0]}) {
+    for (const Work* const work : {&kPatterns[0], &kPatterns[1], &kPatterns[4], &kPatterns[5],
+                                   &kPatterns[6], &kDissolves[0], &kDissolves[2]}) {
       const std::string tail = std::string("/") + size.name + "/" + work->name + "/as_called";
       add("v210" + tail, [=, &size](benchmark::State& state) {
         asCalled(state, NKDraw_DisplayWipeV210, *work, ptV210, size.width / 48 * 128, size);

@@ -200,6 +200,63 @@ void v210OfSamples(const std::uint8_t* samples, std::uint8_t* group, std::size_t
   kPlain422.v210OfSamples(samples, group, groups);
 }
 
+/// The words of a row from its sample `rest` on.
+template <unsigned rest>
+auto wordsFrom(const std::uint8_t* group) {
+  const Words words;
+  const auto first = hn::BitCast(words, hn::LoadU(Bytes(), group));
+  if constexpr (rest == 0)
+    return first;
+  const auto next = hn::BitCast(words, hn::LoadU(Bytes(), group + 4));
+  const auto clean = hn::And(first, hn::Set(words, 0x3FFFFFFF));
+  return hn::Or(hn::ShiftRight<static_cast<int>(rest * 10)>(clean),
+                hn::ShiftLeft<static_cast<int>(30 - rest * 10)>(next));
+}
+
+/// The bits of luma in the words of a group, whose samples alternate.
+HWY_ALIGN constexpr std::array<std::uint32_t, 4> kLumaOfGroup = {0x000FFC00, 0x3FF003FF, 0x000FFC00,
+                                                                 0x3FF003FF};
+
+template <unsigned rest, bool byOne>
+void moveV210So(const V210Move& move, const std::uint8_t* group, std::uint8_t* moved,
+                std::size_t groups) {
+  const Words words;
+  const auto mask = hn::Set(words, move.mask);
+  const auto luma = hn::LoadDup128(words, kLumaOfGroup.data());
+  for (; groups >= kVectorGroups; groups -= kVectorGroups) {
+    auto word = wordsFrom<rest>(group);
+    if constexpr (byOne) {
+      const auto further = wordsFrom<(rest + 2) % 3>(group + (rest + 2) / 3 * 4);
+      word = hn::Or(hn::And(luma, further), hn::AndNot(luma, word));
+    }
+    hn::StoreU(hn::BitCast(Bytes(), hn::And(word, mask)), Bytes(), moved);
+    group += kVectorBytes;
+    moved += kVectorBytes;
+  }
+  kPlain422.moveV210(move, group, moved, groups);
+}
+
+void moveV210(const V210Move& move, const std::uint8_t* group, std::uint8_t* moved,
+              std::size_t groups) {
+  using Move = decltype(&moveV210);
+  constexpr Move kMoves[3][2] = {{moveV210So<0, false>, moveV210So<0, true>},
+                                 {moveV210So<1, false>, moveV210So<1, true>},
+                                 {moveV210So<2, false>, moveV210So<2, true>}};
+  kMoves[move.rest][move.byOne ? 1 : 0](move, group, moved, groups);
+}
+
+void topsOfV210(const std::uint8_t* group, std::uint8_t* tops, std::size_t groups) {
+  const Words words;
+  const Bytes bytes;
+  const auto kept = hn::BitCast(bytes, hn::Set(words, kTopsOfWord));
+  for (; groups >= kVectorGroups; groups -= kVectorGroups) {
+    hn::StoreU(hn::And(hn::LoadU(bytes, group), kept), bytes, tops);
+    group += kVectorBytes;
+    tops += kVectorBytes;
+  }
+  kPlain422.topsOfV210(group, tops, groups);
+}
+
 constexpr Kernels422 kKernels = {
     expand<kOuterShared, &Kernels422::expandOuterShared>,
     expand<kChromaFirst, &Kernels422::expandChromaFirst>,
@@ -207,6 +264,8 @@ constexpr Kernels422 kKernels = {
     pack<kChromaFirst, &Kernels422::packChromaFirst>,
     samplesOfV210,
     v210OfSamples,
+    moveV210,
+    topsOfV210,
 };
 
 #endif
@@ -227,6 +286,11 @@ constexpr ByTarget<Kernels422> kByTarget = {HWY_CHOOSE_TARGET_LIST(kKernels),
 
 const Kernels422& kernels422(std::int64_t targets) {
   return bestKernels(kByTarget, targets);
+}
+
+const Kernels422& bestKernels422() {
+  static const Kernels422& best = kernels422(runnableTargets());
+  return best;
 }
 
 }  // namespace nkdraw

@@ -1,32 +1,23 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// The wipes of packed 4:2:2 frames. Both inputs are expanded to three bytes a pixel, wiped, and
-// packed again.
-#include <nkdraw/simd/vector_targets.h>
+// The wipes of packed 4:2:2 frames: in one pass where that gives the result of the three steps,
+// else in three steps.
 #include "display_wipe.h"
-#include "samples_422.h"
+#include "layouts_422.h"
+#include "wipe_422_rows.h"
+#include "wipe_422_steps.h"
+#include "wipe_frames.h"
 #include "wipe_kernels.h"
 
 #include <nkdraw/constants.h>
 #include <nkdraw/platform/log.h>
-#include <nkdraw/platform/memory.h>
-#include <nkdraw/surface/pixel_type.h>
+#include <nkdraw/platform/thread.h>
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <limits>
-#include <memory>
 
 namespace nkdraw {
 namespace {
-
-constexpr std::size_t kBufferAlignment = 512;
-constexpr std::uint32_t kExpandedBytes = 3;
-
-constexpr std::size_t roundUp(std::size_t bytes) {
-  return (bytes + kBufferAlignment - 1) / kBufferAlignment * kBufferAlignment;
-}
 
 /// Keeps the calling thread at the time-critical priority while the guard exists. The guard can be
 /// told not to restore the old one.
@@ -48,123 +39,25 @@ class PriorityGuard {
   bool restores_ = true;
 };
 
-/// The three expanded frames, in one block that is freed with its last user.
-struct ExpandedFrames {
-  std::shared_ptr<void> block;
-  std::uint8_t* a = nullptr;
-  std::uint8_t* b = nullptr;
-  std::uint8_t* result = nullptr;
+/// A packed layout and its two ways.
+struct Ways {
+  const PackedLayout& steps;
+  const OnePass422& onePass;
+  std::size_t groupPixels, groupBytes;
+  /// The steps read this many pixels at a time, and those past the first frame's end stay where the
+  /// second begins.
+  std::size_t overlapPixels;
 
-  ExpandedFrames() = default;
-  ExpandedFrames(std::uint32_t width, std::uint32_t height) {
-    const std::uint64_t pixels = std::uint64_t{width} * height;
-    const std::uint64_t bytes = pixels + (pixels + 384) * 8;
-    if (bytes > std::numeric_limits<std::uint32_t>::max())
-      return;
-    void* const memory = NKAlloc(static_cast<std::uint32_t>(bytes));
-    if (memory == nullptr)
-      return;
-    block = std::shared_ptr<void>(memory, NKFree);
-    auto* const first = static_cast<std::uint8_t*>(memory);
-    const auto address = std::bit_cast<std::uintptr_t>(first);
-    const std::size_t frame = roundUp(pixels * kExpandedBytes);
-    a = first + (roundUp(address) - address);
-    b = a + frame;
-    result = b + frame;
+  [[nodiscard]] std::size_t rowBytes(std::uint32_t width) const {
+    return ceilDivide(width, groupPixels) * groupBytes;
   }
 };
-
-/// A packed layout, and how to expand and pack its rows in whole groups.
-struct PackedLayout {
-  using ConvertRow = void (*)(const std::uint8_t* source, std::uint8_t* target,
-                              std::uint32_t width);
-  ConvertRow expand;
-  ConvertRow pack;
-};
-
-const Kernels422& kernels() {
-  static const Kernels422& best = kernels422(runnableTargets());
-  return best;
-}
-
-constexpr std::size_t ceilDivide(std::size_t value, std::size_t divisor) {
-  return (value + divisor - 1) / divisor;
-}
-
-/// Expands four pixels at a time and packs two; the last ones may lie past the width.
-constexpr PackedLayout kYCbCr = {
-    [](const std::uint8_t* packed, std::uint8_t* expanded, std::uint32_t width) {
-      kernels().expandOuterShared(packed, expanded, ceilDivide(width, 4) * 2);
-    },
-    [](const std::uint8_t* expanded, std::uint8_t* packed, std::uint32_t width) {
-      kernels().packOuterShared(expanded, packed, ceilDivide(width, 2));
-    }};
-
-/// The number of groups that go through the samples' row at a time.
-constexpr std::size_t kChunkGroups = 160;
-using SampleRow = std::array<std::uint8_t, kChunkGroups * kGroupSamples + kSampleSlack>;
-constexpr std::size_t kGroupPairs = kGroupPixels / 2;
-constexpr std::size_t kGroupExpanded = kGroupPairs * kExpandedPair;
-
-template <class Convert>
-void inChunks(std::uint32_t width, Convert convert) {
-  const std::size_t groups = ceilDivide(width, kGroupPixels);
-  for (std::size_t done = 0; done < groups; done += kChunkGroups)
-    convert(done, std::min(kChunkGroups, groups - done));
-}
-
-constexpr PackedLayout kV210 = {
-    [](const std::uint8_t* packed, std::uint8_t* expanded, std::uint32_t width) {
-      SampleRow samples;
-      inChunks(width, [&](std::size_t first, std::size_t groups) {
-        kernels().samplesOfV210(packed + first * kGroupBytes, samples.data(), groups);
-        kernels().expandChromaFirst(samples.data(), expanded + first * kGroupExpanded,
-                                    groups * kGroupPairs);
-      });
-    },
-    [](const std::uint8_t* expanded, std::uint8_t* packed, std::uint32_t width) {
-      SampleRow samples;
-      inChunks(width, [&](std::size_t first, std::size_t groups) {
-        kernels().packChromaFirst(expanded + first * kGroupExpanded, samples.data(),
-                                  groups * kGroupPairs);
-        kernels().v210OfSamples(samples.data(), packed + first * kGroupBytes, groups);
-      });
-    }};
-
-/// One wipe of packed frames: the caller's `frame`, and its expanded frames.
-struct PackedWipe {
-  WipeTask frame;
-  PackedLayout layout;
-  ExpandedFrames expanded{};
-
-  [[nodiscard]] std::size_t expandedRow(std::uint32_t y) const {
-    return std::size_t{y} * frame.width * kExpandedBytes;
-  }
-  void expandRowA(std::uint32_t y) const {
-    layout.expand(frame.srcA + frame.pitchA * y, expanded.a + expandedRow(y), frame.width);
-  }
-  void expandRowB(std::uint32_t y) const {
-    layout.expand(frame.srcB + frame.pitchB * y, expanded.b + expandedRow(y), frame.width);
-  }
-  void pack() const {
-    for (std::uint32_t y = 0; y < frame.height; ++y)
-      layout.pack(expanded.result + expandedRow(y), frame.dst + frame.pitchDst * y, frame.width);
-  }
-  /// As RunWipeBands.
-  std::uint32_t run(WipeWait wait) const {
-    WipeTask task = frame;
-    task.srcA = expanded.a;
-    task.srcB = expanded.b;
-    task.dst = expanded.result;
-    task.pitchA = task.pitchB = task.pitchDst = kExpandedBytes * frame.width;
-    task.pixelType = ptYCbCr24;
-    return RunWipeBands(task, kernelOfWipe(task.wipe), wait, expanded.block);
-  }
-};
+constexpr Ways kPairs = {kPackedPairs, kPairsInOnePass, PairGroups::kPixels, PairGroups::kBytes, 4};
+constexpr Ways kV210 = {kPackedV210, kV210InOnePass, V210Groups::kPixels, V210Groups::kBytes, 1};
 
 /// Makes the expanded frames, or returns why it can't. Deliberate: callers rely on it. If a service
 /// throws, the thread keeps its priority, and nothing is reported.
-bool allocate(PackedWipe& wipe, PriorityGuard& priority) {
+bool allocate(WipeSteps422& wipe, PriorityGuard& priority) {
   try {
     wipe.expanded = ExpandedFrames(wipe.frame.width, wipe.frame.height);
   } catch (...) {
@@ -176,33 +69,104 @@ bool allocate(PackedWipe& wipe, PriorityGuard& priority) {
   return wipe.expanded.a != nullptr;
 }
 
-/// Runs a step and ignores its failure.
-template <class Stretch>
-void silently(Stretch stretch) {
-  try {
-    stretch();
-  } catch (...) {  // continues with what there is
+/// The bytes from the first row of a frame to the end of its last.
+std::uint64_t extentOf(const WipeTask& frame, std::uint32_t pitch, std::size_t rowBytes) {
+  return std::uint64_t{pitch} * (frame.height - 1) + rowBytes;
+}
+
+bool isApart(const std::uint8_t* a, std::uint64_t bytesA, const std::uint8_t* b,
+             std::uint64_t bytesB) {
+  const auto startA = reinterpret_cast<std::uintptr_t>(a),
+             startB = reinterpret_cast<std::uintptr_t>(b);
+  return startA >= startB + bytesB || startB >= startA + bytesA;
+}
+
+/// Whether every row of the output has bytes of its own, and no input has any of them.
+bool outputIsApart(const WipeTask& frame, const Ways& ways) {
+  const std::size_t rowBytes = ways.rowBytes(frame.width);
+  const std::uint64_t output = extentOf(frame, frame.pitchDst, rowBytes);
+  const std::uint64_t a = extentOf(frame, frame.pitchA, rowBytes);
+  const std::uint64_t b = extentOf(frame, frame.pitchB, rowBytes);
+  return frame.pitchDst >= rowBytes &&
+         std::max({output, a, b}) <= std::numeric_limits<std::uint32_t>::max() &&
+         isApart(frame.dst, output, frame.srcA, a) && isApart(frame.dst, output, frame.srcB, b);
+}
+
+/// Whether the pixels past the end of the first expanded frame leave the second alone.
+bool expandsApart(const WipeSteps422& wipe, std::size_t overlapPixels) {
+  const std::size_t past =
+      ceilDivide(wipe.frame.width, overlapPixels) * overlapPixels - wipe.frame.width;
+  const std::size_t frame = std::size_t{wipe.frame.width} * wipe.frame.height;
+  return (frame + past) * kExpandedBytes <=
+         static_cast<std::size_t>(wipe.expanded.b - wipe.expanded.a);
+}
+
+/// Whether a row's pixels past the width all come from the next row.
+bool reachesOneRow(const WipeTask& frame, std::size_t groupPixels) {
+  return ceilDivide(frame.width, groupPixels) * groupPixels <= std::size_t{frame.width} * 2;
+}
+
+/// A wipe that draws nothing shows what the block holds.
+bool drawsAll(const WipeTask& frame) {
+  const RunsOfRow runs = kernelOfWipe(frame.wipe).runs;
+  if (runs == nullptr)
+    return true;
+  const WipeRuns first = rangeOf(frame) == 0 ? WipeRuns() : runs(frame, 0);
+  return first.begin() != first.end();
+}
+
+bool drawsInOnePass(const WipeSteps422& wipe, const Ways& ways) {
+  const WipeTask& frame = wipe.frame;
+  return frame.width != 0 && frame.height != 0 && drawsAll(frame) && outputIsApart(frame, ways) &&
+         expandsApart(wipe, ways.overlapPixels) && reachesOneRow(frame, ways.groupPixels);
+}
+
+/// The frame's last row comes after the others when pixels past its end, in the block, belong to
+/// it.
+WipeRowsRun drawInOnePass(const WipeSteps422& wipe, const Ways& ways, WipeWait wait,
+                          bool mayThrow) {
+  const bool endsWithin = wipe.frame.width % ways.groupPixels != 0;
+  WipeTask rows = wipe.frame;
+  rows.top = 0;
+  rows.bottom = rows.height - (endsWithin ? 1 : 0);
+  const KeptRows kept = {wipe.expanded.a, ways.rowBytes(rows.width)};
+  const WipeRowsRun run =
+      RunWipeRows(rows, ways.onePass.draw, wait, wipe.expanded.block, mayThrow ? KeptRows() : kept);
+  const std::size_t pixels = std::size_t{rows.width} * rows.height;
+  if (run.drawn && endsWithin)
+    ways.onePass.drawLast(wipe.frame, wipe.expanded.result + pixels * kExpandedBytes);
+  return run;
+}
+
+/// False, with the output untouched, if the host threw instead of starting a worker and
+/// `mayThrow` is not set.
+bool draw(const WipeSteps422& wipe, const Ways& ways, WipeWait wait, bool mayThrow) {
+  const auto ended = [&](bool threw) { return threw && !mayThrow; };
+  if (drawsInOnePass(wipe, ways)) {
+    const WipeRowsRun run = drawInOnePass(wipe, ways, wait, mayThrow);
+    if (run.drawn || ended(run.threw))
+      return run.drawn;
+    wipe.expand();
+    wipe.wipe(run.started);
+  } else {
+    wipe.expand();
+    if (ended(wipe.wipe(wait) != NKStatusOk))
+      return false;
   }
+  wipe.pack();
+  return true;
 }
 
 }  // namespace
 
 std::uint32_t displayWipeYCbCr(const WipeTask& frame, WipeWait wait) {
   PriorityGuard priority;
-  PackedWipe wipe{frame, kYCbCr};
+  WipeSteps422 wipe{frame, kPackedPairs};
   if (!allocate(wipe, priority))
     return NKStatusRefused;
   try {
-    // Alternates row by row: the last group of the first frame may write past its end into the
-    // second frame's first row, and those bytes must stay.
-    for (std::uint32_t y = 0; y < frame.height; ++y) {
-      wipe.expandRowA(y);
-      wipe.expandRowB(y);
-    }
-    if (wipe.run(wait) == NKStatusOk) {
-      wipe.pack();
+    if (draw(wipe, kPairs, wait, false))
       return NKStatusOk;
-    }
   } catch (...) {  // reported below
   }
   ErrOut("Exception Error NKDraw_DisplayWipeYCbCr");
@@ -211,20 +175,16 @@ std::uint32_t displayWipeYCbCr(const WipeTask& frame, WipeWait wait) {
 
 std::uint32_t displayWipeV210(const WipeTask& frame, WipeWait wait) {
   PriorityGuard priority;
-  PackedWipe wipe{frame, kV210};
+  WipeSteps422 wipe{frame, kPackedV210};
   if (!allocate(wipe, priority))
     return NKStatusRefused;
   const std::uint32_t leastPitch = packedPitch(v210::kFacts, frame.width);
   for (std::uint32_t* const pitch : {&wipe.frame.pitchDst, &wipe.frame.pitchA, &wipe.frame.pitchB})
     *pitch = std::max(*pitch, leastPitch);
-  silently([&] {
-    for (std::uint32_t y = 0; y < frame.height; ++y)
-      wipe.expandRowA(y);
-    for (std::uint32_t y = 0; y < frame.height; ++y)
-      wipe.expandRowB(y);
-  });
-  wipe.run(wait);
-  silently([&] { wipe.pack(); });
+  try {
+    draw(wipe, kV210, wait, true);
+  } catch (...) {  // leaves what there is
+  }
   return NKStatusOk;
 }
 

@@ -3,6 +3,8 @@
 // A worker's part of a wipe: the frames, the progress, and the rectangle to draw.
 #pragma once
 
+#include "wipe_runs.h"
+
 #include <nkdraw/platform/thread.h>
 
 #include <cstdint>
@@ -37,6 +39,9 @@ struct WipeKernel {
   std::uint32_t (*draw)(const WipeTask& task) = nullptr;
   /// The others have nothing to do, even if a small frame gives several quarters the same corner.
   WipeQuarters quarters = WipeQuarters::kAll;
+  /// Where the pixels come from. Null for a cross-fade, which takes them from both inputs. The
+  /// range must not be empty.
+  RunsOfRow runs = nullptr;
 
   std::uint32_t operator()(const WipeTask& task) const { return draw(task); }
   bool operator==(const WipeKernel&) const = default;

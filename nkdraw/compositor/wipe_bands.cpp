@@ -9,6 +9,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <semaphore>
 #include <utility>
 
@@ -16,6 +17,7 @@ namespace nkdraw {
 namespace {
 
 constexpr std::size_t kBands = 4;
+constexpr std::uint8_t kAllBands = (1U << kBands) - 1;
 constexpr int kPauses = 50;
 constexpr std::chrono::milliseconds kPause{2};
 constexpr const char* kThreadTag = "gzqk";
@@ -26,6 +28,7 @@ struct WipeCall {
   /// Ends the caller's pause. A worker raises it at most once, when it is the last of those
   /// started.
   std::counting_semaphore<kBands> finished{0};
+  std::optional<RowQueue> rows;  ///< that the workers draw instead of their quarters
 
   struct Worker {
     WipeBand band;
@@ -72,28 +75,52 @@ void shareOut(const WipeKernel& kernel, std::array<WipeCall::Worker, kBands>& wo
   }
 }
 
-/// Counts the worker before its thread exists, so the count can't fall before it has risen. False
-/// if the host threw and the quarter stays undrawn.
-bool start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call,
-           const std::shared_ptr<const void>& memory, WipeWait wait) {
+enum class Start { kDone, kRefused, kThrew };
+
+/// Counts the worker before its thread exists, so the count can't fall before it has risen. With a
+/// complete wait, a worker whose thread could not start runs on the calling thread.
+Start start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call,
+            const std::shared_ptr<const void>& memory, WipeWait wait) {
   WipeBand& band = worker.band;
+  band.pending = &call->pending;
   nkOSInterlockedIncrement(counter(band.pending));
   worker.call = call;
   worker.memory = memory;
-  bool threw = false;
+  Start result = Start::kDone;
   try {
     band.threadHandle =
         nkOSCreateThread(nullptr, 0, WipeBandThread, &worker, 0, &band.threadId, kThreadTag);
+    if (band.threadHandle == nullptr)
+      result = Start::kRefused;
   } catch (...) {
-    threw = true;
+    result = Start::kThrew;
   }
-  const bool drawnHere = band.threadHandle == nullptr && wait == WipeWait::kComplete;
-  if (drawnHere)
+  if (result != Start::kDone && wait == WipeWait::kComplete) {
     WipeBandThread(&worker);
-  else if (band.threadHandle == nullptr)
+    result = Start::kDone;
+  } else if (result != Start::kDone) {
     worker.giveSharesBack();
+  }
   nkOSSetThreadPriority(band.threadHandle, kThreadTimeCritical);
-  return !threw || drawnHere;
+  return result;
+}
+
+/// The workers that were started, as a mask, and whether the host threw and so left one out.
+WipeRowsRun startAll(const std::shared_ptr<WipeCall>& call,
+                     const std::shared_ptr<const void>& memory, WipeWait wait) {
+  WipeRowsRun run;
+  for (std::size_t i = 0; i < kBands; ++i) {
+    const Start result = start(call->workers[i], call, memory, wait);
+    run.threw = run.threw || result == Start::kThrew;
+    if (result == Start::kDone)
+      run.started = static_cast<std::uint8_t>(run.started | 1U << i);
+  }
+  return run;
+}
+
+void closeAll(const WipeCall& call) {
+  for (const WipeCall::Worker& worker : call.workers)
+    nkOSCloseThread(worker.band.threadHandle, kThreadTag);
 }
 
 void waitFor(WipeCall& call, WipeWait wait) {
@@ -107,7 +134,7 @@ void waitFor(WipeCall& call, WipeWait wait) {
   }
 }
 
-/// Draws a quarter without a worker.
+/// Draws without workers.
 void drawWhole(WipeTask frame, const WipeKernel& kernel) {
   frame.left = frame.top = 0;
   frame.right = frame.width;
@@ -121,7 +148,11 @@ std::uint32_t WipeBandThread(void* parameter) {
   auto* const worker = static_cast<WipeCall::Worker*>(parameter);
   const std::shared_ptr<WipeCall> call = std::move(worker->call);
   const WipeBand& band = worker->band;
-  const std::uint32_t result = worker->hasWork ? band.kernel(band) : 0;
+  std::uint32_t result = 0;
+  if (call->rows)
+    call->rows->draw();
+  else if (worker->hasWork)
+    result = band.kernel(band);
   worker->memory.reset();  // so the caller, seeing the count, is the last to hold it
   if (nkOSInterlockedDecrement(counter(band.pending)) == 0)
     call->finished.release();
@@ -138,15 +169,41 @@ std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel, WipeWait wa
   }
   setRectangles(frame, call->workers);
   shareOut(kernel, call->workers);
-  bool threw = false;
-  for (WipeCall::Worker& worker : call->workers) {
-    worker.band.pending = &call->pending;
-    threw = !start(worker, call, memory, wait) || threw;
-  }
-  for (const WipeCall::Worker& worker : call->workers)
-    nkOSCloseThread(worker.band.threadHandle, kThreadTag);
+  const WipeRowsRun run = startAll(call, memory, wait);
+  closeAll(*call);
   waitFor(*call, wait);
-  return threw ? NKStatusRefused : 0;
+  return run.threw ? NKStatusRefused : 0;
+}
+
+WipeRowsRun RunWipeRows(const WipeTask& frame, DrawRows draw, WipeWait wait,
+                        const std::shared_ptr<const void>& memory, const KeptRows& kept) {
+  const auto call = tryMakeShared<WipeCall>();
+  if (!call) {
+    if (wait == WipeWait::kBounded)
+      return {};
+    RowQueue(frame, draw).draw();
+    return {.drawn = true};
+  }
+  RowQueue& rows = call->rows.emplace(frame, draw, kept);
+  WipeRowsRun run = startAll(call, memory, wait);
+  run.drawn = run.started == kAllBands;
+  run.drawn ? rows.confirm() : rows.stop();
+  closeAll(*call);
+  rows.draw();
+  waitFor(*call, wait);
+  if (run.threw)
+    rows.undo();
+  return run;
+}
+
+void drawQuarters(const WipeTask& frame, const WipeKernel& kernel, std::uint8_t quarters) {
+  std::array<WipeCall::Worker, kBands> workers;
+  setRectangles(frame, workers);
+  shareOut(kernel, workers);
+  for (std::size_t i = 0; i < kBands; ++i) {
+    if (workers[i].hasWork && (quarters >> i & 1) != 0)
+      kernel(workers[i].band);
+  }
 }
 
 }  // namespace nkdraw

@@ -3,6 +3,7 @@
 // A wipe on four threads, one for each quarter of the frame.
 #pragma once
 
+#include "row_queue.h"
 #include "wipe_band.h"
 
 #include <memory>
@@ -28,8 +29,27 @@ enum class WipeWait {
 std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel, WipeWait wait,
                            const std::shared_ptr<const void>& memory = nullptr);
 
-/// The routine of a worker; only RunWipeBands passes its parameter. Returns the result of the
-/// kernel.
+/// What became of a call of RunWipeRows.
+struct WipeRowsRun {
+  bool drawn = false;
+  bool threw = false;        ///< the host, instead of starting a thread
+  std::uint8_t started = 0;  ///< a bit for each worker
+};
+
+/// Draws the rows of `frame` from `top` up to, but not including, `bottom` on the calling thread
+/// and four workers, with the same calls to the host and the same wait as RunWipeBands; the workers
+/// share `memory` as there. With a bounded wait, the frame is drawn only if all four were started:
+/// else some of its rows may be, unless the host threw and `kept` has room for all of them. A
+/// worker still busy after such a wait finishes the few rows that it has claimed.
+WipeRowsRun RunWipeRows(const WipeTask& frame, DrawRows draw, WipeWait wait,
+                        const std::shared_ptr<const void>& memory = nullptr,
+                        const KeptRows& kept = {});
+
+/// Draws the quarters of a mask's bits on the calling thread, as if their workers did.
+void drawQuarters(const WipeTask& frame, const WipeKernel& kernel, std::uint8_t quarters);
+
+/// The routine of a worker; only RunWipeBands and RunWipeRows pass its parameter. Returns the
+/// result of the kernel.
 std::uint32_t WipeBandThread(void* parameter);
 
 }  // namespace nkdraw

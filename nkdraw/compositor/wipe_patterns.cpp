@@ -64,25 +64,30 @@ struct Pattern {
 constexpr auto kAnd = Joined::kAnd;
 constexpr auto kOr = Joined::kOr;
 
-/// Copies one row of the rectangle.
-void copyRow(const WipeTask& task, std::uint32_t pixelBytes, const Span& incoming,
-             const WipeRow& row) {
+WipeRuns runsBetween(const Span& incoming, std::uint32_t width, std::uint32_t y) {
   const auto clip = [&](std::int64_t column) {
-    return static_cast<std::uint32_t>(
-        std::clamp<std::int64_t>(column, task.left, std::max(task.left, task.right)));
-  };
-  const auto copyRun = [&](const std::uint8_t* source, std::uint32_t start, std::uint32_t end) {
-    const std::size_t offset = std::size_t{start} * pixelBytes;
-    if (start < end)
-      copyBlock(row.output + offset, source + offset, (end - start) * pixelBytes);
+    return static_cast<std::uint32_t>(std::clamp<std::int64_t>(column, 0, width));
   };
   const std::uint32_t first = clip(incoming.first);
   const std::uint32_t last = std::max(first, clip(incoming.last));
-  const std::uint8_t* const inner = incoming.outside ? row.outgoing : row.incoming;
-  const std::uint8_t* const outer = incoming.outside ? row.incoming : row.outgoing;
-  copyRun(outer, task.left, first);
-  copyRun(inner, first, last);
-  copyRun(outer, last, task.right);
+  WipeRuns runs;
+  runs.add({incoming.outside, 0, first, y});
+  runs.add({!incoming.outside, first, last, y});
+  runs.add({incoming.outside, last, width, y});
+  return runs;
+}
+
+/// Copies one row of the rectangle.
+void copyRow(const WipeTask& task, std::uint32_t pixelBytes, const WipeRuns& runs,
+             const WipeRow& row) {
+  for (const WipeRun& run : runs) {
+    const std::uint32_t start = std::max(run.first, task.left);
+    const std::uint32_t end = std::min(run.last, task.right);
+    const std::size_t offset = std::size_t{start} * pixelBytes;
+    if (start < end)
+      copyBlock(row.output + offset, (run.incoming ? row.incoming : row.outgoing) + offset,
+                (end - start) * pixelBytes);
+  }
 }
 
 template <Pattern (*rule)(const WipeTask&)>
@@ -92,8 +97,18 @@ std::uint32_t drawPattern(const WipeTask& task) {
     return 0;
   const Pattern pattern = rule(task);
   for (std::uint32_t y = task.top; y < task.bottom; ++y)
-    copyRow(task, pixelBytes, pattern.columnsOf(y), rowOf(task, y));
+    copyRow(task, pixelBytes, runsBetween(pattern.columnsOf(y), task.width, y), rowOf(task, y));
   return 0;
+}
+
+template <Pattern (*rule)(const WipeTask&)>
+WipeRuns runsOf(const WipeTask& task, std::uint32_t y) {
+  return runsBetween(rule(task).columnsOf(y), task.width, y);
+}
+
+template <Pattern (*rule)(const WipeTask&)>
+constexpr WipeKernel kernelOf() {
+  return {drawPattern<rule>, WipeQuarters::kAll, runsOf<rule>};
 }
 
 // The values of the rules. Differences wrap, which defines the picture for progress beyond the
@@ -167,19 +182,19 @@ Pattern iris(const WipeTask& t) {
 
 }  // namespace
 
-constexpr WipeKernel WipeEdgeHorz{drawPattern<edgeHorz>};
-constexpr WipeKernel WipeCornerTL{drawPattern<cornerTL>};
-constexpr WipeKernel WipeCornerTR{drawPattern<cornerTR>};
-constexpr WipeKernel WipeCornerBR{drawPattern<cornerBR>};
-constexpr WipeKernel WipeCornerBL{drawPattern<cornerBL>};
-constexpr WipeKernel WipeFourCorners{drawPattern<fourCorners>};
-constexpr WipeKernel WipeBoxIn{drawPattern<boxIn>};
-constexpr WipeKernel WipeBarnDoorVert{drawPattern<barnDoorVert>};
-constexpr WipeKernel WipeBarnDoorHorz{drawPattern<barnDoorHorz>};
-constexpr WipeKernel WipeBoxTop{drawPattern<boxTop>};
-constexpr WipeKernel WipeBoxRight{drawPattern<boxRight>};
-constexpr WipeKernel WipeBoxBottom{drawPattern<boxBottom>};
-constexpr WipeKernel WipeBoxLeft{drawPattern<boxLeft>};
-constexpr WipeKernel WipeIris{drawPattern<iris>};
+constexpr WipeKernel WipeEdgeHorz = kernelOf<edgeHorz>();
+constexpr WipeKernel WipeCornerTL = kernelOf<cornerTL>();
+constexpr WipeKernel WipeCornerTR = kernelOf<cornerTR>();
+constexpr WipeKernel WipeCornerBR = kernelOf<cornerBR>();
+constexpr WipeKernel WipeCornerBL = kernelOf<cornerBL>();
+constexpr WipeKernel WipeFourCorners = kernelOf<fourCorners>();
+constexpr WipeKernel WipeBoxIn = kernelOf<boxIn>();
+constexpr WipeKernel WipeBarnDoorVert = kernelOf<barnDoorVert>();
+constexpr WipeKernel WipeBarnDoorHorz = kernelOf<barnDoorHorz>();
+constexpr WipeKernel WipeBoxTop = kernelOf<boxTop>();
+constexpr WipeKernel WipeBoxRight = kernelOf<boxRight>();
+constexpr WipeKernel WipeBoxBottom = kernelOf<boxBottom>();
+constexpr WipeKernel WipeBoxLeft = kernelOf<boxLeft>();
+constexpr WipeKernel WipeIris = kernelOf<iris>();
 
 }  // namespace nkdraw

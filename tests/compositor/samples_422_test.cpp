@@ -30,6 +30,7 @@ constexpr Conversion kConversions[] = {
     {"packChromaFirst", &Kernels422::packChromaFirst, 6, 4, 0, 0},
     {"samplesOfV210", &Kernels422::samplesOfV210, 16, 12, 0, nkdraw::kSampleSlack},
     {"v210OfSamples", &Kernels422::v210OfSamples, 12, 16, nkdraw::kSampleSlack, 0},
+    {"topsOfV210", &Kernels422::topsOfV210, 16, 16, 0, 0},
 };
 
 class Samples422 : public testing::TestWithParam<std::int64_t> {};
@@ -53,6 +54,22 @@ TEST_P(Samples422, EqualThePlainFormForEveryCountAndTouchNothingElse) {
       ASSERT_TRUE(std::ranges::equal(wanted.bytes(), got.bytes())) << conversion.name << count;
       if (conversion.targetSlack == 0) {
         ASSERT_TRUE(got.guardsIntact()) << conversion.name << ' ' << count;
+      }
+    }
+  }
+}
+
+TEST_P(Samples422, MoveV210AsThePlainFormDoes) {
+  const Kernels422& kernels = nkdraw::kernels422(GetParam());
+  for (const std::uint32_t mask : {0x3FFFFFFFU, nkdraw::kTopsOfWord}) {
+    for (unsigned way = 0; way < 6; ++way) {
+      for (std::size_t groups = 0; groups <= 20; ++groups) {
+        const auto source = noise((groups * 4 + nkdraw::kMoveSlack) * 4, way);
+        Frame wanted(groups * 16, 9), got(groups * 16, 9);
+        const nkdraw::V210Move move = {way / 2, way % 2 != 0, mask};
+        nkdraw::kPlain422.moveV210(move, source.data(), wanted.data(), groups);
+        kernels.moveV210(move, source.data(), got.data(), groups);
+        ASSERT_TRUE(wanted.all() == got.all()) << way << ' ' << groups;
       }
     }
   }

@@ -5,6 +5,7 @@
 #include "wipe_frames_of_noise.h"
 
 #include <nkdraw/compositor/samples_422.h>
+#include <nkdraw/compositor/wipe_422_steps.h>
 #include <nkdraw/nkdraw_c.h>
 
 #include <algorithm>
@@ -127,6 +128,7 @@ struct PackedLayout {
   std::uint32_t (*bytesRead)(std::uint32_t width);
   std::uint32_t (*bytesWritten)(std::uint32_t width);
   std::uint32_t (*leastPitch)(std::uint32_t width);
+  const nkdraw::PackedLayout& plain;
 };
 
 std::uint32_t v210Bytes(std::uint32_t width) {
@@ -140,9 +142,10 @@ constexpr PackedLayout kYCbCr = {
     [](std::uint32_t width) { return (width + 3) / 4 * 8; },
     [](std::uint32_t width) { return (width + 1) / 2 * 4; },
     [](std::uint32_t /*width*/) { return 0U; },
+    nkdraw::kPackedPairs,
 };
-constexpr PackedLayout kV210 = {"V210",   NKDraw_DisplayWipeV210, wipeV210, v210Bytes, v210Bytes,
-                                v210Pitch};
+constexpr PackedLayout kV210 = {"V210",    NKDraw_DisplayWipeV210, wipeV210, v210Bytes, v210Bytes,
+                                v210Pitch, nkdraw::kPackedV210};
 
 /// Sources end with the last group that is read, so that a sanitizer reports reads past it.
 class PackedFrames {
@@ -166,9 +169,10 @@ class PackedFrames {
     task.position = progress.position;
   }
 
-  /// The entry draws what its steps draw, and leaves the same in its block.
+  /// The entry draws what its steps draw.
   void expectTheSteps() {
     host->threads = 0;
+    const Frame before = dst;
     Frame wanted = dst;
     task.srcA = a.data();
     task.srcB = b.data();
@@ -179,8 +183,23 @@ class PackedFrames {
     task.dst = dst.data();
     run();
     ASSERT_TRUE(wanted.all() == dst.all()) << task << ' ' << task.pitchDst;
-    ASSERT_TRUE(expanded.block == host->freedBlock) << task;
     ASSERT_TRUE(a == keptA && b == keptB) << task;
+    dst = before;
+    runPlainForm();
+    ASSERT_TRUE(wanted.all() == dst.all()) << task << ' ' << task.pitchDst;
+    ASSERT_TRUE(expanded.block == host->freedBlock) << task;
+    dst = before;
+  }
+
+  /// The library's own steps, which leave the same in their block.
+  void runPlainForm() {
+    WipeTask t = task;
+    for (std::uint32_t* const pitch : {&t.pitchA, &t.pitchB, &t.pitchDst})
+      *pitch = std::max(*pitch, layout_.leastPitch(t.width));
+    nkdraw::WipeSteps422 steps{t, layout_.plain, nkdraw::ExpandedFrames(t.width, t.height)};
+    steps.expand();
+    steps.wipe(0b1111);
+    steps.pack();
   }
 
   void run() {
@@ -278,6 +297,53 @@ TEST_P(Wipe422, FollowsItsStepsWhereTheExpandedFramesLieWithoutAGap) {
                                       {4U, 128U}})
     for (int i = 0; i < 6; ++i)
       ASSERT_NO_FATAL_FAILURE(expectTheStepsOf(random, width, height));
+}
+
+TEST_P(Wipe422, DrawsEveryNumberAtEveryPositionOfAShortRange) {
+  Random random(77);
+  const PackedLayout& layout = GetParam();
+  for (const std::uint32_t width : {12U, 13U, 14U, 17U, 25U}) {
+    PackedFrames frames(layout, width, 5, {160, 160, 160}, width);
+    for (const std::uint32_t number : kNumbersOfEveryKind) {
+      for (std::uint32_t position = 0; position <= width + 1; ++position) {
+        frames.task.wipe = number | random.word() % 4 / 3 << 31;
+        frames.setProgress({0, width, position});
+        host->calls.clear();
+        ASSERT_NO_FATAL_FAILURE(frames.expectTheSteps());
+      }
+    }
+  }
+}
+
+TEST_P(Wipe422, DrawsOntoAnInputWhatItDrawsElsewhere) {
+  Random random(5);
+  for (const std::uint32_t width : {12U, 13U, 49U}) {
+    for (const std::uint32_t number : kNumbersOfEveryKind) {
+      PackedFrames frames(GetParam(), width, 4, {256, 256, 256}, number);
+      frames.task.wipe = number;
+      frames.setProgress({0, 10, random.word() % 11});
+      const auto keptA = frames.a, keptB = frames.b;
+      frames.run();
+      for (auto* const input : {&frames.a, &frames.b}) {
+        auto target = frames.dst;
+        target.fill(0);
+        std::ranges::copy(*input, target.data());
+        const auto& t = frames.task;
+        const bool first = input == &frames.a;
+        EXPECT_EQ(GetParam().entry(first ? target.data() : keptA.data(), 256,
+                                   first ? keptB.data() : target.data(), 256, target.data(), 256,
+                                   t.wipe, 0, t.width, t.height, 1, 2, 3, 4, 5, t.rangeStart,
+                                   t.rangeEnd, t.position),
+                  0U);
+        for (std::size_t y = 0; y < 4 && number != 508 && number != 515; ++y) {
+          const auto bytes = static_cast<std::size_t>(GetParam().bytesWritten(width));
+          ASSERT_TRUE(std::equal(target.data() + y * 256, target.data() + y * 256 + bytes,
+                                 frames.dst.data() + y * 256))
+              << number << ' ' << width << ' ' << first;
+        }
+      }
+    }
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Layouts, Wipe422, testing::Values(kYCbCr, kV210),

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: BSD-2-Clause
+//
+// Rows of packed 4:2:2 that a wipe makes of runs. Groups within a run are copied; where a run
+// begins within a group, its pixels are laid over those of the run before.
+#pragma once
+
+#include "layouts_422.h"
+#include "wipe_frames.h"
+
+#include <algorithm>
+
+namespace nkdraw {
+
+template <class Layout>
+class RunRows422 {
+ public:
+  RunRows422(const WipeTask& task, RunsOfRow runs)
+      : task_(task), runs_(runs), rowGroups_(ceilDivide(task.width, Layout::kPixels)) {
+    for (std::size_t k = 0; k < Layout::kPixels; ++k) {
+      Samples samples{};
+      for (std::size_t x = k; x < Layout::kPixels; ++x)
+        setOwned(samples, x);
+      Layout::pack(samples.data(), overlays_[k].data(), 1);
+    }
+  }
+
+  /// Row `y` in whole groups.
+  void draw(std::uint32_t y, std::uint8_t* output) const {
+    for (const WipeRun& run : runs_(task_, y))
+      draw(run, output);
+  }
+
+  [[nodiscard]] Pixel422 pixel(std::uint32_t y, std::uint32_t x) const {
+    for (const WipeRun& run : runs_(task_, y)) {
+      if (x < run.last)
+        return pixelOf<Layout>(rowOf(run), static_cast<std::size_t>(x + run.shift));
+    }
+    return {};
+  }
+
+ private:
+  static constexpr auto kPixels = static_cast<std::int64_t>(Layout::kPixels);
+  static constexpr int kMoveGroups = 1;  ///< that a move of one group reads past its first
+  using Group = std::array<std::uint8_t, Layout::kBytes>;
+  using Samples = std::array<std::uint8_t, Layout::kSamples + kSampleSlack>;
+
+  static void setOwned(Samples& samples, std::size_t x) {
+    for (std::size_t i = 0; i < kPackedPair; ++i) {
+      if (Layout::kOrder.packed[i] / Pixel422().size() == x % 2)
+        samples[x / 2 * kPackedPair + i] = 0xFF;
+    }
+  }
+
+  [[nodiscard]] const std::uint8_t* rowOf(const WipeRun& run) const {
+    const bool second = run.incoming != ((task_.wipe & NKWipeSwap) != 0);
+    return second ? task_.srcB + task_.pitchB * run.row : task_.srcA + task_.pitchA * run.row;
+  }
+
+  void draw(const WipeRun& run, std::uint8_t* output) const {
+    std::size_t group = run.first / Layout::kPixels;
+    if (const std::size_t within = run.first % Layout::kPixels; within != 0) {
+      Group pixels;
+      fill(run, group, 1, pixels.data());
+      overlay(output + group * Layout::kBytes, pixels, overlays_[within]);
+      ++group;
+    }
+    if (const std::size_t end = ceilDivide(run.last, Layout::kPixels); group < end)
+      fill(run, group, end - group, output + group * Layout::kBytes);
+  }
+
+  static void overlay(std::uint8_t* output, const Group& pixels, const Group& bits) {
+    for (std::size_t i = 0; i < Layout::kBytes; ++i)
+      output[i] = static_cast<std::uint8_t>((output[i] & ~bits[i]) | (pixels[i] & bits[i]));
+  }
+
+  /// The run's pixels for `count` groups of the output; those outside the run mean nothing.
+  void fill(const WipeRun& run, std::size_t first, std::size_t count, std::uint8_t* output) const {
+    const std::uint8_t* const row = rowOf(run);
+    if (run.shift == 0)
+      return Layout::copy(row + first * Layout::kBytes, output, count);
+    const std::int64_t pixel = static_cast<std::int64_t>(first * Layout::kPixels) + run.shift;
+    const std::int64_t group = (pixel + kPixels) / kPixels - 1;  // -1 before the row
+    const auto within = static_cast<std::size_t>(pixel - group * kPixels);
+    std::size_t done = 0;
+    for (; done < count && group + static_cast<std::int64_t>(done) < 0; ++done)
+      moveClipped(row, group + static_cast<std::int64_t>(done), within, output);
+    const std::int64_t inside = static_cast<std::int64_t>(rowGroups_) - kMoveGroups - group;
+    if (const auto end = std::min(static_cast<std::int64_t>(count), inside);
+        end > static_cast<std::int64_t>(done)) {
+      const auto from = static_cast<std::size_t>(group + static_cast<std::int64_t>(done));
+      Layout::move(row + from * Layout::kBytes, within, output + done * Layout::kBytes,
+                   static_cast<std::size_t>(end) - done);
+      done = static_cast<std::size_t>(end);
+    }
+    for (; done < count; ++done)
+      moveClipped(row, group + static_cast<std::int64_t>(done), within,
+                  output + done * Layout::kBytes);
+  }
+
+  /// One group of pixels from pixel `within` of a group on; zeros stand for groups outside the row.
+  void moveClipped(const std::uint8_t* row, std::int64_t group, std::size_t within,
+                   std::uint8_t* output) const {
+    std::array<std::uint8_t, (kMoveGroups + 1) * Layout::kBytes> groups{};
+    for (std::size_t i = 0; i <= kMoveGroups; ++i, ++group) {
+      if (group >= 0 && group < static_cast<std::int64_t>(rowGroups_))
+        std::memcpy(groups.data() + i * Layout::kBytes,
+                    row + static_cast<std::size_t>(group) * Layout::kBytes, Layout::kBytes);
+    }
+    Layout::move(groups.data(), within, output, 1);
+  }
+
+  const WipeTask& task_;
+  const RunsOfRow runs_;
+  const std::size_t rowGroups_;
+  std::array<Group, Layout::kPixels> overlays_;  ///< the bits of the pixels from the index on
+};
+
+}  // namespace nkdraw

@@ -7,11 +7,12 @@
 
 namespace bench {
 
-/// Three timecode rows, the format line, two texts of 20 characters.
+/// Three timecode rows, the format line, two texts of 20 characters; the meters, if wanted.
 class Overlay : public CNkOverlay {
  public:
-  explicit Overlay(bool fill) {
+  explicit Overlay(bool fill, bool meters = false) {
     Enabled = 1;
+    AudioEnable = meters ? 1 : 0;
     FillBackground = fill ? 1 : 0;
     TimeCodeLTCEnable = TimeCodeVITCEnable = TimeCodeVsyncEnable = 1;
     SourceFormatEnable = 1;
@@ -37,6 +38,9 @@ inline HZWVIDEO videoOf(const Layout& layout) {
   video.frameScale = 1;
   return video;
 }
+
+/// Eight channels at various levels.
+inline constexpr std::uint32_t kLevels[4] = {0xFFFF0400, 0x80004000, 0x20001000, 0xC0000800};
 
 inline constexpr HZWSYSTEM kSystem = {sizeof kSystem, hzwFileMOV, {}};
 

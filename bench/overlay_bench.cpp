@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // A whole burn-in pass over a 1920x1080 frame: three timecode rows, the format line, two texts of
-// 20 characters. Then single layers: watermark, meters, two rows of 32 characters of captions.
+// 20 characters, with and without meters. Then single layers: watermark, meters, two rows of 32
+// characters of captions.
 #include "burn_in_scene.h"
 
 #include <tests/support/caption_stream.h>
@@ -18,16 +19,16 @@ class CaptionOverlay : public CNkOverlay {
   ~CaptionOverlay() override { ccBurnClose(captionHandle); }
 };
 
-void burnIn(benchmark::State& state, const bench::Layout& layout, bool fill) {
+void burnIn(benchmark::State& state, const bench::Layout& layout, bool fill, bool meters) {
   std::vector<char> pixels(layout.frameBytes, '\x40');
   const HZWVIDEO video = bench::videoOf(layout);
-  bench::Overlay overlay(fill);
+  bench::Overlay overlay(fill, meters);
   overlay.Create(&video, &bench::kSystem);
   QFRAME frame = {};
   frame.frameBuffer = pixels.data();
   bench::measure(state, layout.frameBytes, [&] {
     ++frame.ltcCount;
-    overlay.BurnIn(&frame, nullptr, nullptr, 0);
+    overlay.BurnIn(&frame, bench::kLevels, bench::kLevels, 0);
   });
 }
 
@@ -93,8 +94,8 @@ void burnLayer(benchmark::State& state, const bench::Layout& layout, void (Layer
   overlay.Create(&video, &bench::kSystem);
   QFRAME frame = {};
   frame.frameBuffer = pixels.data();
-  const std::uint32_t levels[4] = {0xFFFF0400, 0x80004000, 0x20001000, 0xC0000800};
-  bench::measure(state, layout.frameBytes, [&] { overlay.BurnIn(&frame, levels, levels, 0); });
+  bench::measure(state, layout.frameBytes,
+                 [&] { overlay.BurnIn(&frame, bench::kLevels, bench::kLevels, 0); });
 }
 
 const int registered = [] {
@@ -102,7 +103,8 @@ const int registered = [] {
     for (const bool fill : {true, false}) {
       const std::string name =
           std::string("BurnIn/") + layout.name + (fill ? "/box" : "/transparent");
-      benchmark::RegisterBenchmark(name.c_str(), burnIn, layout, fill);
+      benchmark::RegisterBenchmark(name.c_str(), burnIn, layout, fill, false);
+      benchmark::RegisterBenchmark((name + "/meters").c_str(), burnIn, layout, fill, true);
     }
     const std::string tail = std::string("/") + layout.name;
     benchmark::RegisterBenchmark(("Watermark256" + tail).c_str(), burnLayer, layout,

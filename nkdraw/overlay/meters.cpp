@@ -4,6 +4,7 @@
 #include <nkdraw/overlay/overlay.h>
 
 #include <nkdraw/draw/draw.h>
+#include <nkdraw/surface/resolver.h>
 #include <nkdraw/surface/truncate.h>
 #include <nkdraw/surface/wrapping.h>
 
@@ -54,17 +55,24 @@ double magnitudeOf(const std::uint32_t* words, std::uint32_t channel) {
   return words == nullptr ? 0.0 : words[channel / 2] >> (channel % 2 * 16) & 0xFFFF;
 }
 
+/// `count` lines from (left, top) down, each `width` pixels and one more, as the surface's Line
+/// draws them. A class of the library's own does not override Line.
+void lines(NKDraw& surface, std::int32_t left, std::int32_t top, int width, int count) {
+  const nkdraw::RunPlotter plotter(surface);
+  for (int line = 0; line < count; ++line) {
+    const std::int32_t y = wrappingAdd(top, line);
+    if (plotter.ownClass())  // Line takes the low 16 bits of a coordinate across it
+      plotter.row(left, static_cast<std::int16_t>(y), static_cast<std::uint32_t>(width) + 1, 1,
+                  true);
+    else
+      surface.Line(left, y, wrappingAdd(left, width), y);
+  }
+}
+
 /// The column of one channel; `top` is the line of its first row.
 struct Column {
   NKDraw& surface;
   std::int32_t left, top;
-
-  void lines(std::int32_t from, int count) const {
-    for (int line = 0; line < count; ++line) {
-      const std::int32_t y = wrappingAdd(from, line);
-      surface.Line(left, y, wrappingAdd(left, kColumnWidth), y);
-    }
-  }
 
   void segment(int row) const {
     const std::int32_t end = wrappingAdd(top, 12 * row + 10);
@@ -72,7 +80,7 @@ struct Column {
     const RowColours& colours = coloursOf(row);
     const Colour& colour = bottom < wrappingAdd(end, -20) ? colours.low : colours.lit;
     surface.SetColorRGBA(colour.red, colour.green, colour.blue, 1.0, true);
-    lines(wrappingAdd(end, -10), 10);
+    lines(surface, left, wrappingAdd(end, -10), kColumnWidth, 10);
   }
 
   void level(double magnitude) const {
@@ -90,7 +98,7 @@ struct Column {
       return;
     const double part = (decibels(magnitude) - kLowest) / kSpan;
     if (part > 0.0)
-      lines(nkdraw::truncateToInt32((200.0 - part * 200.0) + top), 3);
+      lines(surface, left, nkdraw::truncateToInt32((200.0 - part * 200.0) + top), kColumnWidth, 3);
   }
 };
 
@@ -109,10 +117,7 @@ std::uint32_t CNkOverlay::drawAudMeters(const std::uint32_t* levels, const std::
   const std::int32_t top = wrappingAdd(AudioY, 10);
 
   surface->SetColorRGBA(0.0, 0.0, 0.0, 1.0, true);
-  for (std::int32_t line = 0; line < kPanelHeight; ++line) {
-    const std::int32_t y = wrappingAdd(AudioY, line);
-    surface->Line(AudioX, y, wrappingAdd(AudioX, kPanelWidth), y);
-  }
+  lines(*surface, AudioX, AudioY, kPanelWidth, kPanelHeight);
 
   surface->SetColorRGBA(0.9, 0.9, 0.9, 1.0, true);
   std::int32_t y = top;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Boxes of bits, such as text with its background: a row of bits is plotted once, in a separate
-// buffer, and then copied to all of its lines.
+// Boxes of bits, such as text with its background: a row of bits is put together once, in a
+// separate buffer, from pixels that are plotted once, and then copied to all of its lines.
 #pragma once
 
 #include <nkdraw/surface/run_kernels.h>
@@ -10,7 +10,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <numeric>
+#include <span>
 
 namespace nkdraw {
 
@@ -43,6 +45,119 @@ bool isInside(const BitBox& box, const NKPixel& surface) {
          std::uint64_t{surface.Pitch()} * surface.Height() <= 0xFFFFFFFF;
 }
 
+/// Makes each bit `scale` wide: four bits at a time or, if these are wider than a word, two.
+class Magnifier {
+ public:
+  explicit Magnifier(std::uint32_t scale) : scale_(scale), unit_(4 * scale <= kWordBits ? 4 : 2) {
+    const std::uint64_t wide = (std::uint64_t{1} << scale) - 1;
+    for (unsigned bits = 0; bits < 1U << unit_; ++bits) {
+      for (unsigned place = 0; place < unit_; ++place)
+        wide_[bits] |= (bits >> (unit_ - 1 - place) & 1) * wide << (place * scale);
+    }
+  }
+
+  /// Calls `take(bits, count)` for the pixels of a byte, from its highest bit on; the first pixel
+  /// is in the lowest bit.
+  template <class Take>
+  void magnify(std::uint8_t byte, Take take) const {
+    for (unsigned left = 8; left > 0; left -= unit_)
+      take(wide_[byte >> (left - unit_) & ((1U << unit_) - 1)], unit_ * scale_);
+  }
+
+ private:
+  static constexpr unsigned kWordBits = 64;
+
+  unsigned scale_, unit_;
+  std::array<std::uint64_t, 16> wide_{};
+};
+
+/// A row of pixels as bits, the first pixel in the lowest one. Some more pixels at the end are like
+/// the last one.
+class PixelBits {
+ public:
+  PixelBits(std::span<const std::uint8_t> bytes, const Magnifier& magnifier, unsigned skipped) {
+    std::uint64_t pending = 0, *word = words_.data();
+    unsigned pendingCount = skipped;
+    const auto append = [&](std::uint64_t bits, unsigned count) {
+      pending |= bits << pendingCount;
+      pendingCount += count;
+      if (pendingCount < kWordBits)
+        return;
+      *word++ = pending;
+      pendingCount -= kWordBits;
+      pending = pendingCount == 0 ? 0 : bits >> (count - pendingCount);
+    };
+    for (const std::uint8_t byte : bytes)
+      magnifier.magnify(byte, append);
+    append((bytes.back() & 1) != 0 ? ~std::uint64_t{0} >> (kWordBits - kMore) : 0, kMore);
+    *word = pending;
+  }
+
+  /// Calls `take(bits)` for every `count` pixels, until there are `pixels`.
+  template <unsigned count, class Take>
+  void forEach(unsigned pixels, Take take) const {
+    constexpr unsigned kMask = (1U << count) - 1;
+    std::uint64_t bits = 0;
+    for (unsigned first = 0; first < pixels; first += count, bits >>= count) {
+      const unsigned word = first / kWordBits, bit = first % kWordBits;
+      if constexpr (kWordBits % count == 0) {
+        if (bit == 0)
+          bits = words_[word];
+      } else {
+        bits = words_[word] >> bit;
+        if (bit + count > kWordBits)
+          bits |= words_[word + 1] << (kWordBits - bit);
+      }
+      take(static_cast<unsigned>(bits) & kMask);
+    }
+  }
+
+ private:
+  static constexpr unsigned kWordBits = 64, kMore = 12;
+
+  std::array<std::uint64_t, (BitBox::kMostPixels + 2 * kMore) / kWordBits + 1> words_;
+};
+
+/// A few neighbouring pixels from the first of a group on, as the two colours leave them if they
+/// are plotted from left to right: for every pattern of bits, plotted when it is first asked for.
+template <RowPlotter AnyPlotter>
+class Clusters {
+ public:
+  static constexpr unsigned kPixels = AnyPlotter::kGroupPixels > 4 ? AnyPlotter::kGroupPixels : 4;
+  static_assert(kPixels % AnyPlotter::kGroupPixels == 0 && kPixels <= 6);
+  using Bytes =
+      std::array<std::uint8_t, kPixels / AnyPlotter::kGroupPixels * AnyPlotter::kGroupBytes>;
+
+  Clusters(const AnyPlotter& background, const AnyPlotter& foreground)
+      : background_(background), foreground_(foreground) {
+    for (unsigned pattern = 0; kFew && pattern < kPatterns; ++pattern)
+      plot(pattern);
+  }
+
+  [[nodiscard]] const Bytes& of(unsigned pattern) {
+    if (!kFew && (known_ >> pattern & 1) == 0)
+      plot(pattern);
+    return bytes_[pattern];
+  }
+
+ private:
+  void plot(unsigned pattern) {
+    known_ |= std::uint64_t{1} << pattern;
+    bytes_[pattern].fill(0);
+    auto* const canvas = reinterpret_cast<char*>(bytes_[pattern].data());
+    const auto paper = background_.onCanvas(canvas), ink = foreground_.onCanvas(canvas);
+    for (unsigned m = 0; m < kPixels; ++m)
+      ((pattern >> m & 1) != 0 ? ink : paper).put(static_cast<int>(m), 0);
+  }
+
+  static constexpr unsigned kPatterns = 1U << kPixels;
+  static constexpr bool kFew = kPatterns <= 16;
+
+  const AnyPlotter &background_, &foreground_;
+  std::uint64_t known_ = 0;
+  std::array<Bytes, kPatterns> bytes_;
+};
+
 /// Part of a row in a separate buffer, from the group that holds x on.
 template <RowPlotter AnyPlotter>
 class RowAside {
@@ -54,10 +169,6 @@ class RowAside {
   /// Room for the longest row, and for the rest of its first and its last group.
   using Bytes =
       std::array<std::uint8_t, (BitBox::kMostPixels + 2 * kMostGroupPixels) * kMostBytesPerPixel>;
-
-  static auto on(Bytes& bytes, const AnyPlotter& plotter) {
-    return plotter.onCanvas(reinterpret_cast<char*>(bytes.data()));
-  }
 
  public:
   RowAside(int x, std::uint32_t pixels)
@@ -72,28 +183,46 @@ class RowAside {
   void findKept(const AnyPlotter& plotter) {
     for (Bytes* const bytes : {&row_, &kept_}) {
       std::memset(bytes->data(), bytes == &kept_ ? 0xFF : 0, bytes_);
-      plotRow(on(*bytes, plotter), skipped_, 0, pixels_, 1);
+      plotRow(plotter.onCanvas(reinterpret_cast<char*>(bytes->data())), skipped_, 0, pixels_, 1);
     }
-    for (std::size_t i = 0; i < bytes_; ++i)
+    std::uint8_t any = 0;
+    for (std::size_t i = 0; i < bytes_; ++i) {
       kept_[i] ^= row_[i];
+      any |= kept_[i];
+    }
+    opaque_ = any == 0;
   }
 
-  void plot(const AnyPlotter& background, const AnyPlotter& foreground, const std::uint8_t* bits,
-            std::uint32_t count, std::uint32_t scale) {
-    const auto paper = on(row_, background), ink = on(row_, foreground);
-    for (std::uint32_t i = 0; i < count; ++i)
-      plotBits(&paper, ink, bits[i], skipped_ + static_cast<int>(8 * scale * i), 0, scale);
+  void plot(Clusters<AnyPlotter>& clusters, std::span<const std::uint8_t> bits,
+            const Magnifier& magnifier) {
+    const auto skipped = static_cast<unsigned>(skipped_);
+    std::uint8_t* at = row_.data();
+    PixelBits(bits, magnifier, skipped)
+        .template forEach<Clusters<AnyPlotter>::kPixels>(skipped + pixels_, [&](unsigned pattern) {
+          const auto& cluster = clusters.of(pattern);
+          std::memcpy(at, cluster.data(), cluster.size());
+          at += cluster.size();
+        });
+    // The first and the last group may have pixels outside the row.
+    for (std::size_t i = 0; i < AnyPlotter::kGroupBytes; ++i) {
+      row_[i] &= static_cast<std::uint8_t>(~kept_[i]);
+      row_[bytes_ - 1 - i] &= static_cast<std::uint8_t>(~kept_[bytes_ - 1 - i]);
+    }
   }
 
   void layOn(char* row) const {
-    runKernels().merge(reinterpret_cast<std::uint8_t*>(row) + offset_, kept_.data(), row_.data(),
-                       bytes_);
+    if (opaque_)
+      std::memcpy(row + offset_, row_.data(), bytes_);
+    else
+      runKernels().merge(reinterpret_cast<std::uint8_t*>(row) + offset_, kept_.data(), row_.data(),
+                         bytes_);
   }
 
  private:
   int skipped_;  // pixels of the first group
   std::uint32_t pixels_;
   std::size_t bytes_, offset_;
+  bool opaque_ = false;
   Bytes row_, kept_;
 };
 
@@ -110,9 +239,11 @@ bool plotBox(const AnyPlotter& background, const AnyPlotter& foreground, const N
       return false;
     RowAside<AnyPlotter> aside(box.x, box.pixels());
     aside.findKept(background);
+    Clusters<AnyPlotter> clusters(background, foreground);
+    const Magnifier magnifier(box.scale);
     int y = box.bottom;
     for (const BitLines& row : box.rows) {
-      aside.plot(background, foreground, row.bits.data(), box.bytes, box.scale);
+      aside.plot(clusters, std::span(row.bits).first(box.bytes), magnifier);
       for (std::uint32_t line = 0; line < row.lines; ++line, --y)
         aside.layOn(background.rowAt(y));
     }

@@ -55,17 +55,20 @@ double magnitudeOf(const std::uint32_t* words, std::uint32_t channel) {
   return words == nullptr ? 0.0 : words[channel / 2] >> (channel % 2 * 16) & 0xFFFF;
 }
 
+/// Whether Line takes the coordinate across it as it is: it looks at the low 16 bits.
+constexpr bool isNear(std::int32_t y) {
+  return y == static_cast<std::int16_t>(y);
+}
+
 /// `count` lines from (left, top) down, each `width` pixels and one more, as the surface's Line
 /// draws them. A class of the library's own does not override Line.
 void lines(NKDraw& surface, std::int32_t left, std::int32_t top, int width, int count) {
   const nkdraw::RunPlotter plotter(surface);
+  if (plotter.ownClass() && isNear(top) && isNear(wrappingAdd(top, count)))
+    return plotter.block({left, top, static_cast<std::uint32_t>(width) + 1, count}, true);
   for (int line = 0; line < count; ++line) {
     const std::int32_t y = wrappingAdd(top, line);
-    if (plotter.ownClass())  // Line takes the low 16 bits of a coordinate across it
-      plotter.row(left, static_cast<std::int16_t>(y), static_cast<std::uint32_t>(width) + 1, 1,
-                  true);
-    else
-      surface.Line(left, y, wrappingAdd(left, width), y);
+    surface.Line(left, y, wrappingAdd(left, width), y);
   }
 }
 

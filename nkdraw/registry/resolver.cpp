@@ -48,6 +48,10 @@ constexpr RunPlotter::Runs kRunsOf = {
     [](const void* plotter, int x, int y, std::uint32_t count, int step) {
       plotRow(plotterAt<AnyPlotter>(plotter), x, y, count, step);
     },
+    [](const void* plotter, const NKPixel& surface, const PixelBlock& block) {
+      unfolded(plotterAt<AnyPlotter>(plotter),
+               [&](const auto& way) { plotBlock(way, surface, block); });
+    },
     [](const void* plotter, std::span<const Slope> all) {
       plotSlopes(plotterAt<AnyPlotter>(plotter), all);
     },

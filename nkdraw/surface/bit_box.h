@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Boxes of bits, such as text with its background: a row of bits is put together once, in a
-// separate buffer, from pixels that are plotted once, and then copied to all of its lines.
+// Blocks of one colour, and boxes of bits, such as text with its background: a row of bits is put
+// together once, in a separate buffer, from pixels that are plotted once, and then copied to all of
+// its lines.
 #pragma once
 
 #include <nkdraw/surface/run_kernels.h>
@@ -11,7 +12,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <numeric>
 #include <span>
 
 namespace nkdraw {
@@ -30,17 +30,14 @@ concept RowPlotter = requires(const AnyPlotter& plotter, char* canvas) {
   plotter.onCanvas(canvas);
 };
 
-/// Whether the whole box lies on the canvas, and its rows do not overlap.
+/// Whether all of these pixels lie on the canvas, and its rows do not overlap.
 template <RowPlotter AnyPlotter>
-bool isInside(const BitBox& box, const NKPixel& surface) {
-  const auto lines =
-      std::accumulate(box.rows.begin(), box.rows.end(), std::int64_t{0},
-                      [](std::int64_t sum, const BitLines& row) { return sum + row.lines; });
+bool isInside(const PixelBlock& block, const NKPixel& surface) {
   const std::uint64_t groups =
       (std::uint64_t{surface.Width()} + AnyPlotter::kGroupPixels - 1) / AnyPlotter::kGroupPixels;
-  return surface.GetCanvas() != nullptr && box.x >= 0 &&
-         box.x + std::int64_t{box.pixels()} <= surface.Width() &&
-         box.bottom < std::int64_t{surface.Height()} && box.bottom - lines + 1 >= 0 &&
+  return surface.GetCanvas() != nullptr && block.x >= 0 &&
+         block.x + std::int64_t{block.columns} <= surface.Width() && block.top >= 0 &&
+         block.top + block.lines <= surface.Height() &&
          groups * AnyPlotter::kGroupBytes <= surface.Pitch() &&
          std::uint64_t{surface.Pitch()} * surface.Height() <= 0xFFFFFFFF;
 }
@@ -178,9 +175,9 @@ class RowAside {
                AnyPlotter::kGroupPixels * AnyPlotter::kGroupBytes),
         offset_(static_cast<std::size_t>(x / AnyPlotter::kGroupPixels) * AnyPlotter::kGroupBytes) {}
 
-  /// Finds the bits of the row that a plotter leaves alone: those that still differ after it has
-  /// plotted on zeros and on ones.
-  void findKept(const AnyPlotter& plotter) {
+  /// Plots the whole run, and finds the bits of the row that the plotter leaves alone: those that
+  /// still differ after it has plotted on zeros and on ones.
+  void plotRun(const AnyPlotter& plotter) {
     for (Bytes* const bytes : {&row_, &kept_}) {
       std::memset(bytes->data(), bytes == &kept_ ? 0xFF : 0, bytes_);
       plotRow(plotter.onCanvas(reinterpret_cast<char*>(bytes->data())), skipped_, 0, pixels_, 1);
@@ -235,10 +232,10 @@ bool plotBox(const AnyPlotter& background, const AnyPlotter& foreground, const N
       return plotBox(paper, ink, surface, box);
     });
   } else if constexpr (RowPlotter<AnyPlotter>) {
-    if (!isInside<AnyPlotter>(box, surface))
+    if (!isInside<AnyPlotter>(box.pixelBlock(), surface))
       return false;
     RowAside<AnyPlotter> aside(box.x, box.pixels());
-    aside.findKept(background);
+    aside.plotRun(background);
     Clusters<AnyPlotter> clusters(background, foreground);
     const Magnifier magnifier(box.scale);
     int y = box.bottom;
@@ -251,6 +248,22 @@ bool plotBox(const AnyPlotter& background, const AnyPlotter& foreground, const N
   } else {
     return false;
   }
+}
+
+/// Plots the same run on several lines.
+template <class AnyPlotter>
+void plotBlock(const AnyPlotter& plotter, const NKPixel& surface, const PixelBlock& block) {
+  if constexpr (RowPlotter<AnyPlotter>) {
+    if (block.columns <= BitBox::kMostPixels && isInside<AnyPlotter>(block, surface)) {
+      RowAside<AnyPlotter> aside(block.x, block.columns);
+      aside.plotRun(plotter);
+      for (std::int64_t line = 0; line < block.lines; ++line)
+        aside.layOn(plotter.rowAt(static_cast<int>(block.top + line)));
+      return;
+    }
+  }
+  for (std::int64_t line = 0; line < block.lines; ++line)
+    plotRow(plotter, block.x, wrappingAdd(0, block.top + line), block.columns, 1);
 }
 
 }  // namespace nkdraw

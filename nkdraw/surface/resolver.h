@@ -31,6 +31,14 @@ struct Slope {
   }
 };
 
+/// `lines` runs of `columns` pixels, one below the other.
+struct PixelBlock {
+  int x;
+  std::int64_t top;  ///< of the first run; rows wrap like coordinates
+  std::uint32_t columns;
+  std::int64_t lines;
+};
+
 /// Bits in up to kMostBytes bytes side by side, the highest bit first, on several lines.
 struct BitLines {
   static constexpr std::size_t kMostBytes = 48;
@@ -48,6 +56,12 @@ struct BitBox {
   std::uint32_t scale;
 
   [[nodiscard]] std::uint32_t pixels() const { return bytes * 8 * scale; }
+  [[nodiscard]] PixelBlock pixelBlock() const {
+    std::int64_t lines = 0;
+    for (const BitLines& row : rows)
+      lines += row.lines;
+    return {x, bottom - lines + 1, pixels(), lines};
+  }
 };
 
 /// Plots runs of pixels on one surface, whose class it checks once. The result is the same as
@@ -77,6 +91,11 @@ class RunPlotter {
       row(x, y, 1, 1, foreground);
   }
 
+  /// Plots a block from its first run down.
+  void block(const PixelBlock& block, bool foreground) const {
+    runs_->block(plotters_[foreground ? 1 : 0].data(), surface_, block);
+  }
+
   void slope(const Slope& positions, bool foreground) const { slopes({&positions, 1}, foreground); }
 
   /// Plots one slope after the other.
@@ -100,6 +119,7 @@ class RunPlotter {
   /// How a kind of plotter plots, given by its address.
   struct Runs {
     void (*row)(const void* plotter, int x, int y, std::uint32_t count, int step);
+    void (*block)(const void* plotter, const NKPixel& surface, const PixelBlock& block);
     void (*slopes)(const void* plotter, std::span<const Slope> all);
     void (*bits)(const void* background, const void* foreground, unsigned bits, int x, int y,
                  std::uint32_t scale);

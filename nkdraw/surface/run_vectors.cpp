@@ -79,13 +79,20 @@ void setBits(std::uint8_t* at, const MaskedGroup& group, std::size_t groups) {
   kPlainRuns.setBits(at, group, groups);
 }
 
+/// The last vector may repeat bytes of the one before. It is made first: loading what has just been
+/// stored in part is slow.
 void merge(std::uint8_t* at, const std::uint8_t* kept, const std::uint8_t* row, std::size_t bytes) {
-  std::size_t i = 0;
-  for (; i + kSize <= bytes; i += kSize) {
+  if (bytes < kSize)
+    return kPlainRuns.merge(at, kept, row, bytes);
+  const auto mergedAt = [&](std::size_t i) {
     const auto old = hn::And(hn::LoadU(kBytes, at + i), hn::LoadU(kBytes, kept + i));
-    hn::StoreU(hn::Or(old, hn::LoadU(kBytes, row + i)), kBytes, at + i);
-  }
-  kPlainRuns.merge(at + i, kept + i, row + i, bytes - i);
+    return hn::Or(old, hn::LoadU(kBytes, row + i));
+  };
+  const std::size_t last = bytes - kSize;
+  const auto end = mergedAt(last);
+  for (std::size_t i = 0; i < last; i += kSize)
+    hn::StoreU(mergedAt(i), kBytes, at + i);
+  hn::StoreU(end, kBytes, at + last);
 }
 
 using Doubles = hn::CappedTag<double, 4>;

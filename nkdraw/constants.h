@@ -178,4 +178,14 @@ enum NKTimecodeRow {
   NKRowClock = 16,  ///< the wall clock
 };
 
+/// The layers of an overlay, from bottom to top.
+enum NKLayer {
+  NKLayerTimecode = 0,      ///< the timecode rows, the wall clock among them
+  NKLayerWatermark = 1,     ///< the watermark
+  NKLayerSourceFormat = 2,  ///< the line that names the source format
+  NKLayerCustomText = 3,    ///< the ten texts
+  NKLayerAudio = 4,         ///< audio meters
+  NKLayerCaptions = 5,      ///< closed captions
+};
+
 #endif

@@ -22,6 +22,12 @@ NKDRAW_API void freeSamples(std::uint8_t* samples);
 }  // namespace nkdraw
 /// @endcond
 
+/// A part of a frame that a layer of an overlay may touch.
+struct NKTouchedRect {
+  std::uint32_t layer;  ///< an NKLayer
+  tagRECT rect;         ///< in pixels; right and bottom lie outside
+};
+
 /// Burns timecode, wall clock, source format, custom texts, meters, watermark and captions into the
 /// frames of one stream, in the frame's own layout.
 ///
@@ -59,6 +65,20 @@ class NKDRAW_API CNkOverlay {
   /// before Create, or when no surface draws in the frame's layout.
   virtual std::uint32_t BurnIn(QFRAME* frame, const std::uint32_t* levels,
                                const std::uint32_t* peaks, std::uint32_t timecodeOffset);
+
+  /// The rectangles of the frame that BurnIn of this frame may touch, with these settings: its
+  /// result outside them is the frame as it was. They lie inside the frame, in drawing order: one
+  /// for each timecode row, text and other layer that shows something, at most kMostTouchedRects.
+  /// Writes the first `capacity` of them to `rects`, and returns how many there are; none when
+  /// BurnIn would draw nothing. Where pixels share chroma, all of a pair counts as touched. A text,
+  /// meter panel or watermark that leaves the frame at a side, captions, and text in another font
+  /// than the built-in one, may touch the whole frame. In 24-bit RGB, where backgrounds are filled
+  /// with four bytes a pixel, what lies at the right may also touch what is behind the frame. Of
+  /// the frame only the timecodes are read. A watermark counts once Create has read it.
+  std::uint32_t TouchedRects(const QFRAME* frame, std::uint32_t timecodeOffset,
+                             NKTouchedRect* rects, std::uint32_t capacity) const;
+  /// The number of rectangles that TouchedRects has room for everything in.
+  static constexpr std::uint32_t kMostTouchedRects = 17;
 
   /// Sets (NKCommandSet) or reports (NKCommandReport, NKCommandReportToo) the settings of one
   /// group, an NKGroup; other kinds and groups do nothing. A set takes the fields that `validMask`
@@ -107,6 +127,7 @@ class NKDRAW_API CNkOverlay {
   struct NKDRAW_HIDDEN Access;
   struct NKDRAW_HIDDEN Commands;
   struct NKDRAW_HIDDEN Settings;
+  struct NKDRAW_HIDDEN Texts;
   /// @endcond
 
   /// Reads the picture at `watermarkPath` and converts it for frames of `frameLayout`: 0 (32-bit

@@ -7,6 +7,7 @@
 #include <nkdraw/surface/wrapping.h>
 #include <nkdraw/text/font_data.h>
 #include <nkdraw/text/label_glyphs.h>
+#include <nkdraw/text/text_extent.h>
 #include <nkdraw/text/text_paths.h>
 
 #include <algorithm>
@@ -18,18 +19,8 @@
 
 namespace {
 
-constexpr std::uint32_t kLargestMagnification = 20;
-
-using nkdraw::magnitude;
 using nkdraw::wrappingAdd;
 using nkdraw::wrappingSubtract;
-
-std::uint32_t magnificationFor(const tagRECT& rect) {
-  if (rect.bottom == 0 || rect.top < 0)
-    return 1;
-  const std::uint32_t height = magnitude(wrappingSubtract(rect.bottom, rect.top));
-  return std::clamp(height / nkdraw::kGlyphHeight, 1U, kLargestMagnification);
-}
 
 void centre(tagRECT& rect, std::uint32_t length, std::uint32_t magnification) {
   const std::uint32_t line = nkdraw::kGlyphHeight * magnification;
@@ -140,15 +131,13 @@ bool fontKindIs(const char (&kind)[4]) {
 
 void drawGlyphs(NKDraw& surface, const char* text, std::int32_t count, tagRECT& rect,
                 std::uint32_t format, bool transparent) {
-  const std::uint32_t magnification = magnificationFor(rect);
+  const std::uint32_t magnification = nkdraw::textMagnification(rect);
   const auto length = static_cast<std::uint32_t>(std::strlen(text));
   const auto counted = static_cast<std::uint32_t>(count);
   align(rect, format, length, counted, magnification);
   GlyphStamp(surface, magnification, transparent).stamp(text, rect.left, rect.bottom);
-  if ((format & DT_CALCRECT) != 0) {
-    rect.right = wrappingAdd(rect.left, counted * magnification * nkdraw::kGlyphWidth);
-    rect.bottom = wrappingAdd(rect.top, nkdraw::kGlyphHeight * magnification);
-  }
+  if ((format & DT_CALCRECT) != 0)
+    nkdraw::setTextBox(rect, counted, magnification);
 }
 
 }  // namespace

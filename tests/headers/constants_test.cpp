@@ -170,6 +170,12 @@ TEST(Constants, RowsOfTimecode) {
       {"NKRowLtc", NKRowLtc, 1},
       {"NKRowVitc", NKRowVitc, 2},
       {"NKRowClock", NKRowClock, 16},
+      {"NKLayerTimecode", NKLayerTimecode, 0},
+      {"NKLayerWatermark", NKLayerWatermark, 1},
+      {"NKLayerSourceFormat", NKLayerSourceFormat, 2},
+      {"NKLayerCustomText", NKLayerCustomText, 3},
+      {"NKLayerAudio", NKLayerAudio, 4},
+      {"NKLayerCaptions", NKLayerCaptions, 5},
   });
 }
 

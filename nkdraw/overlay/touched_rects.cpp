@@ -6,6 +6,7 @@
 #include <nkdraw/draw/draw.h>
 #include <nkdraw/overlay/texts.h>
 #include <nkdraw/surface/bitmap_info.h>
+#include <nkdraw/surface/byte_order.h>
 #include <nkdraw/surface/layout_facts.h>
 #include <nkdraw/text/font_data.h>
 #include <nkdraw/text/text_extent.h>
@@ -23,10 +24,6 @@ struct Extent {
 
 /// The panel of the meters, and the mark of the faintest peak below it.
 constexpr std::int64_t kPanelWidth = 281, kPanelHeight = 212;
-
-constexpr bool isThreeByteRgb(pixelType type) {
-  return type == ptRGB24 || type == ptBGR24;
-}
 
 bool usesBuiltInFont() {
   const char* const kind = nkdraw::fontData.fontKind;
@@ -52,7 +49,7 @@ class Collector {
     const nkdraw::LayoutFacts* const facts = nkdraw::findFacts(type);
     if (facts != nullptr && nkdraw::isYCbCr(type) && facts->groupPixels > 1)
       columns_ = 2;  // of a pair, which shares its chroma
-    fillsWide_ = isThreeByteRgb(type);
+    fillsWide_ = nkdraw::isThreeByteType(type);
   }
 
   void addFrame(NKLayer layer) { addInside(layer, {0, 0, width_, height_}); }
@@ -123,7 +120,7 @@ std::uint32_t CNkOverlay::TouchedRects(const QFRAME* frame, std::uint32_t timeco
       (watermark10 != nullptr || watermark8 != nullptr || watermarkRGBA != nullptr)) {
     const Extent extent = {WatermarkX, WatermarkY, std::int64_t{WatermarkX} + watermarkWidth,
                            std::int64_t{WatermarkY} + watermarkHeight};
-    if (isThreeByteRgb(type))
+    if (nkdraw::isThreeByteType(type))
       touched.addFrame(NKLayerWatermark);
     else
       touched.add(NKLayerWatermark, extent);

@@ -47,6 +47,10 @@ class DamageList {
   /// The file ends too early; only for runs that go on.
   void noteEnd(const std::string& why) { end_ = why; }
 
+  [[nodiscard]] bool isEmpty() const {
+    return frameCount_ == 0 && packetCount_ == 0 && end_.empty();
+  }
+
   /// Lists them on standard error, one a line. Returns whether there are any.
   [[nodiscard]] bool report() const;
   /// "in.mov (3 frames)"

@@ -57,6 +57,11 @@ void checkIsFile(const std::string& path) {
     throw Failure(ExitCode::kInput, "the input is a folder", path, "name a media file");
 }
 
+bool isRegularFile(const std::string& path) {
+  struct stat facts = {};
+  return path != "-" && stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode);
+}
+
 bool isCover(const AVStream& stream) {
   return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
 }
@@ -117,6 +122,8 @@ void MediaInput::open(const AVInputFormat* demuxer, Options& options) {
   if (context == nullptr)
     throw std::bad_alloc();
   context->interrupt_callback.callback = stopWhenInterrupted;
+  if (sparse_)
+    context->pb = sparse_->context();
   const std::string url = pictures_ ? sequenceUrl(path_) : inputUrl(path_);
   if (const int error = avformat_open_input(&context, url.c_str(), demuxer, options.get());
       error < 0) {
@@ -149,11 +156,13 @@ void MediaInput::describePictures() {
     av_dict_set(&video().metadata, "timecode", header_.timecode->c_str(), 0);
 }
 
-MediaInput::MediaInput(const std::string& path, const InputShape& shape)
+MediaInput::MediaInput(const std::string& path, const InputShape& shape, Reading reading)
     : path_(path), shape_(shape) {
   const bool isSequence = shape.format.empty() && shape.layout.empty() && isSequenceName(path);
   if (!isSequence)
     checkIsFile(path);
+  if (reading == Reading::kSparse && !isSequence && isRegularFile(path))
+    sparse_ = std::make_unique<SparseFile>(path);
   Options options;
   const AVInputFormat* const demuxer =
       isSequence ? findPictures(options) : demuxerFor(shape, path, options);
@@ -296,12 +305,19 @@ bool MediaInput::lacksPackets(std::int64_t from, std::int64_t to) const {
 }
 
 /// FFmpeg's error, or what it returns otherwise.
+int MediaInput::readFrame(AVPacket& packet) {
+  if (sparse_)
+    sparse_->beginPacket();
+  return av_read_frame(file_.get(), &packet);
+}
+
+/// The same.
 int MediaInput::readJoined(AVPacket& packet) {
-  int error = av_read_frame(file_.get(), &packet);
+  int error = readFrame(packet);
   const auto isWanted = [&] { return !only_ || packet.stream_index == *only_; };
   while (error >= 0 && (!joined_->join(packet) || !isWanted())) {
     av_packet_unref(&packet);
-    error = av_read_frame(file_.get(), &packet);
+    error = readFrame(packet);
   }
   return error;
 }

@@ -10,10 +10,12 @@
 #include "media/joined_times.h"
 #include "media/libav.h"
 #include "media/promised_end.h"
+#include "media/sparse_file.h"
 #include "media/video_start.h"
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,10 +29,15 @@ struct StartPoint {
   std::int64_t skipped = 0;  ///< packets of the video that are left out from there on
 };
 
+/// Whether FFmpeg reads all of a file itself, or by a SparseFile.
+enum class Reading { kWhole, kSparse };
+
 class MediaInput {
  public:
-  /// Opens the file, pipe or image sequence and finds its video stream. Throws Failure.
-  explicit MediaInput(const std::string& path, const InputShape& shape = {});
+  /// Opens the file, pipe or image sequence and finds its video stream; the last two are always
+  /// read whole. Throws Failure.
+  explicit MediaInput(const std::string& path, const InputShape& shape = {},
+                      Reading reading = Reading::kWhole);
 
   /// The same file, opened once more.
   [[nodiscard]] MediaInput again() const;
@@ -38,6 +45,8 @@ class MediaInput {
   [[nodiscard]] const std::string& path() const { return path_; }
   /// The pictures of an image sequence; none for all else.
   [[nodiscard]] const std::optional<PictureRun>& pictures() const { return pictures_; }
+  /// The file by which FFmpeg reads; null if it reads it itself.
+  [[nodiscard]] SparseFile* sparse() { return sparse_.get(); }
   /// What is known of damaged frames; whoever reads frames notes them here.
   [[nodiscard]] DamageList& damage() { return damage_; }
   [[nodiscard]] AVFormatContext& file() { return *file_; }
@@ -88,6 +97,7 @@ class MediaInput {
 
  private:
   bool readNext(AVPacket& packet);
+  [[nodiscard]] int readFrame(AVPacket& packet);
   [[nodiscard]] int readJoined(AVPacket& packet);
   void noteVideo(const AVPacket& packet);
   int readPicture(AVPacket& packet);
@@ -100,6 +110,7 @@ class MediaInput {
   std::string path_;
   DamageList damage_{path_};
   InputShape shape_;
+  std::unique_ptr<SparseFile> sparse_;
   InputContext file_;
   int videoIndex_ = -1;
   unsigned known_ = 0;                   // streams when it was opened

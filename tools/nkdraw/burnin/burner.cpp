@@ -27,6 +27,11 @@ Captions Burner::captionsAt(std::int64_t index, Captions own) {
   return job_.captions->at(index);
 }
 
+/// Whether the frame gets the mark of damaged ones.
+bool Burner::isDamaged(std::int64_t index) const {
+  return job_.plan.request.markDamage && job_.damage != nullptr && job_.damage->contains(index);
+}
+
 void Burner::burn(std::uint8_t* canvas, std::int64_t index, Captions captions) {
   FrameExtras extras;
   if (job_.plan.request.captions)
@@ -36,9 +41,12 @@ void Burner::burn(std::uint8_t* canvas, std::int64_t index, Captions captions) {
     extras.levels = meters_->levels();
     extras.peaks = meters_->peaks();
   }
-  extras.damaged =
-      job_.plan.request.markDamage && job_.damage != nullptr && job_.damage->contains(index);
+  extras.damaged = isDamaged(index);
   session_.burn(canvas, index, extras);
+}
+
+std::span<const tagRECT> Burner::touched(std::int64_t index) {
+  return session_.touched(index, isDamaged(index));
 }
 
 void Burner::pass(std::int64_t index, Captions captions) {

@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace nkdraw::tool {
@@ -24,12 +25,15 @@ class Burner {
   /// Draws on the canvas of the frame `index` frames after the clip's first; `captions` are the
   /// clip's own.
   void burn(std::uint8_t* canvas, std::int64_t index, Captions captions);
+  /// The parts of that frame that burn() may touch, all but captions: valid until the next call.
+  [[nodiscard]] std::span<const tagRECT> touched(std::int64_t index);
   /// Processes the captions of a frame that is not drawn on.
   void pass(std::int64_t index, Captions captions);
   /// Call after the last frame: tells the user if captions were requested and there were none.
   void finish(const std::string& path) const;
 
  private:
+  [[nodiscard]] bool isDamaged(std::int64_t index) const;
   [[nodiscard]] Captions captionsAt(std::int64_t index, Captions own);
 
   const Job& job_;

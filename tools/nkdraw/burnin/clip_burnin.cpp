@@ -5,6 +5,7 @@
 #include "burnin/clip_description.h"
 #include "burnin/clip_frames.h"
 #include "burnin/clip_output.h"
+#include "burnin/clip_patch.h"
 #include "burnin/clip_plan.h"
 #include "burnin/range_check.h"
 #include "burnin/sequence_burnin.h"
@@ -172,11 +173,8 @@ void checkOutputNames(const BurninOptions& options) {
   }
 }
 
-}  // namespace
-
-void burnClip(const BurninOptions& options) {
-  checkOutputNames(options);
-  MediaInput input(*options.input, options.inputShape);
+/// Returns false if the file was to be patched and can't be.
+bool burnFrom(MediaInput& input, const BurninOptions& options) {
   input.damage().setAction(options.onDamage);
   const ClipPlan plan = planClip(input, options);
   const bool sequence = !options.still && writesSequence(options.output());
@@ -188,7 +186,9 @@ void burnClip(const BurninOptions& options) {
   }
   input.damage().setTimecode(plan.job.timecode);
   if (!announce(options, [&](Description& to) { describe(to, input, plan); }))
-    return;
+    return true;
+  if (canPatch(input, plan, options))
+    return writePatched(input, plan, options);
   if (options.still)
     writeClipStill(input, plan, options);
   else if (sequence)
@@ -202,6 +202,18 @@ void burnClip(const BurninOptions& options) {
   if (!options.verbose)
     reportStreams(input, plan);
   reportDamage({&input.damage()});
+  return true;
+}
+
+}  // namespace
+
+void burnClip(const BurninOptions& options) {
+  checkOutputNames(options);
+  MediaInput sparse(*options.input, options.inputShape, Reading::kSparse);
+  if (burnFrom(sparse, options))
+    return;
+  MediaInput whole(*options.input, options.inputShape);
+  burnFrom(whole, options);
 }
 
 }  // namespace nkdraw::tool

@@ -63,7 +63,7 @@ HZWSYSTEM systemOf(const FrameKind& frames) {
 
 OverlaySession::OverlaySession(const OverlayPlan& plan, const FrameKind& frames,
                                const TimecodeStart& timecode, const Layout& canvas)
-    : plan_(plan), width_(frames.width), timecode_(timecode) {
+    : plan_(plan), width_(frames.width), height_(frames.height), timecode_(timecode) {
   place(plan);
   const HZWVIDEO header = headerOf(canvas, frames, plan.request.watermark.has_value());
   const HZWSYSTEM host = systemOf(frames);
@@ -153,19 +153,16 @@ void OverlaySession::placeLayers(const OverlayRequest& request) {
     CaptionsEnable = request.captions->boxes ? kWithBoxes : kCharactersAlone;
 }
 
-void OverlaySession::burn(std::uint8_t* canvas, std::int64_t index, const FrameExtras& extras) {
+QFRAME OverlaySession::recordOf(std::int64_t index) const {
   QFRAME frame = {};
   frame.ltcCount = static_cast<std::uint32_t>(timecode_.frame + index);
   frame.vitcCount = frame.ltcCount;
-  frame.frameBuffer = reinterpret_cast<char*>(canvas);
-  frame.captionData = extras.captions.data();
-  frame.captionBytes = static_cast<std::uint32_t>(extras.captions.size());
-  BurnIn(&frame, extras.levels, extras.peaks, 0);
-  drawOwnTexts(index, extras.damaged);
+  return frame;
 }
 
-/// In the overlay's look: the surface still has its canvas and the colours of its texts.
-void OverlaySession::drawOwnTexts(std::int64_t index, bool damaged) {
+/// Calls `take(text, place)` for the texts that the overlay does not draw.
+template <class Take>
+void OverlaySession::eachOwnText(std::int64_t index, bool damaged, Take take) const {
   constexpr int kCellHeight = static_cast<int>(kGlyphHeight);
   for (const TextBox& box : plan_.boxes) {
     const bool isMark = box.content == TextContent::kDamage;
@@ -174,10 +171,39 @@ void OverlaySession::drawOwnTexts(std::int64_t index, bool damaged) {
     const std::string text = box.content == TextContent::kFixed || isMark
                                  ? box.text
                                  : rowText(box.content, timecode_, plan_, index);
-    tagRECT place = {box.at.x, box.at.y, width_,
-                     box.at.y + kCellHeight * static_cast<int>(box.magnification)};
-    surface->DrawText(text.c_str(), static_cast<std::int32_t>(text.size()), &place, DT_CALCRECT);
+    take(text, tagRECT{box.at.x, box.at.y, width_,
+                       box.at.y + kCellHeight * static_cast<int>(box.magnification)});
   }
+}
+
+void OverlaySession::burn(std::uint8_t* canvas, std::int64_t index, const FrameExtras& extras) {
+  QFRAME frame = recordOf(index);
+  frame.frameBuffer = reinterpret_cast<char*>(canvas);
+  frame.captionData = extras.captions.data();
+  frame.captionBytes = static_cast<std::uint32_t>(extras.captions.size());
+  BurnIn(&frame, extras.levels, extras.peaks, 0);
+  // In the overlay's look: the surface still has its canvas and the colours of its texts.
+  eachOwnText(index, extras.damaged, [&](const std::string& text, tagRECT place) {
+    surface->DrawText(text.c_str(), static_cast<std::int32_t>(text.size()), &place, DT_CALCRECT);
+  });
+}
+
+std::span<const tagRECT> OverlaySession::touched(std::int64_t index, bool damaged) {
+  const QFRAME frame = recordOf(index);
+  NKTouchedRect rects[kMostTouchedRects];
+  const std::uint32_t count = TouchedRects(&frame, 0, rects, kMostTouchedRects);
+  touched_.clear();
+  for (const NKTouchedRect& each : std::span(rects, count))
+    touched_.push_back(each.rect);
+  eachOwnText(index, damaged, [&](const std::string& text, const tagRECT& place) {
+    const auto length = static_cast<int>(text.size());
+    const int cellWidth =
+        (place.bottom - place.top) / static_cast<int>(kGlyphHeight) * static_cast<int>(kGlyphWidth);
+    // Cells are one line higher than their box.
+    touched_.push_back({place.left, place.top, std::min(width_, place.left + cellWidth * length),
+                        std::min(height_, place.bottom + 1)});
+  });
+  return touched_;
 }
 
 void OverlaySession::pass(Captions captions) {

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace nkdraw::tool {
 
@@ -37,6 +38,8 @@ class OverlaySession : private CNkOverlay {
 
   /// Draws on a packed frame in the canvas layout, `index` frames after the first.
   void burn(std::uint8_t* canvas, std::int64_t index, const FrameExtras& extras);
+  /// The parts of that frame that burn() may touch, all but captions: valid until the next call.
+  [[nodiscard]] std::span<const tagRECT> touched(std::int64_t index, bool damaged);
   /// Processes the captions of a frame that is not drawn on.
   void pass(Captions captions);
 
@@ -44,13 +47,17 @@ class OverlaySession : private CNkOverlay {
   void place(const OverlayPlan& plan);
   void placeTexts();
   [[nodiscard]] bool draws(const std::string& what) const;
-  void drawOwnTexts(std::int64_t index, bool damaged);
+  [[nodiscard]] QFRAME recordOf(std::int64_t index) const;
+  template <class Take>
+  void eachOwnText(std::int64_t index, bool damaged, Take take) const;
   void placeLayers(const OverlayRequest& request);
   void openCaptions(const HZWVIDEO& header, const CaptionRequest& request);
 
   OverlayPlan plan_;
   int width_;  // of the frame
+  int height_;
   TimecodeStart timecode_;
+  std::vector<tagRECT> touched_;
 };
 
 }  // namespace nkdraw::tool

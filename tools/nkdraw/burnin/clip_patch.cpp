@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: BSD-2-Clause
+#include "burnin/clip_patch.h"
+
+#include "burnin/clip_frames.h"
+#include "burnin/patched_frames.h"
+#include "burnin/range_check.h"
+#include "cli/progress.h"
+#include "cli/run_options.h"
+#include "media/failure.h"
+#include "media/output_file.h"
+#include "media/packet_watch.h"
+#include "media/pipe_name.h"
+#include "media/stream_facts.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include <fcntl.h>
+#include <strings.h>
+#include <unistd.h>
+
+namespace nkdraw::tool {
+namespace {
+
+/// The temporary file of an output, open for reading and writing.
+class OpenFile {
+ public:
+  explicit OpenFile(const OutputFile& file)
+      : descriptor_(open(file.temporary().c_str(), O_RDWR | O_CLOEXEC)) {
+    if (descriptor_ < 0)
+      throw Failure(ExitCode::kOutput, "cannot write the output", file.path(),
+                    std::string(std::strerror(errno)) + "; check its folder");
+  }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  ~OpenFile() { close(descriptor_); }
+
+  [[nodiscard]] int descriptor() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+bool isSameSuffix(const std::string& a, const std::string& b) {
+  const auto suffixOf = [](const std::string& name) {
+    return std::filesystem::path(name).extension().string();
+  };
+  return strcasecmp(suffixOf(a).c_str(), suffixOf(b).c_str()) == 0;
+}
+
+bool staysAsItIs(const StreamPlan& stream) {
+  return stream.action != StreamAction::kConvert && stream.action != StreamAction::kLeaveOut &&
+         stream.reason.empty();
+}
+
+/// Finds damage in the streams that are not drawn on.
+class Watches {
+ public:
+  explicit Watches(MediaInput& input) {
+    for (unsigned i = 0; i < input.file().nb_streams; ++i)
+      watches_.push_back(std::make_unique<PacketWatch>(input, *input.file().streams[i], true));
+  }
+  void check(const AVPacket& packet) {
+    if (const auto i = static_cast<std::size_t>(packet.stream_index); i < watches_.size())
+      watches_[i]->check(packet);
+  }
+
+ private:
+  std::vector<std::unique_ptr<PacketWatch>> watches_;
+};
+
+void patch(MediaInput& input, const Job& job, const OpenFile& to, const BurninOptions& options) {
+  Watches watches(input);
+  PatchedFrames frames(input, job, to.descriptor(), options.output().path);
+  Progress progress(expectedFrames(input, job.range), options.progressForm());
+  RangeRead read;
+  const OtherPackets others = {[&](AVPacket& packet) { watches.check(packet); },
+                               [] { return true; }};
+  read.continues = burnRange(input, job, frames, others, [&](AVPacket&, std::int64_t index) {
+    read.note(index);
+    progress.advance();
+  });
+  checkRead(read, input, job.range);
+  frames.finish();
+}
+
+}  // namespace
+
+bool canPatch(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
+  if (plan.outputs.size() != 1 || options.still || input.sparse() == nullptr)
+    return false;
+  const OutputPlan& output = plan.output();
+  const OutputRequest& request = output.request;
+  const bool sameFile = output.inPlace && !request.format && !isPipedOutput(request.path) &&
+                        isSameKind(*input.file().iformat, *output.format) &&
+                        isSameSuffix(input.path(), request.path) &&
+                        muxerOptions(request, *output.format).empty();
+  const bool sameContents = plan.job.range.isWhole() && input.start().undecodable == 0 &&
+                            !input.timesJumped() && !options.startTimecode &&
+                            (!plan.timecodeTag || !plan.timecodeTag->empty()) &&
+                            std::ranges::all_of(output.streams, staysAsItIs);
+  // Captions may lie anywhere in the frame.
+  return sameFile && sameContents && !plan.job.plan.request.captions;
+}
+
+bool writePatched(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
+  OutputFile file(options.output().path, options.overwrite);
+  const OpenFile opened(file);
+  try {
+    patch(input, plan.job, opened, options);
+  } catch (const CanNotPatch&) {
+    return false;
+  }
+  if (!input.damage().isEmpty())
+    return false;
+  file.commit();
+  return true;
+}
+
+}  // namespace nkdraw::tool

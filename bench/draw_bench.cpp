@@ -24,14 +24,27 @@ bench::Surface makeForeign(const bench::Layout& layout, char* canvas) {
   return bench::Surface(surface);
 }
 
+constexpr const char* kText = "01:23:45:12 0123456789 ABCDEFGHIJKLMNOP";
+
 void text(NKDraw& surface) {
   tagRECT rect = {24, 600, bench::kWidth, 630};
-  surface.DrawText("01:23:45:12 0123456789 ABCDEFGHIJKLMNOP", 40, &rect, DT_CALCRECT);
+  surface.DrawText(kText, 40, &rect, DT_CALCRECT);
 }
 
 void textWithBox(NKDraw& surface) {
   surface.SetTextTransparent(false);
   text(surface);
+}
+
+/// As large as the text.
+void label(NKDraw& surface) {
+  surface.LabelFont(0U, 3);
+  surface.Label(24, 600, kText, false, false);
+}
+
+void labelWithBox(NKDraw& surface) {
+  surface.LabelFont(0U, 3);
+  surface.Label(24, 600, kText, false, true);
 }
 
 void flatLine(NKDraw& surface) {
@@ -53,8 +66,9 @@ struct Primitive {
 };
 
 constexpr Primitive kPrimitives[] = {
-    {"DrawText", text},           {"DrawTextBox", textWithBox}, {"LineFlat", flatLine},
-    {"LineSloping", slopingLine}, {"LineSteep", steepLine},     {"Dash", dashedLine},
+    {"DrawText", text},         {"DrawTextBox", textWithBox}, {"Label", label},
+    {"LabelBox", labelWithBox}, {"LineFlat", flatLine},       {"LineSloping", slopingLine},
+    {"LineSteep", steepLine},   {"Dash", dashedLine},
 };
 
 void primitive(benchmark::State& state, const bench::Layout& layout, const Primitive& shape,

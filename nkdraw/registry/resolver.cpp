@@ -123,6 +123,7 @@ const Entry* entryOf(const NKPixel& surface) {
 RunPlotter::RunPlotter(NKPixel& surface) : surface_(surface) {
   const Entry* const entry = entryOf(surface);
   ownClass_ = entry != nullptr;
+  plotsAsPixel_ = ownClass_ && entry->runs == &kRunsOf<Plotter<NKPixel>>;
   if (ownClass_) {
     entry->construct(surface, plotters_);
     runs_ = entry->runs;

@@ -77,6 +77,9 @@ class RunPlotter {
   /// operation, so whatever an operation would call may be plotted here instead.
   [[nodiscard]] bool ownClass() const { return ownClass_; }
 
+  /// Whether it is one of these and plots as NKPixel does.
+  [[nodiscard]] bool plotsAsPixel() const { return plotsAsPixel_; }
+
   /// Plots `count` pixels of a row from (x, y) on, to the right if `step` is 1 and to the left if
   /// it is -1. None for a count of 0.
   void row(int x, int y, std::uint32_t count, int step, bool foreground) const {
@@ -133,7 +136,7 @@ class RunPlotter {
   alignas(std::max_align_t) std::array<Storage, 2> plotters_;  // background, foreground
   const NKPixel& surface_;
   const Runs* runs_;
-  bool ownClass_;
+  bool ownClass_, plotsAsPixel_;
 };
 
 }  // namespace nkdraw

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
-// Text with its background on every layout, at each position within a group of pixels, at every
-// magnification, inside the canvas, at its edges and across them. The result must equal the plain
-// reference.
+// Text with its background, and magnified labels, on every layout, at each position within a group
+// of pixels, at every magnification, inside the canvas, at its edges and across them. The result
+// must equal the plain reference.
 #include <tests/support/model.h>
 #include <tests/support/reference_draw.h>
 #include <tests/support/surfaces.h>
@@ -100,6 +100,31 @@ class BoxedText : public testing::TestWithParam<pixelType> {
         << surface_->Pitch();
   }
 
+  /// A magnified label, whose strokes may run one column over its right edge.
+  void expectSameLabel(const Canvas& canvas, const Writing& writing) {
+    surface_->SetCanvas(frame_.canvas(), canvas.height, canvas.width, canvas.pitch);
+    surface_->LabelFont(0U, writing.magnification);
+    const bool invert = random_.flag(), fill = random_.between(0, 3) != 0;
+    const int top = writing.bottom - 10 * writing.magnification;
+    ReferenceDraw reference(GetParam());
+    reference.label(writing.left, top, writing.text.c_str(), invert, fill, writing.magnification);
+    if (top < 0 && (!takesRowsAbove(GetParam()) || fillsRows(GetParam())))
+      return;
+    Model model;
+    model.take(*surface_, wanted_.data());
+    for (const Step& step : reference.steps) {
+      if (step.kind == Step::Kind::kFill)
+        model.fillRow(step.x, step.y, step.x2);
+      else
+        model.put(step.x, step.y, step.foreground);
+    }
+    surface_->Label(writing.left, top, writing.text.c_str(), invert, fill);
+    ASSERT_TRUE(frame_.all() == wanted_.all())
+        << writing.text << " at " << writing.left << "," << top << " times "
+        << writing.magnification << " on " << canvas.width << " by " << canvas.height << ", pitch "
+        << surface_->Pitch() << (invert ? ", inverted" : "") << (fill ? ", filled" : "");
+  }
+
   std::string text(int length) {
     std::string letters;
     for (; length > 0; --length)
@@ -151,6 +176,34 @@ TEST_P(BoxedText, IsItsPixelsHoweverManyCellsItHas) {
       const Writing writing = {text(cells), random_.between(0, 12), 10 * m + 1, m};
       const int width = writing.left + writing.width() + random_.between(0, 3);
       ASSERT_NO_FATAL_FAILURE(expectSame({width, writing.lines() + 1, pitchFor(width)}, writing));
+    }
+  }
+}
+
+TEST_P(BoxedText, OfALabelIsItsStrokesAtEveryMagnificationAndAtTheRightEdge) {
+  for (int m = 2; m <= 21; ++m) {
+    for (int left = 0; left <= 12; ++left) {
+      changeColours();
+      const Writing writing = {text(m < 5 ? random_.between(1, 9) : 3), left, 10 * m, m};
+      const int width = left + writing.width() + random_.between(-2, 3);
+      ASSERT_NO_FATAL_FAILURE(expectSameLabel({width, 10 * m + 1, pitchFor(width)}, writing));
+    }
+  }
+}
+
+TEST_P(BoxedText, OfALabelIsItsStrokesAtTheOtherEdgesAndHoweverManyCellsItHas) {
+  for (int m = 2; m <= 4; ++m) {
+    for (int over = -7; over <= 7; ++over) {
+      changeColours();
+      const Writing inside = {text(random_.between(1, 40)), 6 + m, 10 * m + 7, m};
+      const int width = inside.left + inside.width() + 7, height = inside.bottom + 8;
+      Writing left = inside, top = inside;
+      left.left = over;
+      top.bottom = 10 * m + over;
+      const int pitch = pitchFor(width);
+      ASSERT_NO_FATAL_FAILURE(expectSameLabel({width, height, pitch}, left));
+      ASSERT_NO_FATAL_FAILURE(expectSameLabel({width, height, pitch}, top));
+      ASSERT_NO_FATAL_FAILURE(expectSameLabel({width, height - 7 - over, pitch}, inside));
     }
   }
 }

@@ -136,6 +136,20 @@ TEST(Label, AboveTheCanvasWalksDownIntoIt) {
   EXPECT_TRUE(frame.guardsIntact());
 }
 
+TEST(Label, OfATextInTheCanvasEndsWhereItsOwnPixelsCutTheText) {
+  constexpr int kWidth = 200, kHeight = 24;
+  Frame frame(4 * kWidth * kHeight);
+  const Surface surface = makeSurface(ptRGBA32, kWidth, kHeight, 0, frame.canvas());
+  surface->SetColorRGBA(0.0, 0.0, 0.0, 0.0, false);
+  surface->LabelFont(0U, 2);
+  char* const text = frame.canvas() + 4 * (3 * kWidth + 2);  // under the first character
+  std::memcpy(text, "ABCDEF", 7);
+  surface->Label(0, 0, text, false, true);
+  EXPECT_FALSE(frame.changed().empty());
+  for (const std::ptrdiff_t at : frame.changed())
+    ASSERT_LT(at / 4 % kWidth, 16);
+}
+
 /// Notes what a label is made of; its own Point and LineHoriz plot nothing.
 class Strokes final : public CDrawRGB24 {
  public:

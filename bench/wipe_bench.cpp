@@ -100,6 +100,16 @@ void asCalled(benchmark::State& state, Entry entry, const Work& work, std::int32
   });
 }
 
+void exactly(benchmark::State& state, const Work& work, std::int32_t type, std::uint32_t pitch,
+             const Size& size) {
+  const std::uint32_t bytes = pitch * size.height;
+  Frames frames(bytes);
+  const NKWipe wipe = {frames.a.data(),   pitch,       frames.b.data(), pitch,
+                       frames.dst.data(), pitch,       work.wipe,       type,
+                       size.width,        size.height, work.position,   work.range};
+  bench::measure(state, bytes, [&] { NKDraw_ExactWipe(&wipe); });
+}
+
 template <class Run>
 void add(const std::string& name, Run run) {
   benchmark::RegisterBenchmark(name.c_str(), run)->Unit(benchmark::kMicrosecond);
@@ -129,6 +139,16 @@ const bool added = [] {
       const std::string tail = std::string("/") + size.name + "/" + work->name + "/as_called";
       add("v210" + tail, [=, &size](benchmark::State& state) {
         asCalled(state, NKDraw_DisplayWipeV210, *work, ptV210, size.width / 48 * 128, size);
+      });
+      const std::string exact = std::string("/") + size.name + "/" + work->name + "/exact";
+      add("v210" + exact, [=, &size](benchmark::State& state) {
+        exactly(state, *work, ptV210, size.width / 48 * 128, size);
+      });
+      add("YUYV" + exact, [=, &size](benchmark::State& state) {
+        exactly(state, *work, ptYUYV, size.width * 2, size);
+      });
+      add("RGB48" + exact, [=, &size](benchmark::State& state) {
+        exactly(state, *work, ptRGB48, size.width * 6, size);
       });
       add("YUYV" + tail, [=, &size](benchmark::State& state) {
         asCalled(state, NKDraw_DisplayWipeYCbCr, *work, ptYUYV, size.width * 2, size);

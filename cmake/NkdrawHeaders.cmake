@@ -4,6 +4,7 @@
 
 set(NKDRAW_PUBLIC_HEADERS
   nkdraw/compositor/complete.h
+  nkdraw/compositor/exact.h
   nkdraw/constants.h
   nkdraw/draw/draw.h
   nkdraw/export.h
@@ -46,6 +47,7 @@ set(NKDRAW_PUBLIC_HEADERS
 # The headers that a C99 program may include.
 set(NKDRAW_C_HEADERS
   nkdraw/compositor/complete.h
+  nkdraw/compositor/exact.h
   nkdraw/constants.h
   nkdraw/export.h
   nkdraw/nkdraw_c.h

@@ -10,6 +10,7 @@
 #define NKDRAW_C_H
 
 #include <nkdraw/compositor/complete.h>
+#include <nkdraw/compositor/exact.h>
 #include <nkdraw/constants.h>
 #include <nkdraw/export.h>
 #include <nkdraw/platform/records.h>
@@ -130,7 +131,9 @@ NKDRAW_API uint32_t NKDraw_DisplayWipe(const uint8_t* srcA, uint32_t pitchA, con
 /// The calling thread runs at time-critical priority during the call. Returns 0, or 0xFFFFFFFF,
 /// with `dst` untouched, when there was no memory for a block of 9 * width * height + 3072 bytes.
 /// When nkOSCreateThread threw, `dst` is untouched, too: a message goes to the error log, and the
-/// result is 0. When it returned null, that worker's quarter shows what the block held before.
+/// result is 0. When it returned null, that worker's quarter shows what the block held before. The
+/// calling thread draws beside its workers; one that is still busy after the bounded wait finishes
+/// the few rows that it has begun.
 NKDRAW_API uint32_t NKDraw_DisplayWipeYCbCr(const uint8_t* srcA, uint32_t pitchA,
                                             const uint8_t* srcB, uint32_t pitchB, uint8_t* dst,
                                             uint32_t pitchDst, uint32_t wipe, int32_t pixelType,

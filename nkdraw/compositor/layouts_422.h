@@ -16,8 +16,58 @@ namespace nkdraw {
   return (value + divisor - 1) / divisor;
 }
 
+/// A pixel as a wipe sees it: its luma and both chroma samples.
+using Pixel422 = std::array<std::uint8_t, kExpandedPair / 2>;
+
+/// What the layouts have in common. A pair takes its chroma from its first pixel.
+template <class Layout, std::size_t samples>
+struct Groups422 {
+  using Samples = std::array<std::uint8_t, samples + kSampleSlack>;
+  static constexpr bool kKeepsPairs = false;
+
+  /// Pixel `x` of a packed row.
+  [[nodiscard]] static Pixel422 pixelOf(const std::uint8_t* row, std::size_t x) {
+    Samples unpacked;
+    Layout::unpack(row + x / Layout::kPixels * Layout::kBytes, unpacked.data(), 1);
+    const std::size_t pair = x % Layout::kPixels / 2 * kPackedPair,
+                      half = x % 2 * Pixel422().size();
+    Pixel422 pixel;
+    for (std::size_t i = 0; i < pixel.size(); ++i)
+      pixel[i] = unpacked[pair + Layout::kOrder.expanded[half + i]];
+    return pixel;
+  }
+
+  /// Replaces pixel `x` of a packed row.
+  static void putPixel(std::uint8_t* row, std::size_t x, const Pixel422& pixel) {
+    Samples unpacked;
+    std::uint8_t* const group = row + x / Layout::kPixels * Layout::kBytes;
+    Layout::unpack(group, unpacked.data(), 1);
+    put(unpacked, x % Layout::kPixels, pixel);
+    Layout::pack(unpacked.data(), group, 1);
+  }
+
+  /// The bits of a group that its pixels from `first` on replace.
+  [[nodiscard]] static auto overlay(std::size_t first) {
+    Samples owned{};
+    for (std::size_t x = first; x < Layout::kPixels; ++x)
+      put(owned, x, {0xFF, 0xFF, 0xFF});
+    std::array<std::uint8_t, Layout::kBytes> bits;
+    Layout::pack(owned.data(), bits.data(), 1);
+    return bits;
+  }
+
+ private:
+  static void put(Samples& unpacked, std::size_t x, const Pixel422& pixel) {
+    for (std::size_t i = 0; i < kPackedPair; ++i) {
+      const std::size_t from = Layout::kOrder.packed[i];
+      if (from / pixel.size() == x % 2)
+        unpacked[x / 2 * kPackedPair + i] = pixel[from % pixel.size()];
+    }
+  }
+};
+
 /// v210: the two low bits of its samples are dropped.
-struct V210Groups {
+struct V210Groups : Groups422<V210Groups, kGroupSamples> {
   static constexpr std::size_t kPixels = kGroupPixels, kBytes = kGroupBytes;
   static constexpr std::size_t kSamples = kGroupSamples;
   static constexpr const PairOrder& kOrder = kChromaFirst;
@@ -41,7 +91,7 @@ struct V210Groups {
 };
 
 /// Two pixels in four bytes, which are their samples.
-struct PairGroups {
+struct PairGroups : Groups422<PairGroups, kPackedPair> {
   static constexpr std::size_t kPixels = 2, kBytes = kPackedPair, kSamples = kPackedPair;
   static constexpr const PairOrder& kOrder = kOuterShared;
 
@@ -68,34 +118,5 @@ struct PairGroups {
     }
   }
 };
-
-/// A pixel as a wipe sees it: its luma and both chroma samples.
-using Pixel422 = std::array<std::uint8_t, kExpandedPair / 2>;
-
-/// Pixel `x` of a packed row.
-template <class Layout>
-[[nodiscard]] Pixel422 pixelOf(const std::uint8_t* row, std::size_t x) {
-  std::array<std::uint8_t, Layout::kSamples + kSampleSlack> samples;
-  Layout::unpack(row + x / Layout::kPixels * Layout::kBytes, samples.data(), 1);
-  const std::size_t pair = x % Layout::kPixels / 2 * kPackedPair, half = x % 2 * Pixel422().size();
-  Pixel422 pixel;
-  for (std::size_t i = 0; i < pixel.size(); ++i)
-    pixel[i] = samples[pair + Layout::kOrder.expanded[half + i]];
-  return pixel;
-}
-
-/// Replaces pixel `x`; a pair takes its chroma from its first pixel.
-template <class Layout>
-void putPixel(std::uint8_t* row, std::size_t x, const Pixel422& pixel) {
-  std::array<std::uint8_t, Layout::kSamples + kSampleSlack> samples;
-  std::uint8_t* const group = row + x / Layout::kPixels * Layout::kBytes;
-  Layout::unpack(group, samples.data(), 1);
-  for (std::size_t i = 0; i < kPackedPair; ++i) {
-    const std::size_t from = Layout::kOrder.packed[i];
-    if (from / pixel.size() == x % 2)
-      samples[x % Layout::kPixels / 2 * kPackedPair + i] = pixel[from % pixel.size()];
-  }
-  Layout::pack(samples.data(), group, 1);
-}
 
 }  // namespace nkdraw

@@ -4,9 +4,9 @@
 // else in three steps.
 #include "display_wipe.h"
 #include "layouts_422.h"
+#include "output_apart.h"
 #include "wipe_422_rows.h"
 #include "wipe_422_steps.h"
-#include "wipe_frames.h"
 #include "wipe_kernels.h"
 
 #include <nkdraw/constants.h>
@@ -14,7 +14,6 @@
 #include <nkdraw/platform/thread.h>
 
 #include <algorithm>
-#include <limits>
 
 namespace nkdraw {
 namespace {
@@ -69,29 +68,6 @@ bool allocate(WipeSteps422& wipe, PriorityGuard& priority) {
   return wipe.expanded.a != nullptr;
 }
 
-/// The bytes from the first row of a frame to the end of its last.
-std::uint64_t extentOf(const WipeTask& frame, std::uint32_t pitch, std::size_t rowBytes) {
-  return std::uint64_t{pitch} * (frame.height - 1) + rowBytes;
-}
-
-bool isApart(const std::uint8_t* a, std::uint64_t bytesA, const std::uint8_t* b,
-             std::uint64_t bytesB) {
-  const auto startA = reinterpret_cast<std::uintptr_t>(a),
-             startB = reinterpret_cast<std::uintptr_t>(b);
-  return startA >= startB + bytesB || startB >= startA + bytesA;
-}
-
-/// Whether every row of the output has bytes of its own, and no input has any of them.
-bool outputIsApart(const WipeTask& frame, const Ways& ways) {
-  const std::size_t rowBytes = ways.rowBytes(frame.width);
-  const std::uint64_t output = extentOf(frame, frame.pitchDst, rowBytes);
-  const std::uint64_t a = extentOf(frame, frame.pitchA, rowBytes);
-  const std::uint64_t b = extentOf(frame, frame.pitchB, rowBytes);
-  return frame.pitchDst >= rowBytes &&
-         std::max({output, a, b}) <= std::numeric_limits<std::uint32_t>::max() &&
-         isApart(frame.dst, output, frame.srcA, a) && isApart(frame.dst, output, frame.srcB, b);
-}
-
 /// Whether the pixels past the end of the first expanded frame leave the second alone.
 bool expandsApart(const WipeSteps422& wipe, std::size_t overlapPixels) {
   const std::size_t past =
@@ -106,18 +82,11 @@ bool reachesOneRow(const WipeTask& frame, std::size_t groupPixels) {
   return ceilDivide(frame.width, groupPixels) * groupPixels <= std::size_t{frame.width} * 2;
 }
 
-/// A wipe that draws nothing shows what the block holds.
-bool drawsAll(const WipeTask& frame) {
-  const RunsOfRow runs = kernelOfWipe(frame.wipe).runs;
-  if (runs == nullptr)
-    return true;
-  const WipeRuns first = rangeOf(frame) == 0 ? WipeRuns() : runs(frame, 0);
-  return first.begin() != first.end();
-}
-
+/// A wipe that draws nothing shows what the block holds, in three steps.
 bool drawsInOnePass(const WipeSteps422& wipe, const Ways& ways) {
   const WipeTask& frame = wipe.frame;
-  return frame.width != 0 && frame.height != 0 && drawsAll(frame) && outputIsApart(frame, ways) &&
+  return frame.width != 0 && frame.height != 0 && drawsAnything(frame) &&
+         outputIsApart(frame, ways.rowBytes(frame.width)) &&
          expandsApart(wipe, ways.overlapPixels) && reachesOneRow(frame, ways.groupPixels);
 }
 

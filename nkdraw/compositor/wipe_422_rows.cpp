@@ -3,7 +3,8 @@
 // Rows of packed 4:2:2 in one pass: of runs, or mixed, and the pixels past their width.
 #include "wipe_422_rows.h"
 #include <nkdraw/simd/vector_targets.h>
-#include "run_rows_422.h"
+#include "layouts_422.h"
+#include "run_rows.h"
 #include "wipe_kernels.h"
 #include "wipe_mix.h"
 
@@ -30,8 +31,8 @@ class MixedRows422 {
 
   [[nodiscard]] Pixel422 pixel(std::uint32_t y, std::uint32_t x) const {
     const WipeRow row = rowOf(task_, y);
-    const Pixel422 outgoing = pixelOf<Layout>(row.outgoing, x);
-    const Pixel422 incoming = pixelOf<Layout>(row.incoming, x);
+    const Pixel422 outgoing = Layout::pixelOf(row.outgoing, x);
+    const Pixel422 incoming = Layout::pixelOf(row.incoming, x);
     Pixel422 mixed;
     mix_(outgoing.data(), incoming.data(), mixed.data(), mixed.size());
     return mixed;
@@ -57,27 +58,10 @@ class MixedRows422 {
   const RowMixer mix_;
 };
 
-/// A cross-fade at the ends of its range.
-template <bool incoming>
-WipeRuns wholeRow(const WipeTask& task, std::uint32_t y) {
-  WipeRuns runs;
-  runs.add({incoming, 0, task.width, y});
-  return runs;
-}
-
-/// Null for a cross-fade.
-RunsOfRow runsOf(const WipeTask& task) {
-  const std::uint32_t range = rangeOf(task);
-  const RunsOfRow runs = kernelOfWipe(task.wipe).runs;
-  if (runs != nullptr || range == 0 || (task.position != 0 && task.position != range))
-    return runs;
-  return task.position == 0 ? wholeRow<false> : wholeRow<true>;
-}
-
 template <class Layout, class Draw>
 void withRows(const WipeTask& task, Draw draw) {
-  if (const RunsOfRow runs = runsOf(task); runs != nullptr)
-    draw(RunRows422<Layout>(task, runs));
+  if (const RunsOfRow runs = runsOfWipe(task); runs != nullptr)
+    draw(RunRows<Layout>(task, runs));
   else
     draw(MixedRows422<Layout>(task));
 }
@@ -87,7 +71,7 @@ template <class Layout, class PixelAt>
 void putPast(const WipeTask& task, std::uint8_t* output, PixelAt pixel) {
   const std::size_t end = ceilDivide(task.width, Layout::kPixels) * Layout::kPixels;
   for (std::size_t x = task.width; x < end; ++x)
-    putPixel<Layout>(output, x, pixel(static_cast<std::uint32_t>(x - task.width)));
+    Layout::putPixel(output, x, pixel(static_cast<std::uint32_t>(x - task.width)));
 }
 
 template <class Layout>

@@ -41,4 +41,11 @@ extern const WipeKernel WipeDissolve;
 /// The kernel that draws a wipe number; bit 31 is ignored.
 WipeKernel kernelOfWipe(std::uint32_t wipe);
 
+/// Where the pixels of a wipe come from: null if it mixes them. A cross-fade at the ends of its
+/// range has runs, too. With an empty range there is nothing to call.
+RunsOfRow runsOfWipe(const WipeTask& task);
+
+/// Whether a wipe draws anything.
+bool drawsAnything(const WipeTask& task);
+
 }  // namespace nkdraw

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 //
 // Which kernel draws which wipe number.
+#include "wipe_frames.h"
 #include "wipe_kernels.h"
 
 #include <nkdraw/constants.h>
@@ -58,12 +59,36 @@ constexpr Numbers kNumbers[] = {
 };
 static_assert(std::ranges::is_sorted(kNumbers, {}, &Numbers::first));
 
+/// A cross-fade at the ends of its range.
+template <bool incoming>
+WipeRuns wholeRow(const WipeTask& task, std::uint32_t y) {
+  WipeRuns runs;
+  runs.add({incoming, 0, task.width, y});
+  return runs;
+}
+
 }  // namespace
 
 WipeKernel kernelOfWipe(std::uint32_t wipe) {
   const std::uint32_t number = wipe & NKWipeLastNumber;
   const auto* const row = std::ranges::lower_bound(kNumbers, number, {}, &Numbers::last);
   return row != std::end(kNumbers) && row->first <= number ? row->kernel : WipeDissolve;
+}
+
+RunsOfRow runsOfWipe(const WipeTask& task) {
+  const std::uint32_t range = rangeOf(task);
+  const RunsOfRow runs = kernelOfWipe(task.wipe).runs;
+  if (runs != nullptr || range == 0 || (task.position != 0 && task.position != range))
+    return runs;
+  return task.position == 0 ? wholeRow<false> : wholeRow<true>;
+}
+
+bool drawsAnything(const WipeTask& task) {
+  const RunsOfRow runs = kernelOfWipe(task.wipe).runs;
+  if (runs == nullptr)
+    return true;
+  const WipeRuns first = rangeOf(task) == 0 ? WipeRuns() : runs(task, 0);
+  return first.begin() != first.end();
 }
 
 }  // namespace nkdraw

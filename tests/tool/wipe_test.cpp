@@ -67,6 +67,13 @@ struct Form {
   const char* codec;
   const char* format;
   std::size_t (*columnOf)(std::size_t byte);  // the column that decides, of a byte in its row
+  bool classic = false;
+
+  [[nodiscard]] Arguments with(Arguments more) const {
+    if (classic)
+      more.emplace_back("--classic");
+    return more;
+  }
 };
 
 std::size_t ofFour(std::size_t byte) {
@@ -81,7 +88,11 @@ std::size_t ofSix(std::size_t byte) {
 std::size_t ofEight(std::size_t byte) {
   return byte / 8;
 }
-/// Luma belongs to its pixel, chroma to the first pixel of the pair.
+/// An edge between the pixels of a pair moves to their left.
+std::size_t ofPair(std::size_t byte) {
+  return byte / 4 * 2 + 1;
+}
+/// In classic wipes luma belongs to its pixel, chroma to the first pixel of the pair.
 std::size_t ofUYVY(std::size_t byte) {
   return byte / 4 * 2 + (byte % 4 == 3 ? 1 : 0);
 }
@@ -94,10 +105,12 @@ constexpr Form kForms[] = {
     {"RGBAInAVI", ".avi", "rawvideo", "rgba", ofFour},
     {"RGB24", ".mov", "rawvideo", "rgb24", ofThree},
     {"BGR24InAVI", ".avi", "rawvideo", "bgr24", ofThree},
-    {"UYVY", ".mov", "rawvideo", "uyvy422", ofUYVY},
-    {"YUY2", ".avi", "rawvideo", "yuyv422", ofYUYV},
-    {"SignedYUV2", ".mov", "rawvideo", "yuyv422", ofYUYV},
-    {"YVYU", ".nut", "rawvideo", "yvyu422", ofYUYV},
+    {"UYVY", ".mov", "rawvideo", "uyvy422", ofPair},
+    {"YUY2", ".avi", "rawvideo", "yuyv422", ofPair},
+    {"SignedYUV2", ".mov", "rawvideo", "yuyv422", ofPair},
+    {"YVYU", ".nut", "rawvideo", "yvyu422", ofPair},
+    {"ClassicUYVY", ".mov", "rawvideo", "uyvy422", ofUYVY, true},
+    {"ClassicYUY2", ".avi", "rawvideo", "yuyv422", ofYUYV, true},
     {"RGB48", ".nut", "rawvideo", "rgb48le", ofSix},
     {"RGBA64", ".nut", "rawvideo", "rgba64le", ofEight},
     {"DecodedBGR0", ".mkv", "ffv1", "bgr0", ofFour},
@@ -112,7 +125,7 @@ TEST_P(EachForm, ShowsEachClipBitForBitOnItsSideOfTheEdge) {
   const Form& form = GetParam();
   const Pair pair = makePair(form.suffix, form.codec, form.format);
   const std::string output = at(std::string("joined") + form.suffix);
-  join(pair, output, {"--wipe", "edge-horz"});
+  join(pair, output, form.with({"--wipe", "edge-horz"}));
   const AVPixelFormat format = av_get_pix_fmt(form.format);  // FFV1 has planes of its own for some
   const Clip a = decodeAs(pair.a, format), b = decodeAs(pair.b, format);
   const Clip joined = decodeAs(output, format);
@@ -157,19 +170,20 @@ const std::uint16_t* samplesOf(const Bytes& frame) {
   return reinterpret_cast<const std::uint16_t*>(frame.data());
 }
 
-/// The transition has the top eight bits of each sample, the rest of the clip all ten.
-void expectV210Wipe(const Clip& a, const Clip& b, const Clip& joined) {
+/// In a classic transition, samples have their top eight bits, and an edge may lie within a pair.
+void expectV210Wipe(const Clip& a, const Clip& b, const Clip& joined, bool classic) {
   ASSERT_EQ(joined.format, AV_PIX_FMT_YUV422P10);
   ASSERT_EQ(joined.frames.size(), kFrames);
   constexpr std::size_t kLuma = std::size_t{kWidth} * kHeight;
   for (std::size_t frame = 0; frame < kFrames; ++frame) {
     const bool mixed = frame >= kAt && frame < kAt + kDuration;
     for (std::size_t i = 0; i < 2 * kLuma; ++i) {
-      const std::size_t column = i < kLuma ? i % kWidth : (i - kLuma) % (kWidth / 2) * 2;
+      const std::size_t own = i < kLuma ? i % kWidth : (i - kLuma) % (kWidth / 2) * 2;
+      const std::size_t column = classic ? own : own / 2 * 2 + 1;
       const bool isB = frame >= kAt + kDuration ||
                        (mixed && column < static_cast<std::size_t>(edgeOf(frame - kAt)));
       const int source = isB ? samplesOf(b.frames[frame - kAt])[i] : samplesOf(a.frames[frame])[i];
-      ASSERT_EQ(samplesOf(joined.frames[frame])[i], mixed ? source & ~3 : source)
+      ASSERT_EQ(samplesOf(joined.frames[frame])[i], mixed && classic ? source & ~3 : source)
           << "frame " << frame << " sample " << i;
     }
   }
@@ -177,17 +191,37 @@ void expectV210Wipe(const Clip& a, const Clip& b, const Clip& joined) {
 
 }  // namespace
 
-TEST(WipeOfV210, KeepsTheTopEightBitsWhileItRuns) {
+TEST(WipeOfV210, KeepsAllTenBits) {
   const Pair pair = makePair(".mov", "v210", "");
   join(pair, at("joined.mov"), {"--wipe", "1"});
-  expectV210Wipe(decode(pair.a), decode(pair.b), decode(at("joined.mov")));
+  expectV210Wipe(decode(pair.a), decode(pair.b), decode(at("joined.mov")), false);
+}
+
+TEST(WipeOfV210, KeepsTheTopEightBitsWhileAClassicOneRuns) {
+  const Pair pair = makePair(".mov", "v210", "");
+  join(pair, at("joined.mov"), {"--wipe", "1", "--classic"});
+  expectV210Wipe(decode(pair.a), decode(pair.b), decode(at("joined.mov")), true);
+}
+
+TEST(WipeOfV210, MixesToTheNearestValue) {
+  const Pair pair = makePair(".mov", "v210", "");
+  join(pair, at("joined.mov"));
+  const Clip a = decode(pair.a), b = decode(pair.b), joined = decode(at("joined.mov"));
+  for (std::size_t step = 0; step < kDuration; ++step) {
+    const std::size_t p = step + 1, range = kDuration + 1;
+    for (std::size_t i = 0; i < std::size_t{2} * kWidth * kHeight; ++i) {
+      const std::size_t sum =
+          samplesOf(a.frames[kAt + step])[i] * (range - p) + samplesOf(b.frames[step])[i] * p;
+      ASSERT_EQ(samplesOf(joined.frames[kAt + step])[i], (2 * sum + range) / (2 * range)) << i;
+    }
+  }
 }
 
 TEST(WipeOfV210, OfDecodedTenBitsIsTheSame) {
   const Pair pair = makePair(".mkv", "ffv1", "yuv422p10le");
   join(pair, at("joined.mkv"), {"--wipe", "1"});
   EXPECT_EQ(codecOf(at("joined.mkv")), "v210");
-  expectV210Wipe(decode(pair.a), decode(pair.b), decode(at("joined.mkv")));
+  expectV210Wipe(decode(pair.a), decode(pair.b), decode(at("joined.mkv")), false);
 }
 
 TEST(Wipe, CopiesPacketsOutsideTheTransitionBitForBit) {
@@ -242,7 +276,7 @@ namespace {
 
 /// What the library draws for frame `step` of the transition.
 Bytes drawn(const Clip& a, const Clip& b, std::size_t step, std::uint32_t word,
-            std::uint32_t position) {
+            std::uint32_t position, decltype(&NKDraw_ExactWipe) draw) {
   Bytes frame(a.frames[0].size());
   const NKWipe wipe = {a.frames[kAt + step].data(),
                        kWidth * 4,
@@ -256,16 +290,17 @@ Bytes drawn(const Clip& a, const Clip& b, std::size_t step, std::uint32_t word,
                        kHeight,
                        position,
                        kDuration + 1};
-  NKDraw_CompleteWipe(&wipe);
+  EXPECT_EQ(draw(&wipe), NKStatusOk);
   return frame;
 }
 
-void expectWipe(const std::string& output, const Pair& pair, std::uint32_t word, bool backwards) {
+void expectWipe(const std::string& output, const Pair& pair, std::uint32_t word, bool backwards,
+                decltype(&NKDraw_ExactWipe) draw = NKDraw_ExactWipe) {
   const Clip a = decode(pair.a), b = decode(pair.b), joined = decode(output);
   ASSERT_EQ(joined.frames.size(), kFrames);
   for (std::size_t step = 0; step < kDuration; ++step) {
     const auto position = static_cast<std::uint32_t>(backwards ? kDuration - step : step + 1);
-    ASSERT_EQ(joined.frames[kAt + step], drawn(a, b, step, word, position)) << step;
+    ASSERT_EQ(joined.frames[kAt + step], drawn(a, b, step, word, position, draw)) << step;
   }
 }
 
@@ -278,6 +313,12 @@ TEST(Wipe, OfEveryNameIsWhatTheLibraryDraws) {
     join(pair, at("joined.mov"), {"--overwrite", "--wipe", std::string(wipe.name)});
     expectWipe(at("joined.mov"), pair, wipe.number, false);
   }
+}
+
+TEST(Wipe, ClassicIsWhatTheOlderCallDraws) {
+  const Pair pair = makePair(".mov", "rawvideo", "bgra");
+  join(pair, at("joined.mov"), {"--classic"});
+  expectWipe(at("joined.mov"), pair, NKWipeDissolve, false, NKDraw_CompleteWipe);
 }
 
 TEST(Wipe, SwapGoesFromTheSecondToTheFirst) {

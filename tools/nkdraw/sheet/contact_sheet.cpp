@@ -20,7 +20,7 @@ constexpr int kSteps = 4;
 void placeWipes(BgraCanvas& sheet, const Raster& raster, SheetPictures& pictures,
                 const WipeName& wipe, int row) {
   FrameWiper wiper(layoutOf(ptBGRA32), Storage::kPacked, raster.tileWidth, raster.tileHeight,
-                   wipe.number);
+                   wipe.number, WipeWay::kClassic);
   for (int step = 0; step <= kSteps; ++step) {
     BgraCanvas tile(raster.tileWidth, raster.tileHeight);
     wiper.wipe(pictures.first.picture(), pictures.second.picture(), tile.picture(),

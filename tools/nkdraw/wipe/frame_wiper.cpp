@@ -5,6 +5,7 @@
 #include "media/v210_rows.h"
 
 #include <nkdraw/compositor/complete.h>
+#include <nkdraw/compositor/exact.h>
 
 #include <algorithm>
 #include <array>
@@ -71,6 +72,7 @@ struct FrameWiper::Route {
   pixelType type;
   Storage storage;
   MoveRow load, store;
+  bool isClassic = false;  // for classic wipes only
 };
 
 const FrameWiper::Route FrameWiper::kRoutes[] = {
@@ -79,24 +81,26 @@ const FrameWiper::Route FrameWiper::kRoutes[] = {
     {ptYUYV, Storage::kPacked, loadSame, storeSame},
     {ptYUYV, Storage::kSignedChroma, loadSigned, storeSigned},
     {ptYVYU, Storage::kPacked, loadSame, storeSame},
-    {ptUYVY, Storage::kPacked, loadSwapped, storeSwapped},
+    {ptUYVY, Storage::kPacked, loadSwapped, storeSwapped, true},
     {ptNone, Storage::kPacked, loadSame, storeSame},
 };
 
-const FrameWiper::Route& FrameWiper::routeFor(pixelType type, Storage storage) {
+const FrameWiper::Route& FrameWiper::routeFor(pixelType type, Storage storage, WipeWay way) {
   return *std::ranges::find_if(kRoutes, [&](const Route& route) {
-    return (route.type == type || route.type == ptNone) && route.storage == storage;
+    return (route.type == type || route.type == ptNone) && route.storage == storage &&
+           (!route.isClassic || way == WipeWay::kClassic);
   });
 }
 
 FrameWiper::FrameWiper(const Layout& layout, Storage storage, int width, int height,
-                       std::uint32_t word)
-    : route_(routeFor(layout.type, storage)),
+                       std::uint32_t word, WipeWay way)
+    : route_(routeFor(layout.type, storage, way)),
       type_(layout.type),
       width_(width),
       height_(height),
       pitch_(static_cast<std::ptrdiff_t>(packedPitch(layout.type, width))),
-      word_(word) {}
+      word_(word),
+      way_(way) {}
 
 bool FrameWiper::isCanvas(const Picture& picture) const {
   return route_.load == loadSame && picture.pitches[0] == pitch_;
@@ -124,7 +128,7 @@ void FrameWiper::wipe(const Picture& a, const Picture& b, const Picture& out,
   out_.resize(isCanvas(out) ? 0 : static_cast<std::size_t>(pitch_ * height_) + kSlack);
   std::uint8_t* const target = isCanvas(out) ? out.planes[0] : out_.data();
   const auto pitch = static_cast<std::uint32_t>(pitch_);
-  // Two pixels of 8-bit 4:2:2 share a pair, so an odd width needs one more.
+  // Two pixels of 8-bit 4:2:2 share a pair, so an odd width has one more.
   const int pairs = isYCbCr(type_) && type_ != ptV210 ? width_ % 2 : 0;
   const NKWipe call = {.srcA = first,
                        .pitchA = pitch,
@@ -138,8 +142,9 @@ void FrameWiper::wipe(const Picture& a, const Picture& b, const Picture& out,
                        .height = static_cast<std::uint32_t>(height_),
                        .position = progress.position,
                        .range = progress.range};
-  if (NKDraw_CompleteWipe(&call) != NKStatusOk)
-    throw std::bad_alloc();
+  const auto draw = way_ == WipeWay::kExact ? NKDraw_ExactWipe : NKDraw_CompleteWipe;
+  if (draw(&call) != NKStatusOk)
+    throw std::bad_alloc();  // the arguments are right
   if (!isCanvas(out))
     store(out);
 }

@@ -64,7 +64,8 @@ class InPlaceJoin {
         writer_(writer),
         rowsA_(*clips.a.video().codecpar, *plan.layout),
         rowsB_(*clips.b.video().codecpar, *plan.layout),
-        wiper_(*plan.layout, Storage::kPacked, clips.frames.width, clips.frames.height, plan.word),
+        wiper_(*plan.layout, Storage::kPacked, clips.frames.width, clips.frames.height, plan.word,
+               plan.way),
         timeBase_(av_inv_q(clips.frames.rate)) {}
 
   void run() {
@@ -131,7 +132,7 @@ class TranscodeJoin {
         toDrawnA_(plan.drawn, clips.a.interlaced()),
         toDrawnB_(plan.drawn, clips.b.interlaced()),
         wiper_(*plan.layout, storageOf(plan.drawn), clips.frames.width, clips.frames.height,
-               plan.word),
+               plan.word, plan.way),
         encoder_(*plan.codec, *exampleOf(clips.a, plan.drawn), clips.frames, *plan.format) {}
 
   void run() {

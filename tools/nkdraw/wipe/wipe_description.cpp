@@ -20,12 +20,13 @@ constexpr char kOutput[] = "/outputs/0";
 
 void describeTransition(Description& to, ClipPair& clips, const WipePlan& plan) {
   const std::uint32_t number = plan.word & NKWipeLastNumber;
-  const bool swapped = (plan.word & NKWipeSwap) != 0;
+  const bool swapped = (plan.word & NKWipeSwap) != 0, isClassic = plan.way == WipeWay::kClassic;
   to.add("wipe", "/wipe",
          {{"name", wipeText(number)},
           {"number", number, ""},
           {"swapped", swapped, swapped ? ", inputs swapped" : ""},
-          {"backwards", plan.backwards, plan.backwards ? ", backwards" : ""}});
+          {"backwards", plan.backwards, plan.backwards ? ", backwards" : ""},
+          {"classic", isClassic, isClassic ? ", classic" : ""}});
   to.add("from", "/transition",
          {{"first", plan.at, frameText(plan.at, clips.frames.rate)},
           ", for ",

@@ -20,7 +20,8 @@ constexpr char kDescription[] = "Join two clips by a wipe.";
 constexpr char kMore[] =
     "A plays until --at; for --duration the wipe runs from A's frames to B's first ones; then B\n"
     "plays on. Frame i of a transition of n frames shows progress i / (n + 1), from 1 to n, so\n"
-    "that each of them shows both clips. Uncompressed frames outside the transition are copied\n"
+    "that each of them shows both clips. Every bit of both clips is kept, and cross-fades are\n"
+    "rounded to the nearest value. Uncompressed frames outside the transition are copied\n"
     "bit for bit; other video is decoded and encoded: without loss where OUTPUT can hold that,\n"
     "else by its usual codec, or by --codec. Streams other than A's and B's video and sound are\n"
     "left out, which a note says.\n"
@@ -82,6 +83,9 @@ void WipeArguments::addTransitionTo(CLI::App& command) {
   group.addFlag("--swap", swap_,
                 "Change the places of A and B in the pattern: it goes from\n"
                 "B to A (bit 31 of the wipe); not for slides");
+  group.addFlag("--classic", plain_.classic,
+                "Wipe as the library's older calls do: v210 in 8 bits,\n"
+                "edges within pairs of 4:2:2, cross-fades rounded down");
 }
 
 void WipeArguments::addWritingTo(CLI::App& command) {

@@ -28,6 +28,7 @@ struct WipeOptions : RunOptions {
   std::string a, b, output;
   std::uint32_t word = 0;    // the wipe; bit 31 exchanges the inputs
   bool backwards = false;    // the pattern runs from its end to its beginning
+  bool classic = false;      // 8 bits of v210, edges within pairs, mixes rounded down
   std::string at, duration;  // times, which become frames once the frame rate is known
   AudioRequest audio = {AudioMode::kCrossfade, {"--audio-codec", {}}, "--audio none"};
   CodecRequest codec = {"--codec", {}};

@@ -145,6 +145,7 @@ WipePlan planWipe(ClipPair& clips, const WipeOptions& options) {
   WipePlan plan;
   plan.word = options.word;
   plan.backwards = options.backwards;
+  plan.way = options.classic ? WipeWay::kClassic : WipeWay::kExact;
   planTimes(plan, clips, options);
   plan.format = &formatFor(options.output, options.format);
   planFrames(plan, clips, options);

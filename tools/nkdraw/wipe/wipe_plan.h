@@ -27,6 +27,7 @@ struct WipePlan {
   std::int64_t at = 0, duration = 0;  // frames
   std::uint32_t word = 0;
   bool backwards = false;
+  WipeWay way = WipeWay::kExact;
   const AVOutputFormat* format = nullptr;
   std::optional<CodecChoice> codec;  // if frames are encoded
   std::vector<AudioTrackPlan> audio;

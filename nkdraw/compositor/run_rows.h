@@ -4,51 +4,68 @@
 // begins within a group, its pixels are laid over those of the run before.
 #pragma once
 
-#include "layouts_422.h"
 #include "wipe_frames.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace nkdraw {
 
+/// Runs with their edges on whole pairs of pixels. A run that is moved ends where its pixels do.
+[[nodiscard]] inline WipeRuns inWholePairs(const WipeRuns& runs, std::uint32_t width) {
+  WipeRuns even;
+  std::uint32_t first = 0;
+  for (WipeRun run : runs) {
+    const std::int64_t shift = run.shift / 2 * 2;
+    const auto last = run.shift > 0 ? static_cast<std::uint32_t>(width - shift) : run.last;
+    run.shift = shift;
+    run.first = first;
+    first = run.last = last == width ? last : last / 2 * 2;
+    even.add(run);
+  }
+  return even;
+}
+
+/// A layout has groups of `kPixels` pixels in `kBytes` bytes, says whether it `kKeepsPairs`, and
+/// can `copy` groups, `move` them by pixels, and tell which bits an `overlay` of the pixels from
+/// one on replaces.
 template <class Layout>
-class RunRows422 {
+class RunRows {
  public:
-  RunRows422(const WipeTask& task, RunsOfRow runs)
-      : task_(task), runs_(runs), rowGroups_(ceilDivide(task.width, Layout::kPixels)) {
-    for (std::size_t k = 0; k < Layout::kPixels; ++k) {
-      Samples samples{};
-      for (std::size_t x = k; x < Layout::kPixels; ++x)
-        setOwned(samples, x);
-      Layout::pack(samples.data(), overlays_[k].data(), 1);
-    }
+  RunRows(const WipeTask& task, RunsOfRow runs)
+      : task_(task), runs_(runs), rowGroups_((task.width + Layout::kPixels - 1) / Layout::kPixels) {
+    for (std::size_t k = 0; k < Layout::kPixels; ++k)
+      overlays_[k] = Layout::overlay(k);
   }
 
   /// Row `y` in whole groups.
   void draw(std::uint32_t y, std::uint8_t* output) const {
-    for (const WipeRun& run : runs_(task_, y))
+    for (const WipeRun& run : runsOf(y))
       draw(run, output);
   }
 
-  [[nodiscard]] Pixel422 pixel(std::uint32_t y, std::uint32_t x) const {
-    for (const WipeRun& run : runs_(task_, y)) {
-      if (x < run.last)
-        return pixelOf<Layout>(rowOf(run), static_cast<std::size_t>(x + run.shift));
-    }
-    return {};
+  /// Pixel `x` of row `y`.
+  [[nodiscard]] auto pixel(std::uint32_t y, std::uint32_t x) const {
+    const WipeRuns runs = runsOf(y);
+    const WipeRun* run = runs.begin();
+    while (x >= run->last)
+      ++run;
+    return Layout::pixelOf(rowOf(*run), static_cast<std::size_t>(x + run->shift));
   }
 
  private:
   static constexpr auto kPixels = static_cast<std::int64_t>(Layout::kPixels);
   static constexpr int kMoveGroups = 1;  ///< that a move of one group reads past its first
   using Group = std::array<std::uint8_t, Layout::kBytes>;
-  using Samples = std::array<std::uint8_t, Layout::kSamples + kSampleSlack>;
 
-  static void setOwned(Samples& samples, std::size_t x) {
-    for (std::size_t i = 0; i < kPackedPair; ++i) {
-      if (Layout::kOrder.packed[i] / Pixel422().size() == x % 2)
-        samples[x / 2 * kPackedPair + i] = 0xFF;
-    }
+  [[nodiscard]] WipeRuns runsOf(std::uint32_t y) const {
+    if constexpr (Layout::kKeepsPairs)
+      return inWholePairs(runs_(task_, y), task_.width);
+    else
+      return runs_(task_, y);
   }
 
   [[nodiscard]] const std::uint8_t* rowOf(const WipeRun& run) const {
@@ -64,7 +81,7 @@ class RunRows422 {
       overlay(output + group * Layout::kBytes, pixels, overlays_[within]);
       ++group;
     }
-    if (const std::size_t end = ceilDivide(run.last, Layout::kPixels); group < end)
+    if (const std::size_t end = (run.last + Layout::kPixels - 1) / Layout::kPixels; group < end)
       fill(run, group, end - group, output + group * Layout::kBytes);
   }
 

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: BSD-2-Clause
+/// @file
+/// Transitions that keep every bit of both frames. The header is C99 and C++.
+#ifndef NKDRAW_COMPOSITOR_EXACT_H
+#define NKDRAW_COMPOSITOR_EXACT_H
+
+#include <nkdraw/compositor/complete.h>
+#include <nkdraw/export.h>
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Draws one frame of a transition, by the numbers and patterns of NKDraw_CompleteWipe, and loses
+/// nothing: samples that come from one frame come bit for bit, and those of a cross-fade are the
+/// exact mix (outgoing * (range - position) + incoming * position) / range, rounded to the nearest
+/// integer, halves up. At both ends of the range a cross-fade copies its input.
+///
+/// - Layouts: v210; 8-bit 4:2:2 in all four orders, ptYUYV, ptUYVY, ptYVYU and ptVYUY; and pixels
+/// of
+///   three or four bytes or 16-bit words, ptRGBA32 to ptBGR24, ptRGB48, ptARGB64 and ptYCbCr24 to
+///   ptYCbCrA64. Mixed are all samples, alpha too.
+/// - In 4:2:2 edges lie on whole pairs of pixels: an edge within a pair moves left by one pixel,
+/// and
+///   slides move by whole pairs.
+/// - `pitchA`, `pitchB` and `pitchDst` are each read for their own frame, in bytes. Rows may be any
+///   number of bytes apart, but hold all their groups: 16 bytes for every six pixels begun of v210,
+///   4 for every two begun of 8-bit 4:2:2. Bytes between rows are not touched. A group that the
+///   width cuts is written whole. In v210 words that are mixed or moved, bits 30 and 31 are 0.
+/// - `width` and `height` are in pixels and rows; `position` is 0 to `range`.
+///
+/// Returns NKStatusOk; or NKStatusRefused, with `dst` untouched, if
+/// - `wipe` or one of its frames is null, the layout is not one of the above, `width`, `height` or
+///   `range` is 0, or `position` is above `range`;
+/// - a pitch is smaller than a row, a frame reaches 4 GiB, or `dst` has bytes of an input;
+/// - the number draws nothing (508 to 515, and slides with NKWipeSwap), or `width` or `height`
+/// times
+///   `position` passes 32 bits, unless it cross-fades.
+///
+/// Any thread may call it, several at once. A cross-fade of a large frame starts four threads, and
+/// draws on the calling thread what they don't.
+NKDRAW_API uint32_t NKDraw_ExactWipe(const NKWipe* wipe);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

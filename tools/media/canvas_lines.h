@@ -28,12 +28,23 @@ struct CanvasKind {
   std::uint16_t key;
   /// Writes the key's pixels to a row of whole groups, `bytes` long.
   void (*clear)(std::uint8_t* row, std::size_t bytes);
-  void (*read)(const std::uint8_t* row, CanvasLine& line, int width);
+  /// Reads the pixels from `first`, where a group begins, up to `end`.
+  void (*read)(const std::uint8_t* row, CanvasLine& line, int first, int end);
 };
 
 /// The kind for frames of a format: v210 for YCbCr and grey of more than 8 bits, else UYVY; BGRA
 /// for RGB.
 [[nodiscard]] const CanvasKind& canvasKindFor(AVPixelFormat format);
+
+/// Columns from `first` up to, not including, `end`.
+struct Columns {
+  int first, end;
+};
+
+/// The columns of a row between which it differs from another; whole groups, but for the end of the
+/// row. None if `first` is `end`.
+[[nodiscard]] Columns changedColumns(const CanvasKind& kind, const std::uint8_t* row,
+                                     const std::uint8_t* other, int width);
 
 /// Room for the samples of a row.
 [[nodiscard]] CanvasLine makeLine(const CanvasKind& kind, int width);

@@ -135,11 +135,12 @@ void FrameCanvas::takeOver(AVFrame& frame) {
     for (int y = span.first; y < span.end; ++y) {
       std::uint8_t* const canvas = row(canvas_, y);
       const std::uint8_t* const blank = row(blank_, y);
-      if (std::memcmp(canvas, blank, bytes) == 0)
+      const Columns columns = changedColumns(kind_, canvas, blank, width_);
+      if (columns.first == columns.end)
         continue;
-      kind_.read(canvas, drawn_, width_);
-      kind_.read(blank, before_, width_);
-      takeRow(frame, y);
+      kind_.read(canvas, drawn_, columns.first, columns.end);
+      kind_.read(blank, before_, columns.first, columns.end);
+      takeRow(frame, y, columns);
       std::memcpy(canvas, blank, bytes);
     }
   }
@@ -147,8 +148,8 @@ void FrameCanvas::takeOver(AVFrame& frame) {
     chroma_->settle(frame);
 }
 
-void FrameCanvas::takeRow(AVFrame& frame, int y) {
-  for (int x = 0; x < width_; ++x) {
+void FrameCanvas::takeRow(AVFrame& frame, int y, Columns columns) {
+  for (int x = columns.first; x < columns.end; ++x) {
     if (kind_.isRGB) {
       takeRGB(frame, x, y);
       continue;

@@ -63,7 +63,7 @@ class FrameCanvas {
   void loadRGB(const AVFrame& frame, Pixel shown, std::uint8_t* pixel) const;
   void loadYCbCr(const AVFrame& frame, Pixel shown, std::uint8_t* pair) const;
   void takeOver(AVFrame& frame);
-  void takeRow(AVFrame& frame, int y);
+  void takeRow(AVFrame& frame, int y, Columns columns);
   void takeRGB(AVFrame& frame, int x, int y) const;
   void takeLuma(AVFrame& frame, int x, int y) const;
   void takeChroma(int x, int y);

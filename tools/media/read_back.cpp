@@ -27,12 +27,12 @@ class Reader {
     for (unsigned i = 0; i < context->nb_streams; ++i)
       context->streams[i]->discard =
           static_cast<int>(i) == index_ ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
-    openDecoder();
   }
 
   /// Decodes the first frame from here on; with `toTheEnd` all that follow, too. False if the video
   /// has no key frame from here on.
   [[nodiscard]] bool decode(bool toTheEnd) {
+    openDecoder(toTheEnd);
     const Packet packet = makePacket();
     bool begun = false;
     while (!isDone(toTheEnd) && av_read_frame(file_.get(), packet.get()) >= 0) {
@@ -64,13 +64,20 @@ class Reader {
  private:
   [[nodiscard]] bool isDone(bool toTheEnd) const { return frames_ > 0 && !toTheEnd; }
 
-  void openDecoder() {
+  /// The way to the end may be long: then frames to which no other refers are left out, and the
+  /// others are not smoothed.
+  void openDecoder(bool toTheEnd) {
     const AVCodecParameters& video = *file_->streams[index_]->codecpar;
     const AVCodec* const codec = avcodec_find_decoder(video.codec_id);
     if (codec == nullptr)
       fail(std::string("no decoder for ") + avcodec_get_name(video.codec_id));
     decoder_ = owned<CodecContext>(avcodec_alloc_context3(codec));
     check(avcodec_parameters_to_context(decoder_.get(), &video));
+    if (toTheEnd) {
+      decoder_->thread_count = 0;
+      decoder_->skip_frame = AVDISCARD_NONREF;
+      decoder_->skip_loop_filter = AVDISCARD_ALL;
+    }
     check(avcodec_open2(decoder_.get(), codec, nullptr));
   }
 

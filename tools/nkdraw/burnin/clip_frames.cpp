@@ -34,8 +34,7 @@ TranscodedFrames::TranscodedFrames(const Job& job, AVPixelFormat drawn)
 
 AVFrame& TranscodedFrames::burn(AVFrame& decoded, std::int64_t index) {
   AVFrame& frame = converter_.convert(decoded);
-  if (av_frame_make_writable(&frame) < 0)
-    throw std::bad_alloc();
+  writable_.makeWritable(frame);
   canvas_.draw(frame,
                [&](std::uint8_t* canvas) { burner_.burn(canvas, index, captionsOf(decoded)); });
   return frame;

@@ -10,6 +10,7 @@
 #include "media/frame_canvas.h"
 #include "media/frame_converter.h"
 #include "media/frame_cursor.h"
+#include "media/frame_pool.h"
 #include "media/media_input.h"
 #include "media/packet_rows.h"
 #include "media/video_feed.h"
@@ -52,6 +53,7 @@ class TranscodedFrames {
 
  private:
   FrameConverter converter_;
+  FramePool writable_;
   FrameCanvas canvas_;
   Burner burner_;
 };

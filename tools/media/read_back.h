@@ -10,8 +10,9 @@
 namespace nkdraw::media {
 
 /// Opens the complete file `file`, whose kind is `format`, and decodes its first video frame, and
-/// the last one where the kind of file can be searched. Messages use `name`. Throws Failure if
-/// either can't be decoded. Files of bare samples, which don't tell what they hold, are not read.
+/// where the kind of file can be searched, the last ones that others refer to. Messages use `name`.
+/// Throws Failure if either can't be decoded. Files of bare samples, which don't tell what they
+/// hold, are not read.
 void checkReadable(const std::string& file, const AVOutputFormat& format, const std::string& name);
 
 }  // namespace nkdraw::media

@@ -24,6 +24,9 @@ void share(const AVPacket& packet, AVPacket& to) {
     throw std::bad_alloc();
 }
 
+/// Frames that are drawn on while others are encoded.
+constexpr std::size_t kMostWaiting = 2;
+
 /// What all frames to encode are like.
 Frame exampleFor(MediaInput& input, const ClipPlan& plan) {
   Frame example = exampleOf(input, plan.picture.drawn);
@@ -121,7 +124,8 @@ FrameSink::FrameSink(ClipOutput& output, MediaInput& input, const ClipPlan& plan
     : output_(output),
       first_(plan.job.range.first),
       encoder_(*output.plan().codec, *exampleFor(input, plan), plan.job.frames,
-               *output.plan().format) {
+               *output.plan().format),
+      worker_(kMostWaiting, [this](PlacedFrame& next) { encodeNext(next); }) {
   AVStream& video = output.copier().video();
   encoder_.describeTo(video);
   video.codecpar->field_order =
@@ -131,13 +135,35 @@ FrameSink::FrameSink(ClipOutput& output, MediaInput& input, const ClipPlan& plan
   output.begin();
 }
 
-void FrameSink::encode(AVFrame& frame, std::int64_t index) {
-  encoder_.encode(&frame, places_.placeOf(index - first_),
-                  [this](AVPacket& packet) { write(packet); });
+void FrameSink::encodeNext(PlacedFrame& next) {
+  encoder_.encode(next.frame.get(), next.place, [this](AVPacket& packet) {
+    Packet taken = makePacket();
+    av_packet_move_ref(taken.get(), &packet);
+    const std::lock_guard hold(lock_);
+    encoded_.push_back(std::move(taken));
+  });
+}
+
+void FrameSink::writeEncoded() {
+  std::vector<Packet> packets;
+  {
+    const std::lock_guard hold(lock_);
+    packets.swap(encoded_);
+  }
+  for (const Packet& packet : packets)
+    output_.copier().writeEncoded(*packet, encoder_.timeBase());
+}
+
+void FrameSink::encode(const AVFrame& frame, std::int64_t index) {
+  Frame shared = owned<Frame>(av_frame_clone(&frame));
+  worker_.push({std::move(shared), places_.placeOf(index - first_)});
+  writeEncoded();
 }
 
 void FrameSink::finish() {
-  encoder_.encode(nullptr, 0, [this](AVPacket& packet) { write(packet); });
+  worker_.push({nullptr, 0});
+  worker_.finish();
+  writeEncoded();
 }
 
 }  // namespace nkdraw::tool

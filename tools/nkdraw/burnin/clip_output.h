@@ -12,8 +12,10 @@
 #include "media/output_file.h"
 #include "media/stream_copy.h"
 #include "media/video_encoder.h"
+#include "media/worker.h"
 
 #include <cstdint>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -73,22 +75,32 @@ class PacketSink {
   std::int64_t next_ = 0;  // the lowest number that is still free
 };
 
-/// Encodes burnt frames.
+/// Encodes burnt frames, on a thread of its own.
 class FrameSink {
  public:
   FrameSink(ClipOutput& output, MediaInput& input, const ClipPlan& plan);
 
-  void encode(AVFrame& frame, std::int64_t index);
+  /// Shares the frame's pixels, which must not be changed afterwards.
+  void encode(const AVFrame& frame, std::int64_t index);
   /// Encodes what is left, at the end.
   void finish();
 
  private:
-  void write(AVPacket& packet) { output_.copier().writeEncoded(packet, encoder_.timeBase()); }
+  struct PlacedFrame {
+    Frame frame;  // null at the end
+    std::int64_t place;
+  };
+
+  void encodeNext(PlacedFrame& next);
+  void writeEncoded();
 
   ClipOutput& output_;
   std::int64_t first_;
   VideoEncoder encoder_;
   FramePlaces places_;
+  std::mutex lock_;
+  std::vector<Packet> encoded_;  // and not yet written
+  Worker<PlacedFrame> worker_;
 };
 
 }  // namespace nkdraw::tool

@@ -7,10 +7,13 @@
 #include <nkdraw/surface/truncate.h>
 #include <nkdraw/surface/wrapping.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cmath>
+#include <iterator>
 #include <optional>
+#include <span>
 
 namespace {
 
@@ -61,8 +64,14 @@ class Directions {
     return {direction.cosine, within < 0 ? -direction.sine : direction.sine};
   }
 
- private:
+  /// Those from a degree on that is not negative, up to the end of the turn.
+  [[nodiscard]] std::span<const Direction> from(std::int32_t degree) const {
+    return std::span(turn_).subspan(static_cast<std::size_t>(degree % kTurn));
+  }
+
   static constexpr int kTurn = 360;
+
+ private:
   std::array<Direction, kTurn> turn_;
 };
 
@@ -99,14 +108,71 @@ struct CentredEllipse {
   }
 };
 
+/// The points of a sweep in turn.
+template <class Ellipse>
+class SweepPoints {
+ public:
+  SweepPoints(const Ellipse& ellipse, Sweep sweep) : ellipse_(ellipse), degree_(sweep.start) {}
+
+  [[nodiscard]] tagPOINT next() {
+    return ellipse_.at(directions().of(static_cast<std::int32_t>(degree_++)));
+  }
+
+ private:
+  const Ellipse& ellipse_;
+  std::int64_t degree_;
+};
+
+/// Around a pixel: up to a turn of points at once, as long as all numbers are small.
+template <>
+class SweepPoints<CentredEllipse> {
+ public:
+  SweepPoints(const CentredEllipse& ellipse, Sweep sweep)
+      : ellipse_(ellipse), degree_(sweep.start), left_(std::int64_t{sweep.end} - degree_ + 1) {
+    const auto isSmall = [](float number) { return std::abs(number) < 1 << 20; };
+    atOnce_ = sweep.start >= 0 && isSmall(ellipse.x) && isSmall(ellipse.y) &&
+              isSmall(ellipse.radiusX) && isSmall(ellipse.radiusY);
+  }
+
+  [[nodiscard]] tagPOINT next() {
+    if (!atOnce_)
+      return ellipse_.at(directions().of(static_cast<std::int32_t>(degree_++)));
+    if (at_ == made_)
+      makeMore();
+    return points_[at_++];
+  }
+
+ private:
+  /// A number within 32 bits is truncated like any conversion does.
+  void makeMore() {
+    const std::span<const Direction> turn = directions().from(static_cast<std::int32_t>(degree_));
+    made_ = static_cast<std::size_t>(
+        std::min<std::int64_t>(std::max<std::int64_t>(left_, 1), std::ssize(turn)));
+    const float scaleX = ellipse_.radiusX, scaleY = -ellipse_.radiusY;
+    for (std::size_t i = 0; i < made_; ++i) {
+      points_[i].x = static_cast<std::int32_t>(turn[i].cosine * scaleX + ellipse_.x);
+      points_[i].y = static_cast<std::int32_t>(turn[i].sine * scaleY + ellipse_.y);
+    }
+    at_ = 0;
+    degree_ += static_cast<std::int64_t>(made_);
+    left_ -= static_cast<std::int64_t>(made_);
+  }
+
+  CentredEllipse ellipse_;
+  std::int64_t degree_, left_;
+  bool atOnce_;
+  std::size_t at_ = 0, made_ = 0;
+  std::array<tagPOINT, Directions::kTurn> points_;
+};
+
 /// Joins the points of a sweep; returns the last one.
 template <class Ellipse>
 tagPOINT drawSweep(NKDraw& surface, bool antialiased, const Ellipse& ellipse, Sweep sweep) {
   nkdraw::LineRunner lines(surface, antialiased);
-  const Directions& all = directions();
-  tagPOINT last = ellipse.at(all.of(sweep.start));
+  SweepPoints points(ellipse, sweep);
+  tagPOINT last = points.next();
   for (std::int64_t degree = std::int64_t{sweep.start} + 1; degree <= sweep.end; ++degree) {
-    const tagPOINT next = ellipse.at(all.of(static_cast<std::int32_t>(degree)));
+    const tagPOINT next = points.next();
     lines.line(last.x, last.y, next.x, next.y);
     last = next;
   }

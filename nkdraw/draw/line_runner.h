@@ -25,9 +25,10 @@ namespace nkdraw {
 [[nodiscard]] constexpr std::uint32_t slopeQuotient(int minorDelta, int majorDelta) {
   if (majorDelta == 0)
     return 0;
-  const auto shifted = static_cast<int>(static_cast<std::uint32_t>(minorDelta) << 16);
-  const std::uint32_t size = magnitude(shifted) / magnitude(majorDelta);
-  return (shifted < 0) == (majorDelta < 0) ? size : 0U - size;
+  const std::uint32_t shifted = static_cast<std::uint32_t>(minorDelta) << 16;
+  if (majorDelta == -1)  // the one divisor by which the lowest integer can't be divided
+    return 0U - shifted;
+  return static_cast<std::uint32_t>(static_cast<int>(shifted) / majorDelta);
 }
 
 /// The positions from (x1, y1) to (x2, y2), both included, rounded half up across the line.

@@ -61,8 +61,7 @@ class Plotter<CDrawYCbCr10> {
   std::uint32_t put(int x, int y) const {
     if (x < 0 || y < 0)
       return NKStatusRefused;
-    const auto m = static_cast<std::size_t>(x % v210::kGroupPixels);
-    mergeHalf(group(x, y) + m / 2 * 4, v210::kOwnedInWindow[m], windows_[m / 2]);
+    merge(group(x, y), x);
     return 0;
   }
 
@@ -75,11 +74,18 @@ class Plotter<CDrawYCbCr10> {
     return same;
   }
 
-  /// For a pixel that will be put soon, or refused: the address is a number, and may lie anywhere.
-  void prefetch(int x, int y) const {
-    const auto address =
-        std::bit_cast<std::uintptr_t>(canvas_) + static_cast<std::uintptr_t>(offset(x, y));
-    __builtin_prefetch(std::bit_cast<const char*>(address), 1);
+  /// Also prefetches what lies `ahead` of the pixel, wherever that is.
+  void putAhead(int x, int y, std::ptrdiff_t ahead) const {
+    if (x < 0 || y < 0)
+      return;
+    char* const at = group(x, y);
+    prefetch(at, ahead);
+    merge(at, x);
+  }
+  /// From one pixel to another, so many columns and rows away, about.
+  [[nodiscard]] std::ptrdiff_t distance(int columns, int rows) const {
+    return std::ptrdiff_t{pitch_} * rows +
+           columns * std::ptrdiff_t{v210::kGroupBytes} / v210::kGroupPixels;
   }
 
   void row(int x, int y, int count) const {
@@ -103,9 +109,10 @@ class Plotter<CDrawYCbCr10> {
   }
 
  private:
+  /// Of pixels that are not refused.
   [[nodiscard]] std::ptrdiff_t offset(int x, int y) const {
     return std::ptrdiff_t{pitch_ * static_cast<std::uint32_t>(y)} +
-           std::ptrdiff_t{x / v210::kGroupPixels} * v210::kGroupBytes;
+           std::ptrdiff_t{static_cast<std::uint32_t>(x) / kGroupPixels} * v210::kGroupBytes;
   }
 
   [[nodiscard]] char* group(int x, int y) const { return canvas_ + offset(x, y); }
@@ -121,6 +128,24 @@ class Plotter<CDrawYCbCr10> {
     for (; groups > 0; --groups, at += v210::kGroupBytes)
       merge(at, 0, v210::kGroupPixels);
     return at;
+  }
+
+  /// One pixel of a group. Dividing numbers without a sign is quicker. The window is merged by
+  /// words: loading what was stored in part, as the next pair's window is, is slow.
+  void merge(char* at, int x) const {
+    const std::uint32_t m = static_cast<std::uint32_t>(x) % kGroupPixels;
+    char* const window = at + std::size_t{m / 2} * 4;
+    const std::uint64_t owned = v210::kOwnedInWindow[m], colour = windows_[m / 2];
+    mergeWord(window, static_cast<std::uint32_t>(owned), static_cast<std::uint32_t>(colour));
+    mergeWord(window + 4, static_cast<std::uint32_t>(owned >> 32),
+              static_cast<std::uint32_t>(colour >> 32));
+  }
+
+  static void mergeWord(char* at, std::uint32_t owned, std::uint32_t colour) {
+    std::uint32_t word;
+    std::memcpy(&word, at, sizeof word);
+    word = (word & ~owned) | (colour & owned);
+    std::memcpy(at, &word, sizeof word);
   }
 
   void merge(char* at, int first, int last) const {

@@ -81,10 +81,17 @@ class Plotter<CDrawYCbCrYUYV> {
     return same;
   }
 
-  /// For a pixel that will be put soon.
-  void prefetch(int x, int y) const {
-    if (drawable())
-      __builtin_prefetch(pairAt(rowStart(y), static_cast<std::uint32_t>(x)), 1);
+  /// Also prefetches what lies `ahead` of the pixel, wherever that is.
+  void putAhead(int x, int y, std::ptrdiff_t ahead) const {
+    if (!drawable())
+      return;
+    char* const row = rowStart(y);
+    prefetch(pairAt(row, static_cast<std::uint32_t>(x)), ahead);
+    merge(row, static_cast<std::uint32_t>(x));
+  }
+  /// From one pixel to another, so many columns and rows away.
+  [[nodiscard]] std::ptrdiff_t distance(int columns, int rows) const {
+    return std::ptrdiff_t{pitch_} * rows + 2 * columns;
   }
 
   void row(int x, int y, int count) const {

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -87,19 +88,26 @@ void plotFlat(const AnyPlotter& plotter, Slope slope) {
 
 /// How many positions ahead pixels are prefetched. A plotter that keeps some of the old bits must
 /// read each pixel, and would wait for memory every time.
-inline constexpr std::uint32_t kAhead = 16;
+inline constexpr int kAhead = 16;
+
+/// How far the memory of a pixel is from that of one kAhead positions earlier, about.
+template <bool alongY, class AnyPlotter>
+std::ptrdiff_t bytesAhead(const AnyPlotter& plotter, const Slope& slope) {
+  const int major = kAhead * slope.direction;
+  const auto minor = static_cast<int>(std::int64_t{kAhead} * static_cast<int>(slope.step) >> 16);
+  return alongY ? plotter.distance(minor, major) : plotter.distance(major, minor);
+}
 
 /// Takes a copy of the plotter: stores can't alias it, so it stays in registers.
 template <bool alongY, class AnyPlotter>
 void plotSteep(AnyPlotter plotter, Slope slope) {
   const auto x = [](const Slope& at) { return alongY ? whole(at.minor) : at.major; };
   const auto y = [](const Slope& at) { return alongY ? at.major : whole(at.minor); };
-  if constexpr (requires { plotter.prefetch(0, 0); }) {
-    Slope ahead = slope;
-    for (ahead.skip(std::min(kAhead, slope.count)); ahead.count > 0; ahead.skip(1)) {
-      plotter.prefetch(x(ahead), y(ahead));
-      plotter.put(x(slope), y(slope));
-      slope.skip(1);
+  if constexpr (requires { plotter.distance(0, 0); }) {
+    if (slope.count > kAhead) {
+      const std::ptrdiff_t ahead = bytesAhead<alongY>(plotter, slope);
+      for (; slope.count > 0; slope.skip(1))
+        plotter.putAhead(x(slope), y(slope), ahead);
     }
   }
   for (; slope.count > 0; slope.skip(1))

@@ -39,8 +39,8 @@ extern "C" {
 /// times
 ///   `position` passes 32 bits, unless it cross-fades.
 ///
-/// Any thread may call it, several at once. A cross-fade of a large frame starts four threads, and
-/// draws on the calling thread what they don't.
+/// Any thread may call it, several at once. A large frame starts up to four threads
+/// (nkOSCreateThread, time-critical) beside the calling one, which draws what they don't.
 NKDRAW_API uint32_t NKDraw_ExactWipe(const NKWipe* wipe);
 
 #ifdef __cplusplus

@@ -11,7 +11,10 @@
 
 #include <nkdraw/constants.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <limits>
+#include <thread>
 
 namespace nkdraw {
 namespace {
@@ -111,16 +114,25 @@ bool progressIsRight(const WipeTask& task) {
          largest * task.position <= std::numeric_limits<std::uint32_t>::max();
 }
 
-/// With fewer bytes, a frame is mixed before four threads are started.
-constexpr std::size_t kManyBytes = 1 << 19;
+/// With fewer bytes, a frame is drawn before threads are started. Copies of a frame in the caches
+/// run as fast on one thread.
+constexpr std::size_t kManyToMix = 1 << 19, kManyToCopy = 1 << 23;
 
-/// Copies run at the speed of memory on one thread; workers would only cost their start.
+/// One for every processor but the caller's.
+std::size_t workersFor(std::size_t bytes, bool mixes) {
+  const bool many = bytes >= (mixes ? kManyToMix : kManyToCopy);
+  const std::size_t processors = many ? std::thread::hardware_concurrency() : 1;
+  return std::clamp<std::size_t>(processors, 1, kWipeWorkers + 1) - 1;
+}
+
 void draw(const WipeTask& task, const ExactLayout& layout) {
   const bool mixes = runsOfWipe(task) == nullptr;
-  if (mixes && layout.rowBytes(task.width) * task.height >= kManyBytes)
-    RunWipeRows(task, layout.mixed, WipeWait::kComplete);
+  const DrawRows rows = mixes ? layout.mixed : layout.runs;
+  const std::size_t workers = workersFor(layout.rowBytes(task.width) * task.height, mixes);
+  if (workers != 0)
+    RunWipeRows(task, rows, WipeWait::kComplete, nullptr, {}, workers);
   else
-    RowQueue(task, mixes ? layout.mixed : layout.runs).draw();
+    RowQueue(task, rows).draw();
 }
 
 }  // namespace

@@ -43,8 +43,11 @@ class RunRows {
 
   /// Row `y` in whole groups.
   void draw(std::uint32_t y, std::uint8_t* output) const {
+    Group shared;  // by runs that meet within it; reading it back from the output would wait
     for (const WipeRun& run : runsOf(y))
-      draw(run, output);
+      draw(run, output, shared);
+    if (const std::size_t within = task_.width % Layout::kPixels; within != 0)
+      std::memcpy(output + (rowGroups_ - 1) * Layout::kBytes, shared.data(), shared.size());
   }
 
   /// Pixel `x` of row `y`.
@@ -73,21 +76,27 @@ class RunRows {
     return second ? task_.srcB + task_.pitchB * run.row : task_.srcA + task_.pitchA * run.row;
   }
 
-  void draw(const WipeRun& run, std::uint8_t* output) const {
+  void draw(const WipeRun& run, std::uint8_t* output, Group& shared) const {
     std::size_t group = run.first / Layout::kPixels;
+    const std::size_t end = run.last / Layout::kPixels;
     if (const std::size_t within = run.first % Layout::kPixels; within != 0) {
       Group pixels;
       fill(run, group, 1, pixels.data());
-      overlay(output + group * Layout::kBytes, pixels, overlays_[within]);
+      overlay(shared, pixels, overlays_[within]);
+      if (group == end)
+        return;
+      std::memcpy(output + group * Layout::kBytes, shared.data(), shared.size());
       ++group;
     }
-    if (const std::size_t end = (run.last + Layout::kPixels - 1) / Layout::kPixels; group < end)
+    if (group < end)
       fill(run, group, end - group, output + group * Layout::kBytes);
+    if (run.last % Layout::kPixels != 0)
+      fill(run, end, 1, shared.data());
   }
 
-  static void overlay(std::uint8_t* output, const Group& pixels, const Group& bits) {
+  static void overlay(Group& shared, const Group& pixels, const Group& bits) {
     for (std::size_t i = 0; i < Layout::kBytes; ++i)
-      output[i] = static_cast<std::uint8_t>((output[i] & ~bits[i]) | (pixels[i] & bits[i]));
+      shared[i] = static_cast<std::uint8_t>((shared[i] & ~bits[i]) | (pixels[i] & bits[i]));
   }
 
   /// The run's pixels for `count` groups of the output; those outside the run mean nothing.

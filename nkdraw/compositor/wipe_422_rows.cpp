@@ -25,7 +25,7 @@ class MixedRows422 {
     const WipeRow row = rowOf(task_, y);
     if constexpr (Layout::kBytes == Layout::kSamples)
       mix_(row.outgoing, row.incoming, output, groups_ * Layout::kBytes);
-    else
+    else if (!mix_.mixV210(row.outgoing, row.incoming, output, groups_ * Layout::kBytes))
       drawUnpacked(row, output);
   }
 

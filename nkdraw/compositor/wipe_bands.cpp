@@ -11,13 +11,13 @@
 #include <chrono>
 #include <optional>
 #include <semaphore>
+#include <span>
 #include <utility>
 
 namespace nkdraw {
 namespace {
 
-constexpr std::size_t kBands = 4;
-constexpr std::uint8_t kAllBands = (1U << kBands) - 1;
+constexpr std::size_t kBands = kWipeWorkers;
 constexpr int kPauses = 50;
 constexpr std::chrono::milliseconds kPause{2};
 constexpr const char* kThreadTag = "gzqk";
@@ -107,9 +107,10 @@ Start start(WipeCall::Worker& worker, const std::shared_ptr<WipeCall>& call,
 
 /// The workers that were started, as a mask, and whether the host threw and so left one out.
 WipeRowsRun startAll(const std::shared_ptr<WipeCall>& call,
-                     const std::shared_ptr<const void>& memory, WipeWait wait) {
+                     const std::shared_ptr<const void>& memory, WipeWait wait,
+                     std::size_t workers = kBands) {
   WipeRowsRun run;
-  for (std::size_t i = 0; i < kBands; ++i) {
+  for (std::size_t i = 0; i < workers; ++i) {
     const Start result = start(call->workers[i], call, memory, wait);
     run.threw = run.threw || result == Start::kThrew;
     if (result == Start::kDone)
@@ -118,8 +119,8 @@ WipeRowsRun startAll(const std::shared_ptr<WipeCall>& call,
   return run;
 }
 
-void closeAll(const WipeCall& call) {
-  for (const WipeCall::Worker& worker : call.workers)
+void closeAll(const WipeCall& call, std::size_t workers = kBands) {
+  for (const WipeCall::Worker& worker : std::span(call.workers).first(workers))
     nkOSCloseThread(worker.band.threadHandle, kThreadTag);
 }
 
@@ -176,7 +177,8 @@ std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel, WipeWait wa
 }
 
 WipeRowsRun RunWipeRows(const WipeTask& frame, DrawRows draw, WipeWait wait,
-                        const std::shared_ptr<const void>& memory, const KeptRows& kept) {
+                        const std::shared_ptr<const void>& memory, const KeptRows& kept,
+                        std::size_t workers) {
   const auto call = tryMakeShared<WipeCall>();
   if (!call) {
     if (wait == WipeWait::kBounded)
@@ -185,10 +187,10 @@ WipeRowsRun RunWipeRows(const WipeTask& frame, DrawRows draw, WipeWait wait,
     return {.drawn = true};
   }
   RowQueue& rows = call->rows.emplace(frame, draw, kept);
-  WipeRowsRun run = startAll(call, memory, wait);
-  run.drawn = run.started == kAllBands;
+  WipeRowsRun run = startAll(call, memory, wait, workers);
+  run.drawn = run.started == (1U << workers) - 1;
   run.drawn ? rows.confirm() : rows.stop();
-  closeAll(*call);
+  closeAll(*call, workers);
   rows.draw();
   waitFor(*call, wait);
   if (run.threw)

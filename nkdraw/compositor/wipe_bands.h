@@ -6,6 +6,7 @@
 #include "row_queue.h"
 #include "wipe_band.h"
 
+#include <cstddef>
 #include <memory>
 
 namespace nkdraw {
@@ -29,6 +30,8 @@ enum class WipeWait {
 std::uint32_t RunWipeBands(const WipeTask& frame, WipeKernel kernel, WipeWait wait,
                            const std::shared_ptr<const void>& memory = nullptr);
 
+inline constexpr std::size_t kWipeWorkers = 4;
+
 /// What became of a call of RunWipeRows.
 struct WipeRowsRun {
   bool drawn = false;
@@ -37,13 +40,14 @@ struct WipeRowsRun {
 };
 
 /// Draws the rows of `frame` from `top` up to, but not including, `bottom` on the calling thread
-/// and four workers, with the same calls to the host and the same wait as RunWipeBands; the workers
-/// share `memory` as there. With a bounded wait, the frame is drawn only if all four were started:
-/// else some of its rows may be, unless the host threw and `kept` has room for all of them. A
-/// worker still busy after such a wait finishes the few rows that it has claimed.
+/// and `workers` of the four workers, with the same calls to the host and the same wait as
+/// RunWipeBands; the workers share `memory` as there. With a bounded wait, the frame is drawn only
+/// if all of them were started: else some of its rows may be, unless the host threw and `kept` has
+/// room for all of them. A worker still busy after such a wait finishes the few rows that it has
+/// claimed.
 WipeRowsRun RunWipeRows(const WipeTask& frame, DrawRows draw, WipeWait wait,
                         const std::shared_ptr<const void>& memory = nullptr,
-                        const KeptRows& kept = {});
+                        const KeptRows& kept = {}, std::size_t workers = kWipeWorkers);
 
 /// Draws the quarters of a mask's bits on the calling thread, as if their workers did.
 void drawQuarters(const WipeTask& frame, const WipeKernel& kernel, std::uint8_t quarters);

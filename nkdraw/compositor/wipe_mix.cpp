@@ -6,6 +6,7 @@
 #include <nkdraw/simd/vector_targets.h>
 
 #include <cstring>
+#include <initializer_list>
 #include <numeric>
 
 namespace nkdraw {
@@ -104,6 +105,21 @@ WordMix wordMix(std::uint32_t position, std::uint32_t range) {
   return {MixWeights(position, range), weight, scaled % range == 0 && weight % kOne == 0, false};
 }
 
+void mixV210Plainly(const ByteMix& mix, const std::uint8_t* outgoing, const std::uint8_t* incoming,
+                    std::uint8_t* output, std::size_t count) {
+  for (std::size_t i = 0; i < count; i += 4) {
+    std::uint32_t o, n, result = 0;
+    std::memcpy(&o, outgoing + i, sizeof o);
+    std::memcpy(&n, incoming + i, sizeof n);
+    for (const int shift : {2, 12, 22}) {
+      const auto sample = mixed(mix.weights, static_cast<std::uint8_t>(o >> shift),
+                                static_cast<std::uint8_t>(n >> shift));
+      result |= std::uint32_t{sample} << shift;
+    }
+    std::memcpy(output + i, &result, sizeof result);
+  }
+}
+
 RowMixer::RowMixer(PartKind kind, std::uint32_t position, std::uint32_t range, std::uint64_t parts,
                    bool readSoon)
     : way_(wayOf(kind, position, range, parts, readSoon)) {}
@@ -125,6 +141,14 @@ RowMixer::Way RowMixer::wayOf(PartKind kind, std::uint32_t position, std::uint32
       return streaming(wordMix(position, range));
   }
   return Plain{MixWeights(position, range), plainMixRow(kind)};
+}
+
+bool RowMixer::mixV210(const std::uint8_t* outgoing, const std::uint8_t* incoming,
+                       std::uint8_t* output, std::size_t bytes) const {
+  const auto* const mix = std::get_if<ByteMix>(&way_);
+  if (mix != nullptr)
+    kernels().v210(*mix, outgoing, incoming, output, bytes);
+  return mix != nullptr;
 }
 
 void RowMixer::operator()(const std::uint8_t* outgoing, const std::uint8_t* incoming,

@@ -95,7 +95,14 @@ struct MixKernels {
                 std::uint8_t* output, std::size_t count);
   void (*words)(const WordMix& mix, const std::uint8_t* outgoing, const std::uint8_t* incoming,
                 std::uint8_t* output, std::size_t count);
+  /// Bytes of v210 words, whose samples are mixed in their top eight bits; the others become 0.
+  void (*v210)(const ByteMix& mix, const std::uint8_t* outgoing, const std::uint8_t* incoming,
+               std::uint8_t* output, std::size_t count);
 };
+
+/// The plain form of MixKernels::v210, which defines its result.
+void mixV210Plainly(const ByteMix& mix, const std::uint8_t* outgoing, const std::uint8_t* incoming,
+                    std::uint8_t* output, std::size_t count);
 
 /// The fastest of `targets`, Highway's bits.
 [[nodiscard]] const MixKernels& mixKernels(std::int64_t targets);
@@ -115,6 +122,10 @@ class RowMixer {
   /// As MixRow.
   void operator()(const std::uint8_t* outgoing, const std::uint8_t* incoming, std::uint8_t* output,
                   std::size_t count) const;
+  /// Mixes v210 rows of `bytes` bytes in the top eight bits of their samples. False, with nothing
+  /// done, if that takes samples in bytes.
+  [[nodiscard]] bool mixV210(const std::uint8_t* outgoing, const std::uint8_t* incoming,
+                             std::uint8_t* output, std::size_t bytes) const;
 
  private:
   struct Plain {

@@ -26,7 +26,7 @@ void mixPlainly(const Mix& mix, const std::uint8_t* outgoing, const std::uint8_t
 }
 
 constexpr MixKernels kKernels = {mixPlainly<PartKind::kByte, ByteMix>,
-                                 mixPlainly<PartKind::kWord, WordMix>};
+                                 mixPlainly<PartKind::kWord, WordMix>, mixV210Plainly};
 
 #else
 
@@ -166,14 +166,48 @@ std::size_t forVectors(std::uint8_t* output, std::size_t bytes, bool streams, Ve
   return i;
 }
 
-template <bool rounds, bool corrects>
+/// Bytes as they are.
+struct WholeBytes {
+  static constexpr std::size_t kPartBytes = 1;
+  static ByteVector load(const std::uint8_t* bytes) { return hn::LoadU(kBytes, bytes); }
+  static ByteVector stored(ByteVector bytes) { return bytes; }
+  static constexpr auto mixRest = [](const ByteMix& mix, const std::uint8_t* outgoing,
+                                     const std::uint8_t* incoming, std::uint8_t* output,
+                                     std::size_t count) {
+    plainMixRow(PartKind::kByte)(mix.weights, outgoing, incoming, output, count);
+  };
+};
+
+/// The top eight bits of the three samples of a v210 word, in its lower bytes. The fourth byte is
+/// 0, which mixes to 0.
+struct V210Tops {
+  static constexpr std::size_t kPartBytes = 4;
+  using Longs = hn::ScalableTag<std::uint32_t>;
+  static ByteVector load(const std::uint8_t* bytes) {
+    const Longs longs;
+    const auto word = hn::BitCast(longs, hn::LoadU(kBytes, bytes));
+    const auto low = hn::And(hn::ShiftRight<2>(word), hn::Set(longs, 0xFF));
+    const auto two = hn::OrAnd(low, hn::ShiftRight<4>(word), hn::Set(longs, 0xFF00));
+    return hn::BitCast(kBytes, hn::OrAnd(two, hn::ShiftRight<6>(word), hn::Set(longs, 0xFF0000)));
+  }
+  static ByteVector stored(ByteVector bytes) {
+    const Longs longs;
+    const auto tops = hn::BitCast(longs, bytes);
+    const auto low = hn::And(hn::ShiftLeft<2>(tops), hn::Set(longs, 0x3FC));
+    const auto two = hn::OrAnd(low, hn::ShiftLeft<4>(tops), hn::Set(longs, 0xFF000));
+    return hn::BitCast(kBytes, hn::OrAnd(two, hn::ShiftLeft<6>(tops), hn::Set(longs, 0x3FC00000)));
+  }
+  static constexpr auto mixRest = mixV210Plainly;
+};
+
+template <class Form, bool rounds, bool corrects>
 void mixBytesSo(const ByteMix& mix, const std::uint8_t* outgoing, const std::uint8_t* incoming,
                 std::uint8_t* output, std::size_t count) {
   const auto weight = hn::Set(kWords, static_cast<std::uint16_t>(mix.weight));
   const bool late = mix.weight >= 32768;
   const Membership outgoingOneLess(mix.outgoingOneLess), incomingOneLess(mix.incomingOneLess);
   const auto mixVector = [&](std::size_t place, const Output& target) HWY_ATTR {
-    const auto o = hn::LoadU(kBytes, outgoing + place), n = hn::LoadU(kBytes, incoming + place);
+    const auto o = Form::load(outgoing + place), n = Form::load(incoming + place);
     const auto start = late ? n : o;
     const auto even = mixHalf<rounds>(evenBytes(o), evenBytes(n), evenBytes(start), weight);
     const auto odd = mixHalf<rounds>(oddBytes(o), oddBytes(n), oddBytes(start), weight);
@@ -187,19 +221,19 @@ void mixBytesSo(const ByteMix& mix, const std::uint8_t* outgoing, const std::uin
       if (!hn::AllFalse(kBytes, doubtful))
         result = decide(mix.weights, o, n, doubtful, result);
     }
-    target.store(place, result);
+    target.store(place, Form::stored(result));
   };
-  const bool streams = mix.streams && mayStream(outgoing, incoming, output, 1);
+  const bool streams = mix.streams && mayStream(outgoing, incoming, output, Form::kPartBytes);
   const std::size_t done = forVectors(output, count, streams, mixVector);
-  plainMixRow(PartKind::kByte)(mix.weights, outgoing + done, incoming + done, output + done,
-                               count - done);
+  Form::mixRest(mix, outgoing + done, incoming + done, output + done, count - done);
 }
 
+template <class Form>
 void mixBytes(const ByteMix& mix, const std::uint8_t* outgoing, const std::uint8_t* incoming,
               std::uint8_t* output, std::size_t count) {
-  using Mix = decltype(&mixBytes);
-  constexpr Mix kWays[2][2] = {{mixBytesSo<false, false>, mixBytesSo<false, true>},
-                               {mixBytesSo<true, false>, mixBytesSo<true, true>}};
+  using Mix = decltype(MixKernels::bytes);
+  constexpr Mix kWays[2][2] = {{mixBytesSo<Form, false, false>, mixBytesSo<Form, false, true>},
+                               {mixBytesSo<Form, true, false>, mixBytesSo<Form, true, true>}};
   kWays[mix.rounds ? 1 : 0][mix.corrects() ? 1 : 0](mix, outgoing, incoming, output, count);
 }
 
@@ -273,7 +307,7 @@ void mixWords(const WordMix& mix, const std::uint8_t* outgoing, const std::uint8
   (mix.exact ? mixWordsSo<true> : mixWordsSo<false>)(mix, outgoing, incoming, output, count);
 }
 
-constexpr MixKernels kKernels = {mixBytes, mixWords};
+constexpr MixKernels kKernels = {mixBytes<WholeBytes>, mixWords, mixBytes<V210Tops>};
 
 #endif
 

@@ -77,6 +77,32 @@ TEST_P(Mix, OfBytesEqualsTruncatedDoublesForEveryPair) {
   }
 }
 
+/// v210 words with every pair of bytes in the tops of their samples, and noise below.
+TEST_P(Mix, OfV210EqualsTruncatedDoublesOfTheTopsOfItsSamples) {
+  std::vector<std::uint8_t> outgoing, incoming;
+  const auto add = [](std::vector<std::uint8_t>& words, unsigned top, unsigned other) {
+    const std::uint32_t word = (top << 2 | 3U) | (other << 12 | 1U << 10) | top << 22 | 1U << 31;
+    for (const int shift : {0, 8, 16, 24})
+      words.push_back(static_cast<std::uint8_t>(word >> shift));
+  };
+  for (unsigned o = 0; o < 256; ++o) {
+    for (unsigned n = 0; n < 256; ++n) {
+      add(outgoing, o, n);
+      add(incoming, n, 255 - o);
+    }
+  }
+  outgoing.resize(outgoing.size() - 4 * 3);  // no whole vectors
+  std::vector<std::uint8_t> wanted(outgoing.size()), got(outgoing.size());
+  for (std::size_t i = 0; const auto [position, range] : progresses()) {
+    if (i++ % 7 != 0)
+      continue;
+    const nkdraw::ByteMix mix = nkdraw::byteMix(position, range);
+    nkdraw::mixV210Plainly(mix, outgoing.data(), incoming.data(), wanted.data(), wanted.size());
+    kernels.v210(mix, outgoing.data(), incoming.data(), got.data(), got.size());
+    ASSERT_EQ(wanted, got) << position << " of " << range;
+  }
+}
+
 /// Words that are equal, close, at the ends, or anything.
 std::vector<std::uint8_t> words(std::size_t count, std::uint32_t seed,
                                 const std::vector<std::uint8_t>* like) {

@@ -74,10 +74,10 @@ TEST_P(WatermarkRows, PartsOfMoreThanTenBitsCarryAsInThePlainForm) {
   }
 }
 
-/// Every source over every ground at every alpha.
-TEST_P(WatermarkRows, BlendAllBytesByAllAlphas) {
+/// Every source over every ground, at the alphas around the limits and at some between them.
+TEST_P(WatermarkRows, BlendAllBytes) {
   constexpr int kBytes = 256;
-  for (int alpha = 0; alpha < kBytes; ++alpha) {
+  for (int alpha = 0; alpha < kBytes; alpha += alpha < 20 || alpha >= 250 ? 1 : 10) {
     std::vector<std::uint8_t> pixels, pairs, under;
     for (int source = 0; source < kBytes; ++source) {
       for (int ground = 0; ground < kBytes; ++ground) {

@@ -6,10 +6,12 @@
 
 #include <nkdraw/surface/layout_facts.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <new>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace nkdraw::tool {
@@ -58,7 +60,7 @@ void PatchedFrames::takeCanvas(const AVPacket& packet, std::int64_t place) {
   av_packet_unref(canvas_.get());
   if (av_new_packet(canvas_.get(), packet.size) < 0)
     throw std::bad_alloc();
-  if (!read(canvas_->data, static_cast<std::size_t>(packet.size), place))
+  if (!readAt({canvas_->data, static_cast<std::size_t>(packet.size)}, place))
     throw CanNotPatch();
   picture_ = rows_.rowsOf(*canvas_);
   if (picture_.planes[0] == nullptr || picture_.planes[1] != nullptr)
@@ -70,13 +72,15 @@ AVPacket& PatchedFrames::burn(AVPacket& packet, std::int64_t index) {
   // Frames in another order than in the file may be shown more than once.
   if (!place || *place < end_)
     throw CanNotPatch();
-  end_ = *place + packet.size;
-  copy_.advanceTo(end_);
+  copy_.advanceTo(*place + packet.size);
   takeCanvas(packet, *place);
   const std::span<const tagRECT> rects = burner().touched(index);
-  moveParts(rects, *place, &PatchedFrames::read);
+  readAhead(rects, *place);
+  end_ = *place + packet.size;
+  last_ = *place;
+  readParts(rects, *place);
   burner_.burn(picture_, index, {});
-  moveParts(rects, *place, &PatchedFrames::write);
+  writeParts(rects, *place);
   return packet;
 }
 
@@ -84,29 +88,65 @@ void PatchedFrames::finish() {
   copy_.advanceTo(input_.sparse()->size());
 }
 
-void PatchedFrames::moveParts(std::span<const tagRECT> rects, std::int64_t place, MovePart move) {
+/// What shares its blocks with the input is not in memory, and would be waited for part by part.
+/// The next frames are expected as far apart as the last two.
+void PatchedFrames::readAhead(std::span<const tagRECT> rects, std::int64_t place) {
+  constexpr std::int64_t kFrames = 16;
+  if (!copy_.shares() || last_ < 0)
+    return;
+  const std::int64_t step = place - last_;
+  for (std::int64_t next = std::max(ahead_, place + step); next <= place + kFrames * step;
+       next += step) {
+    for (const tagRECT& rect : rects) {
+      const std::span<std::uint8_t> rows = rowsOf(rect);
+      // Only a hint.
+      static_cast<void>(posix_fadvise(to_, next + (rows.data() - canvas_->data),
+                                      static_cast<off_t>(rows.size()), POSIX_FADV_WILLNEED));
+    }
+    ahead_ = next + step;
+  }
+}
+
+/// The bytes in row `y` that hold the rectangle's pixels.
+std::span<std::uint8_t> PatchedFrames::partOf(const tagRECT& rect, int y) const {
+  const int first = rect.left / facts_.groupPixels;
+  const int end = (rect.right + facts_.groupPixels - 1) / facts_.groupPixels;
+  std::uint8_t* const row = picture_.planes[0] + picture_.pitches[0] * y;
+  return {row + std::ptrdiff_t{first} * facts_.groupBytes,
+          static_cast<std::size_t>(end - first) * facts_.groupBytes};
+}
+
+/// From the first to the last of the rectangle's bytes, with what lies between its rows.
+std::span<std::uint8_t> PatchedFrames::rowsOf(const tagRECT& rect) const {
+  const std::span<std::uint8_t> top = partOf(rect, rect.top),
+                                bottom = partOf(rect, rect.bottom - 1);
+  return {std::min(top.data(), bottom.data()), std::max(top.data(), bottom.data()) + bottom.size()};
+}
+
+/// One call reads all rows: what lies between them costs less than a call for each.
+void PatchedFrames::readParts(std::span<const tagRECT> rects, std::int64_t place) {
   for (const tagRECT& rect : rects) {
-    const std::ptrdiff_t first = rect.left / facts_.groupPixels * facts_.groupBytes;
-    const std::ptrdiff_t end =
-        (rect.right + facts_.groupPixels - 1) / facts_.groupPixels * facts_.groupBytes;
+    if (!readAt(rowsOf(rect), place))
+      throw CanNotPatch();
+  }
+}
+
+void PatchedFrames::writeParts(std::span<const tagRECT> rects, std::int64_t place) {
+  for (const tagRECT& rect : rects) {
     for (int y = rect.top; y < rect.bottom; ++y) {
-      std::uint8_t* const part = picture_.planes[0] + picture_.pitches[0] * y + first;
-      if (!(this->*move)(part, static_cast<std::size_t>(end - first),
-                         place + (part - canvas_->data)))
-        throw CanNotPatch();
+      const std::span<std::uint8_t> part = partOf(rect, y);
+      if (pwrite(to_, part.data(), part.size(), place + (part.data() - canvas_->data)) !=
+          static_cast<ssize_t>(part.size()))
+        throw Failure(ExitCode::kOutput, "cannot write the output", name_,
+                      std::string(std::strerror(errno)) + "; is the disk full?");
     }
   }
 }
 
-bool PatchedFrames::read(std::uint8_t* part, std::size_t bytes, std::int64_t place) {
-  return pread(to_, part, bytes, place) == static_cast<ssize_t>(bytes);
-}
-
-bool PatchedFrames::write(std::uint8_t* part, std::size_t bytes, std::int64_t place) {
-  if (pwrite(to_, part, bytes, place) == static_cast<ssize_t>(bytes))
-    return true;
-  throw Failure(ExitCode::kOutput, "cannot write the output", name_,
-                std::string(std::strerror(errno)) + "; is the disk full?");
+/// Reads a part of the canvas, of the frame that begins at `place`.
+bool PatchedFrames::readAt(std::span<std::uint8_t> part, std::int64_t place) {
+  return pread(to_, part.data(), part.size(), place + (part.data() - canvas_->data)) ==
+         static_cast<ssize_t>(part.size());
 }
 
 }  // namespace nkdraw::tool

@@ -14,6 +14,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
+#include <string>
 
 namespace nkdraw::tool {
 
@@ -38,14 +40,14 @@ class PatchedFrames {
   [[nodiscard]] Burner& burner() { return burner_.burner(); }
 
  private:
-  using MovePart = bool (PatchedFrames::*)(std::uint8_t* part, std::size_t bytes,
-                                           std::int64_t place);
-
   void takeCanvas(const AVPacket& packet, std::int64_t place);
+  void readAhead(std::span<const tagRECT> rects, std::int64_t place);
   void checkRoom();
-  void moveParts(std::span<const tagRECT> rects, std::int64_t place, MovePart move);
-  [[nodiscard]] bool read(std::uint8_t* part, std::size_t bytes, std::int64_t place);
-  [[nodiscard]] bool write(std::uint8_t* part, std::size_t bytes, std::int64_t place);
+  void readParts(std::span<const tagRECT> rects, std::int64_t place);
+  void writeParts(std::span<const tagRECT> rects, std::int64_t place);
+  [[nodiscard]] bool readAt(std::span<std::uint8_t> part, std::int64_t place);
+  [[nodiscard]] std::span<std::uint8_t> partOf(const tagRECT& rect, int y) const;
+  [[nodiscard]] std::span<std::uint8_t> rowsOf(const tagRECT& rect) const;
 
   MediaInput& input_;
   const LayoutFacts& facts_;
@@ -54,9 +56,10 @@ class PatchedFrames {
   FileCopy copy_;
   PacketRows rows_;
   PictureBurner burner_;
-  Packet canvas_ = makePacket();  // as large as the frame's packet; most of it has old contents
-  Picture picture_;               // the frame in it
-  std::int64_t end_ = 0;          // of the last frame in the file
+  Packet canvas_ = makePacket();      // as large as the frame's packet; most of it has old contents
+  Picture picture_;                   // the frame in it
+  std::int64_t last_ = -1, end_ = 0;  // where the last frame begins and ends in the file
+  std::int64_t ahead_ = 0;            // where the parts end that are being read ahead
 };
 
 }  // namespace nkdraw::tool

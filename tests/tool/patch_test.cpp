@@ -190,14 +190,70 @@ TEST(PatchedFile, IsNotForRunsThatChangeTheFile) {
   }
 }
 
-TEST(PatchedFile, MayHideItsFirstFrames) {
-  const Kind kind = {"", ".mov", {"-c:v", "v210"}};
-  const std::string in = makeClip(kind, 4);
-  ffmpeg({"-ss", "0.06", "-i", in, "-c", "copy", at("cut.mov")});
-  const Outcome outcome = burnt(at("cut.mov"), at("out.mov"));
-  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-  const Clip burntClip = decode(at("out.mov")), own = decode(at("cut.mov"));
-  EXPECT_EQ(burntClip.frames.size(), own.frames.size());
+TEST(PatchedFile, KeepsSoundWhosePacketsAreLargerThanAFrame) {
+  const std::string in = at("in.mkv");
+  std::string noise = "aevalsrc='random(0)-0.5";
+  for (int channel = 1; channel < 6; ++channel)
+    noise += "|random(" + std::to_string(channel) + ")-0.5";
+  ffmpeg({"-f",
+          "lavfi",
+          "-i",
+          "testsrc2=s=160x120:r=25:d=1",
+          "-f",
+          "lavfi",
+          "-i",
+          noise + "':c=5.1:d=1:s=48000",
+          "-sample_fmt",
+          "s16",
+          "-c:a",
+          "flac",
+          "-frame_size",
+          "8192",
+          "-c:v",
+          "rawvideo",
+          "-pix_fmt",
+          "uyvy422",
+          "-allow_raw_vfw",
+          "1",
+          in});
+  expectPatched(in, ".mkv", {"--timecode-size", "1", "--position", "0,0"});
+}
+
+/// Frames of one colour are found in the file at many places.
+TEST(PatchedFile, MayHaveFramesOfOneColour) {
+  const std::string in = at("in.mkv");
+  ffmpeg({"-f", "lavfi", "-i", "color=0x808080:size=96x40:rate=25", "-frames:v", "5", "-vf",
+          "format=gray,format=uyvy422,lutyuv=128:128:128", "-c:v", "rawvideo", "-allow_raw_vfw",
+          "1", in});
+  const Arguments small = {"--timecode-size", "1", "--position", "0,0"};
+  const auto frames = writtenAnew(in, ".mkv", small);
+  EXPECT_EQ(burnt(in, at("out.mkv"), small).exitCode, 0);
+  const auto got = packetsOf(at("out.mkv"), AVMEDIA_TYPE_VIDEO);
+  ASSERT_EQ(got.size(), frames.size());
+  for (std::size_t i = 0; i < got.size(); ++i)
+    EXPECT_TRUE(got[i].bytes == frames[i].bytes) << "frame " << i;
+}
+
+/// The frames of a MOV, those too that its edit list hides.
+std::vector<RawPacket> allFramesOf(const std::string& path) {
+  std::filesystem::remove(at("plain.mov"));
+  ffmpeg({"-ignore_editlist", "1", "-i", path, "-map", "0:v", "-c", "copy", at("plain.mov")});
+  return packetsOf(at("plain.mov"), AVMEDIA_TYPE_VIDEO);
+}
+
+/// The edit list of a cut MOV hides frames: a patch would leave them as they are.
+TEST(PatchedFile, HidesNoFramesThatWereNotBurnt) {
+  const Kind kind = {"", ".mov", {"-c:v", "rawvideo", "-pix_fmt", "uyvy422"}};
+  const std::string in = makeClip(kind, 10);
+  for (const char* const start : {"0.06", "0.13", "0.2"}) {
+    ffmpeg({"-ss", start, "-i", in, "-c", "copy", at("cut.mov")});
+    const Outcome outcome = burnt(at("cut.mov"), at("out.mov"), {"--overwrite", "--vitc"});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    const auto own = allFramesOf(at("cut.mov")), all = allFramesOf(at("out.mov"));
+    EXPECT_GE(all.size(), packetsOf(at("cut.mov"), AVMEDIA_TYPE_VIDEO).size());
+    for (const RawPacket& frame : all)
+      EXPECT_EQ(std::ranges::count(own, frame.bytes, &RawPacket::bytes), 0) << start;
+  }
 }
 
 TEST(PatchedFile, IsWrittenAnewWhereAFrameIsDamaged) {

@@ -23,9 +23,14 @@ namespace {
 /// So that a signal is soon noticed.
 constexpr std::int64_t kMostAtOnce = 32 << 20;
 
+bool isForLackOfRoom(int error) {
+  return error == ENOSPC || error == EDQUOT || error == EFBIG;
+}
+
 [[noreturn]] void cannotWrite(const std::string& name, int error) {
   throw Failure(ExitCode::kOutput, "cannot write the output", name,
-                std::string(std::strerror(error)) + "; is the disk full?");
+                std::string(std::strerror(error)) +
+                    (isForLackOfRoom(error) ? "; is the disk full?" : "; check both disks"));
 }
 
 std::int64_t copyRange(int from, int to, std::int64_t place, std::size_t bytes) {
@@ -44,10 +49,21 @@ std::int64_t readAndWrite(int from, int to, std::int64_t place, std::size_t byte
   return size <= 0 ? size : pwrite(to, buffer.data(), static_cast<std::size_t>(size), place);
 }
 
-/// Whether an error means that the kernel can't copy these files in this way.
+/// Whether another way of copying may do.
 bool isRefusal(int error) {
-  return error == EXDEV || error == EINVAL || error == ENOSYS || error == EOPNOTSUPP ||
-         error == EPERM;
+  return !isForLackOfRoom(error) && error != EIO && error != EINTR;
+}
+
+/// Takes room for the file. False if the file system can't do that.
+bool takeRoom(int file, std::int64_t size, const std::string& name) {
+  while (size > 0 && fallocate(file, 0, 0, size) != 0) {
+    throwIfInterrupted();
+    if (isForLackOfRoom(errno) || errno == EIO)
+      cannotWrite(name, errno);
+    if (errno != EINTR)
+      return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -62,13 +78,10 @@ FileCopy::FileCopy(int from, int to, std::int64_t size, std::string name)
       name_(std::move(name)),
       shares_(ioctl(to, FICLONE, from) == 0),
       way_(std::begin(kWays)) {
-  if (shares_) {
+  if (shares_)
     done_ = size;
-  } else if (size > 0 && fallocate(to, 0, 0, size) != 0) {
-    if (!isRefusal(errno))
-      cannotWrite(name_, errno);
+  else if (!takeRoom(to, size, name_))
     checkRoom(size);
-  }
 }
 
 void FileCopy::checkRoom(std::int64_t bytes) const {
@@ -96,9 +109,20 @@ void FileCopy::advanceTo(std::int64_t end) {
     if (copied < 0)
       cannotWrite(name_, errno);
     if (copied == 0)
-      throw Failure(ExitCode::kInput, "the input became shorter", name_,
+      throw Failure(ExitCode::kInput, "the input became shorter while it was copied", name_,
                     "let no other program write it");
     done_ += copied;
+  }
+}
+
+void FileCopy::write(std::span<const std::uint8_t> bytes, std::int64_t place) const {
+  while (!bytes.empty()) {
+    const ssize_t written = pwrite(to_, bytes.data(), bytes.size(), place);
+    if (written < 0 && errno != EINTR)
+      cannotWrite(name_, errno);
+    const auto done = static_cast<std::size_t>(std::max<ssize_t>(written, 0));
+    place += static_cast<std::int64_t>(done);
+    bytes = bytes.subspan(done);
   }
 }
 

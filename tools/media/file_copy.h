@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 namespace nkdraw::media {
@@ -23,6 +24,8 @@ class FileCopy {
   void advanceTo(std::int64_t end);
   /// Throws Failure if the disk has no room for so many more bytes.
   void checkRoom(std::int64_t bytes) const;
+  /// Writes bytes of the copy. Throws Failure.
+  void write(std::span<const std::uint8_t> bytes, std::int64_t place) const;
 
  private:
   using CopySome = std::int64_t (*)(int from, int to, std::int64_t place, std::size_t bytes);

@@ -64,7 +64,9 @@ bool PacketRows::findRaw(AVPacket& packet) {
   if (decoder_ == nullptr)
     return true;
   const Frame frame = makeFrame();
-  if (avcodec_send_packet(decoder_.get(), &packet) < 0 ||
+  const Packet shown = owned<Packet>(av_packet_clone(&packet));
+  shown->flags &= ~AV_PKT_FLAG_DISCARD;  // else no frame comes back
+  if (avcodec_send_packet(decoder_.get(), shown.get()) < 0 ||
       avcodec_receive_frame(decoder_.get(), frame.get()) < 0)
     return false;
   const std::uint8_t* const first = frame->data[0];

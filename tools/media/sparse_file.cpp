@@ -20,6 +20,9 @@ namespace {
 /// of it.
 constexpr int kBufferBytes = 4096;
 
+/// What is always read of a block.
+constexpr int kHeadBytes = 4096;
+
 /// Headers of frames are shorter.
 constexpr std::int64_t kLongestHeader = 64;
 
@@ -67,18 +70,17 @@ void SparseFile::beginPacket() {
 
 int SparseFile::readNext(void* file, std::uint8_t* memory, int size) {
   auto& self = *static_cast<SparseFile*>(file);
-  std::int64_t done = std::min<std::int64_t>(size, self.size_ - self.next_);
-  const bool isRead = !self.unread_ || size < *self.unread_;
-  if (isRead) {
-    done = pread(self.descriptor_, memory, static_cast<std::size_t>(size), self.next_);
-    if (done < 0)
-      return AVERROR(errno);
-  }
-  if (done <= 0)
+  const bool isWhole = !self.unread_ || size < *self.unread_;
+  const ssize_t read = pread(self.descriptor_, memory,
+                             static_cast<std::size_t>(isWhole ? size : kHeadBytes), self.next_);
+  if (read < 0)
+    return AVERROR(errno);
+  if (read == 0)
     return AVERROR_EOF;
+  const std::int64_t done = isWhole ? read : std::min<std::int64_t>(size, self.size_ - self.next_);
   if (self.blocks_.size() >= kMostBlocks)
     self.blocks_.pop_front();
-  self.blocks_.push_back({memory, self.next_, done, isRead});
+  self.blocks_.push_back({memory, self.next_, done, std::min<std::int64_t>(read, done)});
   self.next_ += done;
   return static_cast<int>(done);
 }
@@ -117,19 +119,24 @@ std::optional<std::int64_t> SparseFile::placeIn(const Block& block,
   if (end <= block.memory || end > block.memory + block.size || before > kBufferBytes)
     return std::nullopt;
   const std::int64_t place = block.place - before;
-  const auto head = static_cast<std::size_t>(std::max<std::ptrdiff_t>(before, 0));
-  return place >= 0 && holds(place, block.isRead ? bytes : bytes.first(head)) ? std::optional(place)
-                                                                              : std::nullopt;
+  const auto size = static_cast<std::ptrdiff_t>(bytes.size());
+  const auto read =
+      static_cast<std::size_t>(std::clamp(before + block.read, std::ptrdiff_t{0}, size));
+  return place >= 0 && holds(place, bytes.first(read)) ? std::optional(place) : std::nullopt;
 }
 
-/// The place, if the packet lies behind a header there.
+/// The place, if the packet lies behind a header there, at only one.
 std::optional<std::int64_t> SparseFile::placeBehind(std::int64_t place,
                                                     std::span<const std::uint8_t> bytes) const {
+  std::optional<std::int64_t> found;
   for (std::int64_t header = 0; place >= 0 && header <= kLongestHeader; ++header) {
-    if (holds(place + header, bytes))
-      return place + header;
+    if (!holds(place + header, bytes))
+      continue;
+    if (found)
+      return std::nullopt;
+    found = place + header;
   }
-  return std::nullopt;
+  return found;
 }
 
 std::optional<std::int64_t> SparseFile::placeOf(const AVPacket& packet) const {
@@ -141,6 +148,21 @@ std::optional<std::int64_t> SparseFile::placeOf(const AVPacket& packet) const {
     }
   }
   return placeBehind(packet.pos, bytes);
+}
+
+bool SparseFile::complete(const AVPacket& packet) const {
+  for (const Block& block : blocks_) {
+    const auto rest = static_cast<std::size_t>(block.size - block.read);
+    if (rest == 0)
+      continue;
+    // Only then the memory is still there.
+    const bool isInPacket =
+        block.memory < packet.data + packet.size && packet.data < block.memory + block.size;
+    if (!isInPacket || pread(descriptor_, block.memory + block.read, rest,
+                             block.place + block.read) != static_cast<ssize_t>(rest))
+      return false;
+  }
+  return true;
 }
 
 }  // namespace nkdraw::media

@@ -13,9 +13,9 @@
 
 namespace nkdraw::media {
 
-/// Large blocks can be left unread: the memory that FFmpeg means to fill with them keeps what it
-/// has. It remembers which memory was meant for which part of the file, and so tells where in the
-/// file the bytes of a packet lie.
+/// Large blocks can be left unread but for their first bytes, which may hold the frame's header:
+/// the memory that FFmpeg means to fill with the rest keeps what it has. It remembers which memory
+/// was meant for which part of the file, and so tells where in the file the bytes of a packet lie.
 class SparseFile {
  public:
   /// Throws Failure if the file can't be opened.
@@ -37,15 +37,17 @@ class SparseFile {
   void beginPacket();
   /// Where in the file the packet lies that was read since beginPacket(), or before the first call
   /// of leaveUnread(). All of its bytes that were read are compared with those in the file. None if
-  /// it is not there in one piece, as it is.
+  /// it is not there in one piece, as it is, or if more than one place is possible.
   [[nodiscard]] std::optional<std::int64_t> placeOf(const AVPacket& packet) const;
+  /// Reads what was left unread of that packet. False if it can't be told where that belongs.
+  [[nodiscard]] bool complete(const AVPacket& packet) const;
 
  private:
   /// A part of the file, and the memory that it was meant for.
   struct Block {
-    const std::uint8_t* memory;
+    std::uint8_t* memory;
     std::int64_t place, size;
-    bool isRead;
+    std::int64_t read;  // so many of its first bytes
   };
 
   static int readNext(void* file, std::uint8_t* memory, int size);

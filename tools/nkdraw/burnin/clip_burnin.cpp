@@ -212,8 +212,10 @@ void burnClip(const BurninOptions& options) {
   MediaInput sparse(*options.input, options.inputShape, Reading::kSparse);
   if (burnFrom(sparse, options))
     return;
+  BurninOptions told = options;
+  told.verbose = false;
   MediaInput whole(*options.input, options.inputShape);
-  burnFrom(whole, options);
+  burnFrom(whole, told);
 }
 
 }  // namespace nkdraw::tool

@@ -7,6 +7,7 @@
 #include "cli/progress.h"
 #include "cli/run_options.h"
 #include "media/failure.h"
+#include "media/libav_log.h"
 #include "media/output_file.h"
 #include "media/packet_watch.h"
 #include "media/pipe_name.h"
@@ -60,16 +61,19 @@ bool staysAsItIs(const StreamPlan& stream) {
 /// Finds damage in the streams that are not drawn on.
 class Watches {
  public:
-  explicit Watches(MediaInput& input) {
+  explicit Watches(MediaInput& input) : input_(input) {
     for (unsigned i = 0; i < input.file().nb_streams; ++i)
       watches_.push_back(std::make_unique<PacketWatch>(input, *input.file().streams[i], true));
   }
   void check(const AVPacket& packet) {
+    if (!input_.sparse()->complete(packet))
+      throw CanNotPatch();
     if (const auto i = static_cast<std::size_t>(packet.stream_index); i < watches_.size())
       watches_[i]->check(packet);
   }
 
  private:
+  MediaInput& input_;
   std::vector<std::unique_ptr<PacketWatch>> watches_;
 };
 
@@ -85,6 +89,10 @@ void patch(MediaInput& input, const Job& job, const OpenFile& to, const BurninOp
     progress.advance();
   });
   checkRead(read, input, job.range);
+  // Frames that are not shown would stay as they are.
+  const std::int64_t held = input.video().nb_frames;
+  if (read.written < held || !input.damage().isEmpty())
+    throw CanNotPatch();
   frames.finish();
 }
 
@@ -110,13 +118,18 @@ bool canPatch(MediaInput& input, const ClipPlan& plan, const BurninOptions& opti
 bool writePatched(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
   OutputFile file(options.output().path, options.overwrite);
   const OpenFile opened(file);
+  // Reading all of the file tells what the damage is, and what to do about it.
+  input.damage().setAction(OnDamage::kContinue);
+  forgetLibavErrors();
   try {
     patch(input, plan.job, opened, options);
   } catch (const CanNotPatch&) {
     return false;
-  }
-  if (!input.damage().isEmpty())
+  } catch (const Failure& failure) {
+    if (failure.code() == ExitCode::kOutput)
+      throw;
     return false;
+  }
   file.commit();
   return true;
 }

@@ -2,13 +2,11 @@
 #include "burnin/patched_frames.h"
 
 #include "burnin/range_check.h"
-#include "media/failure.h"
+#include "media/libav_log.h"
 
 #include <nkdraw/surface/layout_facts.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <new>
 
 #include <fcntl.h>
@@ -34,7 +32,6 @@ PatchedFrames::PatchedFrames(MediaInput& input, const Job& job, int to, const st
     : input_(input),
       facts_(*findFacts(job.layout->type)),
       to_(to),
-      name_(name),
       copy_(sparseFile(input, job).descriptor(), to, input.sparse()->size(), name),
       rows_(*input.video().codecpar, *job.layout),
       burner_(job, rows_.storage()) {
@@ -70,7 +67,7 @@ void PatchedFrames::takeCanvas(const AVPacket& packet, std::int64_t place) {
 AVPacket& PatchedFrames::burn(AVPacket& packet, std::int64_t index) {
   const auto place = input_.sparse()->placeOf(packet);
   // Frames in another order than in the file may be shown more than once.
-  if (!place || *place < end_)
+  if (!place || *place < end_ || !firstLibavError().empty())
     throw CanNotPatch();
   copy_.advanceTo(*place + packet.size);
   takeCanvas(packet, *place);
@@ -135,10 +132,7 @@ void PatchedFrames::writeParts(std::span<const tagRECT> rects, std::int64_t plac
   for (const tagRECT& rect : rects) {
     for (int y = rect.top; y < rect.bottom; ++y) {
       const std::span<std::uint8_t> part = partOf(rect, y);
-      if (pwrite(to_, part.data(), part.size(), place + (part.data() - canvas_->data)) !=
-          static_cast<ssize_t>(part.size()))
-        throw Failure(ExitCode::kOutput, "cannot write the output", name_,
-                      std::string(std::strerror(errno)) + "; is the disk full?");
+      copy_.write(part, place + (part.data() - canvas_->data));
     }
   }
 }

@@ -52,7 +52,6 @@ class PatchedFrames {
   MediaInput& input_;
   const LayoutFacts& facts_;
   int to_;
-  std::string name_;
   FileCopy copy_;
   PacketRows rows_;
   PictureBurner burner_;

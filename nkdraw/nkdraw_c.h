@@ -132,8 +132,8 @@ NKDRAW_API uint32_t NKDraw_DisplayWipe(const uint8_t* srcA, uint32_t pitchA, con
 /// with `dst` untouched, when there was no memory for a block of 9 * width * height + 3072 bytes.
 /// When nkOSCreateThread threw, `dst` is untouched, too: a message goes to the error log, and the
 /// result is 0. When it returned null, that worker's quarter shows what the block held before. The
-/// calling thread draws beside its workers; one that is still busy after the bounded wait finishes
-/// the few rows that it has begun.
+/// calling thread draws beside its workers; one that is still busy after the bounded wait is waited
+/// for until the few rows that it has begun are drawn: after the return none touches the frames.
 NKDRAW_API uint32_t NKDraw_DisplayWipeYCbCr(const uint8_t* srcA, uint32_t pitchA,
                                             const uint8_t* srcB, uint32_t pitchB, uint8_t* dst,
                                             uint32_t pitchDst, uint32_t wipe, int32_t pixelType,

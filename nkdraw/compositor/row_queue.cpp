@@ -21,7 +21,7 @@ RowQueue::RowQueue(const WipeTask& task, DrawRows draw, const KeptRows& kept)
       next_(task.top) {}
 
 RowQueue::Rows RowQueue::claim() {
-  const std::uint64_t first = next_.fetch_add(step_, std::memory_order_relaxed);
+  const std::uint64_t first = next_.fetch_add(step_);
   const std::uint64_t end = task_.bottom;
   const Rows rows = {static_cast<std::uint32_t>(std::min(first, end)),
                      static_cast<std::uint32_t>(std::min(first + step_, end))};
@@ -32,13 +32,26 @@ RowQueue::Rows RowQueue::claim() {
   return rows;
 }
 
+/// A thread counts itself before it claims, and stop() looks at the count after it has taken all
+/// rows away: so it either sees the thread, or the thread finds no rows.
+void RowQueue::draw() {
+  ++busy_;
+  draw_(task_, *this);
+  if (--busy_ == 0)
+    busy_.notify_all();
+}
+
 void RowQueue::stop() {
   const std::uint64_t end = task_.bottom;
-  stoppedAt_ = static_cast<std::uint32_t>(std::min(next_.exchange(end), end));
+  const auto at = static_cast<std::uint32_t>(std::min(next_.exchange(end), end));
+  if (!stoppedAt_)
+    stoppedAt_ = at;
+  for (std::uint32_t busy = busy_; busy != 0; busy = busy_)
+    busy_.wait(busy);
 }
 
 void RowQueue::undo() const {
-  for (std::uint32_t y = task_.top; kept_.memory != nullptr && y < stoppedAt_; ++y)
+  for (std::uint32_t y = task_.top; kept_.memory != nullptr && !isSure_ && y < *stoppedAt_; ++y)
     std::memcpy(task_.dst + task_.pitchDst * y, keptRow(y), kept_.rowBytes);
 }
 

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace nkdraw {
 
@@ -22,7 +23,7 @@ struct KeptRows {
   std::size_t rowBytes = 0;
 };
 
-/// A thread that comes late finds no rows, and touches no frame.
+/// A thread that comes after stop() finds no rows, and touches no frame.
 class RowQueue {
  public:
   /// The rows of the task from `top` up to, but not including, `bottom`.
@@ -36,12 +37,13 @@ class RowQueue {
   /// Until the drawing is confirmed, keeps what the rows hold.
   [[nodiscard]] Rows claim();
 
-  void draw() { draw_(task_, *this); }
+  /// Claims rows and draws them until none are left.
+  void draw();
 
   void confirm() { isSure_.store(true, std::memory_order_relaxed); }
-  /// Instead of confirming: no further row can be claimed.
+  /// No further row can be claimed. Returns when no thread is drawing the rows that it has claimed.
   void stop();
-  /// After `stop`, when all threads have ended: gives rows already drawn their old contents.
+  /// After `stop`, if the drawing was never confirmed: gives rows already drawn their old contents.
   void undo() const;
 
  private:
@@ -55,7 +57,8 @@ class RowQueue {
   const std::uint32_t step_;
   std::atomic<std::uint64_t> next_;
   std::atomic<bool> isSure_ = false;
-  std::uint32_t stoppedAt_ = 0;
+  std::atomic<std::uint32_t> busy_ = 0;  // threads in draw()
+  std::optional<std::uint32_t> stoppedAt_;
 };
 
 }  // namespace nkdraw

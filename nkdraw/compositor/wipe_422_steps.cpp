@@ -28,6 +28,9 @@ using SampleRow = std::array<std::uint8_t, kChunkGroups * kGroupSamples + kSampl
 constexpr std::size_t kGroupPairs = kGroupPixels / 2;
 constexpr std::size_t kGroupExpanded = kGroupPairs * kExpandedPair;
 
+/// Pixels of one frame that are expanded before those of the other.
+constexpr std::uint32_t kAlternated = 4;
+
 template <class Convert>
 void inChunks(std::uint32_t width, Convert convert) {
   const std::size_t groups = ceilDivide(width, kGroupPixels);
@@ -96,6 +99,11 @@ void WipeSteps422::expandRowB(std::uint32_t y) const {
 }
 
 void WipeSteps422::expand() const {
+  if (layout.alternates && frame.height == 1 && frame.width > kAlternated) {
+    expandRowB(0);  // of which the first frame's last group changes the first bytes
+    expandRowA(0);
+    return;
+  }
   for (std::uint32_t y = 0; y < frame.height; ++y) {
     expandRowA(y);
     if (layout.alternates)

@@ -135,6 +135,22 @@ void waitFor(WipeCall& call, WipeWait wait) {
   }
 }
 
+/// When it ends, no thread touches the frames any more, and a drawing that was not confirmed is
+/// undone; also if the host throws.
+class DrawingEnd {
+ public:
+  explicit DrawingEnd(RowQueue& rows) : rows_(rows) {}
+  DrawingEnd(const DrawingEnd&) = delete;
+  DrawingEnd& operator=(const DrawingEnd&) = delete;
+  ~DrawingEnd() {
+    rows_.stop();
+    rows_.undo();
+  }
+
+ private:
+  RowQueue& rows_;
+};
+
 /// Draws without workers.
 void drawWhole(WipeTask frame, const WipeKernel& kernel) {
   frame.left = frame.top = 0;
@@ -187,14 +203,16 @@ WipeRowsRun RunWipeRows(const WipeTask& frame, DrawRows draw, WipeWait wait,
     return {.drawn = true};
   }
   RowQueue& rows = call->rows.emplace(frame, draw, kept);
+  const DrawingEnd end(rows);
   WipeRowsRun run = startAll(call, memory, wait, workers);
-  run.drawn = run.started == (1U << workers) - 1;
-  run.drawn ? rows.confirm() : rows.stop();
   closeAll(*call, workers);
+  run.drawn = run.started == (1U << workers) - 1;
+  if (run.drawn)
+    rows.confirm();
+  else
+    rows.stop();
   rows.draw();
   waitFor(*call, wait);
-  if (run.threw)
-    rows.undo();
   return run;
 }
 

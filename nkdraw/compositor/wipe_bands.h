@@ -42,9 +42,9 @@ struct WipeRowsRun {
 /// Draws the rows of `frame` from `top` up to, but not including, `bottom` on the calling thread
 /// and `workers` of the four workers, with the same calls to the host and the same wait as
 /// RunWipeBands; the workers share `memory` as there. With a bounded wait, the frame is drawn only
-/// if all of them were started: else some of its rows may be, unless the host threw and `kept` has
-/// room for all of them. A worker still busy after such a wait finishes the few rows that it has
-/// claimed.
+/// if all of them were started: else some of its rows may be, unless `kept` has room for all of
+/// them. Whatever happens, no worker touches the frames after the return: one still busy after a
+/// bounded wait is waited for until it has drawn the few rows that it has claimed.
 WipeRowsRun RunWipeRows(const WipeTask& frame, DrawRows draw, WipeWait wait,
                         const std::shared_ptr<const void>& memory = nullptr,
                         const KeptRows& kept = {}, std::size_t workers = kWipeWorkers);

@@ -22,6 +22,8 @@ std::unique_ptr<OwnHost> host;
 void OwnHost::note(const std::string& call) {
   const std::scoped_lock lock(mutex);
   calls.push_back(call);
+  if (call == throwingCall)
+    throw std::runtime_error(call);
 }
 
 int OwnHost::count(const std::string& call) {

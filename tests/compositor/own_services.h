@@ -22,8 +22,9 @@ struct OwnHost {
   std::size_t addressBeyond512 = 0;  ///< of blocks
   bool hasMemory = true;
   bool memoryThrows = false;
-  int refusedThread = -1;   ///< by the order of creation
-  int throwingThread = -1;  ///< its creation throws
+  int refusedThread = -1;    ///< by the order of creation
+  int throwingThread = -1;   ///< its creation throws
+  std::string throwingCall;  ///< a call that throws, as it is recorded
   bool holdsThreads = false;
   bool runsTogether = false;  ///< all four at once, each on a thread of its own
   /// The fourth thread runs concurrently with the caller, and stops after it has counted itself

@@ -293,7 +293,13 @@ TEST_P(Wipe422, FollowsItsStepsWhereTheExpandedFramesLieWithoutAGap) {
                                       {5U, 512U},
                                       {6U, 256U},
                                       {10U, 256U},
+                                      {4U, 1U},
+                                      {169U, 1U},
+                                      {170U, 1U},
+                                      {341U, 1U},
                                       {512U, 1U},
+                                      {681U, 1U},
+                                      {682U, 1U},
                                       {4U, 128U}})
     for (int i = 0; i < 6; ++i)
       ASSERT_NO_FATAL_FAILURE(expectTheStepsOf(random, width, height));

@@ -235,4 +235,35 @@ TEST(WipeBands, OfCallsAtTheSameTimeDrawTheirOwnFrames) {
   EXPECT_EQ(equal, kCallers * kCalls);
 }
 
+/// A drawing of rows that stops in the middle of its first ones.
+struct StoppedRows {
+  std::latch begun{1}, mayEnd{1};
+  std::atomic<bool> ended = false;
+};
+
+TEST(WipeRows, AreNotTouchedOnceTheirQueueIsStopped) {
+  StoppedRows stopped;
+  WipeTask task{};
+  task.dst = reinterpret_cast<std::uint8_t*>(&stopped);
+  task.bottom = 1000;
+  nkdraw::RowQueue queue(task, [](const WipeTask& of, nkdraw::RowQueue& rows) {
+    auto& notes = *reinterpret_cast<StoppedRows*>(of.dst);
+    if (rows.claim().empty())
+      return;
+    notes.begun.count_down();
+    notes.mayEnd.wait();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    notes.ended = true;
+  });
+  std::thread worker([&] { queue.draw(); });
+  stopped.begun.wait();
+  stopped.mayEnd.count_down();
+  queue.stop();
+  EXPECT_TRUE(stopped.ended) << "the thread that had claimed rows was not waited for";
+  stopped.ended = false;
+  queue.draw();
+  EXPECT_FALSE(stopped.ended) << "a thread that came late found rows";
+  worker.join();
+}
+
 }  // namespace

@@ -237,6 +237,20 @@ TEST_P(YCbCrWipeServices, SayWhenAServiceThrowsAndGiveEverythingBack) {
   }
 }
 
+TEST_P(YCbCrWipeServices, LeaveTheOutputAloneWhateverServiceOfAWorkerThrows) {
+  for (const char* const call :
+       {"priority 0 15", "priority 1 15", "priority 3 15", "close 0 gzqk", "close 3 gzqk"}) {
+    resetHost();
+    host->throwingCall = call;
+    EXPECT_EQ(run(), 0U);
+    EXPECT_EQ(host->count(call), 1);
+    EXPECT_EQ(host->count("log Exception Error NKDraw_DisplayWipeYCbCr"), 1);
+    EXPECT_EQ(host->count("free"), 1);
+    EXPECT_EQ(level(), 3);
+    EXPECT_TRUE(frames.dst.untouched()) << call;
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Entry, YCbCrWipeServices,
                          testing::Values(PackedEntry{"YCbCr", NKDraw_DisplayWipeYCbCr}),
                          [](const auto& entry) { return std::string(entry.param.name); });

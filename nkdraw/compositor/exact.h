@@ -18,13 +18,10 @@ extern "C" {
 /// exact mix (outgoing * (range - position) + incoming * position) / range, rounded to the nearest
 /// integer, halves up. At both ends of the range a cross-fade copies its input.
 ///
-/// - Layouts: v210; 8-bit 4:2:2 in all four orders, ptYUYV, ptUYVY, ptYVYU and ptVYUY; and pixels
-/// of
-///   three or four bytes or 16-bit words, ptRGBA32 to ptBGR24, ptRGB48, ptARGB64 and ptYCbCr24 to
-///   ptYCbCrA64. Mixed are all samples, alpha too.
-/// - In 4:2:2 edges lie on whole pairs of pixels: an edge within a pair moves left by one pixel,
-/// and
-///   slides move by whole pairs.
+/// - Layouts: ptV210; ptYUYV, ptUYVY, ptYVYU and ptVYUY; ptRGBA32 to ptBGR24, ptRGB48 and ptARGB64;
+///   ptYCbCr24 to ptYCbCrA64. All samples are mixed, alpha too.
+/// - In 4:2:2 edges lie on whole pairs of pixels: one within a pair moves left by a pixel. Slides
+///   move by whole pairs.
 /// - `pitchA`, `pitchB` and `pitchDst` are each read for their own frame, in bytes. Rows may be any
 ///   number of bytes apart, but hold all their groups: 16 bytes for every six pixels begun of v210,
 ///   4 for every two begun of 8-bit 4:2:2. Bytes between rows are not touched. A group that the
@@ -34,10 +31,10 @@ extern "C" {
 /// Returns NKStatusOk; or NKStatusRefused, with `dst` untouched, if
 /// - `wipe` or one of its frames is null, the layout is not one of the above, `width`, `height` or
 ///   `range` is 0, or `position` is above `range`;
-/// - a pitch is smaller than a row, a frame reaches 4 GiB, or `dst` has bytes of an input;
-/// - the number draws nothing (508 to 515, and slides with NKWipeSwap), or `width` or `height`
-/// times
-///   `position` passes 32 bits, unless it cross-fades.
+/// - a pitch is smaller than a row, or a frame reaches 4 GiB;
+/// - `dst` and an input overlap, each from its first row to the end of its last;
+/// - the number draws nothing: 508 to 515, and slides with NKWipeSwap;
+/// - it does not cross-fade, and `position` times `width` or `height` passes 32 bits.
 ///
 /// Any thread may call it, several at once. A large frame starts up to four threads
 /// (nkOSCreateThread, time-critical) beside the calling one, which draws what they don't.

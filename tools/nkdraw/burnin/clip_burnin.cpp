@@ -209,8 +209,8 @@ bool burnFrom(MediaInput& input, const BurninOptions& options) {
 
 void burnClip(const BurninOptions& options) {
   checkOutputNames(options);
-  MediaInput sparse(*options.input, options.inputShape, Reading::kSparse);
-  if (burnFrom(sparse, options))
+  MediaInput input(*options.input, options.inputShape, readingFor(options));
+  if (burnFrom(input, options))
     return;
   BurninOptions told = options;
   told.verbose = false;

@@ -98,15 +98,22 @@ void patch(MediaInput& input, const Job& job, const OpenFile& to, const BurninOp
 
 }  // namespace
 
+Reading readingFor(const BurninOptions& options) {
+  const OutputRequest& request = options.output();
+  const AVOutputFormat* const format = av_guess_format(nullptr, request.path.c_str(), nullptr);
+  const bool isFile = format != nullptr && (format->flags & AVFMT_NOFILE) == 0;
+  const bool sameFile = options.outputs.size() == 1 && !options.still && isFile &&
+                        !request.format && !isPipedOutput(request.path) &&
+                        isSameSuffix(*options.input, request.path);
+  return sameFile ? Reading::kSparse : Reading::kWhole;
+}
+
 bool canPatch(MediaInput& input, const ClipPlan& plan, const BurninOptions& options) {
-  if (plan.outputs.size() != 1 || options.still || input.sparse() == nullptr)
+  if (input.sparse() == nullptr)
     return false;
   const OutputPlan& output = plan.output();
-  const OutputRequest& request = output.request;
-  const bool sameFile = output.inPlace && !request.format && !isPipedOutput(request.path) &&
-                        isSameKind(*input.file().iformat, *output.format) &&
-                        isSameSuffix(input.path(), request.path) &&
-                        muxerOptions(request, *output.format).empty();
+  const bool sameFile = output.inPlace && isSameKind(*input.file().iformat, *output.format) &&
+                        muxerOptions(output.request, *output.format).empty();
   const bool sameContents = plan.job.range.isWhole() && input.start().undecodable == 0 &&
                             !input.timesJumped() && !options.startTimecode &&
                             (!plan.timecodeTag || !plan.timecodeTag->empty()) &&

@@ -11,7 +11,10 @@
 
 namespace nkdraw::tool {
 
-/// Whether the run changes nothing in the file but pixels. The input must have been opened with
+/// How to open the input: sparse if the run may do without the contents of the frames.
+[[nodiscard]] Reading readingFor(const BurninOptions& options);
+
+/// Whether the run changes nothing in the file but pixels, and the input was opened with
 /// Reading::kSparse.
 [[nodiscard]] bool canPatch(MediaInput& input, const ClipPlan& plan, const BurninOptions& options);
 

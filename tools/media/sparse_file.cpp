@@ -79,8 +79,8 @@ int SparseFile::readNext(void* file, std::uint8_t* memory, int size) {
     return AVERROR_EOF;
   const std::int64_t done = isWhole ? read : std::min<std::int64_t>(size, self.size_ - self.next_);
   if (self.blocks_.size() >= kMostBlocks)
-    self.blocks_.pop_front();
-  self.blocks_.push_back({memory, self.next_, done, std::min<std::int64_t>(read, done)});
+    self.blocks_.pop_back();
+  self.blocks_.push_front({memory, self.next_, done, std::min<std::int64_t>(read, done)});
   self.next_ += done;
   return static_cast<int>(done);
 }
@@ -142,27 +142,28 @@ std::optional<std::int64_t> SparseFile::placeBehind(std::int64_t place,
 std::optional<std::int64_t> SparseFile::placeOf(const AVPacket& packet) const {
   const std::span bytes(packet.data, static_cast<std::size_t>(packet.size));
   for (const auto* const blocks : {&blocks_, &early_}) {
-    for (auto block = blocks->rbegin(); block != blocks->rend(); ++block) {
-      if (const auto place = placeIn(*block, bytes))
+    for (const Block& block : *blocks) {
+      if (const auto place = placeIn(block, bytes))
         return place;
     }
   }
   return placeBehind(packet.pos, bytes);
 }
 
+bool SparseFile::completeBlock(const Block& block, const AVPacket& packet) const {
+  const auto rest = static_cast<std::size_t>(block.size - block.read);
+  if (rest == 0)
+    return true;
+  // Only then the memory is still there.
+  const bool isInPacket =
+      block.memory < packet.data + packet.size && packet.data < block.memory + block.size;
+  return isInPacket && pread(descriptor_, block.memory + block.read, rest,
+                             block.place + block.read) == static_cast<ssize_t>(rest);
+}
+
 bool SparseFile::complete(const AVPacket& packet) const {
-  for (const Block& block : blocks_) {
-    const auto rest = static_cast<std::size_t>(block.size - block.read);
-    if (rest == 0)
-      continue;
-    // Only then the memory is still there.
-    const bool isInPacket =
-        block.memory < packet.data + packet.size && packet.data < block.memory + block.size;
-    if (!isInPacket || pread(descriptor_, block.memory + block.read, rest,
-                             block.place + block.read) != static_cast<ssize_t>(rest))
-      return false;
-  }
-  return true;
+  return std::ranges::all_of(blocks_,
+                             [&](const Block& block) { return completeBlock(block, packet); });
 }
 
 }  // namespace nkdraw::media

@@ -53,6 +53,7 @@ class SparseFile {
   static int readNext(void* file, std::uint8_t* memory, int size);
   static std::int64_t seekTo(void* file, std::int64_t offset, int whence);
 
+  [[nodiscard]] bool completeBlock(const Block& block, const AVPacket& packet) const;
   [[nodiscard]] bool holds(std::int64_t place, std::span<const std::uint8_t> bytes) const;
   [[nodiscard]] std::optional<std::int64_t> placeIn(const Block& block,
                                                     std::span<const std::uint8_t> bytes) const;
@@ -62,8 +63,8 @@ class SparseFile {
   int descriptor_;
   std::int64_t size_ = 0, next_ = 0;
   std::optional<std::int64_t> unread_;  // blocks of so many bytes
-  std::deque<Block> blocks_;
-  std::deque<Block> early_;  // of packets that FFmpeg reads while it opens a file
+  std::deque<Block> blocks_;            // the last one first
+  std::deque<Block> early_;             // of packets that FFmpeg reads while it opens a file
   AVIOContext* context_ = nullptr;
 };
 

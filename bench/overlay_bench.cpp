@@ -66,7 +66,7 @@ class Layers : public CNkOverlay {
   /// A picture of 256x256 whose alpha rises from left to right.
   static const char* pictureName() {
     static const std::string name = [] {
-      const std::string path = std::filesystem::temp_directory_path() / "nkdraw-bench.pam";
+      std::string path = std::filesystem::temp_directory_path() / "nkdraw-bench.pam";
       std::ofstream file(path, std::ios::binary);
       file << "P7\nWIDTH 256\nHEIGHT 256\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n";
       for (int y = 0; y < 256; ++y) {

@@ -72,7 +72,7 @@ class CaptionStrips {
   };
 
   [[nodiscard]] std::size_t lines() const {
-    return static_cast<std::size_t>(place_.dots * linesPerDot_);
+    return static_cast<std::size_t>(place_.dots) * static_cast<std::size_t>(linesPerDot_);
   }
   [[nodiscard]] std::size_t canvasBytes() const { return place_.pitch * lines(); }
   /// The bits that the frame keeps in this row, each line followed by the bits that it gets.
